@@ -1,0 +1,12 @@
+#include "base/existence.h"
+
+#include <io.h>
+
+namespace nhupdate {
+
+bool Exists(const std::wstring& path) {
+  constexpr int kExistenceOnly = 0;
+  return _waccess(path.c_str(), kExistenceOnly) == 0;
+}
+
+}  // namespace nhupdate

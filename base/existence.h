@@ -1,0 +1,12 @@
+#pragma once
+
+// Whether there is anything under a name.
+
+#include <string>
+
+namespace nhupdate {
+
+// True when a file or a folder of that name is there, whatever the rights to it.
+[[nodiscard]] bool Exists(const std::wstring& path);
+
+}  // namespace nhupdate

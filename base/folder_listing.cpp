@@ -1,0 +1,57 @@
+#include "base/folder_listing.h"
+
+#include <cwchar>
+
+namespace nhupdate {
+
+namespace {
+
+bool IsLinkEntry(const WIN32_FIND_DATAW& entry) {
+  // Windows keeps the reparse tag in this member, which has no better name.
+  return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+         IsReparseTagNameSurrogate(entry.dwReserved0);
+}
+
+bool IsDotEntry(const WIN32_FIND_DATAW& entry) {
+  return std::wcscmp(entry.cFileName, L".") == 0 || std::wcscmp(entry.cFileName, L"..") == 0;
+}
+
+}  // namespace
+
+CFolderListing::CFolderListing(const std::wstring& pattern)
+    : entry_(std::make_unique<WIN32_FIND_DATAW>()),
+      search_(::FindFirstFileW(pattern.c_str(), entry_.get())),
+      is_first_(true) {}
+
+bool CFolderListing::Next() {
+  if (!search_.IsValid()) {
+    return false;
+  }
+  do {
+    if (!is_first_ && !::FindNextFileW(search_.Get(), entry_.get())) {
+      return false;
+    }
+    is_first_ = false;
+  } while (IsDotEntry(*entry_));
+  return true;
+}
+
+std::wstring CFolderListing::Name() const {
+  return entry_->cFileName;
+}
+
+bool CFolderListing::IsFolder() const {
+  return (entry_->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool CFolderListing::IsLink() const {
+  return IsLinkEntry(*entry_);
+}
+
+bool IsLink(const std::wstring& path) {
+  WIN32_FIND_DATAW entry = {};
+  const UniqueFindHandle search(::FindFirstFileW(path.c_str(), &entry));
+  return search.IsValid() && IsLinkEntry(entry);
+}
+
+}  // namespace nhupdate

@@ -1,0 +1,65 @@
+#include <string>
+#include <tuple>
+
+#include "app/manager_center.h"
+#include "base/folder_listing.h"
+#include "base/paths.h"
+#include "base/windows.h"
+
+namespace nhupdate {
+
+int CManagerCenter::CopyFolder(const std::wstring& destination, const std::wstring& source,
+                               int recurse, int log_details, int delete_existing) {
+  if (log_details != 0) {
+    LogText(LogLevel::kInformation, L"Copy folder from " + source + L" to " + destination);
+  }
+  std::ignore = ::CreateDirectoryW(destination.c_str(), nullptr);  // usually there already
+
+  CFolderListing listing(source + L"\\*.*");
+  while (listing.Next()) {
+    const std::wstring entry = source + L"\\" + listing.Name();
+    const std::wstring target = destination + L"\\" + listing.Name();
+    const int copied = !listing.IsFolder() ? CopyOneFile(target, entry, log_details)
+                       : recurse != 0
+                           ? CopySubFolder(target, entry, log_details, delete_existing)
+                           : 1;
+    if (copied == 0) {
+      return 0;
+    }
+  }
+  return 1;
+}
+
+int CManagerCenter::CopyOneFile(const std::wstring& target, const std::wstring& source,
+                                int log_details) {
+  if (log_details != 0) {
+    LogText(LogLevel::kInformation, L"Copy file from " + source + L" to " + target);
+  }
+  if (::CopyFileW(source.c_str(), target.c_str(), FALSE)) {
+    return 1;
+  }
+  const DWORD error = ::GetLastError();
+  if (log_details != 0) {
+    Log(LogLevel::kError, L"Fail to copy file = %d", error);
+  }
+  last_failed_copy_path_ = target;
+  return 0;
+}
+
+int CManagerCenter::CopySubFolder(const std::wstring& target, const std::wstring& source,
+                                  int log_details, int delete_existing) {
+  // The program that is running can't replace itself; an earlier stage has done that.
+  if (target == paths_.module_folder) {
+    return 1;
+  }
+  // What is to be copied must not be deleted with the folder that it lies in.
+  if (delete_existing != 0 && !IsSameOrInside(source, target)) {
+    if (log_details != 0) {
+      LogText(LogLevel::kInformation, L"Delete Dir : " + target);
+    }
+    std::ignore = DeleteFolderTree(target);  // what stays is copied over
+  }
+  return CopyFolder(target, source, 1, log_details, 0);
+}
+
+}  // namespace nhupdate

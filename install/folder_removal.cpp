@@ -1,0 +1,55 @@
+#include <string>
+#include <tuple>
+
+#include "app/manager_center.h"
+#include "base/folder_listing.h"
+#include "base/windows.h"
+
+namespace nhupdate {
+
+namespace {
+
+void DeleteFileEvenIfReadOnly(const std::wstring& file) {
+  const DWORD attributes = ::GetFileAttributesW(file.c_str());
+  ::SetFileAttributesW(file.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
+  std::ignore = ::DeleteFileW(file.c_str());  // a file that stays keeps its folder, which shows
+}
+
+}  // namespace
+
+int CManagerCenter::CollectEmptyFolders(const std::wstring& folder) {
+  int is_empty = 1;
+  CFolderListing listing(folder + L"\\*.*");
+  while (listing.Next()) {
+    if (!listing.IsFolder() || listing.IsLink()) {
+      is_empty = 0;
+      continue;
+    }
+    const std::wstring sub_folder = folder + L"\\" + listing.Name();
+    if (CollectEmptyFolders(sub_folder) != 0) {
+      Log(LogLevel::kInformation, L"Remove empty folder : %s", sub_folder);
+      folders_to_remove_.push_back(sub_folder);
+    } else {
+      is_empty = 0;
+    }
+  }
+  return is_empty;
+}
+
+int CManagerCenter::DeleteFolderTree(const std::wstring& folder) {
+  // What lies behind a link belongs to somebody else.
+  if (!IsLink(folder)) {
+    CFolderListing listing(folder + L"/*.*");
+    while (listing.Next()) {
+      const std::wstring entry = folder + L"\\" + listing.Name();
+      if (listing.IsFolder()) {
+        std::ignore = DeleteFolderTree(entry);  // what stays keeps this folder, which shows
+      } else {
+        DeleteFileEvenIfReadOnly(entry);
+      }
+    }
+  }
+  return ::RemoveDirectoryW(folder.c_str());
+}
+
+}  // namespace nhupdate

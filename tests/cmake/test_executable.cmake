@@ -1,0 +1,26 @@
+# nhupdate_add_test_executable(NAME RING ring [LANE lane] [LIBRARIES ...] [TIMEOUT seconds]
+#                              SOURCES ...)
+#
+# A GoogleTest executable whose tests are known to ctest one by one. LANE is the Wine prefix that
+# its tests share; each lane runs one test at a time.
+function(nhupdate_add_test_executable name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "RING;LANE;TIMEOUT" "SOURCES;LIBRARIES")
+  if(NOT arg_LANE)
+    set(arg_LANE unit)
+  endif()
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 60)
+  endif()
+
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE
+    ${arg_LIBRARIES} nhupdate_test_support nhupdate_options gmock)
+
+  set(lane_properties)
+  if(WIN32)
+    set(lane_properties RESOURCE_LOCK lane-${arg_LANE} ENVIRONMENT NHUPDATE_LANE=${arg_LANE})
+  endif()
+  gtest_discover_tests(${name}
+    DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+    PROPERTIES LABELS ${arg_RING} TIMEOUT ${arg_TIMEOUT} ${lane_properties})
+endfunction()

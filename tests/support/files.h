@@ -1,0 +1,29 @@
+#pragma once
+
+// Files and folders for the tests. Paths are wide texts as in the program; contents are bytes.
+
+#include <string>
+#include <vector>
+
+namespace nhupdate_test {
+
+// Creates the folder and what is missing above it.
+void CreateFolders(const std::wstring& folder);
+
+// Writes the file, with the folders above it.
+void WriteFileBytes(const std::wstring& path, const std::string& bytes);
+
+// The content of the file; a test failure and nothing when it can't be read.
+[[nodiscard]] std::string ReadFileBytes(const std::wstring& path);
+
+// What is in the folder at any depth, relative to it and sorted; folders end in a backslash. Links
+// are listed but not walked through.
+[[nodiscard]] std::vector<std::wstring> ListTree(const std::wstring& folder);
+
+// Deletes the folder and all in it, read-only files too, but nothing behind a link.
+void RemoveTree(const std::wstring& folder);
+
+// The folder that holds this test executable and the stand-ins.
+[[nodiscard]] std::wstring TestProgramFolder();
+
+}  // namespace nhupdate_test

@@ -1,0 +1,95 @@
+#pragma once
+
+// Replaces one Windows function for the code in this test executable, for as long as the object
+// lives:
+//
+//   Interposer<decltype(::CopyFileW)> copy("CopyFileW", [&](const wchar_t* source, ...) {...});
+//
+// The table is shared with the C++ runtime and GoogleTest, so a fake matches what it is meant for
+// (a path, the n-th call) and passes everything else on to Original(). A fake that fails sets the
+// last error as its last act. Objects for the same function are destroyed in reverse order. The
+// compiler may keep a function's address across a loop: vary a behaviour by state inside the fake,
+// not by installing another one in the middle of the code under test.
+
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <utility>
+
+#include "tests/support/import_table.h"
+
+namespace nhupdate_test {
+
+template <typename Signature>
+class Interposer;
+
+template <typename Result, typename... Arguments>
+class Interposer<Result(Arguments...)> {
+ public:
+  using Function = Result (*)(Arguments...);
+
+  template <typename Fake>
+  Interposer(const char* function_name, Fake fake)
+      : slot_(FindImportSlot(function_name)),
+        index_(FreeIndex()),
+        original_(reinterpret_cast<Function>(*slot_)) {
+    fakes_[index_] = [this, fake = std::move(fake)](Arguments... arguments) mutable -> Result {
+      ++calls_;
+      return fake(arguments...);
+    };
+    originals_[index_] = original_;
+    WriteImportSlot(slot_, reinterpret_cast<void*>(
+                                ThunkAt(index_, std::make_index_sequence<kThunkCount>())));
+  }
+
+  Interposer(const Interposer&) = delete;
+  Interposer& operator=(const Interposer&) = delete;
+
+  ~Interposer() {
+    WriteImportSlot(slot_, reinterpret_cast<void*>(original_));
+    fakes_[index_] = nullptr;
+  }
+
+  // The function that was in the slot before.
+  [[nodiscard]] Function Original() const { return original_; }
+
+  [[nodiscard]] int Calls() const { return calls_; }
+
+ private:
+  // Several functions can have the same signature, so each has a number of thunks.
+  static constexpr std::size_t kThunkCount = 8;
+
+  template <std::size_t kIndex>
+  static Result Thunk(Arguments... arguments) {
+    // A caller may have kept the thunk's address for longer than the fake lived.
+    return fakes_[kIndex] ? fakes_[kIndex](arguments...) : originals_[kIndex](arguments...);
+  }
+
+  template <std::size_t... kIndexes>
+  static Function ThunkAt(std::size_t index, std::index_sequence<kIndexes...>) {
+    constexpr std::array<Function, kThunkCount> kThunks = {&Thunk<kIndexes>...};
+    return kThunks[index];
+  }
+
+  static std::size_t FreeIndex() {
+    for (std::size_t index = 0; index < kThunkCount; ++index) {
+      if (!fakes_[index]) {
+        return index;
+      }
+    }
+    std::fprintf(stderr, "Too many interposers of one signature.\n");
+    std::abort();
+  }
+
+  static inline std::array<std::function<Result(Arguments...)>, kThunkCount> fakes_;
+  static inline std::array<Function, kThunkCount> originals_ = {};
+
+  void** slot_;
+  std::size_t index_;
+  Function original_;
+  int calls_ = 0;
+};
+
+}  // namespace nhupdate_test

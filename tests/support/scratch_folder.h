@@ -1,0 +1,23 @@
+#pragma once
+
+// A folder of a test's own, with a blank, letters outside ASCII and a "%" in its name. It is gone
+// again, with all in it, when the object is.
+
+#include <string>
+
+namespace nhupdate_test {
+
+class ScratchFolder {
+ public:
+  ScratchFolder();
+  ~ScratchFolder();
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+  [[nodiscard]] const std::wstring& Path() const { return path_; }
+
+ private:
+  std::wstring path_;
+};
+
+}  // namespace nhupdate_test

@@ -1,0 +1,34 @@
+#include "tests/support/installed_product.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/existence.h"
+
+namespace nhupdate_test {
+namespace {
+
+TEST(InstalledProductTest, GivesAManagerThatLogsIntoTheJournal) {
+  InstalledProduct product;
+
+  product.Manager().LogText(nhupdate::LogLevel::kWarning, L"in " + product.Base());
+
+  EXPECT_THAT(product.Transcript(), testing::ElementsAre(L"3|in {root}\\Nimba Hub"));
+}
+
+TEST(InstalledProductTest, TellsTheManagerWhetherItIsElevated) {
+  InstalledProduct product({.elevated = false});
+
+  EXPECT_FALSE(product.Manager().IsElevated());
+}
+
+TEST(InstalledProductTest, PutsTheDataFolderIntoTheScratchFolder) {
+  InstalledProduct product;
+
+  product.Start();
+
+  EXPECT_TRUE(nhupdate::Exists(product.ProgramData() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,56 @@
+#pragma once
+
+// The text under the JSON reader: where it ends, which closing units still lie ahead, and the
+// values that hold no others. Positions count units from the first one of the text.
+
+#include <cstdint>
+#include <string>
+
+#include "text/json_value.h"
+
+namespace nhupdate {
+
+class CJsonScanner {
+ public:
+  // Looks at the whole text once, so that no reader has to search ahead again. A text that can't
+  // be read (a null pointer or a bound below 1) is empty.
+  CJsonScanner(const wchar_t* text, int bound);
+
+  // One behind the last unit: the bound, or the first NUL before it.
+  [[nodiscard]] int End() const { return end_; }
+
+  // The unit at the position; NUL at the end.
+  [[nodiscard]] wchar_t UnitAt(int position) const {
+    return position < end_ ? text_[position] : L'\0';
+  }
+
+  // True when the closing unit (a quote, "]" or "}") stands at the position or behind it.
+  [[nodiscard]] bool HasAhead(wchar_t closing_unit, int position) const;
+
+  // The first position from `position` on that holds no whitespace.
+  [[nodiscard]] int SkipWhitespace(int position) const;
+
+  // Each reads what begins at the position and returns the number of units consumed or a negative
+  // number. The readers of values fill `value` only when they succeed.
+  int ScanString(int position, std::wstring& out) const;
+  int ParseString(JsonValue& value, int position) const;
+  int ParseNumber(JsonValue& value, int position) const;
+  int ParseLiteral(JsonValue& value, int position) const;
+
+  // Whether the unit at the position can begin one of these values.
+  [[nodiscard]] bool BeginsScalar(int position) const;
+
+  // Reads whichever of these values begins at the position; -1 where none does.
+  int ParseScalar(JsonValue& value, int position) const;
+
+ private:
+  int ScanEscape(int position, std::uint32_t& code, std::wstring& out) const;
+
+  const wchar_t* text_;
+  int end_ = 0;
+  int last_quote_ = -1;
+  int last_square_bracket_ = -1;
+  int last_curly_bracket_ = -1;
+};
+
+}  // namespace nhupdate

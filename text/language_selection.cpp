@@ -1,0 +1,79 @@
+#include <array>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "app/manager_center.h"
+#include "base/registry.h"
+#include "base/strings.h"
+#include "base/windows.h"
+
+namespace nhupdate {
+
+namespace {
+
+constexpr wchar_t kSteamKey[] = L"SOFTWARE\\Valve\\Steam";
+constexpr wchar_t kSteamLanguageValue[] = L"Language";
+constexpr wchar_t kMappingSection[] = L"Language";
+
+// The language that the user chose in Steam, as Steam names it; empty without Steam.
+std::wstring SteamLanguage() {
+  std::wstring language;
+  std::ignore = GetRegString(kSteamKey, kSteamLanguageValue, language);  // absent reads as empty
+  return language;
+}
+
+// The code that belongs to Steam's name of a language; empty without an entry for it.
+std::wstring MapSteamLanguage(const std::wstring& mapping_file,
+                              const std::wstring& steam_language) {
+  std::array<wchar_t, 256> buffer = {};
+  ::GetPrivateProfileStringW(kMappingSection, steam_language.c_str(), L"", buffer.data(),
+                             static_cast<DWORD>(buffer.size()), mapping_file.c_str());
+  std::wstring code = buffer.data();
+  ReplaceAll(code, L"_", L"-");
+  return code;
+}
+
+// The first of the user's preferred languages of Windows itself.
+std::optional<std::wstring> SystemLanguage() {
+  ULONG count = 0;
+  ULONG units = 0;
+  if (!::GetUserPreferredUILanguages(MUI_LANGUAGE_NAME, &count, nullptr, &units)) {
+    return std::nullopt;
+  }
+  // One more than asked for, so that even an empty list has a terminator.
+  std::vector<wchar_t> names(units + 1, L'\0');
+  if (!::GetUserPreferredUILanguages(MUI_LANGUAGE_NAME, &count, names.data(), &units)) {
+    return std::nullopt;
+  }
+  return std::wstring(names.data());
+}
+
+}  // namespace
+
+std::wstring CManagerCenter::SelectLanguage() {
+  const std::wstring steam_language = SteamLanguage();
+  if (steam_language.empty()) {
+    Log(LogLevel::kInformation, L"Steam language setting not found.");
+  } else {
+    Log(LogLevel::kInformation, L"Found steam language setting : %s", steam_language);
+    const std::wstring mapped = MapSteamLanguage(
+        paths_.configuration_folder + L"\\SteamLanguageMapping.ini", steam_language);
+    if (!mapped.empty()) {
+      Log(LogLevel::kInformation, L"Mapping steam language to %s.", mapped);
+      return mapped;
+    }
+    Log(LogLevel::kInformation, L"Steam language mapping fail.");
+  }
+
+  const std::optional<std::wstring> system_language = SystemLanguage();
+  if (system_language) {
+    LogText(LogLevel::kInformation, L"Found System language setting : " + *system_language);
+    return *system_language;
+  }
+  Log(LogLevel::kInformation, L"Use default language.");
+  return L"Default";
+}
+
+}  // namespace nhupdate

@@ -1,0 +1,38 @@
+# The Debian packages the project needs, and installing those that are missing. Sourced by the
+# tools; says nothing when everything is there.
+
+# What builds the program and runs it.
+nhupdate_packages=(
+  cmake ninja-build
+  g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
+  wine64 xvfb xauth
+  g++ googletest
+  git
+)
+
+ensure_packages() {
+  local missing=() package
+  for package in "$@"; do
+    if [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+      missing+=("$package")
+    fi
+  done
+  [ ${#missing[@]} -gt 0 ] || return 0
+
+  local as_root=()
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+  echo "Installing ${missing[*]}" >&2
+  local log
+  log=$(mktemp)
+  if ! {
+    "${as_root[@]}" apt-get -q update &&
+      "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get -q install -y --no-install-recommends "${missing[@]}"
+  } </dev/null >"$log" 2>&1; then
+    cat "$log" >&2
+    rm -f "$log"
+    echo "The packages could not be installed." >&2
+    return 1
+  fi
+  rm -f "$log"
+}

@@ -1,0 +1,76 @@
+# Wine for the tools: prefixes that are made when they are first needed, one X server that nobody
+# sees, and the servers ended again by whoever started them. Sourced.
+#
+# A lane is a Wine prefix with a server of its own. What runs in one lane sees the processes, the
+# registry and the drive of that lane only, so lanes can be used side by side.
+
+nhupdate_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+nhupdate_wine_folder=${NHUPDATE_WINE_FOLDER:-$nhupdate_root/build/wine}
+nhupdate_wine=/usr/lib/wine/wine64
+nhupdate_wineserver=/usr/lib/wine/wineserver64
+
+export WINEDEBUG=${WINEDEBUG:--all}
+export WINEDLLOVERRIDES='mscoree,mshtml='
+
+# Makes the lane's prefix if there is none. Safe to call from several processes at once.
+ensure_lane() {
+  local lane=$1
+  [ ! -e "$nhupdate_wine_folder/$lane/.ready" ] || return 0
+  mkdir -p "$nhupdate_wine_folder"
+  (
+    flock 9
+    if [ ! -e "$nhupdate_wine_folder/template/.ready" ]; then
+      rm -rf "$nhupdate_wine_folder/template"
+      export WINEPREFIX=$nhupdate_wine_folder/template
+      env -u DISPLAY "$nhupdate_wine" wineboot -i >/dev/null 2>&1
+      # Without a window manager a managed window takes seconds to close.
+      "$nhupdate_wine" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1
+      "$nhupdate_wineserver" -k
+      "$nhupdate_wineserver" -w
+      [ -e "$WINEPREFIX/system.reg" ] || { echo "Wine could not make a prefix." >&2; exit 1; }
+      touch "$WINEPREFIX/.ready"
+    fi
+    if [ ! -e "$nhupdate_wine_folder/$lane/.ready" ]; then
+      rm -rf "${nhupdate_wine_folder:?}/$lane"
+      cp -a --reflink=auto "$nhupdate_wine_folder/template" "$nhupdate_wine_folder/$lane"
+    fi
+  ) 9>"$nhupdate_wine_folder/lock"
+}
+
+# Keeps the lane's server alive between programs, which makes each of them start at once. It ends
+# by itself a minute after the last program. Does nothing when it is running.
+start_lane() {
+  ensure_lane "$1" || return 1
+  local WINEPREFIX=$nhupdate_wine_folder/$1
+  export WINEPREFIX
+  "$nhupdate_wineserver" -k0 2>/dev/null && return 0
+  # Its services would keep the streams of the first program open as long as they live.
+  "$nhupdate_wineserver" -p60 </dev/null >/dev/null 2>&1
+  "$nhupdate_wine" cmd /c exit </dev/null >/dev/null 2>&1
+}
+
+stop_lane() {
+  WINEPREFIX=$nhupdate_wine_folder/$1 "$nhupdate_wineserver" -k
+  WINEPREFIX=$nhupdate_wine_folder/$1 "$nhupdate_wineserver" -w
+}
+
+# Starts an X server on a free display and points DISPLAY to it.
+start_display() {
+  local number_file
+  number_file=$(mktemp)
+  Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$number_file" </dev/null >/dev/null 2>&1 &
+  nhupdate_display_process=$!
+  local tries=0
+  until [ -s "$number_file" ]; do
+    sleep 0.05
+    tries=$((tries + 1))
+    [ $tries -lt 400 ] || { echo "Xvfb does not start." >&2; return 1; }
+  done
+  export DISPLAY=:$(cat "$number_file")
+  rm -f "$number_file"
+}
+
+stop_display() {
+  kill "$nhupdate_display_process" 2>/dev/null
+  wait "$nhupdate_display_process" 2>/dev/null
+}

@@ -1,0 +1,67 @@
+#include <string>
+
+#include "app/manager_center.h"
+#include "app/result_code.h"
+#include "base/paths.h"
+#include "base/windows.h"
+#include "install/copy_retry.h"
+#include "text/string_keys.h"
+#include "update/child_launch.h"
+#include "update/launch_catalog.h"
+
+namespace nhupdate {
+
+namespace {
+
+// The processes that were stopped need a moment until their files are free.
+constexpr DWORD kSettleDelayMs = 1000;
+
+constexpr int kSelfCopyAttempts = 3;
+
+}  // namespace
+
+int CManagerCenter::SelfUpdate() {
+  Log(LogLevel::kInformation, L"Function : Self Update");
+  if (!IsElevated()) {
+    Log(LogLevel::kError, L"Process not been elevated for install.");  // sic
+    return kNotElevated;
+  }
+  if (TerminateProcessByName(L"NHUpdateManager.exe") == 0) {
+    ShowErrorBox(GetString(kKeyFailNeedStopNHUpdateManager));
+    return kNextStageNotReady;
+  }
+  ::Sleep(kSettleDelayMs);
+
+  // This copy runs from base\Updater\App\NHUpdateManager.
+  const std::wstring base_folder = ParentFolder(ParentFolder(ParentFolder(paths_.module_folder)));
+  const std::wstring installed_folder = base_folder + L"\\NHUpdateManager";
+  if (!CopySelfTo(installed_folder)) {
+    ShowErrorBox(GetString(kKeyFailCommonError));
+    return kNextStageNotReady;
+  }
+  return StartInstalledCopy(installed_folder);
+}
+
+bool CManagerCenter::CopySelfTo(const std::wstring& installed_folder) {
+  for (int attempt = 0; attempt < kSelfCopyAttempts; ++attempt) {
+    if (CopyFolder(installed_folder, paths_.module_folder, 1, 1, 1) != 0) {
+      Log(LogLevel::kInformation, L"Copy NHUpdateManager success.");
+      return true;
+    }
+    Log(LogLevel::kWarning, L"Fail to copy NHUpdateManager, sleep and try again.");
+    ::Sleep(kRetryDelayMs);
+  }
+  Log(LogLevel::kError, L"Fail to copy NHUpdateManager finally.");
+  return false;
+}
+
+int CManagerCenter::StartInstalledCopy(const std::wstring& installed_folder) {
+  const LaunchOutcome next = Launch(kStartFinalUpdate, installed_folder);
+  if (next.state == LaunchState::kStarted) {
+    return kSucceeded;
+  }
+  ShowErrorBox(GetString(kKeyFailCommonError));
+  return next.state == LaunchState::kMissing ? kNextStageMissing : kNextStageNotReady;
+}
+
+}  // namespace nhupdate
