@@ -20,8 +20,7 @@ bool IsDotEntry(const WIN32_FIND_DATAW& entry) {
 
 CFolderListing::CFolderListing(const std::wstring& pattern)
     : entry_(std::make_unique<WIN32_FIND_DATAW>()),
-      search_(::FindFirstFileW(pattern.c_str(), entry_.get())),
-      is_first_(true) {}
+      search_(::FindFirstFileW(pattern.c_str(), entry_.get())) {}
 
 bool CFolderListing::Next() {
   if (!search_.IsValid()) {

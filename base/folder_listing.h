@@ -32,7 +32,7 @@ class CFolderListing {
   // On the heap: listings are nested as deep as the folders are.
   std::unique_ptr<WIN32_FIND_DATAW> entry_;
   UniqueFindHandle search_;
-  bool is_first_;
+  bool is_first_ = true;
 };
 
 // True when the file or folder itself is a link (see CFolderListing::IsLink).

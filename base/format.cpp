@@ -18,7 +18,7 @@ std::wstring FormatUnchecked(const wchar_t* format, ...) {
   std::wstring text;
   const int length = _vscwprintf(format, arguments);
   if (length > 0) {
-    const std::size_t units = static_cast<std::size_t>(length);
+    const auto units = static_cast<std::size_t>(length);
     text.resize(units);
     // The string's own terminator is the one unit that is written behind its length.
     _vsnwprintf(text.data(), units + 1, format, arguments_again);

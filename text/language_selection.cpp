@@ -58,7 +58,7 @@ std::wstring CManagerCenter::SelectLanguage() {
     Log(LogLevel::kInformation, L"Steam language setting not found.");
   } else {
     Log(LogLevel::kInformation, L"Found steam language setting : %s", steam_language);
-    const std::wstring mapped = MapSteamLanguage(
+    std::wstring mapped = MapSteamLanguage(
         paths_.configuration_folder + L"\\SteamLanguageMapping.ini", steam_language);
     if (!mapped.empty()) {
       Log(LogLevel::kInformation, L"Mapping steam language to %s.", mapped);

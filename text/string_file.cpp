@@ -18,14 +18,14 @@ std::wstring StringFilePath(const std::wstring& configuration_folder,
 
 std::wstring ChooseStringFile(const std::wstring& configuration_folder,
                               const std::wstring& language) {
-  const std::wstring own = StringFilePath(configuration_folder, language);
+  std::wstring own = StringFilePath(configuration_folder, language);
   if (Exists(own)) {
     return own;
   }
   const std::size_t hyphen = language.find(L'-');
   if (hyphen != std::wstring::npos && hyphen > 0) {
     const std::wstring short_code = LeftPart(language, static_cast<int>(hyphen));
-    const std::wstring general = StringFilePath(configuration_folder, short_code);
+    std::wstring general = StringFilePath(configuration_folder, short_code);
     if (Exists(general)) {
       return general;
     }

@@ -10,6 +10,9 @@ nhupdate_packages=(
   git
 )
 
+# What only single tools need.
+nhupdate_lint_packages=(clang-format clang-tidy)
+
 ensure_packages() {
   local missing=() package
   for package in "$@"; do
