@@ -10,6 +10,8 @@ nhupdate_wine=/usr/lib/wine/wine64
 nhupdate_wineserver=/usr/lib/wine/wineserver64
 
 export WINEDEBUG=${WINEDEBUG:--all}
+# Wine writes file names in the characters of the locale; others don't exist for it.
+export LC_ALL=C.UTF-8
 export WINEDLLOVERRIDES='mscoree,mshtml='
 
 # Makes the lane's prefix if there is none. Safe to call from several processes at once.
