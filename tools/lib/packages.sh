@@ -7,7 +7,7 @@ nhupdate_packages=(
   g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
   wine64 xvfb xauth
   g++ googletest
-  git zip
+  git zip unzip
 )
 
 # What only single tools need.

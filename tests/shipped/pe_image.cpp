@@ -1,0 +1,111 @@
+#include "tests/shipped/pe_image.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+
+#include "tests/support/files.h"
+
+#include <winver.h>  // needs <windows.h> first
+
+namespace nhupdate_test {
+
+namespace {
+
+// The lower bits of such a handle say how the file was mapped.
+std::uintptr_t AddressOf(HMODULE module) {
+  return reinterpret_cast<std::uintptr_t>(module) & ~std::uintptr_t{3};
+}
+
+}  // namespace
+
+CPeImage::CPeImage(const std::wstring& file_name)
+    : library_(::LoadLibraryExW((TestProgramFolder() + L"\\" + file_name).c_str(), nullptr,
+                                LOAD_LIBRARY_AS_IMAGE_RESOURCE)) {
+  EXPECT_TRUE(library_.IsValid()) << "Can't map " << testing::PrintToString(file_name);
+}
+
+template <typename Type>
+const Type* CPeImage::At(DWORD offset) const {
+  return reinterpret_cast<const Type*>(AddressOf(library_.Get()) + offset);
+}
+
+const IMAGE_OPTIONAL_HEADER64& CPeImage::Header() const {
+  const auto offset = static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew);
+  return At<IMAGE_NT_HEADERS64>(offset)->OptionalHeader;
+}
+
+const IMAGE_FILE_HEADER& CPeImage::FileHeader() const {
+  const auto offset = static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew);
+  return At<IMAGE_NT_HEADERS64>(offset)->FileHeader;
+}
+
+std::vector<std::string> CPeImage::ImportedDlls() const {
+  const DWORD start = Header().DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+  std::vector<std::string> names;
+  for (const auto* entry = At<IMAGE_IMPORT_DESCRIPTOR>(start); entry->Name != 0; ++entry) {
+    std::string name = At<char>(entry->Name);
+    for (char& letter : name) {
+      letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+    }
+    names.push_back(name);
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::vector<std::string> CPeImage::ExportedNames() const {
+  const IMAGE_DATA_DIRECTORY& directory = Header().DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT];
+  if (directory.Size == 0) {
+    return {};
+  }
+  const auto* exports = At<IMAGE_EXPORT_DIRECTORY>(directory.VirtualAddress);
+  const auto* offsets = At<DWORD>(exports->AddressOfNames);
+  std::vector<std::string> names;
+  for (DWORD index = 0; index < exports->NumberOfNames; ++index) {
+    names.emplace_back(At<char>(offsets[index]));
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::string CPeImage::Resource(const wchar_t* type) const {
+  const HRSRC found = ::FindResourceW(library_.Get(), MAKEINTRESOURCEW(1), type);
+  if (found == nullptr) {
+    return {};
+  }
+  const auto* data =
+      static_cast<const char*>(::LockResource(::LoadResource(library_.Get(), found)));
+  return std::string(data, ::SizeofResource(library_.Get(), found));
+}
+
+std::wstring CPeImage::VersionText(const std::wstring& name) const {
+  const std::string version = Resource(RT_VERSION);
+  void* text = nullptr;
+  UINT units = 0;
+  const std::wstring path = L"\\StringFileInfo\\040904B0\\" + name;
+  if (version.empty() || !::VerQueryValueW(version.data(), path.c_str(), &text, &units)) {
+    ADD_FAILURE() << "No " << testing::PrintToString(name);
+    return {};
+  }
+  return static_cast<const wchar_t*>(text);
+}
+
+VS_FIXEDFILEINFO CPeImage::FixedVersion() const {
+  const std::string version = Resource(RT_VERSION);
+  void* information = nullptr;
+  UINT size = 0;
+  if (version.empty() || !::VerQueryValueW(version.data(), L"\\", &information, &size)) {
+    ADD_FAILURE() << "No version";
+    return {};
+  }
+  return *static_cast<const VS_FIXEDFILEINFO*>(information);
+}
+
+std::string CPeImage::Manifest() const {
+  return Resource(RT_MANIFEST);
+}
+
+}  // namespace nhupdate_test

@@ -1,0 +1,85 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "tests/shipped/pe_image.h"
+
+namespace nhupdate_test {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr WORD kHardening = IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA |
+                            IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE |
+                            IMAGE_DLLCHARACTERISTICS_NX_COMPAT;
+
+class ShippedBinaryTest : public testing::TestWithParam<const wchar_t*> {
+ protected:
+  const CPeImage image_{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(, ShippedBinaryTest,
+                         testing::Values(L"NHUpdateManager.exe", L"NSWLogDynamic64U.dll"),
+                         [](const auto& test) {
+                           return std::wstring(test.param) == L"NHUpdateManager.exe" ? "Program"
+                                                                                     : "LogLibrary";
+                         });
+
+TEST_P(ShippedBinaryTest, ImportsFromSystemDllsOnly) {
+  const std::set<std::string> system = {"advapi32.dll", "kernel32.dll", "msvcrt.dll",
+                                        "ole32.dll",    "shell32.dll",  "user32.dll"};
+
+  for (const std::string& name : image_.ImportedDlls()) {
+    EXPECT_EQ(system.count(name), 1U) << name;
+  }
+  EXPECT_THAT(image_.ImportedDlls(), testing::Contains("kernel32.dll"));
+}
+
+TEST_P(ShippedBinaryTest, IsA64BitImageWithAllHardeningThatTheLinkerKnows) {
+  EXPECT_EQ(image_.FileHeader().Machine, IMAGE_FILE_MACHINE_AMD64);
+  EXPECT_EQ(image_.Header().DllCharacteristics & kHardening, kHardening);
+  EXPECT_NE(image_.Header().DataDirectory[IMAGE_DIRECTORY_ENTRY_BASERELOC].Size, 0U);
+}
+
+TEST_P(ShippedBinaryTest, CarriesNoBuildTime) {
+  EXPECT_EQ(image_.FileHeader().TimeDateStamp, 0U);
+}
+
+TEST_P(ShippedBinaryTest, SaysWhatItIsInItsVersionResource) {
+  EXPECT_EQ(image_.VersionText(L"ProductName"), L"Nimba Hub");
+  EXPECT_EQ(image_.VersionText(L"CompanyName"), L"Corvane");
+  EXPECT_EQ(image_.VersionText(L"OriginalFilename"), GetParam());
+  EXPECT_EQ(image_.VersionText(L"FileVersion"), NHUPDATE_VERSION);
+  EXPECT_EQ(image_.VersionText(L"ProductVersion"), NHUPDATE_VERSION);
+  const VS_FIXEDFILEINFO fixed = image_.FixedVersion();
+  EXPECT_EQ(std::to_wstring(HIWORD(fixed.dwFileVersionMS)) + L"." +
+                std::to_wstring(LOWORD(fixed.dwFileVersionMS)) + L"." +
+                std::to_wstring(HIWORD(fixed.dwFileVersionLS)),
+            NHUPDATE_VERSION);
+  EXPECT_EQ(fixed.dwProductVersionMS, fixed.dwFileVersionMS);
+  EXPECT_EQ(fixed.dwProductVersionLS, fixed.dwFileVersionLS);
+}
+
+TEST(ShippedProgramTest, IsAConsoleProgramThatExportsNothing) {
+  const CPeImage image(L"NHUpdateManager.exe");
+
+  EXPECT_EQ(image.Header().Subsystem, IMAGE_SUBSYSTEM_WINDOWS_CUI);
+  EXPECT_TRUE(image.ExportedNames().empty());
+}
+
+TEST(ShippedProgramTest, AsksForNoRightsAndKnowsLongPathsAndTheCurrentWindows) {
+  const std::string manifest = CPeImage(L"NHUpdateManager.exe").Manifest();
+
+  EXPECT_THAT(manifest, HasSubstr("level=\"asInvoker\""));
+  EXPECT_THAT(manifest, HasSubstr(">true</longPathAware>"));
+  EXPECT_THAT(manifest, HasSubstr("{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}"));
+}
+
+TEST(ShippedLogLibraryTest, ExportsItsFourEntriesAndNothingElse) {
+  EXPECT_THAT(CPeImage(L"NSWLogDynamic64U.dll").ExportedNames(),
+              testing::ElementsAre("Flush", "Start", "Stop", "WriteLog"));
+}
+
+}  // namespace
+}  // namespace nhupdate_test
