@@ -26,6 +26,7 @@ void JsonValue::Clear() {
     const std::unique_ptr<JsonValue> next = std::move(pending.back());
     pending.pop_back();
     next->MoveContainersTo(pending);
+    next->payload_ = Payload();
   }
   payload_ = Payload();
 }
