@@ -11,10 +11,15 @@ if(WIN32)
     WINVER=0x0A00 _WIN32_WINNT=0x0A00 PSAPI_VERSION=2)
 endif()
 
+# Folders are walked recursively, and a path of 32,767 characters has room for 16,383 levels. This
+# only reserves addresses: memory is taken as it is needed.
+set(NHUPDATE_STACK_BYTES 67108864)  # 64 MiB, 4 KiB for each level
+
 if(MSVC)
   target_compile_options(nhupdate_options INTERFACE /W4 /WX /permissive- /utf-8 /EHsc /guard:cf)
   target_compile_definitions(nhupdate_options INTERFACE _CRT_SECURE_NO_WARNINGS)
-  target_link_options(nhupdate_options INTERFACE /guard:cf /DYNAMICBASE /HIGHENTROPYVA /NXCOMPAT)
+  target_link_options(nhupdate_options INTERFACE /guard:cf /DYNAMICBASE /HIGHENTROPYVA /NXCOMPAT
+    /STACK:${NHUPDATE_STACK_BYTES})
 else()
   target_compile_options(nhupdate_options INTERFACE
     -Werror -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
@@ -34,6 +39,7 @@ if(MINGW)
   target_link_options(nhupdate_options INTERFACE
     -static -fstack-protector-strong
     LINKER:--dynamicbase,--high-entropy-va,--nxcompat LINKER:--no-insert-timestamp
+    LINKER:--stack,${NHUPDATE_STACK_BYTES}
     LINKER:--gc-sections)
 endif()
 

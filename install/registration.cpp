@@ -73,8 +73,8 @@ int CManagerCenter::RegisterProduct() {
       {kUninstallKey, L"DisplayIcon", uninstaller},
       {kUninstallKey, L"Publisher", L"Corvane"},
       {kUninstallKey, L"InstallLocation", paths_.root_folder},
-      {kUninstallKey, L"InstallDate", Today()},
   });
+  Write({{kUninstallKey, L"InstallDate", Today()}});
   return 1;
 }
 
