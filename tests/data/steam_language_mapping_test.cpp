@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cwchar>
 #include <iterator>
 #include <set>
 
@@ -76,8 +77,7 @@ std::set<std::wstring> NamesInTheMapping() {
                              static_cast<DWORD>(names.size()),
                              (ShippedConfigFolder() + L"\\SteamLanguageMapping.ini").c_str());
   std::set<std::wstring> found;
-  for (const wchar_t* name = names.data(); *name != L'\0'; name += found.rbegin()->size() + 1) {
-    // A set in the order of the file, which is sorted, has the latest name at its end.
+  for (const wchar_t* name = names.data(); *name != L'\0'; name += std::wcslen(name) + 1) {
     found.insert(name);
   }
   return found;

@@ -31,7 +31,11 @@ SAME_TEXTS = [
 
 SIMPLIFIED = {"zh"}
 TRADITIONAL = SAME_TEXTS[2]
+
+# A message box runs from left to right. What it breaks itself it orders line by line, so these
+# bring lines of their own, each with marks that give its direction.
 RIGHT_TO_LEFT = {"ar", "he"}
+LONGEST_RIGHT_TO_LEFT_LINE = 50
 
 # The scripts of the letters, as Unicode's names begin; Latin where nothing is said.
 SCRIPTS = {
@@ -126,11 +130,19 @@ class StringFilesTest(unittest.TestCase):
             self.assertEqual(text.count(PROGRAM), 2 if key == STILL_RUNNING else 0)
         self.for_each_text(check)
 
-    def test_texts_are_one_clean_paragraph(self):
+    def test_texts_are_one_paragraph_except_from_right_to_left(self):
+        def check(code, _, text):
+            # A path may follow on a line of its own, which must be the first other line.
+            if code not in RIGHT_TO_LEFT:
+                self.assertNotIn("\n", text)
+        self.for_each_text(check)
+
+    def test_texts_are_clean(self):
         def check(_, __, text):
             self.assertEqual(text, unicodedata.normalize("NFC", text))
-            self.assertEqual(text, " ".join(text.split()))
-            self.assertNotRegex(text, "[\ufffd\x00-\x1f'\"]")
+            for line in text.split("\n"):
+                self.assertEqual(without_embedding(line), " ".join(without_embedding(line).split()))
+                self.assertNotRegex(line, "[\ufffd\x00-\x1f'\"]")
         self.for_each_text(check)
 
     def test_texts_are_written_in_the_letters_of_their_language(self):
@@ -159,14 +171,19 @@ class StringFilesTest(unittest.TestCase):
                 self.assertEqual(last, end)
         self.for_each_text(check)
 
-    def test_right_to_left_texts_say_so_and_no_others_do(self):
+    def test_right_to_left_lines_say_so_and_no_others_do(self):
         def check(code, _, text):
-            invisible = [unit for unit in text if unicodedata.category(unit) == "Cf"]
-            if code in RIGHT_TO_LEFT:
-                self.assertEqual(invisible, [EMBED_RIGHT_TO_LEFT, END_EMBEDDING])
-                self.assertEqual((text[0], text[-1]), (EMBED_RIGHT_TO_LEFT, END_EMBEDDING))
-            else:
-                self.assertEqual(invisible, [])
+            marks = (EMBED_RIGHT_TO_LEFT, END_EMBEDDING) if code in RIGHT_TO_LEFT else ()
+            for line in text.split("\n"):
+                invisible = tuple(c for c in line if unicodedata.category(c) == "Cf")
+                self.assertEqual(invisible, marks)
+                self.assertEqual(line[:1] + line[-1:] if marks else "", "".join(marks))
+        self.for_each_text(check)
+
+    def test_right_to_left_lines_are_too_short_to_be_broken(self):
+        def check(code, _, text):
+            for line in text.split("\n") if code in RIGHT_TO_LEFT else ():
+                self.assertLessEqual(len(line), LONGEST_RIGHT_TO_LEFT_LINE)
         self.for_each_text(check)
 
     def test_only_files_meant_to_be_the_same_are(self):
