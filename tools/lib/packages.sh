@@ -6,7 +6,7 @@ nhupdate_packages=(
   cmake ninja-build
   g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
   wine64 xvfb xauth
-  g++ googletest
+  g++ googletest python3
   git zip unzip
 )
 

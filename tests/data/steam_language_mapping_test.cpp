@@ -1,0 +1,137 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cwchar>
+#include <iterator>
+#include <set>
+
+#include "base/existence.h"
+#include "base/windows.h"
+#include "tests/data/shipped_config.h"
+#include "tests/support/installed_product.h"
+#include "text/string_file.h"
+
+namespace nhupdate_test {
+namespace {
+
+struct SteamLanguage {
+  const wchar_t* name;  // as Steam writes it into the registry
+  const wchar_t* code;  // of the string file in that language
+};
+
+constexpr SteamLanguage kSteamLanguages[] = {
+    {L"arabic", L"ar"},      {L"brazilian", L"pt-BR"}, {L"bulgarian", L"bg"},
+    {L"czech", L"cs"},       {L"danish", L"da"},       {L"dutch", L"nl"},
+    {L"english", L"en"},     {L"finnish", L"fi"},      {L"french", L"fr"},
+    {L"german", L"de"},      {L"greek", L"el"},        {L"hungarian", L"hu"},
+    {L"indonesian", L"id"},  {L"italian", L"it"},      {L"japanese", L"ja"},
+    {L"korean", L"ko"},      {L"koreana", L"ko"},      {L"latam", L"es-419"},
+    {L"malay", L"ms"},       {L"norwegian", L"nb"},    {L"polish", L"pl"},
+    {L"portuguese", L"pt"},  {L"romanian", L"ro"},     {L"russian", L"ru"},
+    {L"sc_schinese", L"zh"}, {L"schinese", L"zh"},     {L"spanish", L"es"},
+    {L"swedish", L"sv"},     {L"tchinese", L"zh-TW"},  {L"thai", L"th"},
+    {L"turkish", L"tr"},     {L"ukrainian", L"uk"},    {L"vietnamese", L"vi"},
+};
+
+// Steam's setting of a user of these tests' own: the real one, on a machine with Steam, is left
+// alone.
+class SteamSetting {
+ public:
+  SteamSetting() {
+    ::RegCreateKeyExW(HKEY_CURRENT_USER, kUserKey, 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS,
+                      nullptr, &user_, nullptr);
+    EXPECT_EQ(::RegOverridePredefKey(HKEY_CURRENT_USER, user_), ERROR_SUCCESS);
+  }
+
+  ~SteamSetting() {
+    ::RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+    ::RegCloseKey(user_);
+    ::RegDeleteTreeW(HKEY_CURRENT_USER, kUserKey);
+  }
+
+  SteamSetting(const SteamSetting&) = delete;
+  SteamSetting& operator=(const SteamSetting&) = delete;
+
+  void Choose(const std::wstring& language) {
+    HKEY steam = nullptr;
+    ::RegCreateKeyExW(user_, L"SOFTWARE\\Valve\\Steam", 0, nullptr, REG_OPTION_VOLATILE,
+                      KEY_ALL_ACCESS, nullptr, &steam, nullptr);
+    const auto bytes = static_cast<DWORD>((language.size() + 1) * sizeof(wchar_t));
+    EXPECT_EQ(::RegSetValueExW(steam, L"Language", 0, REG_SZ,
+                               reinterpret_cast<const BYTE*>(language.c_str()), bytes),
+              ERROR_SUCCESS);
+    ::RegCloseKey(steam);
+  }
+
+ private:
+  static constexpr wchar_t kUserKey[] = L"Software\\NHUpdateManager tests";
+
+  HKEY user_ = nullptr;
+};
+
+std::set<std::wstring> NamesInTheMapping() {
+  std::array<wchar_t, 8192> names = {};
+  ::GetPrivateProfileStringW(L"Language", nullptr, L"", names.data(),
+                             static_cast<DWORD>(names.size()),
+                             (ShippedConfigFolder() + L"\\SteamLanguageMapping.ini").c_str());
+  std::set<std::wstring> found;
+  for (const wchar_t* name = names.data(); *name != L'\0'; name += std::wcslen(name) + 1) {
+    found.insert(name);
+  }
+  return found;
+}
+
+TEST(SteamLanguageMappingTest, LeadsFromEverySteamLanguageToAFileOfItsOwn) {
+  InstalledProduct product;
+  const std::wstring config = product.Module() + L"\\Config";
+  CopyShippedConfigTo(config);
+  nhupdate::CManagerCenter& manager = product.Manager();
+  SteamSetting steam;
+
+  for (const SteamLanguage& language : kSteamLanguages) {
+    SCOPED_TRACE(testing::PrintToString(language.name));
+    product.ForgetRecords();
+
+    steam.Choose(language.name);
+    const std::wstring code = manager.SelectLanguage();
+    const std::wstring file = nhupdate::ChooseStringFile(config, code);
+
+    EXPECT_EQ(file, config + L"\\NHUpdateManager." + language.code + L".json");
+    EXPECT_TRUE(nhupdate::Exists(file));
+    EXPECT_THAT(product.Transcript(),
+                testing::ElementsAre(
+                    std::wstring(L"2|Found steam language setting : ") + language.name,
+                    std::wstring(L"2|Mapping steam language to ") + language.code + L"."));
+  }
+}
+
+TEST(SteamLanguageMappingTest, HasNoLanguageThatIsNotTestedHere) {
+  std::set<std::wstring> tested;
+  std::transform(std::begin(kSteamLanguages), std::end(kSteamLanguages),
+                 std::inserter(tested, tested.end()),
+                 [](const SteamLanguage& language) { return language.name; });
+
+  EXPECT_EQ(NamesInTheMapping(), tested);
+}
+
+TEST(SteamLanguageMappingTest, DecidesWhichTextsAreLoadedAtTheStart) {
+  InstalledProduct product;
+  CopyShippedConfigTo(product.Module() + L"\\Config");
+  SteamSetting steam;
+  steam.Choose(L"tchinese");
+
+  product.Start();
+
+  const std::vector<std::wstring> records = product.Transcript();
+  EXPECT_THAT(records,
+              testing::IsSupersetOf(
+                  {L"2|Load strings from {root}\\Nimba Hub\\NHUpdateManager\\Config"
+                   L"\\NHUpdateManager.zh-TW.json",
+                   L"2|Total 3 strings loaded."}));
+  EXPECT_EQ(product.Manager().GetString(L"KEY_UPDATE_TITLE"), L"Nimba Hub \u66F4\u65B0");
+}
+
+}  // namespace
+}  // namespace nhupdate_test
