@@ -77,6 +77,13 @@ void CManagerCenter::PrepareDataFolders() {
   CreateFolder(paths_.log_folder);
 }
 
+bool CManagerCenter::RequireElevation() {
+  if (!IsElevated()) {
+    Log(LogLevel::kError, L"Process not been elevated for install.");  // sic
+  }
+  return IsElevated();
+}
+
 void CManagerCenter::LogText(LogLevel level, const std::wstring& message) {
   log_center_.WriteRecord(static_cast<int>(level), kLogTag, message);
 }

@@ -56,6 +56,8 @@ class CManagerCenter {
   int Initialize();
 
   [[nodiscard]] bool IsElevated() const { return elevated_ != 0; }
+  // The same for work that can't be done without: logs when the process isn't elevated.
+  [[nodiscard]] bool RequireElevation();
   [[nodiscard]] CNSWLogCenter& LogCenter() { return log_center_; }
 
   // Writes one record, whatever its length.
@@ -101,7 +103,9 @@ class CManagerCenter {
   // `final_update` is 0 for an installation and 1 for the last stage of an update, for which the
   // caller has tested the elevation.
   [[nodiscard]] int InstallSequence(int final_update);
+  // Brings the updater itself up to date. Returns 1 when a new one was put into place, else 0.
   int RefreshUpdater();
+  // Installs the sibling product beside the base folder. Its result code stays within the program.
   int InstallNimbaCast();
   // Deletes the updater's configuration, so that its next run starts afresh. The argument is 0 in
   // the installed copy of the program and 1 in the staged one. Returns whether there was one.
@@ -158,18 +162,18 @@ class CManagerCenter {
   void PrepareDataFolders();
 
   CheckOutcome CheckWithUpdater(const ChildLaunch& launch, const std::wstring& updater_folder,
-                                FormatString<> found_message,
-                                FormatString<> nothing_found_message);
+                                FormatString<> found_message, FormatString<> nothing_found_message);
   UpdateOutcome UpdateWithUpdater(const ChildLaunch& launch, const std::wstring& updater_folder);
   bool StagedVersionDiffers();
   bool CopySelfTo(const std::wstring& installed_folder);
   int StartInstalledCopy(const std::wstring& installed_folder);
   int PutIntoPlace();
   void RemoveEmptyFolders();
-  int CopyNewUpdater(const std::wstring& updater_folder);
   int DownloadNimbaCast(const std::wstring& updater_folder);
   int RunNimbaCastManager(const std::wstring& manager_folder);
 
+  int CopyFolderWithRetries(const std::wstring& destination, const std::wstring& source,
+                            int delete_existing);
   int CopyOneFile(const std::wstring& target, const std::wstring& source, int log_details);
   int CopySubFolder(const std::wstring& target, const std::wstring& source, int log_details,
                     int delete_existing);

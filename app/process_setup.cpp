@@ -1,11 +1,14 @@
 #include "app/process_setup.h"
 
+#include <tuple>
+
 #include "base/windows.h"
 
 namespace nhupdate {
 
 bool SetUpProcess() {
-  ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+  std::ignore = ::SetErrorMode(::GetErrorMode() | SEM_FAILCRITICALERRORS |
+                               SEM_NOOPENFILEERRORBOX);  // old mode
   return ::SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_DEFAULT_DIRS) != FALSE;
 }
 

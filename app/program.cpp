@@ -45,8 +45,7 @@ std::vector<std::wstring> CommandLineArguments() {
 
 int FinalUpdate(CManagerCenter& manager) {
   manager.Log(LogLevel::kInformation, L"Function : Final Update");
-  if (!manager.IsElevated()) {
-    manager.Log(LogLevel::kError, L"Process not been elevated for install.");  // sic
+  if (!manager.RequireElevation()) {
     return kNotElevated;
   }
   return manager.InstallSequence(kLastUpdateStage);

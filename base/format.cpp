@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cwchar>
+#include <tuple>
 
 namespace nhupdate::format_detail {
 
@@ -21,7 +22,7 @@ std::wstring FormatUnchecked(const wchar_t* format, ...) {
     const auto units = static_cast<std::size_t>(length);
     text.resize(units);
     // The string's own terminator is the one unit that is written behind its length.
-    _vsnwprintf(text.data(), units + 1, format, arguments_again);
+    std::ignore = _vsnwprintf(text.data(), units + 1, format, arguments_again);
   }
 
   va_end(arguments_again);

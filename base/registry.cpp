@@ -26,8 +26,7 @@ int SetRegValue(const std::wstring& key_path, const std::wstring& value_name, DW
 
 }  // namespace
 
-int GetRegString(const std::wstring& key_path, const std::wstring& value_name,
-                 std::wstring& data) {
+int GetRegString(const std::wstring& key_path, const std::wstring& value_name, std::wstring& data) {
   UniqueRegistryKey key;
   if (::RegOpenKeyExW(HKEY_CURRENT_USER, key_path.c_str(), 0, KEY_READ, key.Receive()) !=
       ERROR_SUCCESS) {

@@ -4,8 +4,8 @@
 // only, no min and max macros, nothing but the core. Shell, COM and process headers are included
 // after it by the few files that need them.
 
-#ifndef UNICODE
-#error "The program is built for wide characters only."
+#if !defined(UNICODE) || !defined(NOMINMAX) || !defined(WIN32_LEAN_AND_MEAN)
+#error "These are set for everything that is built (cmake/compile_options.cmake)."
 #endif
 
 #include <windows.h>

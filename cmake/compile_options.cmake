@@ -16,10 +16,12 @@ endif()
 set(NHUPDATE_STACK_BYTES 67108864)  # 64 MiB, 4 KiB for each level
 
 if(MSVC)
-  target_compile_options(nhupdate_options INTERFACE /W4 /WX /permissive- /utf-8 /EHsc /guard:cf)
+  # /Brepro leaves times out of what is written.
+  target_compile_options(nhupdate_options INTERFACE
+    /W4 /WX /permissive- /utf-8 /EHsc /guard:cf /Brepro)
   target_compile_definitions(nhupdate_options INTERFACE _CRT_SECURE_NO_WARNINGS)
   target_link_options(nhupdate_options INTERFACE /guard:cf /DYNAMICBASE /HIGHENTROPYVA /NXCOMPAT
-    /STACK:${NHUPDATE_STACK_BYTES})
+    /Brepro /STACK:${NHUPDATE_STACK_BYTES})
 else()
   target_compile_options(nhupdate_options INTERFACE
     -Werror -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast

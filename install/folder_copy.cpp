@@ -5,6 +5,7 @@
 #include "base/folder_listing.h"
 #include "base/paths.h"
 #include "base/windows.h"
+#include "install/copy_retry.h"
 
 namespace nhupdate {
 
@@ -20,14 +21,27 @@ int CManagerCenter::CopyFolder(const std::wstring& destination, const std::wstri
     const std::wstring entry = source + L"\\" + listing.Name();
     const std::wstring target = destination + L"\\" + listing.Name();
     const int copied = !listing.IsFolder() ? CopyOneFile(target, entry, log_details)
-                       : recurse != 0
-                           ? CopySubFolder(target, entry, log_details, delete_existing)
-                           : 1;
+                       : recurse != 0 ? CopySubFolder(target, entry, log_details, delete_existing)
+                                      : 1;
     if (copied == 0) {
       return 0;
     }
   }
   return 1;
+}
+
+int CManagerCenter::CopyFolderWithRetries(const std::wstring& destination,
+                                          const std::wstring& source, int delete_existing) {
+  for (int attempt = 0; attempt < kCopyAttempts; ++attempt) {
+    if (CopyFolder(destination, source, 1, 1, delete_existing) != 0) {
+      Log(LogLevel::kInformation, L"Copy complete.");
+      return 1;
+    }
+    Log(LogLevel::kWarning, L"Copy fail, sleep 3 seconds and retry.");
+    ::Sleep(kRetryDelayMs);
+  }
+  Log(LogLevel::kError, L"Fail to copy folder.");
+  return 0;
 }
 
 int CManagerCenter::CopyOneFile(const std::wstring& target, const std::wstring& source,

@@ -2,10 +2,9 @@
 #include <vector>
 
 #include "app/manager_center.h"
-#include "base/folder_listing.h"
 #include "base/existence.h"
+#include "base/folder_listing.h"
 #include "base/windows.h"
-#include "install/copy_retry.h"
 #include "text/string_keys.h"
 
 namespace nhupdate {
@@ -31,17 +30,11 @@ int CManagerCenter::InstallCopy() {
   if (DeleteInstalledFiles() == 0 || CopyStagedFiles() == 0) {
     return 0;
   }
-  for (int attempt = 0; attempt < kCopyAttempts; ++attempt) {
-    if (CopyFolder(paths_.base_folder, paths_.app_folder, 1, 1, 1) != 0) {
-      Log(LogLevel::kInformation, L"Copy complete.");
-      return 1;
-    }
-    Log(LogLevel::kWarning, L"Copy fail, sleep 3 seconds and retry.");
-    ::Sleep(kRetryDelayMs);
+  if (CopyFolderWithRetries(paths_.base_folder, paths_.app_folder, 1) == 0) {
+    ShowCopyErrorBox(last_failed_copy_path_);
+    return 0;
   }
-  Log(LogLevel::kError, L"Fail to copy folder.");
-  ShowCopyErrorBox(last_failed_copy_path_);
-  return 0;
+  return 1;
 }
 
 int CManagerCenter::DeleteInstalledFiles() {

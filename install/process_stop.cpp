@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/manager_center.h"
+#include "app/program_file_name.h"
 #include "base/paths.h"
 #include "base/strings.h"
 #include "base/unique_handle.h"
@@ -18,7 +19,6 @@ namespace nhupdate {
 
 namespace {
 
-constexpr wchar_t kOwnFileName[] = L"NHUpdateManager.exe";
 constexpr DWORD kTerminationWaitMs = 3000;
 constexpr DWORD kImagePathUnits = 260;
 
@@ -43,8 +43,9 @@ void Terminate(DWORD process_id) {
   if (!process.IsValid()) {
     return;  // what is still running shows in the check afterwards
   }
-  ::TerminateProcess(process.Get(), 0);
-  ::WaitForSingleObject(process.Get(), kTerminationWaitMs);
+  // Whether it worked shows in the check afterwards.
+  std::ignore = ::TerminateProcess(process.Get(), 0);
+  std::ignore = ::WaitForSingleObject(process.Get(), kTerminationWaitMs);
 }
 
 }  // namespace
@@ -66,8 +67,7 @@ int CManagerCenter::GetProcessImageName(unsigned long process_id, std::wstring& 
   }
 
   // A process that is just starting or ending often gives its path to one of these.
-  if (::K32GetModuleFileNameExW(process.Get(), nullptr, path_buffer.data(),
-                                kImagePathUnits) == 0) {
+  if (::K32GetModuleFileNameExW(process.Get(), nullptr, path_buffer.data(), kImagePathUnits) == 0) {
     ::K32GetProcessImageFileNameW(process.Get(), path_buffer.data(), kImagePathUnits);
   }
   path = path_buffer.data();
@@ -112,7 +112,7 @@ int CManagerCenter::TerminateProcessByName(const std::wstring& file_name) {
 }
 
 int CManagerCenter::StopUpdateManagers() {
-  if (TerminateProcessByName(kOwnFileName) == 1) {
+  if (TerminateProcessByName(kProgramFileName) == 1) {
     return 1;
   }
   Log(LogLevel::kError, L"Fail to terminate NHUpdateManager.");

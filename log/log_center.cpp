@@ -12,8 +12,8 @@ constexpr char kInterfaceVersion[] = "1.0.0";
 template <typename Entry>
 bool Resolve(const UniqueLibrary& library, const char* name, Entry& entry) {
   // By way of the most general function type: compilers warn of a direct cast between two others.
-  entry = reinterpret_cast<Entry>(
-      reinterpret_cast<void (*)()>(::GetProcAddress(library.Get(), name)));
+  entry =
+      reinterpret_cast<Entry>(reinterpret_cast<void (*)()>(::GetProcAddress(library.Get(), name)));
   return entry != nullptr;
 }
 

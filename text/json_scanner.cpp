@@ -1,10 +1,9 @@
 #include "text/json_scanner.h"
 
-#include <charconv>
 #include <cstddef>
-#include <limits>
-#include <system_error>
 #include <utility>
+
+#include "text/json_digits.h"
 
 namespace nhupdate {
 
@@ -13,10 +12,6 @@ namespace {
 constexpr wchar_t kQuote = L'"';
 constexpr wchar_t kBackslash = L'\\';
 constexpr int kUnicodeEscapeUnits = 6;
-
-bool IsDigit(wchar_t unit) {
-  return unit >= L'0' && unit <= L'9';
-}
 
 enum class Scalar { kNone, kString, kNumber, kLiteral };
 
@@ -39,57 +34,9 @@ Scalar ScalarBegunBy(wchar_t unit) {
   }
 }
 
-// The value of a hexadecimal digit, or -1.
-int HexadecimalDigit(wchar_t unit) {
-  if (IsDigit(unit)) {
-    return unit - L'0';
-  }
-  if (unit >= L'a' && unit <= L'f') {
-    return unit - L'a' + 10;
-  }
-  if (unit >= L'A' && unit <= L'F') {
-    return unit - L'A' + 10;
-  }
-  return -1;
-}
-
-// Reads up to four hexadecimal digits. Without a single one the code stays what it was.
-void ScanHexadecimal(const wchar_t* digits, std::uint32_t& code) {
-  if (HexadecimalDigit(digits[0]) < 0) {
-    return;
-  }
-  code = 0;
-  for (int index = 0; index < 4 && HexadecimalDigit(digits[index]) >= 0; ++index) {
-    code = code * 16 + static_cast<std::uint32_t>(HexadecimalDigit(digits[index]));
-  }
-}
-
-// `digits` holds nothing but decimal digits. Too large a number becomes the largest one.
-std::int64_t ToInteger(const std::string& digits) {
-  std::int64_t integer = 0;
-  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), integer);
-  return result.ec == std::errc::result_out_of_range ? std::numeric_limits<std::int64_t>::max()
-                                                     : integer;
-}
-
-// `digits` holds decimal digits and one full stop. Without a digit the result is 0.
-double ToReal(const std::string& digits) {
-  double real = 0.0;
-  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), real,
-                                      std::chars_format::fixed);
-  if (result.ec == std::errc::result_out_of_range) {
-    const bool is_large = digits.find_first_of("123456789") < digits.find('.');
-    return is_large ? std::numeric_limits<double>::infinity() : 0.0;
-  }
-  return real;
-}
-
 }  // namespace
 
 CJsonScanner::CJsonScanner(const wchar_t* text, int bound) : text_(text) {
-  if (text == nullptr) {
-    return;
-  }
   for (; end_ < bound && text[end_] != L'\0'; ++end_) {
     switch (text[end_]) {
       case kQuote:
@@ -133,7 +80,7 @@ int CJsonScanner::ScanString(int position, std::wstring& out) const {
     const wchar_t unit = text_[next];
     if (unit == kBackslash) {
       const int consumed = ScanEscape(next, code, text);
-      if (next + consumed > end_) {
+      if (consumed > end_ - next) {
         return -(next - position + consumed);
       }
       next += consumed;

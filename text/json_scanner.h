@@ -12,12 +12,9 @@ namespace nhupdate {
 
 class CJsonScanner {
  public:
-  // Looks at the whole text once, so that no reader has to search ahead again. A text that can't
-  // be read (a null pointer or a bound below 1) is empty.
+  // Looks at the whole text once, up to the bound or the first NUL before it, so that no reader has
+  // to search ahead again.
   CJsonScanner(const wchar_t* text, int bound);
-
-  // One behind the last unit: the bound, or the first NUL before it.
-  [[nodiscard]] int End() const { return end_; }
 
   // The unit at the position; NUL at the end.
   [[nodiscard]] wchar_t UnitAt(int position) const {
@@ -47,7 +44,7 @@ class CJsonScanner {
   int ScanEscape(int position, std::uint32_t& code, std::wstring& out) const;
 
   const wchar_t* text_;
-  int end_ = 0;
+  int end_ = 0;  // one behind the last unit
   int last_quote_ = -1;
   int last_square_bracket_ = -1;
   int last_curly_bracket_ = -1;

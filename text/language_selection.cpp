@@ -28,10 +28,12 @@ std::wstring SteamLanguage() {
 std::wstring MapSteamLanguage(const std::wstring& mapping_file,
                               const std::wstring& steam_language) {
   std::array<wchar_t, 256> buffer = {};
-  ::GetPrivateProfileStringW(kMappingSection, steam_language.c_str(), L"", buffer.data(),
-                             static_cast<DWORD>(buffer.size()), mapping_file.c_str());
+  // The length tells nothing that the text doesn't.
+  std::ignore =
+      ::GetPrivateProfileStringW(kMappingSection, steam_language.c_str(), L"", buffer.data(),
+                                 static_cast<DWORD>(buffer.size()), mapping_file.c_str());
   std::wstring code = buffer.data();
-  ReplaceAll(code, L"_", L"-");
+  std::ignore = ReplaceAll(code, L"_", L"-");  // zh_TW means zh-TW
   return code;
 }
 

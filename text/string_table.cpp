@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <limits>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "app/manager_center.h"
@@ -79,7 +80,7 @@ void CManagerCenter::LoadStrings(const std::wstring& path) {
   // The bound counts bytes, which are never fewer than units: the text's terminator ends it. What
   // the reader could make of the text shows in the kind of the value.
   JsonValue root;
-  ParseValue(root, text.c_str(), byte_count);
+  std::ignore = ParseValue(root, text.c_str(), byte_count);  // see above
   AddTexts(root, strings_);
   Log(LogLevel::kInformation, L"Total %d strings loaded.", static_cast<int>(strings_.size()));
   FreeValue(root);

@@ -16,8 +16,7 @@ std::wstring Utf8ToWide(const char* bytes, int byte_count) {
     return {};
   }
   std::wstring text(static_cast<std::size_t>(units), L'\0');
-  const int converted =
-      ::MultiByteToWideChar(CP_UTF8, 0, bytes, byte_count, text.data(), units);
+  const int converted = ::MultiByteToWideChar(CP_UTF8, 0, bytes, byte_count, text.data(), units);
   text.resize(converted > 0 ? static_cast<std::size_t>(converted) : 0);
   return text;
 }

@@ -1,5 +1,6 @@
 #include "update/child_launch.h"
 
+#include <tuple>
 #include <utility>
 
 #include "app/manager_center.h"
@@ -40,7 +41,7 @@ std::optional<DWORD> Execute(const std::wstring& folder, const std::wstring& pat
 
 // There is no time limit: an update takes as long as the network and the user let it.
 std::optional<DWORD> WaitForExitCode(const UniqueKernelHandle& process) {
-  ::WaitForSingleObject(process.Get(), INFINITE);
+  std::ignore = ::WaitForSingleObject(process.Get(), INFINITE);  // the exit code tells
   DWORD exit_code = 0;
   if (!::GetExitCodeProcess(process.Get(), &exit_code)) {
     return std::nullopt;

@@ -1,4 +1,6 @@
+#include <string>
 #include <tuple>
+#include <vector>
 
 #include "app/manager_center.h"
 #include "app/result_code.h"
@@ -8,8 +10,7 @@ namespace nhupdate {
 int CManagerCenter::InstallSequence(int final_update) {
   if (final_update == 0) {
     Log(LogLevel::kInformation, L"Function : Install");
-    if (!IsElevated()) {
-      Log(LogLevel::kError, L"Process not been elevated for install.");  // sic
+    if (!RequireElevation()) {
       return kNotElevated;
     }
   }

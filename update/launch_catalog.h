@@ -18,9 +18,9 @@ namespace nhupdate {
 
 inline constexpr ChildLaunch kCheckForUpdate = {
     .executable = L"\\Updater.exe",
-    .parameters = FormatString<DWORD>(
-        L"-NoUI -CheckTask NIMBAHUB -SkipAdditionTasks -ExitWhenParentDie:%d"),
-    .not_found_message = L"Update.exe not found : %s",  // sic
+    .parameters =
+        FormatString<DWORD>(L"-NoUI -CheckTask NIMBAHUB -SkipAdditionTasks -ExitWhenParentDie:%d"),
+    .not_found_message = L"Update.exe not found : %s",               // sic
     .failure_message = L"Fail to launch updater for download : %d",  // sic: used for the check too
     .success_message = L"Launch updater success for check.",
     .exit_message = FormatString<DWORD>(L"Updater exit = %d"),
@@ -90,8 +90,7 @@ inline constexpr ChildLaunch kStartFinalUpdate = {
 
 inline constexpr ChildLaunch kDownloadNimbaCast = {
     .executable = L"\\Updater.exe",
-    .parameters =
-        FormatString<DWORD>(L"-NoUI NIMBACS -SkipAdditionTasks -ExitWhenParentDie:%d"),
+    .parameters = FormatString<DWORD>(L"-NoUI NIMBACS -SkipAdditionTasks -ExitWhenParentDie:%d"),
     .not_found_message = L"Update.exe not found : %s",  // sic
     .failure_message = L"Fail to launch updater for download : %d",
     .success_message = L"Launch updater success for download.",

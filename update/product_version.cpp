@@ -1,6 +1,7 @@
 #include "update/product_version.h"
 
 #include <array>
+#include <tuple>
 
 #include "base/windows.h"
 
@@ -9,8 +10,9 @@ namespace nhupdate {
 std::wstring ReadProductVersion(const std::wstring& folder) {
   const std::wstring file = folder + L"\\Version.txt";
   std::array<wchar_t, 256> buffer = {};
-  ::GetPrivateProfileStringW(L"ProductVersion", L"Version", L"", buffer.data(),
-                             static_cast<DWORD>(buffer.size()), file.c_str());
+  // The length tells nothing that the text doesn't.
+  std::ignore = ::GetPrivateProfileStringW(L"ProductVersion", L"Version", L"", buffer.data(),
+                                           static_cast<DWORD>(buffer.size()), file.c_str());
   return buffer.data();
 }
 

@@ -1,6 +1,7 @@
 #include <string>
 
 #include "app/manager_center.h"
+#include "app/program_file_name.h"
 #include "app/result_code.h"
 #include "base/paths.h"
 #include "base/windows.h"
@@ -22,11 +23,10 @@ constexpr int kSelfCopyAttempts = 3;
 
 int CManagerCenter::SelfUpdate() {
   Log(LogLevel::kInformation, L"Function : Self Update");
-  if (!IsElevated()) {
-    Log(LogLevel::kError, L"Process not been elevated for install.");  // sic
+  if (!RequireElevation()) {
     return kNotElevated;
   }
-  if (TerminateProcessByName(L"NHUpdateManager.exe") == 0) {
+  if (TerminateProcessByName(kProgramFileName) == 0) {
     ShowErrorBox(GetString(kKeyFailNeedStopNHUpdateManager));
     return kNextStageNotReady;
   }

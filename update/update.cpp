@@ -12,8 +12,7 @@ namespace nhupdate {
 
 int CManagerCenter::Update() {
   Log(LogLevel::kInformation, L"Function : Update");
-  if (!IsElevated()) {
-    Log(LogLevel::kError, L"Process not been elevated for install.");  // sic
+  if (!RequireElevation()) {
     return kNotElevated;
   }
   std::ignore = RefreshUpdater();  // the updater that is there can do the update as well

@@ -1,8 +1,6 @@
 #include <string>
 
 #include "app/manager_center.h"
-#include "base/windows.h"
-#include "install/copy_retry.h"
 #include "update/launch_catalog.h"
 #include "update/updater_folder.h"
 #include "update/updater_run.h"
@@ -25,21 +23,11 @@ int CManagerCenter::RefreshUpdater() {
     case CheckOutcome::kFailed:
       break;  // an updater that was fetched at another time may still wait to be copied
   }
-  return CopyNewUpdater(updater_folder);
-}
-
-int CManagerCenter::CopyNewUpdater(const std::wstring& updater_folder) {
-  for (int attempt = 0; attempt < kCopyAttempts; ++attempt) {
-    if (CopyFolder(updater_folder, updater_folder + L"\\NewUpdater", 1, 1, 0) != 0) {
-      Log(LogLevel::kInformation, L"Copy complete.");
-      Log(LogLevel::kInformation, L"Update updater complete.");
-      return 1;
-    }
-    Log(LogLevel::kWarning, L"Copy fail, sleep 3 seconds and retry.");
-    ::Sleep(kRetryDelayMs);
+  if (CopyFolderWithRetries(updater_folder, updater_folder + L"\\NewUpdater", 0) == 0) {
+    return 0;
   }
-  Log(LogLevel::kError, L"Fail to copy folder.");
-  return 0;
+  Log(LogLevel::kInformation, L"Update updater complete.");
+  return 1;
 }
 
 }  // namespace nhupdate

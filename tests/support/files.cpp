@@ -46,16 +46,16 @@ void WriteFileBytes(const std::wstring& path, const std::string& bytes) {
                                                 CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
   DWORD written = 0;
   const bool is_written =
-      file.IsValid() && ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()),
-                                    &written, nullptr);
-  EXPECT_TRUE(is_written && written == bytes.size()) << "Can't write " << testing::PrintToString(path);
+      file.IsValid() &&
+      ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+  EXPECT_TRUE(is_written && written == bytes.size())
+      << "Can't write " << testing::PrintToString(path);
 }
 
 std::string ReadFileBytes(const std::wstring& path) {
-  const nhupdate::UniqueFile file(
-      ::CreateFileW(path.c_str(), GENERIC_READ,
-                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                    FILE_ATTRIBUTE_NORMAL, nullptr));
+  const nhupdate::UniqueFile file(::CreateFileW(
+      path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   LARGE_INTEGER size = {};
   if (!file.IsValid() || !::GetFileSizeEx(file.Get(), &size)) {
     ADD_FAILURE() << "Can't read " << testing::PrintToString(path);

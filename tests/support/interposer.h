@@ -40,8 +40,8 @@ class Interposer<Result(Arguments...)> {
       return fake(arguments...);
     };
     originals_[index_] = original_;
-    WriteImportSlot(slot_, reinterpret_cast<void*>(
-                                ThunkAt(index_, std::make_index_sequence<kThunkCount>())));
+    WriteImportSlot(
+        slot_, reinterpret_cast<void*>(ThunkAt(index_, std::make_index_sequence<kThunkCount>())));
   }
 
   Interposer(const Interposer&) = delete;

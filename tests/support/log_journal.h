@@ -15,8 +15,8 @@ inline constexpr wchar_t kLogJournalVariable[] = L"NHUPDATE_LOG_JOURNAL";
 
 struct LogCall {
   DWORD process_id = 0;
-  std::wstring entry;                    // "Start", "Stop", "Flush" or "WriteLog"
-  std::vector<std::wstring> arguments;   // as text; line ends as U+240A and U+240D
+  std::wstring entry;                   // "Start", "Stop", "Flush" or "WriteLog"
+  std::vector<std::wstring> arguments;  // as text; line ends as U+240A and U+240D
 };
 
 // All calls so far; none when there is no journal yet.

@@ -12,8 +12,8 @@ ScratchFolder::ScratchFolder() {
   static int count = 0;
   std::array<wchar_t, MAX_PATH> temporary = {};
   ::GetTempPathW(static_cast<DWORD>(temporary.size()), temporary.data());
-  path_ = temporary.data() + nhupdate::Format(L"nhupdate Pr\u00FCfung 100%%s %d-%d",
-                                              ::GetCurrentProcessId(), ++count);
+  path_ = temporary.data() +
+          nhupdate::Format(L"nhupdate Pr\u00FCfung 100%%s %d-%d", ::GetCurrentProcessId(), ++count);
   RemoveTree(path_);  // an earlier process of the same id may have been killed
   CreateFolders(path_);
 }

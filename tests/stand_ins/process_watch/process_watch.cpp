@@ -142,8 +142,8 @@ class ProcessWatch {
 
  private:
   void Add(DWORD id) {
-    UniqueKernelHandle process(::OpenProcess(
-        PROCESS_QUERY_INFORMATION | PROCESS_VM_READ | SYNCHRONIZE, FALSE, id));
+    UniqueKernelHandle process(
+        ::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ | SYNCHRONIZE, FALSE, id));
     const std::wstring description = Describe(process.Get());
     if (description.starts_with(L"conhost.exe")) {
       return;  // the system's own, one for each console

@@ -37,9 +37,10 @@ void Record(const std::wstring& call) {
   std::string bytes(line.size() * 3, '\0');
   const int size = ::WideCharToMultiByte(CP_UTF8, 0, line.data(), units, bytes.data(),
                                          static_cast<int>(bytes.size()), nullptr, nullptr);
-  const nhupdate::UniqueFile journal(::CreateFileW(
-      JournalPath().c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-      nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const nhupdate::UniqueFile journal(
+      ::CreateFileW(JournalPath().c_str(), FILE_APPEND_DATA,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
+                    FILE_ATTRIBUTE_NORMAL, nullptr));
   DWORD written = 0;
   ::WriteFile(journal.Get(), bytes.data(), static_cast<DWORD>(size), &written, nullptr);
 }

@@ -54,11 +54,11 @@ TEST(InterposerTest, KeepsFunctionsOfTheSameSignatureApart) {
 TEST(InterposerTest, ReachesTheCallsOfTheProgramsOwnObjects) {
   const ScratchFolder scratch;
   WriteFileBytes(scratch.Path() + L"\\file", "x");
-  Interposer<decltype(::FindFirstFileW)> find(
-      "FindFirstFileW", [](const wchar_t*, WIN32_FIND_DATAW*) -> HANDLE {
-        ::SetLastError(ERROR_ACCESS_DENIED);
-        return INVALID_HANDLE_VALUE;
-      });
+  Interposer<decltype(::FindFirstFileW)> find("FindFirstFileW",
+                                              [](const wchar_t*, WIN32_FIND_DATAW*) -> HANDLE {
+                                                ::SetLastError(ERROR_ACCESS_DENIED);
+                                                return INVALID_HANDLE_VALUE;
+                                              });
 
   EXPECT_TRUE(ListTree(scratch.Path()).empty());
   EXPECT_EQ(find.Calls(), 1);
