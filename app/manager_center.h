@@ -179,6 +179,7 @@ class CManagerCenter {
                     int delete_existing);
   int DeleteInstalledFiles();
   int CopyStagedFiles();
+  void DeleteContentOf(const std::wstring& folder);
   void ShowCopyErrorBox(const std::wstring& path) const;
   void GrantUsersFullAccess(const std::wstring& folder);
 

@@ -6,12 +6,6 @@ namespace nhupdate {
 
 namespace {
 
-bool IsLinkEntry(const WIN32_FIND_DATAW& entry) {
-  // Windows keeps the reparse tag in this member, which has no better name.
-  return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-         IsReparseTagNameSurrogate(entry.dwReserved0);
-}
-
 bool IsDotEntry(const WIN32_FIND_DATAW& entry) {
   return std::wcscmp(entry.cFileName, L".") == 0 || std::wcscmp(entry.cFileName, L"..") == 0;
 }
@@ -44,13 +38,10 @@ bool CFolderListing::IsFolder() const {
 }
 
 bool CFolderListing::IsLink() const {
-  return IsLinkEntry(*entry_);
-}
-
-bool IsLink(const std::wstring& path) {
-  WIN32_FIND_DATAW entry = {};
-  const UniqueFindHandle search(::FindFirstFileW(path.c_str(), &entry));
-  return search.IsValid() && IsLinkEntry(entry);
+  // Windows keeps the reparse tag in this member, which has no better name.
+  const DWORD tag = entry_->dwReserved0;
+  return (entry_->dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+         (tag == IO_REPARSE_TAG_RESERVED_ZERO || IsReparseTagNameSurrogate(tag));
 }
 
 }  // namespace nhupdate

@@ -25,7 +25,7 @@ class CFolderListing {
   [[nodiscard]] bool IsFolder() const;
 
   // A junction, symbolic link or mount point: an entry that stands for another place. Placeholders
-  // of cloud storage are no links.
+  // of cloud storage are no links; what doesn't say what it is counts as one.
   [[nodiscard]] bool IsLink() const;
 
  private:
@@ -34,8 +34,5 @@ class CFolderListing {
   UniqueFindHandle search_;
   bool is_first_ = true;
 };
-
-// True when the file or folder itself is a link (see CFolderListing::IsLink).
-[[nodiscard]] bool IsLink(const std::wstring& path);
 
 }  // namespace nhupdate

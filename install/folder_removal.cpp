@@ -3,6 +3,8 @@
 
 #include "app/manager_center.h"
 #include "base/folder_listing.h"
+#include "base/paths.h"
+#include "base/pinned_folder.h"
 #include "base/windows.h"
 
 namespace nhupdate {
@@ -37,19 +39,28 @@ int CManagerCenter::CollectEmptyFolders(const std::wstring& folder) {
 }
 
 int CManagerCenter::DeleteFolderTree(const std::wstring& folder) {
-  // What lies behind a link belongs to somebody else.
-  if (!IsLink(folder)) {
-    CFolderListing listing(folder + L"/*.*");
-    while (listing.Next()) {
-      const std::wstring entry = folder + L"\\" + listing.Name();
-      if (listing.IsFolder()) {
-        std::ignore = DeleteFolderTree(entry);  // what stays keeps this folder, which shows
-      } else {
-        DeleteFileEvenIfReadOnly(entry);
-      }
+  DeleteContentOf(folder);
+  return ::RemoveDirectoryW(folder.c_str());
+}
+
+void CManagerCenter::DeleteContentOf(const std::wstring& folder) {
+  // What lies behind a link belongs to somebody else. Within the product, where some folders are
+  // open to everybody, the whole way to the folder must be free of them.
+  const CPinnedFolder pinned(folder);
+  const std::wstring anchor =
+      IsSameOrInside(folder, paths_.base_folder) ? paths_.base_folder : ParentFolder(folder);
+  if (!pinned.IsBelow(anchor)) {
+    return;
+  }
+  CFolderListing listing(folder + L"/*.*");
+  while (listing.Next()) {
+    const std::wstring entry = folder + L"\\" + listing.Name();
+    if (listing.IsFolder()) {
+      std::ignore = DeleteFolderTree(entry);  // what stays keeps this folder, which shows
+    } else {
+      DeleteFileEvenIfReadOnly(entry);
     }
   }
-  return ::RemoveDirectoryW(folder.c_str());
 }
 
 }  // namespace nhupdate
