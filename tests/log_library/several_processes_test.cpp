@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "base/existence.h"
 #include "tests/log_library/loaded_log_library.h"
 #include "tests/log_library/log_records.h"
 #include "tests/log_library/writer_process.h"
@@ -42,6 +43,13 @@ std::uint64_t SizeOf(const std::wstring& file) {
   WIN32_FILE_ATTRIBUTE_DATA data = {};
   ::GetFileAttributesExW(file.c_str(), GetFileExInfoStandard, &data);
   return (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
+}
+
+void WaitForFile(const std::wstring& path) {
+  for (int tries = 0; !nhupdate::Exists(path); ++tries) {
+    ASSERT_LT(tries, 10'000) << testing::PrintToString(path);
+    ::Sleep(1);
+  }
 }
 
 TEST(SeveralProcessesTest, WriteEveryRecordOnceWholeAndInOrderWhileTheFilesRotate) {
@@ -90,13 +98,14 @@ TEST(SeveralProcessesTest, RotatedFilesAreFullAndHardlyMore) {
 
 TEST(SeveralProcessesTest, AKilledWriterLosesNothingThatWasWrittenAndKeepsNobodyWaiting) {
   const LogPlace place(kKeepAll);
-  const WriterGate gate;
-  WriterProcess victim(place, gate, L"victim", 100'000'000);
-  WriterProcess survivor(place, gate, L"survivor", 10'000);
-  gate.Open();
-  while (SizeOf(place.RotatedFile(2)) == 0) {
-    ::Sleep(1);
-  }
+  const WriterGate first_gate;
+  const WriterGate second_gate;
+  WriterProcess victim(place, first_gate, L"victim", 100'000'000);
+  WriterProcess survivor(place, second_gate, L"survivor", 10'000);
+  first_gate.Open();
+  WaitForFile(place.RotatedFile(1));
+  second_gate.Open();
+  WaitForFile(place.RotatedFile(3));
 
   victim.Kill();
   const int result = survivor.Wait();
