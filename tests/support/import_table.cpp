@@ -32,8 +32,9 @@ void** FindInDescriptor(std::uintptr_t image, const IMAGE_IMPORT_DESCRIPTOR& des
 
 }  // namespace
 
-void** FindImportSlot(const char* function_name) {
-  const auto image = reinterpret_cast<std::uintptr_t>(::GetModuleHandleW(nullptr));
+void** FindImportSlot(const char* function_name, HMODULE module) {
+  const auto image =
+      reinterpret_cast<std::uintptr_t>(module != nullptr ? module : ::GetModuleHandleW(nullptr));
   const auto* dos_header = At<IMAGE_DOS_HEADER>(image);
   const auto* headers =
       At<IMAGE_NT_HEADERS64>(image + static_cast<std::uintptr_t>(dos_header->e_lfanew));
@@ -45,7 +46,8 @@ void** FindImportSlot(const char* function_name) {
       return slot;
     }
   }
-  std::fprintf(stderr, "This executable does not import %s.\n", function_name);
+  std::fprintf(stderr, "This %s does not import %s.\n",
+               module != nullptr ? "library" : "executable", function_name);
   std::abort();
 }
 

@@ -1,16 +1,16 @@
 #pragma once
 
-// Finds and changes the entries of the test executable's own import address table, through which
-// the program's objects in it call Windows.
+// Finds and changes the entries of an import address table: that of the test executable, through
+// which the program's objects in it call Windows, or that of a library it has loaded.
 
 #include "base/windows.h"
 
 namespace nhupdate_test {
 
-// The slot through which this executable calls the function, whichever DLL it comes from. Ends the
-// test run with a message when the executable doesn't import it: a fake that nobody calls would
-// prove nothing.
-[[nodiscard]] void** FindImportSlot(const char* function_name);
+// The slot through which the module, or this executable if it is null, calls the function,
+// whichever DLL that comes from. Ends the test run with a message when the module doesn't import
+// it: a fake that nobody calls would prove nothing.
+[[nodiscard]] void** FindImportSlot(const char* function_name, HMODULE module = nullptr);
 
 // Writes the slot, which lies in read-only memory.
 void WriteImportSlot(void** slot, void* function);

@@ -5,6 +5,7 @@
 //
 //   Interposer<decltype(::CopyFileW)> copy("CopyFileW", [&](const wchar_t* source, ...) {...});
 //
+// With a module's handle before the name, for the code in that library, which must stay loaded.
 // The table is shared with the C++ runtime and GoogleTest, so a fake matches what it is meant for
 // (a path, the n-th call) and passes everything else on to Original(). A fake that fails sets the
 // last error as its last act. Objects for the same function are destroyed in reverse order. The
@@ -32,7 +33,11 @@ class Interposer<Result(Arguments...)> {
 
   template <typename Fake>
   Interposer(const char* function_name, Fake fake)
-      : slot_(FindImportSlot(function_name)),
+      : Interposer(nullptr, function_name, std::move(fake)) {}
+
+  template <typename Fake>
+  Interposer(HMODULE module, const char* function_name, Fake fake)
+      : slot_(FindImportSlot(function_name, module)),
         index_(FreeIndex()),
         original_(reinterpret_cast<Function>(*slot_)) {
     fakes_[index_] = [this, fake = std::move(fake)](Arguments... arguments) mutable -> Result {

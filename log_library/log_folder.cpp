@@ -1,0 +1,84 @@
+#include "log_library/log_folder.h"
+
+#include <vector>
+
+#include "base/windows.h"
+#include "log_library/opened_file.h"
+#include "log_library/rotated_files.h"
+
+namespace nhupdate {
+
+namespace {
+
+constexpr std::uint64_t kFileTimeUnitsPerDay = 24ULL * 60 * 60 * 10'000'000;  // of 100 ns
+constexpr wchar_t kCurrentName[] = L"\\NHUpdateManager.log";
+
+// Relative names would mean another folder as soon as the program changes its current one.
+std::wstring FullPath(const std::wstring& path) {
+  const DWORD needed = ::GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+  std::wstring full(needed, L'\0');
+  const DWORD units = ::GetFullPathNameW(path.c_str(), needed, full.data(), nullptr);
+  full.resize(units < needed ? units : 0);
+  while (full.ends_with(L'\\')) {
+    full.pop_back();
+  }
+  return full;
+}
+
+std::uint64_t CurrentTime() {
+  FILETIME now = {};
+  ::GetSystemTimeAsFileTime(&now);
+  return (std::uint64_t{now.dwHighDateTime} << 32) | now.dwLowDateTime;
+}
+
+}  // namespace
+
+StartResult CLogFolder::Open(const std::wstring& path) {
+  path_ = FullPath(path);
+  // With the backslash a drive's root folder is meant and not the drive itself.
+  const UniqueFile folder = OpenUnfollowed(path_ + L"\\", 0, OPEN_EXISTING);
+  OpenedFile opened;
+  if (!folder.IsValid() || !Inspect(folder, opened) || !opened.IsFolder()) {
+    return StartResult::kFolderNotUsable;
+  }
+  if (opened.IsLink()) {
+    return StartResult::kFolderIsLink;
+  }
+  resolved_path_ = ResolvedPath(folder);
+  while (resolved_path_.ends_with(L'\\')) {
+    resolved_path_.pop_back();
+  }
+  return StartResult::kStarted;
+}
+
+std::wstring CLogFolder::CurrentFile() const {
+  return path_ + kCurrentName;
+}
+
+std::wstring CLogFolder::NextRotatedFile() const {
+  const std::uint32_t number = NextRotatedNumber(ListRotatedFiles(path_));
+  return path_ + L"\\NHUpdateManager." + std::to_wstring(number) + L".log";
+}
+
+void CLogFolder::DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_days) const {
+  const std::uint64_t now = CurrentTime();
+  const std::uint64_t max_age = max_age_days * kFileTimeUnitsPerDay;
+  std::uint32_t kept = 0;
+  for (const RotatedFile& file : ListRotatedFiles(path_)) {
+    if (file.is_folder) {
+      continue;
+    }
+    const bool is_too_old = now > file.last_written && now - file.last_written > max_age;
+    if (kept < max_count && !is_too_old) {
+      ++kept;
+    } else {
+      ::DeleteFileW((path_ + L"\\" + file.name).c_str());
+    }
+  }
+}
+
+bool CLogFolder::IsCurrentFile(const std::wstring& resolved_path) const {
+  return resolved_path == resolved_path_ + kCurrentName;
+}
+
+}  // namespace nhupdate

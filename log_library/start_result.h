@@ -1,0 +1,16 @@
+#pragma once
+
+// What "Start" returns. The numbers are shown to people and stay what they are.
+
+namespace nhupdate {
+
+enum class StartResult : int {
+  kStarted = 0,
+  kNoFolderName = 1,        // the log folder's name is a null pointer or empty
+  kFolderNotUsable = 2,     // there is no such folder, or it can't be opened
+  kFolderIsLink = 3,        // the log folder stands for another place
+  kFileNotOpened = 4,       // the log file can't be made or opened for writing
+  kFileNotTrustworthy = 5,  // under the log file's name is a link, a folder or a file of many names
+};
+
+}  // namespace nhupdate

@@ -1,0 +1,114 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/log_library/loaded_log_library.h"
+#include "tests/log_library/log_records.h"
+#include "tests/support/files.h"
+#include "tests/support/interposer.h"
+
+namespace nhupdate_test {
+namespace {
+
+using testing::ElementsAre;
+
+DWORD OpenHandles() {
+  DWORD count = 0;
+  EXPECT_TRUE(::GetProcessHandleCount(::GetCurrentProcess(), &count));
+  return count;
+}
+
+void RunOnce(const LogPlace& place) {
+  LoadedLogLibrary library;
+  ASSERT_EQ(library.Start(place.Settings(), place.Folder()), 0);
+  library.Write(L"record");
+  library.Stop();
+}
+
+TEST(LogLifetimeTest, StopMayBeCalledAnyNumberOfTimes) {
+  const LogPlace place;
+  LoadedLogLibrary library;
+
+  library.Stop();
+  std::ignore = library.Start(place.Settings(), place.Folder());
+  library.Write(L"one");
+  library.Stop();
+  library.Stop();
+  library.Write(L"ignored");
+  library.Flush();
+  std::ignore = library.Start(place.Settings(), place.Folder());
+  library.Write(L"two");
+  library.Stop();
+
+  EXPECT_THAT(ReadTexts(place.CurrentFile()), ElementsAre("one", "two"));
+}
+
+TEST(LogLifetimeTest, FlushBringsTheFileToTheDisk) {
+  const LogPlace place;
+  LoadedLogLibrary library;
+  std::ignore = library.Start(place.Settings(), place.Folder());
+  BOOL result = FALSE;
+  {
+    Interposer<decltype(::FlushFileBuffers)> flush(
+        library.Module(), "FlushFileBuffers",
+        [&](HANDLE file) { return result = flush.Original()(file); });
+    library.Flush();
+    EXPECT_EQ(flush.Calls(), 1);
+  }
+
+  EXPECT_TRUE(result);
+}
+
+TEST(LogLifetimeTest, StopClosesTheFile) {
+  const LogPlace place;
+  LoadedLogLibrary library;
+  std::ignore = library.Start(place.Settings(), place.Folder());
+
+  library.Stop();
+
+  const nhupdate::UniqueFile alone(::CreateFileW(place.CurrentFile().c_str(), GENERIC_READ, 0,
+                                                 nullptr, OPEN_EXISTING, 0, nullptr));
+  EXPECT_TRUE(alone.IsValid());
+}
+
+TEST(LogLifetimeTest, TenThousandRunsLeakNoHandle) {
+  const LogPlace place("MaxFileSizeKB=64\nMaxFiles=2\n");
+  RunOnce(place);
+  const DWORD before = OpenHandles();
+
+  for (int run = 0; run < 10'000; ++run) {
+    RunOnce(place);
+  }
+
+  EXPECT_EQ(OpenHandles(), before);
+}
+
+TEST(LogLifetimeTest, BeingUnloadedWithoutAStopLeaksNoHandle) {
+  const LogPlace place;
+  RunOnce(place);
+  const DWORD before = OpenHandles();
+
+  for (int run = 0; run < 10; ++run) {
+    LoadedLogLibrary library;
+    ASSERT_EQ(library.Start(place.Settings(), place.Folder()), 0);
+    library.Write(L"record");
+  }
+
+  EXPECT_EQ(OpenHandles(), before);
+}
+
+TEST(LogLifetimeTest, FailedStartsLeakNoHandle) {
+  const LogPlace place;
+  CreateFolders(place.CurrentFile());
+  LoadedLogLibrary library;
+  std::ignore = library.Start(place.Settings(), place.Folder());
+  const DWORD before = OpenHandles();
+
+  for (int run = 0; run < 10; ++run) {
+    EXPECT_EQ(library.Start(place.Settings(), place.Folder()), 5);
+  }
+
+  EXPECT_EQ(OpenHandles(), before);
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,110 @@
+// Records as they come through the library's border.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "log_library/record_time.h"
+#include "tests/log_library/loaded_log_library.h"
+#include "tests/log_library/log_records.h"
+#include "tests/support/files.h"
+#include "tests/support/interposer.h"
+
+namespace nhupdate_test {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(LogRecordTest, CarriesTimeIdsLevelTagAndText) {
+  const LogPlace place;
+  LoadedLogLibrary library;
+  std::ignore = library.Start(place.Settings(), place.Folder());
+  const std::string earliest =
+      nhupdate::FormatRecordTime(nhupdate::CurrentRecordTime()).substr(0, 23);
+
+  library.Write(3, L"NHUpdateManager", L"Copy fail, sleep 3 seconds and retry.");
+
+  const auto records = ReadRecords(place.CurrentFile());
+  ASSERT_EQ(records.size(), 2u);
+  EXPECT_EQ(records[1].process_id, ::GetCurrentProcessId());
+  EXPECT_EQ(records[1].thread_id, ::GetCurrentThreadId());
+  EXPECT_EQ(records[1].level, "WARN");
+  EXPECT_EQ(records[1].tag, "NHUpdateManager");
+  EXPECT_EQ(records[1].text, "Copy fail, sleep 3 seconds and retry.");
+  EXPECT_GE(records[1].time.substr(0, 23), earliest);
+  EXPECT_LE(records[1].time.substr(0, 23),
+            nhupdate::FormatRecordTime(nhupdate::CurrentRecordTime()).substr(0, 23));
+}
+
+TEST(LogRecordTest, IsWrittenFromItsLevelUp) {
+  const struct {
+    const char* settings;
+    std::vector<std::string> written;
+  } cases[] = {
+      {"Level=1\n", {"1", "2", "3", "4", "5"}},
+      {"Level=2\n", {"2", "3", "4", "5"}},
+      {"Level=3\n", {"3", "4", "5"}},
+      {"Level=4\n", {"4", "5"}},
+      {"Level=nonsense\n", {"2", "3", "4", "5"}},
+  };
+  for (const auto& test : cases) {
+    const LogPlace place(test.settings);
+    LoadedLogLibrary library;
+    std::ignore = library.Start(place.Settings(), place.Folder());
+
+    for (int level = -1; level <= 5; ++level) {
+      library.Write(level, L"test", std::to_wstring(level).c_str());
+    }
+
+    EXPECT_EQ(ReadTexts(place.CurrentFile()), test.written) << test.settings;
+  }
+}
+
+TEST(LogRecordTest, IsOneWriteOfAnyLength) {
+  const LogPlace place;
+  LoadedLogLibrary library;
+  std::ignore = library.Start(place.Settings(), place.Folder());
+  const std::wstring text(1024 * 1024, L'\u4E2D');
+  int writes = 0;
+  {
+    Interposer<decltype(::WriteFile)> write(
+        library.Module(), "WriteFile",
+        [&](HANDLE file, const void* data, DWORD size, DWORD* written, OVERLAPPED* overlapped) {
+          ++writes;
+          return write.Original()(file, data, size, written, overlapped);
+        });
+    library.Write(text);
+    library.Write(L"short");
+  }
+
+  const auto texts = ReadTexts(place.CurrentFile());
+  EXPECT_EQ(writes, 2);
+  ASSERT_EQ(texts.size(), 2u);
+  EXPECT_EQ(texts[0].size(), 3u * 1024 * 1024);
+  EXPECT_EQ(texts[1], "short");
+}
+
+TEST(LogRecordTest, TakesNullForEmpty) {
+  const LogPlace place;
+  LoadedLogLibrary library;
+  std::ignore = library.Start(place.Settings(), place.Folder());
+
+  library.Write(2, nullptr, nullptr);
+
+  const auto records = ReadRecords(place.CurrentFile());
+  ASSERT_EQ(records.size(), 2u);
+  EXPECT_EQ(records[1].tag, "");
+  EXPECT_EQ(records[1].text, "");
+}
+
+TEST(LogRecordTest, IsThereBeforeAnyFlushOrStop) {
+  const LogPlace place;
+  LoadedLogLibrary library;
+  std::ignore = library.Start(place.Settings(), place.Folder());
+
+  library.Write(L"at once");
+
+  EXPECT_THAT(ReadTexts(place.CurrentFile()), ElementsAre("at once"));
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,61 @@
+#include "log_library/rotated_files.h"
+
+#include <gtest/gtest.h>
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::NextRotatedNumber;
+using nhupdate::RotatedFile;
+using nhupdate::RotatedNumber;
+
+TEST(RotatedFilesTest, KnowsItsOwnNamesAndNoOthers) {
+  const struct {
+    const wchar_t* name;
+    std::uint32_t number;
+  } cases[] = {
+      {L"NHUpdateManager.1.log", 1},
+      {L"NHUpdateManager.42.log", 42},
+      {L"NHUpdateManager.007.log", 7},
+      {L"nhupdatemanager.3.LOG", 3},
+      {L"NHUpdateManager.999999999.log", 999'999'999},
+      {L"NHUpdateManager.1000000000.log", 0},
+      {L"NHUpdateManager.0.log", 0},
+      {L"NHUpdateManager.log", 0},
+      {L"NHUpdateManager..log", 0},
+      {L"NHUpdateManager.-1.log", 0},
+      {L"NHUpdateManager.1x.log", 0},
+      {L"NHUpdateManager.1.log.bak", 0},
+      {L"Other.1.log", 0},
+      {L"", 0},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(RotatedNumber(test.name), test.number) << testing::PrintToString(test.name);
+  }
+}
+
+TEST(RotatedFilesTest, NextNumberFollowsTheYoungestAndIsFree) {
+  const auto file = [](std::uint32_t number, bool is_folder = false) {
+    return RotatedFile{L"", number, 0, is_folder};
+  };
+  const struct {
+    const char* name;
+    std::vector<RotatedFile> files;  // the youngest first
+    std::uint32_t next;
+  } cases[] = {
+      {"none yet", {}, 1},
+      {"some", {file(3), file(2), file(1)}, 4},
+      {"a gap", {file(9), file(4)}, 10},
+      {"a planted file ahead", {file(3), file(4), file(5)}, 6},
+      {"a planted folder ahead", {file(4, true), file(3)}, 5},
+      {"nothing but a planted folder", {file(1, true)}, 2},
+      {"a planted highest number", {file(999'999'999), file(2), file(1)}, 3},
+      {"all around the end", {file(999'999'998), file(999'999'999), file(1)}, 2},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(NextRotatedNumber(test.files), test.next) << test.name;
+  }
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,66 @@
+#include "tests/log_library/writer_process.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/files.h"
+
+namespace nhupdate_test {
+
+namespace {
+
+constexpr DWORD kEndWaitMs = 30 * 1000;
+
+std::wstring Quoted(const std::wstring& text) {
+  return L"\"" + text + L"\" ";
+}
+
+}  // namespace
+
+WriterGate::WriterGate() {
+  static int count = 0;
+  name_ = L"Local\\nhupdate-gate-" + std::to_wstring(::GetCurrentProcessId()) + L"-" +
+          std::to_wstring(++count);
+  event_.Reset(::CreateEventW(nullptr, TRUE, FALSE, name_.c_str()));
+}
+
+void WriterGate::Open() const {
+  ::SetEvent(event_.Get());
+}
+
+WriterProcess::WriterProcess(const LogPlace& place, const WriterGate& gate,
+                             const std::wstring& name, int count) {
+  std::wstring command_line = Quoted(TestProgramFolder() + L"\\log_writer.exe") +
+                              Quoted(LogLibraryPath()) + Quoted(place.Settings()) +
+                              Quoted(place.Folder()) + Quoted(name) +
+                              Quoted(std::to_wstring(count)) + Quoted(gate.Name());
+  STARTUPINFOW startup = {};
+  startup.cb = sizeof(startup);
+  PROCESS_INFORMATION information = {};
+  if (!::CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &startup, &information)) {
+    ADD_FAILURE() << "log_writer.exe does not start: " << ::GetLastError();
+    return;
+  }
+  ::CloseHandle(information.hThread);
+  process_.Reset(information.hProcess);
+}
+
+WriterProcess::~WriterProcess() {
+  Kill();
+}
+
+int WriterProcess::Wait() {
+  EXPECT_EQ(::WaitForSingleObject(process_.Get(), kEndWaitMs), static_cast<DWORD>(WAIT_OBJECT_0));
+  DWORD code = 0;
+  ::GetExitCodeProcess(process_.Get(), &code);
+  return static_cast<int>(code);
+}
+
+void WriterProcess::Kill() {
+  if (process_.IsValid()) {
+    ::TerminateProcess(process_.Get(), 99);
+    ::WaitForSingleObject(process_.Get(), kEndWaitMs);
+  }
+}
+
+}  // namespace nhupdate_test
