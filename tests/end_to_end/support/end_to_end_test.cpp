@@ -22,8 +22,9 @@ std::string SystemLanguage() {
 // Ids stand only where the program puts them, so no other number is taken for one.
 void ReplaceId(std::wstring& text, DWORD id, const std::wstring& placeholder) {
   const std::wstring number = std::to_wstring(id);
-  nhupdate::ReplaceAll(text, L"NHUpdateManager.exe(" + number + L")",
-                       L"NHUpdateManager.exe(" + placeholder + L")");
+  for (const wchar_t* extension : {L".exe(", L".EXE("}) {
+    nhupdate::ReplaceAll(text, extension + number + L")", extension + placeholder + L")");
+  }
   const std::wstring parent = L"-ExitWhenParentDie:" + number;
   if (text.size() >= parent.size() && text.substr(text.size() - parent.size()) == parent) {
     nhupdate::ReplaceAll(text, parent, L"-ExitWhenParentDie:" + placeholder);
@@ -120,6 +121,34 @@ std::string EndToEndTest::Grants() {
   return records;
 }
 
+std::string EndToEndTest::NoOtherManager() {
+  return "2|Skip terminate current process NHUpdateManager.exe({pid}).\n"
+         "2|Target process NHUpdateManager.exe not found.\n";
+}
+
+std::vector<std::string> EndToEndTest::GrantParameters() const {
+  std::vector<std::string> parameters;
+  for (const ChildStart& child : ReadChildJournal(hub_.ChildJournal())) {
+    if (nhupdate::EqualsIgnoringCase(nhupdate::FileName(child.path), L"ICACLS.exe")) {
+      const std::size_t program_end = child.command_line.find(L".exe\"");
+      EXPECT_NE(program_end, std::wstring::npos);
+      parameters.push_back(hub_.WithPlaceholders(child.command_line.substr(program_end + 6)) +
+                           " show " + ToUtf8(child.show_state));
+    }
+  }
+  return parameters;
+}
+
+std::vector<std::string> EndToEndTest::ExpectedGrantParameters() {
+  std::vector<std::string> parameters;
+  for (const char* folder :
+       {"{base}\\Updater\\Config", "{base}\\Updater\\Temp", "{data}\\Corvane"}) {
+    parameters.push_back(std::string("\"") + folder +
+                         "\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e show 0");
+  }
+  return parameters;
+}
+
 std::string EndToEndTest::ExpectedProductKeys() const {
   const auto text = [](const std::wstring& key, const std::wstring& name,
                        const std::wstring& data) {
@@ -149,11 +178,24 @@ std::string EndToEndTest::ExpectedProductKeys() const {
          text(uninstall, L"UninstallString", L"\"" + uninstaller + L"\" -uninstall");
 }
 
+std::string EndToEndTest::WithoutSharing() {
+  return IsUnderWine() ? "0" : "32";
+}
+
 void ExpectErrorBox(const ProgramRun& run, const std::string& text) {
   ASSERT_EQ(run.boxes.size(), 1U);
   EXPECT_EQ(run.boxes[0].caption, kTitle);
   EXPECT_EQ(run.boxes[0].text, text);
   EXPECT_TRUE(run.boxes[0].has_red_icon);
+}
+
+void ExpectErrorBoxAfterTheShells(const ProgramRun& run, const std::string& text) {
+  ASSERT_FALSE(run.boxes.empty());
+  for (std::size_t index = 0; index + 1 < run.boxes.size(); ++index) {
+    EXPECT_NE(run.boxes[index].caption, kTitle);
+  }
+  EXPECT_EQ(run.boxes.back().caption, kTitle);
+  EXPECT_EQ(run.boxes.back().text, text);
 }
 
 }  // namespace nhupdate_test

@@ -50,6 +50,17 @@ class EndToEndTest : public testing::Test {
   // The records of the three grants.
   [[nodiscard]] static std::string Grants();
 
+  // The records of a search for other copies of the program that finds none.
+  [[nodiscard]] static std::string NoOtherManager();
+
+  // What the grants were started with, in any order: they run at the same time.
+  [[nodiscard]] std::vector<std::string> GrantParameters() const;
+  [[nodiscard]] static std::vector<std::string> ExpectedGrantParameters();
+
+  // The error of a launch whose executable another process holds without sharing. Wine's shell
+  // shows a box of its own for that, which costs it the error.
+  [[nodiscard]] static std::string WithoutSharing();
+
   // What the product's keys hold after it was registered.
   [[nodiscard]] std::string ExpectedProductKeys() const;
 
@@ -71,5 +82,8 @@ inline constexpr char kCloseManager[] = "Bitte NHUpdateManager schlie\u00DFen";
 
 // Exactly one box with the error icon.
 void ExpectErrorBox(const ProgramRun& run, const std::string& text);
+
+// The same, with boxes of the shell before it, which has reported the failed launch itself.
+void ExpectErrorBoxAfterTheShells(const ProgramRun& run, const std::string& text);
 
 }  // namespace nhupdate_test

@@ -49,6 +49,10 @@ void ReplaceIcacls() {
     ::SetFileAttributesW(tool.c_str(), FILE_ATTRIBUTE_NORMAL);
     ::DeleteFileW(tool.c_str());
     CopyOver(TestProgramFolder() + L"\\recording_icacls.exe", tool);
+    // Wine takes a tool of its own unless it is told not to.
+    constexpr wchar_t kNative[] = L"native";
+    ::RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\Wine\\DllOverrides", L"icacls.exe", REG_SZ,
+                      kNative, sizeof(kNative));
     return true;
   }();
   EXPECT_TRUE(is_replaced);

@@ -22,10 +22,6 @@ constexpr const wchar_t* kKeys[] = {
     L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\NIMBA HUB",
 };
 
-bool IsUnderWine() {
-  return ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
-}
-
 std::string DataText(DWORD type, const std::vector<BYTE>& data) {
   if (type == REG_DWORD && data.size() == sizeof(DWORD)) {
     DWORD number = 0;
@@ -88,6 +84,10 @@ std::string Describe(const std::wstring& path) {
 }
 
 }  // namespace
+
+bool IsUnderWine() {
+  return ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+}
 
 void DeleteProductKeys() {
   for (const wchar_t* key : kKeys) {

@@ -6,6 +6,8 @@
 
 namespace nhupdate_test {
 
+[[nodiscard]] bool IsUnderWine();
+
 // Deletes the product's keys.
 void DeleteProductKeys();
 
