@@ -34,50 +34,58 @@ class CJob {
 
   // Returns false, and ends what is left, when the time is over first.
   bool WaitForAll(DWORD time_limit_ms) {
+    constexpr DWORD kPollMs = 5;
     const ULONGLONG end = ::GetTickCount64() + time_limit_ms;
-    while (true) {
-      const ULONGLONG now = ::GetTickCount64();
+    while (::GetTickCount64() < end) {
       DWORD message = 0;
       ULONG_PTR key = 0;
       OVERLAPPED* process_id = nullptr;
-      if (now >= end || !::GetQueuedCompletionStatus(port_.Get(), &message, &key, &process_id,
-                                                     static_cast<DWORD>(end - now))) {
-        ::TerminateJobObject(job_.Get(), 1);
-        return false;
+      if (::GetQueuedCompletionStatus(port_.Get(), &message, &key, &process_id, kPollMs)) {
+        if (message == JOB_OBJECT_MSG_ACTIVE_PROCESS_ZERO) {
+          return true;
+        }
+        if (message == JOB_OBJECT_MSG_NEW_PROCESS) {
+          Note(static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(process_id)));
+        }
       }
-      if (message == JOB_OBJECT_MSG_ACTIVE_PROCESS_ZERO) {
-        return true;
-      }
-      if (message == JOB_OBJECT_MSG_NEW_PROCESS) {
-        Note(static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(process_id)));
-      }
+      LearnPaths();
     }
+    ::TerminateJobObject(job_.Get(), 1);
+    return false;
   }
 
   [[nodiscard]] std::vector<ManagerProcess> Managers() const {
     std::vector<ManagerProcess> managers;
-    for (const auto& [manager, process] : managers_) {
-      managers.push_back(manager);
-      ::GetExitCodeProcess(process.Get(), &managers.back().exit_code);
+    for (const auto& [manager, process] : processes_) {
+      if (nhupdate::EqualsIgnoringCase(nhupdate::FileName(manager.path), L"NHUpdateManager.exe")) {
+        managers.push_back(manager);
+        ::GetExitCodeProcess(process.Get(), &managers.back().exit_code);
+      }
     }
     return managers;
   }
 
  private:
   void Note(DWORD id) {
-    UniqueKernelHandle process(::OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, id));
-    std::array<wchar_t, 1024> path = {};
-    DWORD units = static_cast<DWORD>(path.size());
-    if (process.IsValid() &&
-        ::QueryFullProcessImageNameW(process.Get(), 0, path.data(), &units) &&
-        nhupdate::EqualsIgnoringCase(nhupdate::FileName(path.data()), L"NHUpdateManager.exe")) {
-      managers_.emplace_back(ManagerProcess{id, path.data(), 0}, std::move(process));
+    processes_.emplace_back(ManagerProcess{id, {}, 0},
+                            ::OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, id));
+  }
+
+  // A process has no path yet while it is being created.
+  void LearnPaths() {
+    for (auto& [manager, process] : processes_) {
+      std::array<wchar_t, 1024> path = {};
+      DWORD units = static_cast<DWORD>(path.size());
+      if (manager.path.empty() &&
+          ::QueryFullProcessImageNameW(process.Get(), 0, path.data(), &units)) {
+        manager.path = path.data();
+      }
     }
   }
 
   UniqueKernelHandle job_;
   UniqueKernelHandle port_;
-  std::vector<std::pair<ManagerProcess, UniqueKernelHandle>> managers_;
+  std::vector<std::pair<ManagerProcess, UniqueKernelHandle>> processes_;
 };
 
 struct Pipe {
