@@ -139,6 +139,7 @@ Nimba Hub\Updater\NewUpdater\updater.txt
 Nimba Hub\Updater\Script.ini
 Nimba Hub\Updater\Updater.exe
 Nimba Hub\Updater\updater.txt
+Nimba Hub\Version.txt
 )");
   EXPECT_EQ(ReadFileBytes(hub_.Base() + L"\\Version.txt"),
             "[ProductVersion]\r\nVersion=2.0.0\r\n");
