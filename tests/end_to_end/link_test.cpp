@@ -1,0 +1,39 @@
+#include "base/existence.h"
+#include "tests/end_to_end/support/end_to_end_test.h"
+#include "tests/end_to_end/support/folder_link.h"
+#include "tests/support/files.h"
+
+namespace nhupdate_test {
+namespace {
+
+class LinkEndToEndTest : public EndToEndTest {};
+
+// The base folder is writable for many; what a link in it leads to belongs to somebody else.
+TEST_F(LinkEndToEndTest, WhatALinkLeadsToSurvivesAnUpdate) {
+  hub_.StageRelease();
+  const std::wstring outside = hub_.Scratch() + L"\\Outside";
+  WriteFileBytes(outside + L"\\cam.dll", "not ours");
+  WriteFileBytes(outside + L"\\Deep\\file.txt", "not ours either");
+  RemoveTree(hub_.Base() + L"\\Plugins\\Cameras");
+  CreateFolderLink(hub_.Base() + L"\\Plugins\\Cameras", outside);
+  CreateFolders(hub_.Scratch() + L"\\Outside and empty\\Emptier");
+  CreateFolderLink(hub_.Base() + L"\\Link", hub_.Scratch() + L"\\Outside and empty");
+
+  if (!IsKindOfLinkTold(hub_.Base() + L"\\Link")) {
+    GTEST_SKIP() << "This system shows links as folders of an unknown kind.";
+  }
+
+  const ProgramRun run = Run(L"-final_update");
+
+  EXPECT_EQ(run.exit_code, 0U);
+  EXPECT_EQ(hub_.DescribeTree(outside), R"(Deep\
+Deep\file.txt
+cam.dll = not ours
+)");
+  EXPECT_EQ(ReadFileBytes(outside + L"\\Deep\\file.txt"), "not ours either");
+  EXPECT_EQ(ReadFileBytes(hub_.Base() + L"\\Plugins\\Cameras\\cam.dll"), "cameras 2.0.0");
+  EXPECT_TRUE(nhupdate::Exists(hub_.Scratch() + L"\\Outside and empty\\Emptier"));
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,114 @@
+#include "tests/end_to_end/support/box_watcher.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+#include "base/windows.h"
+#include "tests/end_to_end/support/utf8_text.h"
+
+namespace nhupdate_test {
+
+namespace {
+
+constexpr int kTextId = 0xFFFF;
+constexpr DWORD kPollMs = 10;
+constexpr UINT kMessageTimeLimitMs = 2000;
+
+std::string TextOf(HWND window) {
+  std::array<wchar_t, 2048> text = {};
+  DWORD_PTR ignored = 0;
+  ::SendMessageTimeoutW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()),
+                        SMTO_ABORTIFHUNG, kMessageTimeLimitMs, &ignored);
+  return ToUtf8(text.data());
+}
+
+HWND FindIcon(HWND box) {
+  HWND child = nullptr;
+  while ((child = ::FindWindowExW(box, child, L"Static", nullptr)) != nullptr) {
+    if ((::GetWindowLongW(child, GWL_STYLE) & SS_TYPEMASK) == SS_ICON) {
+      return child;
+    }
+  }
+  return nullptr;
+}
+
+// An icon of another process can't be asked what it is, but the screen shows it.
+bool IsMostlyRed(HWND icon) {
+  RECT area = {};
+  if (icon == nullptr || !::GetWindowRect(icon, &area)) {
+    return false;
+  }
+  const HDC screen = ::GetDC(nullptr);
+  int red_pixels = 0;
+  int coloured_pixels = 0;
+  for (LONG y = area.top; y < area.bottom; y += 2) {
+    for (LONG x = area.left; x < area.right; x += 2) {
+      const COLORREF pixel = ::GetPixel(screen, x, y);
+      const int red = GetRValue(pixel);
+      const int green = GetGValue(pixel);
+      const int blue = GetBValue(pixel);
+      const int spread = std::max({red, green, blue}) - std::min({red, green, blue});
+      coloured_pixels += spread > 60 ? 1 : 0;
+      red_pixels += red - std::max(green, blue) > 60 ? 1 : 0;
+    }
+  }
+  ::ReleaseDC(nullptr, screen);
+  return red_pixels > 50 && red_pixels * 2 > coloured_pixels;
+}
+
+std::vector<HWND> VisibleBoxes() {
+  std::vector<HWND> boxes;
+  ::EnumWindows(
+      [](HWND window, LPARAM found) -> BOOL {
+        std::array<wchar_t, 16> name = {};
+        ::GetClassNameW(window, name.data(), static_cast<int>(name.size()));
+        if (std::wstring(name.data()) == L"#32770" && ::IsWindowVisible(window)) {
+          reinterpret_cast<std::vector<HWND>*>(found)->push_back(window);
+        }
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&boxes));
+  return boxes;
+}
+
+}  // namespace
+
+CBoxWatcher::CBoxWatcher() : thread_(&CBoxWatcher::Watch, this) {}
+
+CBoxWatcher::~CBoxWatcher() {
+  std::ignore = Finish();
+}
+
+std::vector<ShownBox> CBoxWatcher::Finish() {
+  is_finished_ = true;
+  if (thread_.joinable()) {
+    thread_.join();
+  }
+  return boxes_;
+}
+
+void CBoxWatcher::Watch() {
+  std::vector<HWND> answered;
+  while (!is_finished_) {
+    const std::vector<HWND> visible = VisibleBoxes();
+    for (const HWND box : visible) {
+      const bool is_new = std::find(answered.begin(), answered.end(), box) == answered.end();
+      if (is_new && ::GetDlgItem(box, kTextId) != nullptr) {
+        // A box is drawn a moment after it becomes visible.
+        const HWND icon = FindIcon(box);
+        bool is_red = IsMostlyRed(icon);
+        for (int tries = 0; icon != nullptr && !is_red && tries < 20; ++tries) {
+          ::Sleep(kPollMs);
+          is_red = IsMostlyRed(icon);
+        }
+        boxes_.push_back({TextOf(box), TextOf(::GetDlgItem(box, kTextId)), is_red});
+        ::PostMessageW(box, WM_COMMAND, IDOK, 0);
+      }
+    }
+    answered = visible;
+    ::Sleep(kPollMs);
+  }
+}
+
+}  // namespace nhupdate_test

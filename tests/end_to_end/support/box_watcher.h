@@ -1,0 +1,37 @@
+#pragma once
+
+// Answers the message boxes of other processes while it exists, and remembers what they said.
+
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace nhupdate_test {
+
+struct ShownBox {
+  std::string caption;
+  std::string text;
+  // What the picture beside the text mostly is: red for the error icon.
+  bool has_red_icon = false;
+};
+
+class CBoxWatcher {
+ public:
+  CBoxWatcher();
+  ~CBoxWatcher();
+  CBoxWatcher(const CBoxWatcher&) = delete;
+  CBoxWatcher& operator=(const CBoxWatcher&) = delete;
+
+  // Ends the watching and returns what was seen, in order.
+  [[nodiscard]] std::vector<ShownBox> Finish();
+
+ private:
+  void Watch();
+
+  std::vector<ShownBox> boxes_;
+  std::atomic<bool> is_finished_ = false;
+  std::thread thread_;  // the last member: it uses the others from its first moment
+};
+
+}  // namespace nhupdate_test

@@ -1,0 +1,89 @@
+#pragma once
+
+// The fixture of the end-to-end tests: an installed product, runs of its program, and what they
+// left behind as text that can be compared whole.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/end_to_end/support/child_journal.h"
+#include "tests/end_to_end/support/installed_hub.h"
+#include "tests/end_to_end/support/product_registry.h"
+#include "tests/end_to_end/support/program_run.h"
+
+namespace nhupdate_test {
+
+class EndToEndTest : public testing::Test {
+ protected:
+  EndToEndTest();
+
+  // Runs the installed program, or another one, elevated.
+  [[nodiscard]] ProgramRun Run(const std::wstring& arguments) const;
+  [[nodiscard]] ProgramRun RunStaged(const std::wstring& arguments) const;
+  [[nodiscard]] ProgramRun RunUnelevated(const std::wstring& arguments) const;
+
+  // Every record of every process, in the order in which they were written, as "level|text" lines
+  // with {base}, {root}, {data} and {scratch} for folders and {pid} for the id of the process that
+  // wrote it.
+  [[nodiscard]] std::string Transcript() const;
+
+  // The same for one process.
+  [[nodiscard]] std::string TranscriptOf(DWORD process_id) const;
+
+  // How children were started, one line each: file name, working folder, show state, whether the
+  // parent is the given process, and the command line.
+  [[nodiscard]] std::string Children(const ProgramRun& run) const;
+
+  // The records with which every run begins.
+  [[nodiscard]] std::string StartUp(const std::string& module = "{base}\\NHUpdateManager") const;
+  [[nodiscard]] std::string UnelevatedStartUp(
+      const std::string& module = "{base}\\NHUpdateManager") const;
+
+  // The three records of a launch.
+  [[nodiscard]] static std::string Launch(const std::string& folder, const std::string& program,
+                                          const std::string& parameters);
+
+  // The records of the three grants.
+  [[nodiscard]] static std::string Grants();
+
+  // The records of a search for other copies of the program that finds none.
+  [[nodiscard]] static std::string NoOtherManager();
+
+  // What the grants were started with, in any order: they run at the same time.
+  [[nodiscard]] std::vector<std::string> GrantParameters() const;
+  [[nodiscard]] static std::vector<std::string> ExpectedGrantParameters();
+
+  // The error of a launch whose executable another process holds without sharing. Wine's shell
+  // shows a box of its own for that, which costs it the error.
+  [[nodiscard]] static std::string WithoutSharing();
+
+  // What the product's keys hold after it was registered.
+  [[nodiscard]] std::string ExpectedProductKeys() const;
+
+  // A process id that shows as {name} in the transcripts.
+  void NameProcess(DWORD id, const std::string& name) { names_.emplace_back(id, name); }
+
+  CInstalledHub hub_;
+
+ private:
+  [[nodiscard]] std::string Records(DWORD process_id) const;
+
+  std::vector<std::pair<DWORD, std::string>> names_;
+};
+
+// The texts of the string file.
+inline constexpr char kTitle[] = "Nimba Hub \u2013 Aktualisierung";
+inline constexpr char kCommonError[] = "Das hat nicht geklappt \U0001F61E";
+inline constexpr char kCloseManager[] = "Bitte NHUpdateManager schlie\u00DFen";
+
+// Exactly one box with the error icon.
+void ExpectErrorBox(const ProgramRun& run, const std::string& text);
+
+// The same, with boxes of the shell before it, which has reported the failed launch itself.
+void ExpectErrorBoxAfterTheShells(const ProgramRun& run, const std::string& text);
+
+}  // namespace nhupdate_test

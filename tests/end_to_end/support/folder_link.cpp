@@ -1,0 +1,72 @@
+#include "tests/end_to_end/support/folder_link.h"
+
+#include <gtest/gtest.h>
+
+#include "base/unique_handle.h"
+#include "base/windows.h"
+#include "tests/end_to_end/support/utf8_text.h"
+
+namespace nhupdate_test {
+
+namespace {
+
+using UnixFileName = char*(__cdecl*)(const wchar_t*);
+
+UnixFileName FindUnixFileName() {
+  return reinterpret_cast<UnixFileName>(reinterpret_cast<void*>(::GetProcAddress(
+      ::GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
+}
+
+std::wstring UnixPath(UnixFileName unix_file_name, const std::wstring& path) {
+  char* const name = unix_file_name(path.c_str());
+  std::wstring copy = name != nullptr ? ToWide(name) : L"";
+  ::HeapFree(::GetProcessHeap(), 0, name);
+  return copy;
+}
+
+// Wine can't make links, but the system below it can.
+bool LinkOutsideOfWine(UnixFileName unix_file_name, const std::wstring& link,
+                       const std::wstring& folder) {
+  const std::wstring parent = link.substr(0, link.rfind(L'\\'));
+  std::wstring command_line = L"ln -s -T \"" + UnixPath(unix_file_name, folder) + L"\" \"" +
+                              UnixPath(unix_file_name, parent) + L"/" +
+                              link.substr(link.rfind(L'\\') + 1) + L"\"";
+  STARTUPINFOW startup = {};
+  startup.cb = sizeof(startup);
+  PROCESS_INFORMATION information = {};
+  if (!::CreateProcessW(L"Z:\\bin\\ln", command_line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                        nullptr, &startup, &information)) {
+    return false;
+  }
+  ::CloseHandle(information.hThread);
+  const nhupdate::UniqueKernelHandle process(information.hProcess);
+  constexpr int kTries = 500;
+  for (int tries = 0; tries < kTries; ++tries) {
+    if (::GetFileAttributesW(link.c_str()) != INVALID_FILE_ATTRIBUTES) {
+      return true;
+    }
+    ::Sleep(10);
+  }
+  return false;
+}
+
+}  // namespace
+
+void CreateFolderLink(const std::wstring& link, const std::wstring& folder) {
+  if (::CreateSymbolicLinkW(link.c_str(), folder.c_str(), SYMBOLIC_LINK_FLAG_DIRECTORY) &&
+      ::GetFileAttributesW(link.c_str()) != INVALID_FILE_ATTRIBUTES) {
+    return;
+  }
+  const UnixFileName unix_file_name = FindUnixFileName();
+  EXPECT_TRUE(unix_file_name != nullptr && LinkOutsideOfWine(unix_file_name, link, folder))
+      << "Can't make the link " << ToUtf8(link);
+}
+
+bool IsKindOfLinkTold(const std::wstring& link) {
+  WIN32_FIND_DATAW entry = {};
+  const nhupdate::UniqueFindHandle search(::FindFirstFileW(link.c_str(), &entry));
+  return search.IsValid() && (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+         entry.dwReserved0 != 0;
+}
+
+}  // namespace nhupdate_test

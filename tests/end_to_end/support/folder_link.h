@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+namespace nhupdate_test {
+
+// Creates a link of that name to the folder; a test failure when that can't be done.
+void CreateFolderLink(const std::wstring& link, const std::wstring& folder);
+
+// Whether a listing tells what kind of link that is. Wine only says that it is some kind.
+[[nodiscard]] bool IsKindOfLinkTold(const std::wstring& link);
+
+}  // namespace nhupdate_test

@@ -1,0 +1,86 @@
+#pragma once
+
+// A product with the program as it is shipped, and stand-ins for everything else, in a scratch
+// folder whose name has a blank, letters outside ASCII and a "%":
+//
+//   {scratch}\Corvane                                    {root}
+//     Nimba Hub                                          {base}, version 1.0.0
+//       NHHub.exe, Version.txt, Plugins\Cameras\cam.dll
+//       NHUpdateManager\NHUpdateManager.exe, NSWLogDynamic64U.dll, LogConfig.ini, Config\...
+//       Updater\Updater.exe, Script.ini, Config\ut.ini
+//   {scratch}\Release                                    version 2.0.0, as the updater would stage it
+//
+// ProgramData is the real one of the machine: what the product leaves there is deleted before and
+// after.
+
+#include <string>
+#include <vector>
+
+#include "tests/support/scratch_folder.h"
+
+namespace nhupdate_test {
+
+// What the stand-in for Updater.exe does for a task; see there.
+struct UpdaterTask {
+  int exit_code = 0;
+  int delay_ms = 0;
+  std::wstring stage = {};
+  std::wstring new_updater = {};
+};
+
+class CInstalledHub {
+ public:
+  CInstalledHub();
+  ~CInstalledHub();
+  CInstalledHub(const CInstalledHub&) = delete;
+  CInstalledHub& operator=(const CInstalledHub&) = delete;
+
+  [[nodiscard]] const std::wstring& Scratch() const { return scratch_.Path(); }
+  [[nodiscard]] std::wstring Root() const { return Scratch() + L"\\Corvane"; }
+  [[nodiscard]] std::wstring Base() const { return Root() + L"\\Nimba Hub"; }
+  [[nodiscard]] std::wstring Module() const { return Base() + L"\\NHUpdateManager"; }
+  [[nodiscard]] std::wstring Manager() const { return Module() + L"\\NHUpdateManager.exe"; }
+  [[nodiscard]] std::wstring Updater() const { return Base() + L"\\Updater"; }
+  [[nodiscard]] std::wstring UpdaterConfig() const { return Updater() + L"\\Config\\ut.ini"; }
+  [[nodiscard]] std::wstring App() const { return Updater() + L"\\App"; }
+  [[nodiscard]] std::wstring StagedManager() const {
+    return App() + L"\\NHUpdateManager\\NHUpdateManager.exe";
+  }
+  [[nodiscard]] std::wstring Release() const { return Scratch() + L"\\Release"; }
+  [[nodiscard]] std::wstring DataFolder() const;
+  [[nodiscard]] std::wstring LogJournal() const { return Scratch() + L"\\log journal.txt"; }
+  [[nodiscard]] std::wstring ChildJournal() const { return Scratch() + L"\\child journal.txt"; }
+
+  // Puts the program, its log library and its texts into the folder. `version` is appended to the
+  // executable, where Windows doesn't look, so that one copy can be told from another.
+  void PutManager(const std::wstring& folder, const std::string& version) const;
+
+  // Puts another log library, or none for an empty name, beside the installed program.
+  void UseLogLibrary(const std::wstring& name) const;
+
+  // Copies the release to where the updater stages it.
+  void StageRelease() const;
+
+  // Tells the updater in the folder, by default the installed one, what to do.
+  void Script(const std::wstring& task, const UpdaterTask& what) const;
+  static void ScriptIn(const std::wstring& folder, const std::wstring& task,
+                       const UpdaterTask& what);
+
+  // Copies a stand-in to a path, with the folders above it.
+  static void PutStandIn(const std::wstring& name, const std::wstring& path);
+
+  // The text with the names of the folders replaced: {base}, {root}, {scratch} and {data}.
+  [[nodiscard]] std::string WithPlaceholders(std::wstring text) const;
+
+  // All files and folders below the folder, one line each: the path and, for a short file, its
+  // content, for the program its version.
+  [[nodiscard]] std::string DescribeTree(const std::wstring& folder) const;
+
+ private:
+  void PutProduct() const;
+  void PutRelease() const;
+
+  ScratchFolder scratch_;
+};
+
+}  // namespace nhupdate_test

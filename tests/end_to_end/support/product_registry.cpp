@@ -1,0 +1,111 @@
+#include "tests/end_to_end/support/product_registry.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "base/unique_handle.h"
+#include "base/windows.h"
+#include "tests/end_to_end/support/utf8_text.h"
+
+namespace nhupdate_test {
+
+namespace {
+
+constexpr const wchar_t* kKeys[] = {
+    L"SOFTWARE\\WOW6432Node\\CorvaneNimba",
+    L"SOFTWARE\\WOW6432Node\\CorvaneNimbaHub",
+    L"SOFTWARE\\Microsoft\\Windows\\Windows Error Reporting\\LocalDumps\\NHUpdateManager.exe",
+    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\NIMBA HUB",
+};
+
+std::string DataText(DWORD type, const std::vector<BYTE>& data) {
+  if (type == REG_DWORD && data.size() == sizeof(DWORD)) {
+    DWORD number = 0;
+    std::memcpy(&number, data.data(), sizeof(number));
+    return std::to_string(number);
+  }
+  std::wstring text(data.size() / sizeof(wchar_t), L'\0');
+  std::memcpy(text.data(), data.data(), text.size() * sizeof(wchar_t));
+  return ToUtf8(text.c_str());
+}
+
+std::string TypeName(DWORD type) {
+  return type == REG_SZ      ? "REG_SZ"
+         : type == REG_DWORD ? "REG_DWORD"
+                             : "type " + std::to_string(type);
+}
+
+std::vector<std::string> ValuesOf(HKEY key, const std::wstring& path) {
+  std::vector<std::string> lines;
+  std::array<wchar_t, 256> name = {};
+  std::vector<BYTE> data(4096);
+  for (DWORD index = 0;; ++index) {
+    DWORD name_units = static_cast<DWORD>(name.size());
+    DWORD byte_count = static_cast<DWORD>(data.size());
+    DWORD type = 0;
+    if (::RegEnumValueW(key, index, name.data(), &name_units, nullptr, &type, data.data(),
+                        &byte_count) != ERROR_SUCCESS) {
+      break;
+    }
+    lines.push_back(ToUtf8(path) + "|" + ToUtf8(name.data()) + "|" + TypeName(type) + "|" +
+                    std::to_string(byte_count) + "|" +
+                    DataText(type, {data.begin(), data.begin() + byte_count}) + "\n");
+  }
+  std::sort(lines.begin(), lines.end());
+  return lines;
+}
+
+std::string Describe(const std::wstring& path) {
+  nhupdate::UniqueRegistryKey key;
+  if (::RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ, key.Receive()) !=
+      ERROR_SUCCESS) {
+    return {};
+  }
+  std::string description;
+  for (const std::string& line : ValuesOf(key.Get(), path)) {
+    description += line;
+  }
+  std::vector<std::wstring> sub_keys;
+  std::array<wchar_t, 256> name = {};
+  for (DWORD index = 0; ::RegEnumKeyW(key.Get(), index, name.data(),
+                                      static_cast<DWORD>(name.size())) == ERROR_SUCCESS;
+       ++index) {
+    sub_keys.push_back(path + L"\\" + name.data());
+  }
+  std::sort(sub_keys.begin(), sub_keys.end());
+  for (const std::wstring& sub_key : sub_keys) {
+    description += Describe(sub_key);
+  }
+  return description;
+}
+
+}  // namespace
+
+bool IsUnderWine() {
+  return ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+}
+
+void DeleteProductKeys() {
+  for (const wchar_t* key : kKeys) {
+    ::RegDeleteTreeW(HKEY_LOCAL_MACHINE, key);
+  }
+}
+
+std::string DescribeProductKeys() {
+  std::string description;
+  for (const wchar_t* key : kKeys) {
+    description += Describe(key);
+  }
+  return description;
+}
+
+std::string StoredBytes(std::size_t units) {
+  const std::size_t terminator = IsUnderWine() && units > 0 ? 1 : 0;
+  return std::to_string((units + terminator) * sizeof(wchar_t));
+}
+
+}  // namespace nhupdate_test

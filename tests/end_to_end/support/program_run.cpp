@@ -1,0 +1,182 @@
+#include "tests/end_to_end/support/program_run.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <thread>
+#include <utility>
+
+#include "base/paths.h"
+#include "base/strings.h"
+#include "base/unique_handle.h"
+
+namespace nhupdate_test {
+
+namespace {
+
+using nhupdate::UniqueKernelHandle;
+
+// Holds the program and everything that it starts, and tells when all of it has ended.
+class CJob {
+ public:
+  CJob()
+      : job_(::CreateJobObjectW(nullptr, nullptr)),
+        port_(::CreateIoCompletionPort(INVALID_HANDLE_VALUE, nullptr, 0, 1)) {
+    JOBOBJECT_ASSOCIATE_COMPLETION_PORT association = {};
+    association.CompletionKey = job_.Get();
+    association.CompletionPort = port_.Get();
+    EXPECT_TRUE(::SetInformationJobObject(job_.Get(),
+                                          JobObjectAssociateCompletionPortInformation,
+                                          &association, sizeof(association)));
+  }
+
+  void Add(HANDLE process) { EXPECT_TRUE(::AssignProcessToJobObject(job_.Get(), process)); }
+
+  // Returns false, and ends what is left, when the time is over first.
+  bool WaitForAll(DWORD time_limit_ms) {
+    constexpr DWORD kPollMs = 5;
+    const ULONGLONG end = ::GetTickCount64() + time_limit_ms;
+    while (::GetTickCount64() < end) {
+      DWORD message = 0;
+      ULONG_PTR key = 0;
+      OVERLAPPED* process_id = nullptr;
+      if (::GetQueuedCompletionStatus(port_.Get(), &message, &key, &process_id, kPollMs)) {
+        if (message == JOB_OBJECT_MSG_ACTIVE_PROCESS_ZERO) {
+          return true;
+        }
+        if (message == JOB_OBJECT_MSG_NEW_PROCESS) {
+          Note(static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(process_id)));
+        }
+      }
+      LearnPaths();
+    }
+    ::TerminateJobObject(job_.Get(), 1);
+    return false;
+  }
+
+  [[nodiscard]] std::vector<ManagerProcess> Managers() const {
+    std::vector<ManagerProcess> managers;
+    for (const auto& [manager, process] : processes_) {
+      if (nhupdate::EqualsIgnoringCase(nhupdate::FileName(manager.path), L"NHUpdateManager.exe")) {
+        managers.push_back(manager);
+        ::GetExitCodeProcess(process.Get(), &managers.back().exit_code);
+      }
+    }
+    return managers;
+  }
+
+ private:
+  void Note(DWORD id) {
+    processes_.emplace_back(ManagerProcess{id, {}, 0},
+                            ::OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, id));
+  }
+
+  // A process has no path yet while it is being created.
+  void LearnPaths() {
+    for (auto& [manager, process] : processes_) {
+      std::array<wchar_t, 1024> path = {};
+      DWORD units = static_cast<DWORD>(path.size());
+      if (manager.path.empty() &&
+          ::QueryFullProcessImageNameW(process.Get(), 0, path.data(), &units)) {
+        manager.path = path.data();
+      }
+    }
+  }
+
+  UniqueKernelHandle job_;
+  UniqueKernelHandle port_;
+  std::vector<std::pair<ManagerProcess, UniqueKernelHandle>> processes_;
+};
+
+struct Pipe {
+  UniqueKernelHandle reading;
+  UniqueKernelHandle writing;
+};
+
+Pipe CreateOutputPipe() {
+  SECURITY_ATTRIBUTES inheritable = {sizeof(inheritable), nullptr, TRUE};
+  Pipe pipe;
+  EXPECT_TRUE(
+      ::CreatePipe(pipe.reading.Receive(), pipe.writing.Receive(), &inheritable, 0));
+  ::SetHandleInformation(pipe.reading.Get(), HANDLE_FLAG_INHERIT, 0);
+  return pipe;
+}
+
+std::string ReadToTheEnd(HANDLE pipe) {
+  std::string bytes;
+  std::array<char, 4096> buffer = {};
+  DWORD read = 0;
+  while (::ReadFile(pipe, buffer.data(), static_cast<DWORD>(buffer.size()), &read, nullptr)) {
+    bytes.append(buffer.data(), read);
+  }
+  return bytes;
+}
+
+bool Create(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& process) {
+  std::wstring command_line = L"\"" + start.executable + L"\" " + start.arguments;
+  const std::wstring folder = nhupdate::ParentFolder(start.executable);
+  const bool has_streams = start.streams != Streams::kNone;
+  STARTUPINFOW startup = {};
+  startup.cb = sizeof(startup);
+  if (has_streams) {
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = output;
+  }
+  const DWORD flags = CREATE_SUSPENDED | (has_streams ? 0 : DETACHED_PROCESS);
+  if (start.is_elevated) {
+    return ::CreateProcessW(start.executable.c_str(), command_line.data(), nullptr, nullptr,
+                            has_streams, flags, nullptr, folder.c_str(), &startup, &process);
+  }
+  const UniqueKernelHandle token(OpenUnelevatedToken());
+  return ::CreateProcessAsUserW(token.Get(), start.executable.c_str(), command_line.data(),
+                                nullptr, nullptr, has_streams, flags, nullptr, folder.c_str(),
+                                &startup, &process);
+}
+
+}  // namespace
+
+HANDLE OpenUnelevatedToken() {
+  UniqueKernelHandle own;
+  EXPECT_TRUE(::OpenProcessToken(::GetCurrentProcess(), TOKEN_ALL_ACCESS, own.Receive()));
+  TOKEN_LINKED_TOKEN linked = {};
+  DWORD size = 0;
+  EXPECT_TRUE(
+      ::GetTokenInformation(own.Get(), TokenLinkedToken, &linked, sizeof(linked), &size));
+  return linked.LinkedToken;
+}
+
+ProgramRun RunToTheEnd(const ProgramStart& start) {
+  // The desktop is there before the program is, and so no child of it.
+  ::GetDesktopWindow();
+  ProgramRun run;
+  CJob job;
+  Pipe pipe = CreateOutputPipe();
+  CBoxWatcher watcher;
+
+  PROCESS_INFORMATION information = {};
+  if (!Create(start, pipe.writing.Get(), information)) {
+    const DWORD error = ::GetLastError();
+    ADD_FAILURE() << "The program can't be started: error " << error;
+    return run;
+  }
+  const UniqueKernelHandle process(information.hProcess);
+  const UniqueKernelHandle thread(information.hThread);
+  job.Add(process.Get());
+  pipe.writing.Reset();
+  if (start.streams == Streams::kClosed) {
+    pipe.reading.Reset();
+  }
+  std::thread reader([&] { run.output = ReadToTheEnd(pipe.reading.Get()); });
+  ::ResumeThread(thread.Get());
+
+  run.process_id = information.dwProcessId;
+  run.has_ended = job.WaitForAll(start.time_limit_ms);
+  reader.join();
+  run.boxes = watcher.Finish();
+  run.managers = job.Managers();
+  ::GetExitCodeProcess(process.Get(), &run.exit_code);
+  EXPECT_TRUE(run.has_ended) << "The time limit was reached.";
+  return run;
+}
+
+}  // namespace nhupdate_test

@@ -1,0 +1,8 @@
+// Stands in for ICACLS.exe: writes down how it was started and changes nothing.
+
+#include "tests/stand_ins/support/journal.h"
+
+int main() {
+  nhupdate_stand_in::RecordOwnStart();
+  return 0;
+}
