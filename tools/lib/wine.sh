@@ -46,9 +46,23 @@ start_lane() {
   local WINEPREFIX=$nhupdate_wine_folder/$1
   export WINEPREFIX
   "$nhupdate_wineserver" -k0 2>/dev/null && return 0
+  rm -f "$WINEPREFIX/drive_c/desktop_kept"
   # Its services would keep the streams of the first program open as long as they live.
   "$nhupdate_wineserver" -p60 </dev/null >/dev/null 2>&1
   "$nhupdate_wine" cmd /c exit </dev/null >/dev/null 2>&1
+}
+
+# Keeps the running lane's desktop alive with the given program (tests/stand_ins/desktop_keeper), so
+# that not every program that shows a window waits for one. Started from here it keeps none of the
+# streams of a test open. Does nothing without a display.
+keep_desktop() {
+  local ready=$WINEPREFIX/drive_c/desktop_kept tries=0
+  [ -n "${DISPLAY:-}" ] && [ -e "$1" ] && [ ! -e "$ready" ] || return 0
+  "$nhupdate_wine" "$1" 'C:\desktop_kept' </dev/null >/dev/null 2>&1 &
+  until [ -e "$ready" ] || [ $tries -ge 200 ]; do
+    sleep 0.05
+    tries=$((tries + 1))
+  done
 }
 
 stop_lane() {

@@ -133,6 +133,16 @@ bool Create(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& proce
                                 &startup, &process);
 }
 
+// The desktop is there before the program is, and so no child of it.
+void PrepareDesktop() {
+  const UniqueKernelHandle used(
+      ::OpenEventW(EVENT_MODIFY_STATE, FALSE, L"nhupdate-desktop-used"));
+  if (used.IsValid()) {
+    ::SetEvent(used.Get());
+  }
+  ::GetDesktopWindow();
+}
+
 }  // namespace
 
 HANDLE OpenUnelevatedToken() {
@@ -146,8 +156,7 @@ HANDLE OpenUnelevatedToken() {
 }
 
 ProgramRun RunToTheEnd(const ProgramStart& start) {
-  // The desktop is there before the program is, and so no child of it.
-  ::GetDesktopWindow();
+  PrepareDesktop();
   ProgramRun run;
   CJob job;
   Pipe pipe = CreateOutputPipe();
