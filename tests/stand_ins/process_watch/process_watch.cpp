@@ -59,26 +59,28 @@ std::wstring CommandLineOf(HANDLE process) {
   return text;
 }
 
-// A process is announced before it has been told what it is to run.
 std::wstring ImageNameOf(HANDLE process) {
-  constexpr int kTries = 200;
-  constexpr DWORD kTryMs = 5;
-  for (int attempt = 0; attempt < kTries; ++attempt) {
-    std::wstring path(MAX_PATH, L'\0');
-    DWORD units = MAX_PATH;
-    if (::QueryFullProcessImageNameW(process, 0, path.data(), &units) && units > 0) {
-      path.resize(units);
-      return nhupdate::FileName(path);
-    }
-    ::Sleep(kTryMs);
+  std::wstring path(MAX_PATH, L'\0');
+  DWORD units = MAX_PATH;
+  if (!::QueryFullProcessImageNameW(process, 0, path.data(), &units)) {
+    return {};
   }
-  return L"(unknown)";
+  path.resize(units);
+  return nhupdate::FileName(path);
 }
 
 // The file name of the program, and its arguments.
 std::wstring Describe(HANDLE process) {
-  std::wstring description = ImageNameOf(process);
-  const std::wstring command_line = CommandLineOf(process);
+  // A process is announced before it has been told what it is to run.
+  constexpr int kTries = 200;
+  constexpr DWORD kTryMs = 5;
+  std::wstring description;
+  std::wstring command_line;
+  for (int tries = 0; tries < kTries && (description.empty() || command_line.empty()); ++tries) {
+    ::Sleep(tries > 0 ? kTryMs : 0);
+    description = ImageNameOf(process);
+    command_line = CommandLineOf(process);
+  }
   int count = 0;
   wchar_t** arguments =
       command_line.empty() ? nullptr : ::CommandLineToArgvW(command_line.c_str(), &count);
@@ -145,8 +147,9 @@ class ProcessWatch {
     UniqueKernelHandle process(
         ::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ | SYNCHRONIZE, FALSE, id));
     const std::wstring description = Describe(process.Get());
-    if (description.starts_with(L"conhost.exe")) {
-      return;  // the system's own, one for each console
+    // The system's own: one for each console, one for the desktop.
+    if (description.starts_with(L"conhost.exe") || description.starts_with(L"explorer.exe")) {
+      return;
     }
     nhupdate::PrintConsoleError(L"  started  %s\n", description);
     processes_[id] = {std::move(process), description};
