@@ -1,0 +1,159 @@
+#include "base/strings.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+
+namespace nhupdate {
+namespace {
+
+TEST(LeftPartTest, TakesAtMostTheWholeText) {
+  struct Case {
+    const wchar_t* text;
+    int count;
+    const wchar_t* expected;
+  };
+  const Case cases[] = {
+      {L"abcde", 0, L""},
+      {L"abcde", 1, L"a"},
+      {L"abcde", 4, L"abcd"},
+      {L"abcde", 5, L"abcde"},
+      {L"abcde", 6, L"abcde"},
+      {L"abcde", 1000, L"abcde"},
+      {L"abcde", std::numeric_limits<int>::max(), L"abcde"},
+      {L"abcde", -1, L""},
+      {L"abcde", std::numeric_limits<int>::min(), L""},
+      {L"", 0, L""},
+      {L"", 3, L""},
+  };
+
+  for (const Case& c : cases) {
+    EXPECT_EQ(LeftPart(c.text, c.count), c.expected) << "count " << c.count;
+  }
+}
+
+TEST(RestFromTest, IsEmptyOutsideTheText) {
+  struct Case {
+    const wchar_t* text;
+    int first;
+    const wchar_t* expected;
+  };
+  const Case cases[] = {
+      {L"abcde", 0, L"abcde"},
+      {L"abcde", 1, L"bcde"},
+      {L"abcde", 4, L"e"},
+      {L"abcde", 5, L""},
+      {L"abcde", 6, L""},
+      {L"abcde", std::numeric_limits<int>::max(), L""},
+      {L"abcde", -1, L""},
+      {L"abcde", std::numeric_limits<int>::min(), L""},
+      {L"", 0, L""},
+  };
+
+  for (const Case& c : cases) {
+    EXPECT_EQ(RestFrom(c.text, c.first), c.expected) << "first " << c.first;
+  }
+}
+
+TEST(ReplaceAllTest, ReplacesFromLeftToRightAndCounts) {
+  struct Case {
+    const wchar_t* text;
+    const wchar_t* old_text;
+    const wchar_t* new_text;
+    const wchar_t* expected;
+    int replacements;
+  };
+  const Case cases[] = {
+      {L"en_US", L"_", L"-", L"en-US", 1},
+      {L"zh_Hant_TW", L"_", L"-", L"zh-Hant-TW", 2},
+      {L"Default", L"_", L"-", L"Default", 0},
+      {L"", L"_", L"-", L"", 0},
+      {L"aaaaa", L"aa", L"b", L"bba", 2},     // occurrences don't overlap
+      {L"aaa", L"a", L"aa", L"aaaaaa", 3},    // what was put in isn't looked at again
+      {L"abab", L"ba", L"", L"ab", 1},        // nor what moved together
+      {L"x%sx", L"%s", L"%d", L"x%dx", 1},
+      {L"_a_", L"_", L"", L"a", 2},           // at both ends
+      {L"abc", L"abc", L"", L"", 1},
+      {L"AbC", L"abc", L"x", L"AbC", 0},      // letter case counts
+      {L"abc", L"abcd", L"x", L"abc", 0},
+      {L"abc", L"", L"x", L"abc", 0},
+  };
+
+  for (const Case& c : cases) {
+    std::wstring text = c.text;
+
+    const int replacements = ReplaceAll(text, c.old_text, c.new_text);
+
+    EXPECT_EQ(text, c.expected);
+    EXPECT_EQ(replacements, c.replacements) << testing::PrintToString(c.text);
+  }
+}
+
+TEST(EqualsIgnoringCaseTest, FoldsNothingButTheLettersAToZ) {
+  struct Case {
+    const wchar_t* left;
+    const wchar_t* right;
+    bool expected;
+  };
+  const Case cases[] = {
+      {L"", L"", true},
+      {L"abc", L"abc", true},
+      {L"abc", L"ABC", true},
+      {L"NHUpdateManager.exe", L"nhupdatemanager.EXE", true},
+      {L"azAZ", L"AZaz", true},
+      {L"abc", L"abd", false},
+      {L"abc", L"ab", false},
+      {L"ab", L"abc", false},
+      {L"", L"a", false},
+      {L"@", L"`", false},            // the neighbours of A and a
+      {L"[", L"{", false},            // the neighbours of Z and z
+      {L"0", L"\x10", false},
+      {L"\u00C4", L"\u00E4", false},  // umlauts
+      {L"\u0130", L"i", false},       // the Turkish capital I with a dot
+      {L"\u212A", L"k", false},       // the Kelvin sign
+      {L"\uFF21", L"\uFF41", false},  // full-width letters
+      {L"\u0141", L"a", false},       // whose lower byte is A
+  };
+
+  for (const Case& c : cases) {
+    EXPECT_EQ(EqualsIgnoringCase(c.left, c.right), c.expected)
+        << testing::PrintToString(c.left) << " and " << testing::PrintToString(c.right);
+    EXPECT_EQ(EqualsIgnoringCase(c.right, c.left), c.expected)
+        << testing::PrintToString(c.right) << " and " << testing::PrintToString(c.left);
+  }
+}
+
+TEST(EqualsIgnoringCaseTest, ComparesBehindANul) {
+  const std::wstring left(L"a\0b", 3);
+  const std::wstring right(L"a\0c", 3);
+
+  EXPECT_FALSE(EqualsIgnoringCase(left, right));
+  EXPECT_TRUE(EqualsIgnoringCase(left, std::wstring(L"A\0B", 3)));
+}
+
+TEST(StartsWithIgnoringCaseTest, ComparesTheBeginningOnly) {
+  struct Case {
+    const wchar_t* text;
+    const wchar_t* prefix;
+    bool expected;
+  };
+  const Case cases[] = {
+      {L"abc", L"", true},
+      {L"", L"", true},
+      {L"abc", L"AB", true},
+      {L"ABC", L"abc", true},
+      {L"abc", L"abcd", false},
+      {L"abc", L"bc", false},
+      {L"", L"a", false},
+      {L"\u00C4b", L"\u00E4", false},
+  };
+
+  for (const Case& c : cases) {
+    EXPECT_EQ(StartsWithIgnoringCase(c.text, c.prefix), c.expected)
+        << testing::PrintToString(c.text) << " and " << testing::PrintToString(c.prefix);
+  }
+}
+
+}  // namespace
+}  // namespace nhupdate
