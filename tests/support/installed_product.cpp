@@ -2,6 +2,7 @@
 
 #include <cwctype>
 
+#include "app/program.h"
 #include "base/strings.h"
 #include "base/windows.h"
 #include "tests/support/files.h"
@@ -37,6 +38,48 @@ PWSTR CopyForShell(const std::wstring& text) {
   return copy;
 }
 
+// What Windows tells the program about itself while the object lives.
+class Surroundings {
+ public:
+  Surroundings(const std::wstring& executable, const std::wstring& program_data,
+               const ProductOptions& options)
+      : executable_(executable), program_data_(program_data), options_(options) {}
+
+ private:
+  DWORD GiveExecutable(wchar_t* buffer, DWORD units) const {
+    const DWORD length = static_cast<DWORD>(executable_.size());
+    if (length >= units) {
+      executable_.copy(buffer, units - 1);
+      buffer[units - 1] = L'\0';
+      ::SetLastError(ERROR_INSUFFICIENT_BUFFER);
+      return units;
+    }
+    executable_.copy(buffer, length);
+    buffer[length] = L'\0';
+    return length;
+  }
+
+  std::wstring executable_;
+  std::wstring program_data_;
+  ProductOptions options_;
+  Interposer<decltype(::GetModuleFileNameW)> module_file_name_{
+      "GetModuleFileNameW", [this](HMODULE module, wchar_t* buffer, DWORD units) -> DWORD {
+        return module != nullptr ? module_file_name_.Original()(module, buffer, units)
+                                 : GiveExecutable(buffer, units);
+      }};
+  Interposer<decltype(::SHGetKnownFolderPath)> known_folder_{
+      "SHGetKnownFolderPath", [this](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
+        *path = options_.has_program_data ? CopyForShell(program_data_) : nullptr;
+        return options_.has_program_data ? S_OK : E_FAIL;
+      }};
+  Interposer<decltype(::GetTokenInformation)> token_information_{
+      "GetTokenInformation",
+      [this](HANDLE, TOKEN_INFORMATION_CLASS, void* information, DWORD, DWORD*) -> BOOL {
+        static_cast<TOKEN_ELEVATION*>(information)->TokenIsElevated = options_.elevated ? 1 : 0;
+        return TRUE;
+      }};
+};
+
 }  // namespace
 
 InstalledProduct::InstalledProduct(const ProductOptions& options) : options_(options) {
@@ -55,37 +98,23 @@ InstalledProduct::~InstalledProduct() {
 }
 
 void InstalledProduct::Start() {
-  const std::wstring executable = Module() + L"\\NHUpdateManager.exe";
-  Interposer<decltype(::GetModuleFileNameW)> module_file_name(
-      "GetModuleFileNameW", [&](HMODULE module, wchar_t* buffer, DWORD units) -> DWORD {
-        if (module != nullptr) {
-          return module_file_name.Original()(module, buffer, units);
-        }
-        const DWORD length = static_cast<DWORD>(executable.size());
-        if (length >= units) {
-          executable.copy(buffer, units - 1);
-          buffer[units - 1] = L'\0';
-          ::SetLastError(ERROR_INSUFFICIENT_BUFFER);
-          return units;
-        }
-        executable.copy(buffer, length);
-        buffer[length] = L'\0';
-        return length;
-      });
-  Interposer<decltype(::SHGetKnownFolderPath)> known_folder(
-      "SHGetKnownFolderPath", [&](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
-        *path = options_.has_program_data ? CopyForShell(ProgramData()) : nullptr;
-        return options_.has_program_data ? S_OK : E_FAIL;
-      });
-  Interposer<decltype(::GetTokenInformation)> token_information(
-      "GetTokenInformation",
-      [&](HANDLE, TOKEN_INFORMATION_CLASS, void* information, DWORD, DWORD*) -> BOOL {
-        static_cast<TOKEN_ELEVATION*>(information)->TokenIsElevated = options_.elevated ? 1 : 0;
-        return TRUE;
-      });
+  const Surroundings surroundings(ExecutablePath(), ProgramData(), options_);
 
   manager_ = std::make_unique<nhupdate::CManagerCenter>();
   manager_->Initialize();
+}
+
+int InstalledProduct::RunProgram(const std::wstring& arguments) {
+  const Surroundings surroundings(ExecutablePath(), ProgramData(), options_);
+  std::wstring command_line = L"\"" + ExecutablePath() + L"\" " + arguments;
+  Interposer<decltype(::GetCommandLineW)> get_command_line(
+      "GetCommandLineW", [&]() -> wchar_t* { return command_line.data(); });
+  // These would change this process for good.
+  Interposer<decltype(::SetErrorMode)> error_mode("SetErrorMode", [](UINT) -> UINT { return 0; });
+  Interposer<decltype(::SetDefaultDllDirectories)> dll_directories(
+      "SetDefaultDllDirectories", [](DWORD) -> BOOL { return TRUE; });
+
+  return nhupdate::RunProgram();
 }
 
 nhupdate::CManagerCenter& InstalledProduct::Manager() {

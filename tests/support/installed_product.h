@@ -36,6 +36,7 @@ class InstalledProduct {
   [[nodiscard]] std::wstring Root() const { return scratch_.Path() + L"\\Corvane"; }
   [[nodiscard]] std::wstring Base() const { return Root() + L"\\Nimba Hub"; }
   [[nodiscard]] std::wstring Module() const { return Base() + options_.module; }
+  [[nodiscard]] std::wstring ExecutablePath() const { return Module() + L"\\NHUpdateManager.exe"; }
   [[nodiscard]] std::wstring App() const { return Base() + L"\\Updater\\App"; }
   [[nodiscard]] std::wstring ProgramData() const { return scratch_.Path() + L"\\ProgramData"; }
   [[nodiscard]] std::wstring Journal() const { return scratch_.Path() + L"\\journal.txt"; }
@@ -46,6 +47,10 @@ class InstalledProduct {
 
   // The manager; started, and with no records yet, when Start has not been called.
   [[nodiscard]] nhupdate::CManagerCenter& Manager();
+
+  // Runs the whole program as if it were started in the scratch folder with these arguments, and
+  // returns its exit code. It makes, and destroys, a manager of its own.
+  [[nodiscard]] int RunProgram(const std::wstring& arguments);
 
   // Every call into the log library since the last ForgetRecords.
   [[nodiscard]] std::vector<LogCall> LogCalls() const;
