@@ -1,0 +1,36 @@
+#pragma once
+
+// A log library that exists only for the log centre: Windows "loads" it and finds its entries,
+// which are functions of the test. There can be one at a time.
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "base/windows.h"
+#include "tests/support/interposer.h"
+
+namespace nhupdate_test {
+
+class FakeLogLibrary {
+ public:
+  FakeLogLibrary();
+  ~FakeLogLibrary();
+  FakeLogLibrary(const FakeLogLibrary&) = delete;
+  FakeLogLibrary& operator=(const FakeLogLibrary&) = delete;
+
+  // Called with "Load", "Resolve Start" and so on, "Start", "Stop", "WriteLog" or "Free".
+  std::function<void(const std::string& event)> on_event;
+
+  // The entry that isn't there; none by default.
+  std::string missing_entry;
+
+ private:
+  void* Resolve(const std::string& name);
+
+  Interposer<decltype(::LoadLibraryW)> load_;
+  Interposer<decltype(::GetProcAddress)> resolve_;
+  Interposer<decltype(::FreeLibrary)> free_;
+};
+
+}  // namespace nhupdate_test

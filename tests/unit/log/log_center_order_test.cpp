@@ -1,0 +1,86 @@
+// In which order the log centre deals with Windows and the library.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "log/log_center.h"
+#include "tests/support/captured_console.h"
+#include "tests/unit/log/fake_log_library.h"
+
+namespace nhupdate {
+namespace {
+
+using nhupdate_test::CapturedConsole;
+using nhupdate_test::FakeLogLibrary;
+using testing::ElementsAre;
+
+class LogCenterOrderTest : public testing::Test {
+ protected:
+  LogCenterOrderTest() {
+    library_.on_event = [this](const std::string& event) { events_.push_back(event); };
+  }
+
+  std::vector<std::string> events_;
+  CapturedConsole console_;
+  FakeLogLibrary library_;
+};
+
+TEST_F(LogCenterOrderTest, ResolvesAllEntriesBeforeItCallsOne) {
+  CNSWLogCenter center;
+
+  ASSERT_EQ(center.StartLog(L"library", L"c", L"f"), 1);
+
+  EXPECT_THAT(events_, ElementsAre("Load", "Resolve Start", "Resolve Stop", "Resolve Flush",
+                                   "Resolve WriteLog", "Start"));
+}
+
+TEST_F(LogCenterOrderTest, LooksForNoFurtherEntryWhenOneIsMissing) {
+  library_.missing_entry = "Flush";
+  CNSWLogCenter center;
+
+  ASSERT_EQ(center.StartLog(L"library", L"c", L"f"), 0);
+
+  EXPECT_THAT(events_, ElementsAre("Load", "Resolve Start", "Resolve Stop", "Resolve Flush", "Stop",
+                                   "Free"));
+}
+
+TEST_F(LogCenterOrderTest, PrintsTheMissingEntryBeforeItUnloads) {
+  library_.missing_entry = "WriteLog";
+  std::string printed;
+  library_.on_event = [&](const std::string& event) {
+    if (event == "Stop") {
+      printed = console_.Bytes();
+    }
+  };
+  CNSWLogCenter center;
+
+  ASSERT_EQ(center.StartLog(L"library", L"c", L"f"), 0);
+
+  EXPECT_EQ(printed, "Fail to load WriteLog from library\n");
+}
+
+TEST_F(LogCenterOrderTest, StopsTheLibraryBeforeItFreesIt) {
+  CNSWLogCenter center;
+  ASSERT_EQ(center.StartLog(L"library", L"c", L"f"), 1);
+  events_.clear();
+
+  center.UnloadLogLibrary();
+
+  EXPECT_THAT(events_, ElementsAre("Stop", "Free"));
+}
+
+TEST_F(LogCenterOrderTest, DoesTheSameWhenItIsDestroyed) {
+  {
+    CNSWLogCenter center;
+    ASSERT_EQ(center.StartLog(L"library", L"c", L"f"), 1);
+    events_.clear();
+  }
+
+  EXPECT_THAT(events_, ElementsAre("Stop", "Free"));
+}
+
+}  // namespace
+}  // namespace nhupdate
