@@ -8,7 +8,7 @@
 
 #include "log/log_center.h"
 #include "tests/support/captured_console.h"
-#include "tests/unit/log/fake_log_library.h"
+#include "tests/support/fake_log_library.h"
 
 namespace nhupdate {
 namespace {
@@ -21,7 +21,7 @@ TEST(LogCenterLockTest, LetsTheLibraryCallBack) {
   std::vector<std::string> events;
   CNSWLogCenter center;
   FakeLogLibrary library;
-  library.on_event = [&](const std::string& event) {
+  library.on_event = [&](const std::string& event, const std::wstring&) {
     events.push_back(event);
     if (event == "Start") {
       center.WriteRecord(2, L"tag", L"from within Start");
@@ -48,7 +48,7 @@ TEST(LogCenterLockTest, LetsOneThreadAtATimeIntoTheLibrary) {
   std::atomic<int> records = 0;
   CNSWLogCenter center;
   FakeLogLibrary library;
-  library.on_event = [&](const std::string& event) {
+  library.on_event = [&](const std::string& event, const std::wstring&) {
     overlaps += inside++ == 0 ? 0 : 1;
     records += event == "WriteLog" ? 1 : 0;
     std::this_thread::yield();

@@ -8,7 +8,7 @@
 
 #include "log/log_center.h"
 #include "tests/support/captured_console.h"
-#include "tests/unit/log/fake_log_library.h"
+#include "tests/support/fake_log_library.h"
 
 namespace nhupdate {
 namespace {
@@ -20,7 +20,7 @@ using testing::ElementsAre;
 class LogCenterOrderTest : public testing::Test {
  protected:
   LogCenterOrderTest() {
-    library_.on_event = [this](const std::string& event) { events_.push_back(event); };
+    library_.on_event = [this](const std::string& event, const std::wstring&) { events_.push_back(event); };
   }
 
   std::vector<std::string> events_;
@@ -50,7 +50,7 @@ TEST_F(LogCenterOrderTest, LooksForNoFurtherEntryWhenOneIsMissing) {
 TEST_F(LogCenterOrderTest, PrintsTheMissingEntryBeforeItUnloads) {
   library_.missing_entry = "WriteLog";
   std::string printed;
-  library_.on_event = [&](const std::string& event) {
+  library_.on_event = [&](const std::string& event, const std::wstring&) {
     if (event == "Stop") {
       printed = console_.Bytes();
     }

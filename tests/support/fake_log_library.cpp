@@ -1,4 +1,4 @@
-#include "tests/unit/log/fake_log_library.h"
+#include "tests/support/fake_log_library.h"
 
 #include <cstdint>
 
@@ -10,30 +10,32 @@ FakeLogLibrary* current = nullptr;
 
 const HMODULE kLibrary = reinterpret_cast<HMODULE>(std::uintptr_t{0x10610000});
 
-int Start(const char*, const wchar_t*, const wchar_t*) {
-  current->on_event("Start");
+int Start(const char* version, const wchar_t* configuration_path, const wchar_t* log_folder) {
+  const std::string narrow = version;
+  current->on_event("Start", std::wstring(narrow.begin(), narrow.end()) + L"|" +
+                                 configuration_path + L"|" + log_folder);
   return 0;
 }
 
 void Stop() {
-  current->on_event("Stop");
+  current->on_event("Stop", L"");
 }
 
 void Flush() {
-  current->on_event("Flush");
+  current->on_event("Flush", L"");
 }
 
-void WriteLog(int, const wchar_t*, const wchar_t*) {
-  current->on_event("WriteLog");
+void WriteLog(int level, const wchar_t* tag, const wchar_t* message) {
+  current->on_event("WriteLog", std::to_wstring(level) + L"|" + tag + L"|" + message);
 }
 
 }  // namespace
 
 FakeLogLibrary::FakeLogLibrary()
-    : on_event([](const std::string&) {}),
+    : on_event([](const std::string&, const std::wstring&) {}),
       load_("LoadLibraryW",
-            [this](const wchar_t*) {
-              on_event("Load");
+            [this](const wchar_t* path) {
+              on_event("Load", path);
               return kLibrary;
             }),
       resolve_("GetProcAddress",
@@ -45,7 +47,7 @@ FakeLogLibrary::FakeLogLibrary()
         if (library != kLibrary) {
           return free_.Original()(library);
         }
-        on_event("Free");
+        on_event("Free", L"");
         return TRUE;
       }) {
   current = this;
@@ -56,7 +58,7 @@ FakeLogLibrary::~FakeLogLibrary() {
 }
 
 void* FakeLogLibrary::Resolve(const std::string& name) {
-  on_event("Resolve " + name);
+  on_event("Resolve " + name, L"");
   if (name == missing_entry) {
     return nullptr;
   }

@@ -5,7 +5,6 @@
 
 #include <functional>
 #include <string>
-#include <vector>
 
 #include "base/windows.h"
 #include "tests/support/interposer.h"
@@ -19,8 +18,9 @@ class FakeLogLibrary {
   FakeLogLibrary(const FakeLogLibrary&) = delete;
   FakeLogLibrary& operator=(const FakeLogLibrary&) = delete;
 
-  // Called with "Load", "Resolve Start" and so on, "Start", "Stop", "WriteLog" or "Free".
-  std::function<void(const std::string& event)> on_event;
+  // Called with "Load", "Resolve Start" and so on, "Start", "Stop", "WriteLog" or "Free"; `details`
+  // are the arguments, with a "|" between them.
+  std::function<void(const std::string& event, const std::wstring& details)> on_event;
 
   // The entry that isn't there; none by default.
   std::string missing_entry;

@@ -1,0 +1,93 @@
+// What the manager does when it comes and goes.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/manager_center.h"
+#include "base/windows.h"
+#include "tests/support/fake_log_library.h"
+#include "tests/support/installed_product.h"
+#include "tests/support/interposer.h"
+
+#include <objbase.h>  // needs <windows.h> first
+
+namespace nhupdate {
+namespace {
+
+using nhupdate_test::FakeLogLibrary;
+using nhupdate_test::InstalledProduct;
+using nhupdate_test::Interposer;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ManagerLifetimeTest : public testing::Test {
+ protected:
+  ManagerLifetimeTest() {
+    library_.on_event = [this](const std::string& event, const std::wstring&) {
+      events_.push_back(event);
+    };
+  }
+
+  InstalledProduct product_;
+  std::vector<std::string> events_;
+  HRESULT com_result_ = S_OK;
+  FakeLogLibrary library_;
+  Interposer<decltype(::CoInitialize)> begin_com_{"CoInitialize", [this](void* reserved) {
+                                                    EXPECT_EQ(reserved, nullptr);
+                                                    events_.push_back("CoInitialize");
+                                                    return com_result_;
+                                                  }};
+  Interposer<decltype(::CoUninitialize)> end_com_{
+      "CoUninitialize", [this] { events_.push_back("CoUninitialize"); }};
+};
+
+TEST_F(ManagerLifetimeTest, InitialisesComAndNothingElse) {
+  const CManagerCenter manager;
+
+  EXPECT_THAT(events_, ElementsAre("CoInitialize"));
+  EXPECT_FALSE(manager.IsElevated());
+  EXPECT_EQ(manager.GetString(L"KEY_UPDATE_TITLE"), L"KEY_UPDATE_TITLE");
+}
+
+TEST_F(ManagerLifetimeTest, EndsComWithoutAStart) {
+  {
+    const CManagerCenter manager;
+    events_.clear();
+  }
+
+  EXPECT_THAT(events_, ElementsAre("CoUninitialize"));
+}
+
+TEST_F(ManagerLifetimeTest, EndsComBeforeItUnloadsTheLogLibrary) {
+  product_.Start();
+  events_.clear();
+
+  product_.DestroyManager();
+
+  EXPECT_THAT(events_, ElementsAre("CoUninitialize", "Stop", "Free"));
+}
+
+TEST_F(ManagerLifetimeTest, StartsAllTheSameWithoutCom) {
+  com_result_ = E_OUTOFMEMORY;
+
+  product_.Start();
+  product_.DestroyManager();
+
+  EXPECT_THAT(events_, testing::Contains("Start"));
+  EXPECT_THAT(events_, testing::Contains("CoUninitialize"));
+}
+
+TEST_F(ManagerLifetimeTest, DropsRecordsBeforeTheStart) {
+  CManagerCenter manager;
+  events_.clear();
+
+  manager.Log(LogLevel::kError, L"%d", 1);
+
+  EXPECT_THAT(events_, IsEmpty());
+}
+
+}  // namespace
+}  // namespace nhupdate

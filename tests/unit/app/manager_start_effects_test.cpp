@@ -1,0 +1,164 @@
+// The manager's start-up as Windows sees it: every call that matters, in order.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cwchar>
+#include <string>
+#include <vector>
+
+#include "app/manager_center.h"
+#include "base/paths.h"
+#include "base/windows.h"
+#include "tests/support/fake_log_library.h"
+#include "tests/support/interposer.h"
+#include "text/utf8.h"
+
+// These need <windows.h> first.
+#include <objbase.h>
+#include <shlobj.h>
+
+namespace nhupdate {
+namespace {
+
+using nhupdate_test::FakeLogLibrary;
+using nhupdate_test::Interposer;
+using testing::ElementsAre;
+
+class ManagerStartEffectsTest : public testing::Test {
+ protected:
+  ManagerStartEffectsTest() {
+    library_.on_event = [this](const std::string& event, const std::wstring& details) {
+      Note(Utf8ToWide(event.data(), static_cast<int>(event.size())) +
+           (details.empty() ? L"" : L" " + details));
+    };
+  }
+
+  void Note(const std::wstring& effect) { effects_.push_back(effect); }
+
+  static inline const HANDLE kToken = reinterpret_cast<HANDLE>(std::uintptr_t{0x70C3A});
+
+  std::wstring executable_ = L"Q:\\A\\B\\M\\NHUpdateManager.exe";
+  std::vector<std::wstring> effects_;
+
+  Interposer<decltype(::GetModuleFileNameW)> module_file_name_{
+      "GetModuleFileNameW", [this](HMODULE module, wchar_t* buffer, DWORD units) -> DWORD {
+        EXPECT_EQ(module, nullptr);
+        EXPECT_EQ(units, 260U);
+        // As Windows does it: what doesn't fit is cut off.
+        const DWORD length = static_cast<DWORD>(executable_.copy(buffer, units));
+        buffer[length < units ? length : units - 1] = L'\0';
+        return length;
+      }};
+  Interposer<decltype(::SHGetKnownFolderPath)> known_folder_{
+      "SHGetKnownFolderPath", [this](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
+        Note(L"known folder");
+        *path = static_cast<wchar_t*>(::CoTaskMemAlloc(8 * sizeof(wchar_t)));
+        std::wcscpy(*path, L"Q:\\Data");
+        return S_OK;
+      }};
+  Interposer<decltype(::CreateDirectoryW)> create_folder_{
+      "CreateDirectoryW", [this](const wchar_t* path, SECURITY_ATTRIBUTES* security) -> BOOL {
+        EXPECT_EQ(security, nullptr);
+        Note(L"create " + std::wstring(path));
+        return TRUE;
+      }};
+  Interposer<decltype(::OpenProcessToken)> open_token_{
+      "OpenProcessToken", [this](HANDLE, DWORD, HANDLE* token) -> BOOL {
+        Note(L"open token");
+        *token = kToken;
+        return TRUE;
+      }};
+  Interposer<decltype(::GetTokenInformation)> ask_token_{
+      "GetTokenInformation",
+      [this](HANDLE, TOKEN_INFORMATION_CLASS, void* answer, DWORD, DWORD*) -> BOOL {
+        Note(L"ask token");
+        *static_cast<DWORD*>(answer) = 1;
+        return TRUE;
+      }};
+  Interposer<decltype(::CloseHandle)> close_{"CloseHandle", [this](HANDLE handle) -> BOOL {
+                                               if (handle != kToken) {
+                                                 return close_.Original()(handle);
+                                               }
+                                               Note(L"close token");
+                                               return TRUE;
+                                             }};
+  Interposer<decltype(::RegOpenKeyExW)> open_key_{
+      "RegOpenKeyExW",
+      [this](HKEY, const wchar_t* path, DWORD, REGSAM, HKEY*) -> LSTATUS {
+        Note(L"open key " + std::wstring(path));
+        return ERROR_FILE_NOT_FOUND;
+      }};
+  Interposer<decltype(::GetUserPreferredUILanguages)> languages_{
+      "GetUserPreferredUILanguages", [this](DWORD, ULONG*, wchar_t*, ULONG*) -> BOOL {
+        Note(L"languages");
+        return FALSE;
+      }};
+  Interposer<decltype(::CreateFileW)> open_file_{
+      "CreateFileW",
+      [this](const wchar_t* path, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD,
+             HANDLE) -> HANDLE {
+        Note(L"open " + std::wstring(path));
+        ::SetLastError(ERROR_FILE_NOT_FOUND);
+        return INVALID_HANDLE_VALUE;
+      }};
+  FakeLogLibrary library_;
+};
+
+TEST_F(ManagerStartEffectsTest, ComeInAFixedOrder) {
+  CManagerCenter manager;
+
+  EXPECT_EQ(manager.Initialize(), 0);
+
+  EXPECT_THAT(
+      effects_,
+      ElementsAre(
+          L"known folder", L"create Q:\\Data\\Corvane", L"create Q:\\Data\\Corvane\\NimbaSoftware",
+          L"create Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub",
+          L"create Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub\\Log",
+          L"Load Q:\\A\\B\\M\\NSWLogDynamic64U.dll", L"Resolve Start", L"Resolve Stop",
+          L"Resolve Flush", L"Resolve WriteLog",
+          L"Start 1.0.0|Q:\\A\\B\\M\\LogConfig.ini|"
+          L"Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub\\Log",
+          L"open token", L"ask token", L"close token",
+          L"WriteLog 2|NHUpdateManager|Process elevated.", L"open key SOFTWARE\\Valve\\Steam",
+          L"WriteLog 2|NHUpdateManager|Steam language setting not found.", L"languages",
+          L"WriteLog 2|NHUpdateManager|Use default language.",
+          L"WriteLog 2|NHUpdateManager|Load strings from "
+          L"Q:\\A\\B\\M\\Config\\NHUpdateManager.Default.json",
+          L"open Q:\\A\\B\\M\\Config\\NHUpdateManager.Default.json",
+          L"WriteLog 4|NHUpdateManager|Fail to open string file : "
+          L"Q:\\A\\B\\M\\Config\\NHUpdateManager.Default.json"));
+}
+
+TEST_F(ManagerStartEffectsTest, FollowAPathThatIsCutOffAt259Characters) {
+  const std::wstring file_name = L"\\NHUpdateManager.exe";
+  for (const std::size_t length : {258U, 259U, 260U, 261U, 275U, 280U, 400U, 5000U}) {
+    executable_ = L"Q:\\A\\B\\M" + file_name;
+    executable_.insert(8, length - executable_.size(), L'x');
+    effects_.clear();
+    CManagerCenter manager;
+
+    EXPECT_EQ(manager.Initialize(), 0) << length;
+
+    const std::wstring known = executable_.substr(0, 259);
+    EXPECT_THAT(effects_,
+                testing::Contains(L"Load " + ParentFolder(known) + L"\\NSWLogDynamic64U.dll"))
+        << length;
+  }
+}
+
+TEST_F(ManagerStartEffectsTest, StayInTheDrivesRootWithoutAPath) {
+  executable_ = L"";
+  CManagerCenter manager;
+
+  EXPECT_EQ(manager.Initialize(), 0);
+
+  EXPECT_THAT(effects_, testing::Contains(L"Load \\NSWLogDynamic64U.dll"));
+  EXPECT_THAT(effects_, testing::Contains(L"open \\Config\\NHUpdateManager.Default.json"));
+}
+
+}  // namespace
+}  // namespace nhupdate

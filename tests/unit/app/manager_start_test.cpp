@@ -1,0 +1,182 @@
+// The manager's start-up as a user's machine sees it: records, console, folders.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/manager_center.h"
+#include "base/windows.h"
+#include "tests/support/captured_console.h"
+#include "tests/support/files.h"
+#include "tests/support/installed_product.h"
+#include "tests/support/interposer.h"
+#include "tests/unit/app/quiet_system.h"
+
+namespace nhupdate {
+namespace {
+
+using nhupdate_test::CapturedConsole;
+using nhupdate_test::InstalledProduct;
+using nhupdate_test::Interposer;
+using nhupdate_test::ListTree;
+using nhupdate_test::LogCall;
+using nhupdate_test::QuietSystem;
+using nhupdate_test::WithPlaceholders;
+using nhupdate_test::WriteFileBytes;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ManagerStartTest : public testing::Test {
+ protected:
+  // The arguments of the library's "Start".
+  static std::vector<std::wstring> StartArguments(const InstalledProduct& product) {
+    for (const LogCall& call : product.LogCalls()) {
+      if (call.entry == L"Start") {
+        std::vector<std::wstring> arguments;
+        for (const std::wstring& argument : call.arguments) {
+          arguments.push_back(WithPlaceholders(argument, product.Root(), product.ProgramData()));
+        }
+        return arguments;
+      }
+    }
+    return {};
+  }
+
+  CapturedConsole console_;
+  QuietSystem system_;
+};
+
+TEST_F(ManagerStartTest, TellsWhatItFoundWithTexts) {
+  InstalledProduct product;
+  WriteFileBytes(product.Module() + L"\\Config\\NHUpdateManager.en-US.json",
+                 R"({"KEY_UPDATE_TITLE": "Update"})");
+
+  product.Start();
+
+  EXPECT_THAT(
+      product.Transcript(),
+      ElementsAre(L"2|Process elevated.", L"2|Steam language setting not found.",
+                  L"2|Found System language setting : en-US",
+                  L"2|Load strings from "
+                  L"{root}\\Nimba Hub\\NHUpdateManager\\Config\\NHUpdateManager.en-US.json",
+                  L"2|Total 1 strings loaded."));
+  EXPECT_EQ(product.Manager().GetString(L"KEY_UPDATE_TITLE"), L"Update");
+  EXPECT_EQ(console_.Bytes(), "");
+}
+
+TEST_F(ManagerStartTest, TellsWhatItMissesWithoutElevationAndTexts) {
+  InstalledProduct product({.elevated = false});
+
+  product.Start();
+
+  EXPECT_THAT(
+      product.Transcript(),
+      ElementsAre(L"2|Process NOT elevated.", L"2|Steam language setting not found.",
+                  L"2|Found System language setting : en-US",
+                  L"2|Load strings from "
+                  L"{root}\\Nimba Hub\\NHUpdateManager\\Config\\NHUpdateManager.Default.json",
+                  L"4|Fail to open string file : "
+                  L"{root}\\Nimba Hub\\NHUpdateManager\\Config\\NHUpdateManager.Default.json"));
+  EXPECT_EQ(product.Manager().GetString(L"KEY_UPDATE_TITLE"), L"KEY_UPDATE_TITLE");
+}
+
+TEST_F(ManagerStartTest, TakesTheTextsOfTheGeneralLanguage) {
+  InstalledProduct product;
+  WriteFileBytes(product.Module() + L"\\Config\\NHUpdateManager.en.json", R"({"K": "general"})");
+  WriteFileBytes(product.Module() + L"\\Config\\NHUpdateManager.Default.json",
+                 R"({"K": "default"})");
+
+  product.Start();
+
+  EXPECT_EQ(product.Manager().GetString(L"K"), L"general");
+}
+
+TEST_F(ManagerStartTest, StartsTheLogWithItsConfigurationAndFolder) {
+  InstalledProduct product;
+
+  product.Start();
+
+  EXPECT_THAT(StartArguments(product),
+              ElementsAre(L"1.0.0", L"{root}\\Nimba Hub\\NHUpdateManager\\LogConfig.ini",
+                          L"{data}\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
+}
+
+TEST_F(ManagerStartTest, CreatesTheDataFolders) {
+  InstalledProduct product;
+
+  product.Start();
+
+  EXPECT_THAT(ListTree(product.ProgramData()),
+              ElementsAre(L"Corvane\\", L"Corvane\\NimbaSoftware\\",
+                          L"Corvane\\NimbaSoftware\\NimbaHub\\",
+                          L"Corvane\\NimbaSoftware\\NimbaHub\\Log\\"));
+}
+
+TEST_F(ManagerStartTest, LeavesDataFoldersThatAreThereAlone) {
+  InstalledProduct product;
+  const std::wstring old_log =
+      product.ProgramData() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log\\old.log";
+  WriteFileBytes(old_log, "old");
+
+  product.Start();
+
+  EXPECT_EQ(nhupdate_test::ReadFileBytes(old_log), "old");
+}
+
+TEST_F(ManagerStartTest, CreatesNothingWithoutAProgramDataFolder) {
+  InstalledProduct product({.has_program_data = false});
+  Interposer<decltype(::CreateDirectoryW)> create(
+      "CreateDirectoryW", [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return FALSE; });
+
+  product.Start();
+
+  EXPECT_EQ(create.Calls(), 0);
+  // The last argument, the log folder, is empty, which the journal's reader drops.
+  EXPECT_THAT(StartArguments(product),
+              ElementsAre(L"1.0.0", L"{root}\\Nimba Hub\\NHUpdateManager\\LogConfig.ini"));
+  EXPECT_THAT(product.Transcript(), testing::Contains(L"2|Process elevated."));
+}
+
+TEST_F(ManagerStartTest, GoesOnWhenNoFolderCanBeCreated) {
+  InstalledProduct product;
+  Interposer<decltype(::CreateDirectoryW)> create(
+      "CreateDirectoryW", [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
+        ::SetLastError(ERROR_ACCESS_DENIED);
+        return FALSE;
+      });
+
+  product.Start();
+
+  EXPECT_EQ(create.Calls(), 4);
+  EXPECT_THAT(StartArguments(product),
+              ElementsAre(L"1.0.0", L"{root}\\Nimba Hub\\NHUpdateManager\\LogConfig.ini",
+                          L"{data}\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
+  EXPECT_EQ(product.Transcript().size(), 5U);
+}
+
+TEST_F(ManagerStartTest, GoesOnWithoutALogLibrary) {
+  InstalledProduct product({.log_library = L""});
+  WriteFileBytes(product.Module() + L"\\Config\\NHUpdateManager.en-US.json", R"({"K": "text"})");
+
+  product.Start();
+
+  EXPECT_EQ(console_.Text(),
+            L"Fail to load library : " + product.Module() + L"\\NSWLogDynamic64U.dll\n");
+  EXPECT_THAT(product.LogCalls(), IsEmpty());
+  EXPECT_TRUE(product.Manager().IsElevated());
+  EXPECT_EQ(product.Manager().GetString(L"K"), L"text");
+}
+
+TEST_F(ManagerStartTest, WritesItsRecordsToALibraryThatRefusedToStart) {
+  InstalledProduct product({.log_library = L"recording_log_start_fails"});
+
+  product.Start();
+
+  EXPECT_EQ(console_.Bytes(), "Log start fail : 7\n");
+  EXPECT_THAT(product.Transcript(), testing::Contains(L"2|Process elevated."));
+}
+
+}  // namespace
+}  // namespace nhupdate
