@@ -33,7 +33,11 @@ std::wstring FinalPath(const UniqueFile& folder) {
   const DWORD size = ::GetFinalPathNameByHandleW(folder.Get(), nullptr, 0, kForm);
   std::vector<wchar_t> path(size + 1, L'\0');
   const DWORD length = ::GetFinalPathNameByHandleW(folder.Get(), path.data(), size, kForm);
-  return length < path.size() ? std::wstring(path.data(), length) : std::wstring();
+  if (length == 0 || length >= path.size()) {
+    return {};
+  }
+  // Only a drive's root has a trailing backslash.
+  return std::wstring(path.data(), path[length - 1] == L'\\' ? length - 1 : length);
 }
 
 bool IsSameFileName(const std::wstring& left, const std::wstring& right) {
@@ -50,8 +54,9 @@ bool CPinnedFolder::IsBelow(const std::wstring& anchor) const {
   if (!folder_.IsValid() || IsLink(folder_) || !IsSameOrInside(path_, anchor)) {
     return false;
   }
-  // The anchor itself may well be reached by a link: that was the choice of who installed.
-  const UniqueFile anchor_folder = OpenFolder(anchor, 0);
+  // The anchor itself may well be reached by a link: that was the choice of who installed. The
+  // backslash makes the drive's root of a bare drive letter, which means its current folder.
+  const UniqueFile anchor_folder = OpenFolder(anchor + L"\\", 0);
   if (!anchor_folder.IsValid()) {
     return false;
   }
