@@ -33,8 +33,7 @@ class ElevationTest : public testing::Test {
       }};
   Interposer<decltype(::GetTokenInformation)> ask_{
       "GetTokenInformation",
-      [this](HANDLE token, TOKEN_INFORMATION_CLASS what, void* answer, DWORD size,
-             DWORD*) -> BOOL {
+      [this](HANDLE token, TOKEN_INFORMATION_CLASS what, void* answer, DWORD size, DWORD*) -> BOOL {
         EXPECT_EQ(token, kToken);
         EXPECT_EQ(what, TokenElevation);
         EXPECT_EQ(size, 4U);

@@ -40,8 +40,8 @@ class ManagerLifetimeTest : public testing::Test {
                                                     events_.push_back("CoInitialize");
                                                     return com_result_;
                                                   }};
-  Interposer<decltype(::CoUninitialize)> end_com_{
-      "CoUninitialize", [this] { events_.push_back("CoUninitialize"); }};
+  Interposer<decltype(::CoUninitialize)> end_com_{"CoUninitialize",
+                                                  [this] { events_.push_back("CoUninitialize"); }};
 };
 
 TEST_F(ManagerLifetimeTest, InitialisesComAndNothingElse) {

@@ -86,8 +86,7 @@ class ManagerStartEffectsTest : public testing::Test {
                                                return TRUE;
                                              }};
   Interposer<decltype(::RegOpenKeyExW)> open_key_{
-      "RegOpenKeyExW",
-      [this](HKEY, const wchar_t* path, DWORD, REGSAM, HKEY*) -> LSTATUS {
+      "RegOpenKeyExW", [this](HKEY, const wchar_t* path, DWORD, REGSAM, HKEY*) -> LSTATUS {
         Note(L"open key " + std::wstring(path));
         return ERROR_FILE_NOT_FOUND;
       }};
@@ -112,25 +111,25 @@ TEST_F(ManagerStartEffectsTest, ComeInAFixedOrder) {
 
   EXPECT_EQ(manager.Initialize(), 0);
 
-  EXPECT_THAT(
-      effects_,
-      ElementsAre(
-          L"known folder", L"create Q:\\Data\\Corvane", L"create Q:\\Data\\Corvane\\NimbaSoftware",
-          L"create Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub",
-          L"create Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub\\Log",
-          L"Load Q:\\A\\B\\M\\NSWLogDynamic64U.dll", L"Resolve Start", L"Resolve Stop",
-          L"Resolve Flush", L"Resolve WriteLog",
-          L"Start 1.0.0|Q:\\A\\B\\M\\LogConfig.ini|"
-          L"Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub\\Log",
-          L"open token", L"ask token", L"close token",
-          L"WriteLog 2|NHUpdateManager|Process elevated.", L"open key SOFTWARE\\Valve\\Steam",
-          L"WriteLog 2|NHUpdateManager|Steam language setting not found.", L"languages",
-          L"WriteLog 2|NHUpdateManager|Use default language.",
-          L"WriteLog 2|NHUpdateManager|Load strings from "
-          L"Q:\\A\\B\\M\\Config\\NHUpdateManager.Default.json",
-          L"open Q:\\A\\B\\M\\Config\\NHUpdateManager.Default.json",
-          L"WriteLog 4|NHUpdateManager|Fail to open string file : "
-          L"Q:\\A\\B\\M\\Config\\NHUpdateManager.Default.json"));
+  EXPECT_THAT(effects_,
+              ElementsAre(L"known folder", L"create Q:\\Data\\Corvane",
+                          L"create Q:\\Data\\Corvane\\NimbaSoftware",
+                          L"create Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub",
+                          L"create Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub\\Log",
+                          L"Load Q:\\A\\B\\M\\NSWLogDynamic64U.dll", L"Resolve Start",
+                          L"Resolve Stop", L"Resolve Flush", L"Resolve WriteLog",
+                          L"Start 1.0.0|Q:\\A\\B\\M\\LogConfig.ini|"
+                          L"Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub\\Log",
+                          L"open token", L"ask token", L"close token",
+                          L"WriteLog 2|NHUpdateManager|Process elevated.",
+                          L"open key SOFTWARE\\Valve\\Steam",
+                          L"WriteLog 2|NHUpdateManager|Steam language setting not found.",
+                          L"languages", L"WriteLog 2|NHUpdateManager|Use default language.",
+                          L"WriteLog 2|NHUpdateManager|Load strings from "
+                          L"Q:\\A\\B\\M\\Config\\NHUpdateManager.Default.json",
+                          L"open Q:\\A\\B\\M\\Config\\NHUpdateManager.Default.json",
+                          L"WriteLog 4|NHUpdateManager|Fail to open string file : "
+                          L"Q:\\A\\B\\M\\Config\\NHUpdateManager.Default.json"));
 }
 
 TEST_F(ManagerStartEffectsTest, FollowAPathThatIsCutOffAt259Characters) {

@@ -55,13 +55,12 @@ TEST_F(ManagerStartTest, TellsWhatItFoundWithTexts) {
 
   product.Start();
 
-  EXPECT_THAT(
-      product.Transcript(),
-      ElementsAre(L"2|Process elevated.", L"2|Steam language setting not found.",
-                  L"2|Found System language setting : en-US",
-                  L"2|Load strings from "
-                  L"{root}\\Nimba Hub\\NHUpdateManager\\Config\\NHUpdateManager.en-US.json",
-                  L"2|Total 1 strings loaded."));
+  EXPECT_THAT(product.Transcript(),
+              ElementsAre(L"2|Process elevated.", L"2|Steam language setting not found.",
+                          L"2|Found System language setting : en-US",
+                          L"2|Load strings from "
+                          L"{root}\\Nimba Hub\\NHUpdateManager\\Config\\NHUpdateManager.en-US.json",
+                          L"2|Total 1 strings loaded."));
   EXPECT_EQ(product.Manager().GetString(L"KEY_UPDATE_TITLE"), L"Update");
   EXPECT_EQ(console_.Bytes(), "");
 }
@@ -108,10 +107,10 @@ TEST_F(ManagerStartTest, CreatesTheDataFolders) {
 
   product.Start();
 
-  EXPECT_THAT(ListTree(product.ProgramData()),
-              ElementsAre(L"Corvane\\", L"Corvane\\NimbaSoftware\\",
-                          L"Corvane\\NimbaSoftware\\NimbaHub\\",
-                          L"Corvane\\NimbaSoftware\\NimbaHub\\Log\\"));
+  EXPECT_THAT(
+      ListTree(product.ProgramData()),
+      ElementsAre(L"Corvane\\", L"Corvane\\NimbaSoftware\\", L"Corvane\\NimbaSoftware\\NimbaHub\\",
+                  L"Corvane\\NimbaSoftware\\NimbaHub\\Log\\"));
 }
 
 TEST_F(ManagerStartTest, LeavesDataFoldersThatAreThereAlone) {
@@ -141,11 +140,11 @@ TEST_F(ManagerStartTest, CreatesNothingWithoutAProgramDataFolder) {
 
 TEST_F(ManagerStartTest, GoesOnWhenNoFolderCanBeCreated) {
   InstalledProduct product;
-  Interposer<decltype(::CreateDirectoryW)> create(
-      "CreateDirectoryW", [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
-        ::SetLastError(ERROR_ACCESS_DENIED);
-        return FALSE;
-      });
+  Interposer<decltype(::CreateDirectoryW)> create("CreateDirectoryW",
+                                                  [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
+                                                    ::SetLastError(ERROR_ACCESS_DENIED);
+                                                    return FALSE;
+                                                  });
 
   product.Start();
 

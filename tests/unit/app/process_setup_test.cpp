@@ -14,12 +14,15 @@ class ProcessSetupTest : public testing::Test {
  protected:
   BOOL succeeds_ = TRUE;
 
-  Interposer<decltype(::SetErrorMode)> error_mode_{
-      "SetErrorMode", [](UINT mode) -> UINT {
-        // No SEM_NOGPFAULTERRORBOX: with it Windows would write no crash dumps.
-        EXPECT_EQ(mode, static_cast<UINT>(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX));
-        return 0;
-      }};
+  UINT former_mode_ = 0;
+  UINT mode_ = 0;
+
+  Interposer<decltype(::GetErrorMode)> get_error_mode_{"GetErrorMode",
+                                                       [this] { return former_mode_; }};
+  Interposer<decltype(::SetErrorMode)> error_mode_{"SetErrorMode", [this](UINT mode) {
+                                                     mode_ = mode;
+                                                     return former_mode_;
+                                                   }};
   Interposer<decltype(::SetDefaultDllDirectories)> dll_directories_{
       "SetDefaultDllDirectories", [this](DWORD flags) -> BOOL {
         EXPECT_EQ(flags, static_cast<DWORD>(LOAD_LIBRARY_SEARCH_DEFAULT_DIRS));
@@ -31,8 +34,19 @@ class ProcessSetupTest : public testing::Test {
 TEST_F(ProcessSetupTest, TurnsOffErrorDialogsAndUnsafeDllFolders) {
   EXPECT_TRUE(SetUpProcess());
 
+  // No SEM_NOGPFAULTERRORBOX: with it Windows would write no crash dumps.
+  EXPECT_EQ(mode_, static_cast<UINT>(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX));
   EXPECT_EQ(error_mode_.Calls(), 1);
   EXPECT_EQ(dll_directories_.Calls(), 1);
+}
+
+TEST_F(ProcessSetupTest, KeepsWhatTheCallerOfTheProgramTurnedOff) {
+  former_mode_ = SEM_NOALIGNMENTFAULTEXCEPT;
+
+  EXPECT_TRUE(SetUpProcess());
+
+  EXPECT_EQ(mode_, static_cast<UINT>(SEM_NOALIGNMENTFAULTEXCEPT | SEM_FAILCRITICALERRORS |
+                                     SEM_NOOPENFILEERRORBOX));
 }
 
 TEST_F(ProcessSetupTest, FailsWhenWindowsRefuses) {

@@ -24,9 +24,8 @@ const Case kCases[] = {
      L"C:\\A\\B\\Updater\\App", L"C:\\A", L"C:\\A\\NimbaCast", L"C:\\A\\NimbaDesk"},
     // The copy that the updater staged.
     {L"C:\\A\\B\\Updater\\App\\NHUpdateManager\\NHUpdateManager.exe", L"NHUpdateManager.exe",
-     L"C:\\A\\B\\Updater\\App\\NHUpdateManager",
-     L"C:\\A\\B\\Updater\\App\\NHUpdateManager\\Config", L"C:\\A\\B\\Updater\\App",
-     L"C:\\A\\B\\Updater\\App\\Updater\\App", L"C:\\A\\B\\Updater",
+     L"C:\\A\\B\\Updater\\App\\NHUpdateManager", L"C:\\A\\B\\Updater\\App\\NHUpdateManager\\Config",
+     L"C:\\A\\B\\Updater\\App", L"C:\\A\\B\\Updater\\App\\Updater\\App", L"C:\\A\\B\\Updater",
      L"C:\\A\\B\\Updater\\NimbaCast", L"C:\\A\\B\\Updater\\NimbaDesk"},
     // Fewer and fewer folders, down to the drive's root.
     {L"C:\\B\\M\\x.exe", L"x.exe", L"C:\\B\\M", L"C:\\B\\M\\Config", L"C:\\B",
@@ -42,13 +41,13 @@ const Case kCases[] = {
     // On a server, and with a prefix for long paths.
     {L"\\\\server\\share\\B\\M\\x.exe", L"x.exe", L"\\\\server\\share\\B\\M",
      L"\\\\server\\share\\B\\M\\Config", L"\\\\server\\share\\B",
-     L"\\\\server\\share\\B\\Updater\\App", L"\\\\server\\share",
-     L"\\\\server\\share\\NimbaCast", L"\\\\server\\share\\NimbaDesk"},
+     L"\\\\server\\share\\B\\Updater\\App", L"\\\\server\\share", L"\\\\server\\share\\NimbaCast",
+     L"\\\\server\\share\\NimbaDesk"},
     {L"\\\\server\\x.exe", L"x.exe", L"\\\\server", L"\\\\server\\Config", L"\\",
      L"\\\\Updater\\App", L"", L"\\NimbaCast", L"\\NimbaDesk"},
-    {L"\\\\?\\C:\\A\\B\\M\\x.exe", L"x.exe", L"\\\\?\\C:\\A\\B\\M",
-     L"\\\\?\\C:\\A\\B\\M\\Config", L"\\\\?\\C:\\A\\B", L"\\\\?\\C:\\A\\B\\Updater\\App",
-     L"\\\\?\\C:\\A", L"\\\\?\\C:\\A\\NimbaCast", L"\\\\?\\C:\\A\\NimbaDesk"},
+    {L"\\\\?\\C:\\A\\B\\M\\x.exe", L"x.exe", L"\\\\?\\C:\\A\\B\\M", L"\\\\?\\C:\\A\\B\\M\\Config",
+     L"\\\\?\\C:\\A\\B", L"\\\\?\\C:\\A\\B\\Updater\\App", L"\\\\?\\C:\\A",
+     L"\\\\?\\C:\\A\\NimbaCast", L"\\\\?\\C:\\A\\NimbaDesk"},
     // Nothing but a backslash separates, and nothing is resolved.
     {L"C:\\A/B\\M\\x.exe", L"x.exe", L"C:\\A/B\\M", L"C:\\A/B\\M\\Config", L"C:\\A/B",
      L"C:\\A/B\\Updater\\App", L"C:", L"C:\\NimbaCast", L"C:\\NimbaDesk"},

@@ -80,8 +80,7 @@ class ProgramCleanUpTest : public testing::Test {
       }};
   Interposer<decltype(::Sleep)> sleep_{"Sleep", [](DWORD) {}};
   Interposer<decltype(::MessageBoxW)> box_{
-      "MessageBoxW",
-      [](HWND, const wchar_t*, const wchar_t*, UINT) -> int { return IDOK; }};
+      "MessageBoxW", [](HWND, const wchar_t*, const wchar_t*, UINT) -> int { return IDOK; }};
 };
 
 TEST_F(ProgramCleanUpTest, FollowsAFailureForWantOfElevationInUpdateModesOnly) {
@@ -89,8 +88,8 @@ TEST_F(ProgramCleanUpTest, FollowsAFailureForWantOfElevationInUpdateModesOnly) {
     const wchar_t* arguments;
     bool is_deleted;
   };
-  for (const Case& c : {Case{L"-update", true}, Case{L"-final_update", true},
-                        Case{L"-install", false}}) {
+  for (const Case& c :
+       {Case{L"-update", true}, Case{L"-final_update", true}, Case{L"-install", false}}) {
     InstalledProduct product({.elevated = false});
     WriteFileBytes(InstalledConfig(product), "x");
 
@@ -110,9 +109,8 @@ TEST_F(ProgramCleanUpTest, FindsTheConfigurationFromTheStagedCopy) {
 
   EXPECT_FALSE(Exists(InstalledConfig(product)));
   EXPECT_TRUE(Exists(MistakenConfig(product)));
-  EXPECT_THAT(product.Transcript(),
-              Contains(L"2|Updater config file delete ok : "
-                       L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"));
+  EXPECT_THAT(product.Transcript(), Contains(L"2|Updater config file delete ok : "
+                                             L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"));
 }
 
 TEST_F(ProgramCleanUpTest, TakesAnUpdateForTheInstalledCopyWhereverItRuns) {
@@ -132,8 +130,8 @@ TEST_F(ProgramCleanUpTest, NeverFollowsADownload) {
     DWORD exit_code;
     int result;
   };
-  for (const Case& c : {Case{true, 0, 12}, Case{true, 1, 11}, Case{true, 99, 13},
-                        Case{false, 0, 14}}) {
+  for (const Case& c :
+       {Case{true, 0, 12}, Case{true, 1, 11}, Case{true, 99, 13}, Case{false, 0, 14}}) {
     InstalledProduct product;
     WriteFileBytes(InstalledConfig(product), "x");
     if (c.has_updater) {
@@ -236,27 +234,24 @@ TEST_F(ProgramCleanUpTest, LeavesTheResultWhenThereIsNoConfiguration) {
 
   EXPECT_EQ(product.RunProgram(L"-update"), 10);
 
-  EXPECT_THAT(product.Transcript(),
-              Contains(L"4|Updater config file note found : "
-                       L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"));
+  EXPECT_THAT(product.Transcript(), Contains(L"4|Updater config file note found : "
+                                             L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"));
 }
 
 TEST_F(ProgramCleanUpTest, LeavesTheResultWhenTheConfigurationCannotBeDeleted) {
   InstalledProduct product({.elevated = false});
   WriteFileBytes(InstalledConfig(product), "x");
-  Interposer<decltype(::DeleteFileW)> delete_file("DeleteFileW",
-                                                  [&](const wchar_t* path) -> BOOL {
-                                                    EXPECT_EQ(path, InstalledConfig(product));
-                                                    ::SetLastError(ERROR_SHARING_VIOLATION);
-                                                    return FALSE;
-                                                  });
+  Interposer<decltype(::DeleteFileW)> delete_file("DeleteFileW", [&](const wchar_t* path) -> BOOL {
+    EXPECT_EQ(path, InstalledConfig(product));
+    ::SetLastError(ERROR_SHARING_VIOLATION);
+    return FALSE;
+  });
 
   EXPECT_EQ(product.RunProgram(L"-update"), 10);
 
   EXPECT_EQ(delete_file.Calls(), 1);
-  EXPECT_THAT(product.Transcript(),
-              Contains(L"4|Updater config file delete fail (32) : "
-                       L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"));
+  EXPECT_THAT(product.Transcript(), Contains(L"4|Updater config file delete fail (32) : "
+                                             L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"));
 }
 
 }  // namespace

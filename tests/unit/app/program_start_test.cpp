@@ -83,22 +83,22 @@ class ProgramStartTest : public testing::Test {
 TEST_F(ProgramStartTest, GoesFromTheProcessOverTheArgumentsToTheManager) {
   EXPECT_EQ(RunProgram(), 0);
 
-  EXPECT_THAT(effects_, ElementsAre("SetErrorMode", "SetDefaultDllDirectories", "GetCommandLineW",
-                                    "CommandLineToArgvW", "LocalFree", "CoInitialize",
-                                    "CoUninitialize"));
+  EXPECT_THAT(effects_,
+              ElementsAre("SetErrorMode", "SetDefaultDllDirectories", "GetCommandLineW",
+                          "CommandLineToArgvW", "LocalFree", "CoInitialize", "CoUninitialize"));
   EXPECT_EQ(console_.Bytes(), "");
 }
 
 TEST_F(ProgramStartTest, AsksForItsOwnModuleFirst) {
   std::optional<std::size_t> effects_before;
   // Last of all, since other replacements need it to find the import table.
-  Interposer<decltype(::GetModuleHandleW)> module_handle(
-      "GetModuleHandleW", [&](const wchar_t* name) {
-        if (name == nullptr && !effects_before) {
-          effects_before = effects_.size();
-        }
-        return module_handle.Original()(name);
-      });
+  Interposer<decltype(::GetModuleHandleW)> module_handle("GetModuleHandleW",
+                                                         [&](const wchar_t* name) {
+                                                           if (name == nullptr && !effects_before) {
+                                                             effects_before = effects_.size();
+                                                           }
+                                                           return module_handle.Original()(name);
+                                                         });
 
   EXPECT_EQ(RunProgram(), 0);
 
@@ -107,8 +107,9 @@ TEST_F(ProgramStartTest, AsksForItsOwnModuleFirst) {
 
 TEST_F(ProgramStartTest, EndsWith1WithoutItsOwnModule) {
   Interposer<decltype(::GetModuleHandleW)> module_handle(
-      "GetModuleHandleW",
-      [&](const wchar_t* name) { return name == nullptr ? nullptr : module_handle.Original()(name); });
+      "GetModuleHandleW", [&](const wchar_t* name) {
+        return name == nullptr ? nullptr : module_handle.Original()(name);
+      });
   command_line_ += L" -download";
 
   EXPECT_EQ(RunProgram(), 1);
@@ -139,21 +140,21 @@ TEST_F(ProgramStartTest, EndsWith1WithoutAConsoleToo) {
 }
 
 TEST_F(ProgramStartTest, EndsWith0WithoutASwitch) {
-  for (const wchar_t* command_line : {
-           L"", L"NHUpdateManager.exe", L"NHUpdateManager.exe --update",
-           L"NHUpdateManager.exe update", L"NHUpdateManager.exe -help /?",
-           L"NHUpdateManager.exe \"-update -install\"", L"NHUpdateManager.exe -install:1",
-           // The first argument is the program, whatever it says.
-           L"-update", L"\"-install\" help"}) {
+  for (const wchar_t* command_line :
+       {L"", L"NHUpdateManager.exe", L"NHUpdateManager.exe --update", L"NHUpdateManager.exe update",
+        L"NHUpdateManager.exe -help /?", L"NHUpdateManager.exe \"-update -install\"",
+        L"NHUpdateManager.exe -install:1",
+        // The first argument is the program, whatever it says.
+        L"-update", L"\"-install\" help"}) {
     command_line_ = command_line;
     effects_.clear();
 
     EXPECT_EQ(RunProgram(), 0) << testing::PrintToString(command_line);
 
     // COM comes and goes with the manager; nothing is created, loaded or said.
-    EXPECT_THAT(effects_, ElementsAre("SetErrorMode", "SetDefaultDllDirectories",
-                                      "GetCommandLineW", "CommandLineToArgvW", "LocalFree",
-                                      "CoInitialize", "CoUninitialize"))
+    EXPECT_THAT(effects_,
+                ElementsAre("SetErrorMode", "SetDefaultDllDirectories", "GetCommandLineW",
+                            "CommandLineToArgvW", "LocalFree", "CoInitialize", "CoUninitialize"))
         << testing::PrintToString(command_line);
   }
   EXPECT_EQ(console_.Bytes(), "");

@@ -16,8 +16,7 @@ class QuietSystem {
       "RegOpenKeyExW",
       [](HKEY, const wchar_t*, DWORD, REGSAM, HKEY*) -> LSTATUS { return ERROR_FILE_NOT_FOUND; }};
   Interposer<decltype(::GetUserPreferredUILanguages)> languages_{
-      "GetUserPreferredUILanguages",
-      [](DWORD, ULONG* count, wchar_t* names, ULONG* units) -> BOOL {
+      "GetUserPreferredUILanguages", [](DWORD, ULONG* count, wchar_t* names, ULONG* units) -> BOOL {
         constexpr wchar_t kNames[] = L"en-US\0";
         *count = 1;
         if (names != nullptr) {

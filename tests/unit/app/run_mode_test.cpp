@@ -16,8 +16,10 @@ struct Switch {
 
 // In order of precedence.
 const Switch kSwitches[] = {
-    {RunMode::kDownload, L"download"},         {RunMode::kInstall, L"install"},
-    {RunMode::kUpdate, L"update"},             {RunMode::kSelfUpdate, L"self_update"},
+    {RunMode::kDownload, L"download"},
+    {RunMode::kInstall, L"install"},
+    {RunMode::kUpdate, L"update"},
+    {RunMode::kSelfUpdate, L"self_update"},
     {RunMode::kFinalUpdate, L"final_update"},
 };
 
@@ -68,17 +70,40 @@ TEST(ChooseRunModeTest, TakesASwitchGivenTwiceForOne) {
 }
 
 TEST(ChooseRunModeTest, PicksTheFirstOfAllFive) {
-  EXPECT_EQ(ChooseRunMode({L"-final_update", L"-self_update", L"-update", L"-install", L"-download"}),
-            RunMode::kDownload);
+  EXPECT_EQ(
+      ChooseRunMode({L"-final_update", L"-self_update", L"-update", L"-install", L"-download"}),
+      RunMode::kDownload);
 }
 
 TEST(ChooseRunModeTest, IgnoresWhatIsOnlyLikeASwitch) {
   const std::vector<std::wstring> near_misses = {
-      L"", L"-", L"/", L"update", L"--update", L"//update", L"-/update", L"-install:1",
-      L"-update ", L" -update", L"-updat", L"-updates", L"\u2013update", L"\\update", L"+update",
-      L"-selfupdate", L"-self-update", L"-self update", L"-finalupdate", L"-final-update",
-      L"-down load", L"\"-update\"", L"-update\n", L"-\u0131nstall", L"-\u0130NSTALL",
-      std::wstring(L"-update\0", 8), L"-uninstall",
+      L"",
+      L"-",
+      L"/",
+      L"update",
+      L"--update",
+      L"//update",
+      L"-/update",
+      L"-install:1",
+      L"-update ",
+      L" -update",
+      L"-updat",
+      L"-updates",
+      L"\u2013update",
+      L"\\update",
+      L"+update",
+      L"-selfupdate",
+      L"-self-update",
+      L"-self update",
+      L"-finalupdate",
+      L"-final-update",
+      L"-down load",
+      L"\"-update\"",
+      L"-update\n",
+      L"-\u0131nstall",
+      L"-\u0130NSTALL",
+      std::wstring(L"-update\0", 8),
+      L"-uninstall",
   };
 
   EXPECT_EQ(ChooseRunMode({}), RunMode::kNone);

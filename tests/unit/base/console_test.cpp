@@ -66,7 +66,9 @@ TEST(WriteConsoleTextTest, ReplacesUnpairedSurrogatesInAFile) {
 
   WriteConsoleText({L'a', wchar_t{0xD83D}, L'b', wchar_t{0xDE00}});
 
-  EXPECT_EQ(console.Bytes(), "a\xEF\xBF\xBD" "b\xEF\xBF\xBD");
+  EXPECT_EQ(console.Bytes(),
+            "a\xEF\xBF\xBD"
+            "b\xEF\xBF\xBD");
 }
 
 TEST(WriteConsoleTextTest, WritesNothingForAnEmptyText) {
@@ -102,14 +104,16 @@ TEST(WriteConsoleTextTest, WritesUtf8ToAPipe) {
   DWORD read = 0;
   ::ReadFile(reader.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
 
-  EXPECT_EQ(std::string(bytes.data(), read), "Pr\xC3\xBC" "fung\n");
+  EXPECT_EQ(std::string(bytes.data(), read),
+            "Pr\xC3\xBC"
+            "fung\n");
 }
 
 TEST(WriteConsoleTextTest, GoesOnAfterAPartialWriteToAStream) {
   const CapturedConsole console;
   Interposer<decltype(::WriteFile)> write(
-      "WriteFile", [&](HANDLE file, const void* bytes, DWORD count, DWORD* written,
-                       OVERLAPPED* overlapped) {
+      "WriteFile",
+      [&](HANDLE file, const void* bytes, DWORD count, DWORD* written, OVERLAPPED* overlapped) {
         return write.Original()(file, bytes, count > 3 ? 3 : count, written, overlapped);
       });
 
@@ -152,8 +156,7 @@ TEST(WriteConsoleTextTest, WritesNothingWithoutAStandardOutput) {
     Interposer<decltype(::WriteFile)> write(
         "WriteFile", [](HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL { return FALSE; });
     Interposer<decltype(::WriteConsoleW)> write_console(
-        "WriteConsoleW",
-        [](HANDLE, const void*, DWORD, DWORD*, void*) -> BOOL { return FALSE; });
+        "WriteConsoleW", [](HANDLE, const void*, DWORD, DWORD*, void*) -> BOOL { return FALSE; });
 
     WriteConsoleText(L"abc");
 
@@ -170,8 +173,8 @@ TEST(WriteConsoleTextTest, SurvivesAStandardOutputThatWasClosed) {
   ::CloseHandle(write_end);
   const StandardOutput output(write_end);
   Interposer<decltype(::WriteFile)> write(
-      "WriteFile", [&](HANDLE file, const void* bytes, DWORD count, DWORD* written,
-                       OVERLAPPED* overlapped) {
+      "WriteFile",
+      [&](HANDLE file, const void* bytes, DWORD count, DWORD* written, OVERLAPPED* overlapped) {
         return write.Original()(file, bytes, count, written, overlapped);
       });
 

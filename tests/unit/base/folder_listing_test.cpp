@@ -16,7 +16,6 @@
 namespace nhupdate {
 namespace {
 
-using nhupdate_test::CreateFolders;
 using nhupdate_test::Interposer;
 using nhupdate_test::ScratchFolder;
 using nhupdate_test::WriteFileBytes;
@@ -93,8 +92,8 @@ TEST(FolderListingTest, GivesFilesAndFoldersOfOneFolder) {
     EXPECT_FALSE(listing.IsLink());
   }
 
-  EXPECT_THAT(entries, UnorderedElementsAre(std::pair(L"file \u00FC", false),
-                                            std::pair(L"folder", true)));
+  EXPECT_THAT(entries,
+              UnorderedElementsAre(std::pair(L"file \u00FC", false), std::pair(L"folder", true)));
 }
 
 TEST(FolderListingTest, IsEmptyForAnEmptyFolder) {
@@ -162,9 +161,7 @@ TEST(FolderListingTest, ClosesItsSearchOnce) {
 
 TEST(FolderListingTest, ClosesNothingWhenThereIsNoSearch) {
   const FakeFolder folder({}, ERROR_FILE_NOT_FOUND);
-  {
-    const CFolderListing listing(L"folder\\*.*");
-  }
+  { const CFolderListing listing(L"folder\\*.*"); }
 
   EXPECT_EQ(folder.Closed(), 0);
 }
@@ -185,6 +182,8 @@ constexpr LinkCase kLinkCases[] = {
     {"a symbolic link to a file", kFilePoint, 0xA000000C, true},
     {"a link made by the Linux subsystem", kFilePoint, 0xA000001D, true},
     {"another maker's name surrogate", kFolderPoint, 0x20001234, true},
+    {"a folder that doesn't say what it is", kFolderPoint, 0, true},
+    {"a file that doesn't say what it is", kFilePoint, 0, true},
     {"a cloud placeholder", kFilePoint, 0x9000001A, false},
     {"a cloud placeholder of another provider", kFolderPoint, 0x9000601A, false},
     {"an older cloud placeholder", kFolderPoint, 0x80000021, false},
@@ -195,7 +194,7 @@ constexpr LinkCase kLinkCases[] = {
     {"a plain file", FILE_ATTRIBUTE_ARCHIVE, 0, false},
 };
 
-TEST(FolderListingTest, TakesNameSurrogatesForLinksAndNothingElse) {
+TEST(FolderListingTest, KnowsLinksFromOtherSpecialEntries) {
   for (const LinkCase& c : kLinkCases) {
     const FakeFolder folder({{L"entry", c.attributes, c.reparse_tag}});
     CFolderListing listing(L"folder\\*.*");
@@ -205,33 +204,6 @@ TEST(FolderListingTest, TakesNameSurrogatesForLinksAndNothingElse) {
     EXPECT_EQ(listing.IsLink(), c.is_link) << c.name;
     EXPECT_EQ(listing.IsFolder(), (c.attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) << c.name;
   }
-}
-
-TEST(IsLinkTest, JudgesTheEntryItself) {
-  for (const LinkCase& c : kLinkCases) {
-    const FakeFolder folder({{L"entry", c.attributes, c.reparse_tag}});
-
-    EXPECT_EQ(IsLink(L"folder\\entry"), c.is_link) << c.name;
-
-    EXPECT_EQ(folder.Closed(), 1) << c.name;
-  }
-}
-
-TEST(IsLinkTest, IsFalseForWhatIsNotThere) {
-  const FakeFolder folder({}, ERROR_FILE_NOT_FOUND);
-
-  EXPECT_FALSE(IsLink(L"folder\\entry"));
-
-  EXPECT_EQ(folder.Closed(), 0);
-}
-
-TEST(IsLinkTest, IsFalseForRealFilesAndFolders) {
-  const ScratchFolder scratch;
-  WriteFileBytes(scratch.Path() + L"\\file", "x");
-  CreateFolders(scratch.Path() + L"\\folder");
-
-  EXPECT_FALSE(IsLink(scratch.Path() + L"\\file"));
-  EXPECT_FALSE(IsLink(scratch.Path() + L"\\folder"));
 }
 
 }  // namespace

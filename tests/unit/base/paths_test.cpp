@@ -42,15 +42,11 @@ TEST(PathsTest, LieInsideAFolderOnlyBelowItsWholeName) {
     bool expected;
   };
   const Case cases[] = {
-      {L"C:\\A", L"C:\\A", true},
-      {L"c:\\a", L"C:\\A", true},
-      {L"C:\\A\\B", L"C:\\A", true},
-      {L"C:\\a\\b\\c", L"C:\\A", true},
+      {L"C:\\A", L"C:\\A", true},         {L"c:\\a", L"C:\\A", true},
+      {L"C:\\A\\B", L"C:\\A", true},      {L"C:\\a\\b\\c", L"C:\\A", true},
       {L"C:\\AB", L"C:\\A", false},  // a neighbour whose name begins alike
-      {L"C:\\A.old\\B", L"C:\\A", false},
-      {L"C:", L"C:\\A", false},
-      {L"C:\\B\\C:\\A", L"C:\\A", false},
-      {L"C:/A/B", L"C:/A", false},
+      {L"C:\\A.old\\B", L"C:\\A", false}, {L"C:", L"C:\\A", false},
+      {L"C:\\B\\C:\\A", L"C:\\A", false}, {L"C:/A/B", L"C:/A", false},
   };
 
   for (const Case& c : cases) {

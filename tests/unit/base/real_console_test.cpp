@@ -39,7 +39,8 @@ class RealConsoleTest : public testing::Test {
                                                }};
   Interposer<decltype(::WriteConsoleW)> write_{
       "WriteConsoleW",
-      [this](HANDLE console, const void* text, DWORD units, DWORD* written, void* reserved) -> BOOL {
+      [this](HANDLE console, const void* text, DWORD units, DWORD* written,
+             void* reserved) -> BOOL {
         EXPECT_EQ(console, ::GetStdHandle(STD_OUTPUT_HANDLE));
         EXPECT_EQ(reserved, nullptr);
         sizes_.push_back(units);

@@ -86,8 +86,8 @@ TEST_F(GetRegStringTest, RefusesAByteMoreThanItsBufferHolds) {
 }
 
 TEST_F(GetRegStringTest, RefusesEveryOtherType) {
-  for (const int type : {REG_NONE, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_LINK, REG_MULTI_SZ,
-                         REG_QWORD}) {
+  for (const int type :
+       {REG_NONE, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_LINK, REG_MULTI_SZ, REG_QWORD}) {
     Store(static_cast<DWORD>(type), BytesOf(L"text"));
 
     EXPECT_EQ(GetRegString(kKey, kName, data_), 0) << "type " << type;

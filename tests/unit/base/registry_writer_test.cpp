@@ -97,8 +97,7 @@ class SetRegCallsTest : public testing::Test {
   Interposer<decltype(::RegCreateKeyExW)> create_{
       "RegCreateKeyExW",
       [this](HKEY hive, const wchar_t* path, DWORD reserved, wchar_t* key_class, DWORD options,
-             REGSAM access, const SECURITY_ATTRIBUTES* security, HKEY* key,
-             DWORD*) -> LSTATUS {
+             REGSAM access, const SECURITY_ATTRIBUTES* security, HKEY* key, DWORD*) -> LSTATUS {
         EXPECT_EQ(hive, HKEY_LOCAL_MACHINE);
         EXPECT_STREQ(path, kKey);
         EXPECT_EQ(reserved, 0U);
@@ -127,8 +126,8 @@ class SetRegCallsTest : public testing::Test {
 
 TEST_F(SetRegCallsTest, CountATextsCharactersAndNoTerminator) {
   for (const std::wstring& text :
-       {std::wstring(L"20270301"), std::wstring(L"\u00FC"), std::wstring(), std::wstring(L"a\0b", 3),
-        std::wstring(5000, L'x')}) {
+       {std::wstring(L"20270301"), std::wstring(L"\u00FC"), std::wstring(),
+        std::wstring(L"a\0b", 3), std::wstring(5000, L'x')}) {
     EXPECT_EQ(SetRegString(kKey, L"AppPath", text), 1);
 
     EXPECT_EQ(written_name_, L"AppPath");

@@ -45,9 +45,8 @@ void SetRegistryValue(HKEY hive, const std::wstring& key_path, const std::wstrin
   // In a buffer of its own, since Wine keeps a terminator that it finds behind the data.
   std::vector<std::uint8_t> bytes = value.bytes;
   bytes.insert(bytes.end(), {0xAA, 0xAA, 0xAA, 0xAA});
-  const LSTATUS status =
-      ::RegSetValueExW(key.Get(), value_name.c_str(), 0, value.type, bytes.data(),
-                       static_cast<DWORD>(value.bytes.size()));
+  const LSTATUS status = ::RegSetValueExW(key.Get(), value_name.c_str(), 0, value.type,
+                                          bytes.data(), static_cast<DWORD>(value.bytes.size()));
   EXPECT_EQ(status, ERROR_SUCCESS) << "Can't write " << testing::PrintToString(value_name);
 }
 

@@ -30,8 +30,7 @@ void SetRegistryValue(HKEY hive, const std::wstring& key_path, const std::wstrin
                       const RegistryValue& value);
 
 // The value as it is stored; nothing when there is none.
-[[nodiscard]] std::optional<RegistryValue> GetRegistryValue(HKEY hive,
-                                                            const std::wstring& key_path,
+[[nodiscard]] std::optional<RegistryValue> GetRegistryValue(HKEY hive, const std::wstring& key_path,
                                                             const std::wstring& value_name);
 
 // The text's units as bytes, without a terminator.

@@ -40,14 +40,10 @@ TEST(RestFromTest, IsEmptyOutsideTheText) {
     const wchar_t* expected;
   };
   const Case cases[] = {
-      {L"abcde", 0, L"abcde"},
-      {L"abcde", 1, L"bcde"},
-      {L"abcde", 4, L"e"},
-      {L"abcde", 5, L""},
-      {L"abcde", 6, L""},
-      {L"abcde", std::numeric_limits<int>::max(), L""},
-      {L"abcde", -1, L""},
-      {L"abcde", std::numeric_limits<int>::min(), L""},
+      {L"abcde", 0, L"abcde"}, {L"abcde", 1, L"bcde"},
+      {L"abcde", 4, L"e"},     {L"abcde", 5, L""},
+      {L"abcde", 6, L""},      {L"abcde", std::numeric_limits<int>::max(), L""},
+      {L"abcde", -1, L""},     {L"abcde", std::numeric_limits<int>::min(), L""},
       {L"", 0, L""},
   };
 
@@ -69,13 +65,13 @@ TEST(ReplaceAllTest, ReplacesFromLeftToRightAndCounts) {
       {L"zh_Hant_TW", L"_", L"-", L"zh-Hant-TW", 2},
       {L"Default", L"_", L"-", L"Default", 0},
       {L"", L"_", L"-", L"", 0},
-      {L"aaaaa", L"aa", L"b", L"bba", 2},     // occurrences don't overlap
-      {L"aaa", L"a", L"aa", L"aaaaaa", 3},    // what was put in isn't looked at again
-      {L"abab", L"ba", L"", L"ab", 1},        // nor what moved together
+      {L"aaaaa", L"aa", L"b", L"bba", 2},   // occurrences don't overlap
+      {L"aaa", L"a", L"aa", L"aaaaaa", 3},  // what was put in isn't looked at again
+      {L"abab", L"ba", L"", L"ab", 1},      // nor what moved together
       {L"x%sx", L"%s", L"%d", L"x%dx", 1},
-      {L"_a_", L"_", L"", L"a", 2},           // at both ends
+      {L"_a_", L"_", L"", L"a", 2},  // at both ends
       {L"abc", L"abc", L"", L"", 1},
-      {L"AbC", L"abc", L"x", L"AbC", 0},      // letter case counts
+      {L"AbC", L"abc", L"x", L"AbC", 0},  // letter case counts
       {L"abc", L"abcd", L"x", L"abc", 0},
       {L"abc", L"", L"x", L"abc", 0},
   };
@@ -106,8 +102,8 @@ TEST(EqualsIgnoringCaseTest, FoldsNothingButTheLettersAToZ) {
       {L"abc", L"ab", false},
       {L"ab", L"abc", false},
       {L"", L"a", false},
-      {L"@", L"`", false},            // the neighbours of A and a
-      {L"[", L"{", false},            // the neighbours of Z and z
+      {L"@", L"`", false},  // the neighbours of A and a
+      {L"[", L"{", false},  // the neighbours of Z and z
       {L"0", L"\x10", false},
       {L"\u00C4", L"\u00E4", false},  // umlauts
       {L"\u0130", L"i", false},       // the Turkish capital I with a dot
@@ -139,14 +135,10 @@ TEST(StartsWithIgnoringCaseTest, ComparesTheBeginningOnly) {
     bool expected;
   };
   const Case cases[] = {
-      {L"abc", L"", true},
-      {L"", L"", true},
-      {L"abc", L"AB", true},
-      {L"ABC", L"abc", true},
-      {L"abc", L"abcd", false},
-      {L"abc", L"bc", false},
-      {L"", L"a", false},
-      {L"\u00C4b", L"\u00E4", false},
+      {L"abc", L"", true},      {L"", L"", true},
+      {L"abc", L"AB", true},    {L"ABC", L"abc", true},
+      {L"abc", L"abcd", false}, {L"abc", L"bc", false},
+      {L"", L"a", false},       {L"\u00C4b", L"\u00E4", false},
   };
 
   for (const Case& c : cases) {

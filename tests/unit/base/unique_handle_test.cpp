@@ -191,9 +191,10 @@ TEST(HandleKindsTest, AreClosedByTheirOwnFunctions) {
   UniqueRegistryKey{static_cast<HKEY>(static_cast<void*>(value))}.Reset();
   UniqueLibrary{static_cast<HMODULE>(static_cast<void*>(value))}.Reset();
 
-  EXPECT_THAT(calls, ElementsAre(std::pair("CloseHandle", 0x7000U), std::pair("CloseHandle", 0x7000U),
-                                 std::pair("FindClose", 0x7000U), std::pair("RegCloseKey", 0x7000U),
-                                 std::pair("FreeLibrary", 0x7000U)));
+  EXPECT_THAT(calls,
+              ElementsAre(std::pair("CloseHandle", 0x7000U), std::pair("CloseHandle", 0x7000U),
+                          std::pair("FindClose", 0x7000U), std::pair("RegCloseKey", 0x7000U),
+                          std::pair("FreeLibrary", 0x7000U)));
 }
 
 }  // namespace

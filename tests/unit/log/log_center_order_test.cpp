@@ -20,7 +20,9 @@ using testing::ElementsAre;
 class LogCenterOrderTest : public testing::Test {
  protected:
   LogCenterOrderTest() {
-    library_.on_event = [this](const std::string& event, const std::wstring&) { events_.push_back(event); };
+    library_.on_event = [this](const std::string& event, const std::wstring&) {
+      events_.push_back(event);
+    };
   }
 
   std::vector<std::string> events_;

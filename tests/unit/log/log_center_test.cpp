@@ -32,8 +32,7 @@ TEST_F(LogCenterTest, StartsTheLibraryWithTheInterfaceVersionAndItsPaths) {
 
   EXPECT_EQ(center_.StartLog(library, L"C:\\100%s\\LogConfig.ini", L"D:\\Log \u00FC"), 1);
 
-  EXPECT_THAT(files_.Calls(),
-              ElementsAre(L"Start|1.0.0|C:\\100%s\\LogConfig.ini|D:\\Log \u00FC"));
+  EXPECT_THAT(files_.Calls(), ElementsAre(L"Start|1.0.0|C:\\100%s\\LogConfig.ini|D:\\Log \u00FC"));
   EXPECT_TRUE(IsLoaded(library));
   EXPECT_EQ(console_.Bytes(), "");
 }

@@ -26,8 +26,8 @@ LogLibraryFiles::~LogLibraryFiles() {
 
 std::wstring LogLibraryFiles::Add(const std::wstring& variant) const {
   const std::wstring path = Folder() + L"\\" + variant + L".dll";
-  EXPECT_TRUE(::CopyFileW((TestProgramFolder() + L"\\" + variant + L".dll").c_str(), path.c_str(),
-                          FALSE))
+  EXPECT_TRUE(
+      ::CopyFileW((TestProgramFolder() + L"\\" + variant + L".dll").c_str(), path.c_str(), FALSE))
       << "Can't copy " << testing::PrintToString(variant);
   return path;
 }
