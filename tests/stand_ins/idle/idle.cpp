@@ -1,4 +1,5 @@
-// A program that does nothing until somebody ends it. It is copied under the name that a test needs.
+// A program that does nothing until somebody ends it. It is copied under the name that a test
+// needs.
 
 #include "base/windows.h"
 

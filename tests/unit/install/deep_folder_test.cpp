@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "base/existence.h"
 #include "tests/support/files.h"
@@ -38,20 +39,24 @@ class EndlessFolder {
   [[nodiscard]] std::size_t Listings() const { return listings_; }
 
  private:
-  static constexpr std::uintptr_t kHandle = 0x7B000000;
+  static constexpr std::uintptr_t kSearch = 0x7B000000;
+  static constexpr std::uintptr_t kFirstFile = 0x7C000000;
+
+  // The place of the handle among the opened folders; as many as there are when it is not ours.
+  [[nodiscard]] std::size_t PlaceOf(HANDLE handle) const {
+    const std::uintptr_t value = reinterpret_cast<std::uintptr_t>(handle);
+    const bool is_ours = value >= kFirstFile && value < kFirstFile + opened_.size();
+    return is_ours ? value - kFirstFile : opened_.size();
+  }
 
   const std::size_t levels_;
   std::size_t listings_ = 0;
   std::uintptr_t first_address_ = 0;
   std::uintptr_t lowest_address_ = 0;
+  std::vector<std::wstring> opened_;
 
   Interposer<decltype(::FindFirstFileW)> find_first_{
-      "FindFirstFileW", [this](const wchar_t* pattern, WIN32_FIND_DATAW* entry) -> HANDLE {
-        const std::wstring text = pattern;
-        if (text.back() != L'*') {
-          ::SetLastError(ERROR_FILE_NOT_FOUND);  // a question about the folder itself: no link
-          return INVALID_HANDLE_VALUE;
-        }
+      "FindFirstFileW", [this](const wchar_t*, WIN32_FIND_DATAW* entry) -> HANDLE {
         // Volatile: the address has to be one of this stack.
         volatile char here = 0;
         const auto address = reinterpret_cast<std::uintptr_t>(&here);
@@ -67,18 +72,45 @@ class EndlessFolder {
         *entry = {};
         entry->dwFileAttributes = FILE_ATTRIBUTE_DIRECTORY;
         entry->cFileName[0] = L'd';
-        return reinterpret_cast<HANDLE>(kHandle);
+        return reinterpret_cast<HANDLE>(kSearch);
       }};
-  Interposer<decltype(::FindNextFileW)> find_next_{
-      "FindNextFileW", [](HANDLE, WIN32_FIND_DATAW*) -> BOOL {
-        ::SetLastError(ERROR_NO_MORE_FILES);
-        return FALSE;
-      }};
+  Interposer<decltype(::FindNextFileW)> find_next_{"FindNextFileW",
+                                                   [](HANDLE, WIN32_FIND_DATAW*) -> BOOL {
+                                                     ::SetLastError(ERROR_NO_MORE_FILES);
+                                                     return FALSE;
+                                                   }};
   Interposer<decltype(::FindClose)> find_close_{"FindClose", [](HANDLE) -> BOOL { return TRUE; }};
   Interposer<decltype(::CreateDirectoryW)> create_{
       "CreateDirectoryW", [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return TRUE; }};
   Interposer<decltype(::RemoveDirectoryW)> remove_{"RemoveDirectoryW",
                                                    [](const wchar_t*) -> BOOL { return TRUE; }};
+  Interposer<decltype(::CreateFileW)> create_file_{
+      "CreateFileW",
+      [this](const wchar_t* path, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
+        opened_.push_back(path);
+        return reinterpret_cast<HANDLE>(kFirstFile + opened_.size() - 1);
+      }};
+  Interposer<decltype(::GetFileInformationByHandleEx)> information_{
+      "GetFileInformationByHandleEx",
+      [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void* information, DWORD) -> BOOL {
+        *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(information) = {FILE_ATTRIBUTE_DIRECTORY, 0};
+        return TRUE;
+      }};
+  Interposer<decltype(::GetFinalPathNameByHandleW)> final_path_{
+      "GetFinalPathNameByHandleW",
+      [this](HANDLE handle, wchar_t* buffer, DWORD units, DWORD) -> DWORD {
+        const std::wstring& path = opened_.at(PlaceOf(handle));
+        if (path.size() >= units) {
+          return static_cast<DWORD>(path.size() + 1);
+        }
+        path.copy(buffer, path.size());
+        buffer[path.size()] = L'\0';
+        return static_cast<DWORD>(path.size());
+      }};
+  Interposer<decltype(::CloseHandle)> close_{"CloseHandle", [this](HANDLE handle) -> BOOL {
+                                               return PlaceOf(handle) < opened_.size() ||
+                                                      close_.Original()(handle);
+                                             }};
 };
 
 class DeepFolderTest : public testing::Test {
@@ -126,12 +158,12 @@ TEST_F(DeepFolderTest, CanBeDeleted) {
   ExpectStackLastsForTheDeepest(folder);
 }
 
-// As deep as is quick to make.
+// As deep as Wine tells the final path of a folder, which it does for 260 characters at most.
 TEST_F(DeepFolderTest, IsReallyCopiedScannedAndDeleted) {
   const std::wstring source = product_.Root() + L"\\from";
   const std::wstring target = product_.Root() + L"\\to";
   std::wstring depth;
-  for (int level = 0; level < 150; ++level) {
+  for (int level = 0; level < 60; ++level) {
     depth += L"\\d";
   }
   CreateFolders(source + depth);

@@ -118,7 +118,9 @@ TEST_F(CollectEmptyFoldersTest, TakesAFolderThatCannotBeListedForEmpty) {
 }
 
 TEST_F(CollectEmptyFoldersTest, CountsALinkAsContentAndDoesNotLookBehindIt) {
-  for (const DWORD tag : {IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK}) {
+  constexpr DWORD kTags[] = {IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK,
+                             IO_REPARSE_TAG_RESERVED_ZERO};
+  for (const DWORD tag : kTags) {
     CreateFolders(folder_ + L"\\link\\behind");
     FakeListing listing;
     listing.Disguise(folder_ + L"\\link", FILE_ATTRIBUTE_REPARSE_POINT, tag);
@@ -137,8 +139,9 @@ TEST_F(CollectEmptyFoldersTest, TakesACloudPlaceholderForAnOrdinaryFolder) {
 
   EXPECT_EQ(Collect(), 1);
 
-  EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|Remove empty folder : {root}\\top\\cloud\\inner",
-                                                 L"2|Remove empty folder : {root}\\top\\cloud"));
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"2|Remove empty folder : {root}\\top\\cloud\\inner",
+                          L"2|Remove empty folder : {root}\\top\\cloud"));
 }
 
 // A reparse tag without the attribute is a left-over of the buffer.

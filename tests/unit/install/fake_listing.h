@@ -1,7 +1,7 @@
 #pragma once
 
-// Adds to what Windows says about entries of real folders: what can't be made on every system.
-// Deleting and copying happen for real, except for what a test takes over.
+// Adds to what Windows says about real folders and their entries: what can't be made on every
+// system. Deleting and copying happen for real, except for what a test takes over.
 
 #include <map>
 #include <string>
@@ -22,6 +22,11 @@ class FakeListing {
   // Listing the folder fails with that error.
   void Forbid(const std::wstring& folder, DWORD error) { forbidden_[folder] = error; }
 
+  // The folder, once opened, turns out to be another one.
+  void LeadElsewhere(const std::wstring& folder, const std::wstring& final_path) {
+    final_paths_[folder] = final_path;
+  }
+
   // Every pattern that was asked for.
   [[nodiscard]] const std::vector<std::wstring>& Patterns() const { return patterns_; }
 
@@ -35,11 +40,16 @@ class FakeListing {
 
   std::map<std::wstring, Look> disguises_;
   std::map<std::wstring, DWORD> forbidden_;
+  std::map<std::wstring, std::wstring> final_paths_;
   std::map<HANDLE, std::wstring> folders_;
+  std::map<HANDLE, std::wstring> opened_;
   std::vector<std::wstring> patterns_;
 
   Interposer<decltype(::FindFirstFileW)> find_first_;
   Interposer<decltype(::FindNextFileW)> find_next_;
+  Interposer<decltype(::CreateFileW)> create_file_;
+  Interposer<decltype(::GetFileInformationByHandleEx)> information_;
+  Interposer<decltype(::GetFinalPathNameByHandleW)> final_path_;
 };
 
 }  // namespace nhupdate_test

@@ -47,32 +47,31 @@ FakeProcessTable::FakeProcessTable(std::vector<FakeProcess> processes)
                     *units = Answer(ByHandle(handle)->process.image_path, buffer, *units);
                     return *units != 0;
                   }),
-      module_file_name_(
-          "K32GetModuleFileNameExW",
-          [this](HANDLE handle, HMODULE module, wchar_t* buffer, DWORD units) {
-            calls_.push_back(nhupdate::Format(L"ModuleFileName %d %d", module != nullptr ? 1 : 0,
-                                              units));
-            return Answer(ByHandle(handle)->process.module_path, buffer, units);
-          }),
+      module_file_name_("K32GetModuleFileNameExW",
+                        [this](HANDLE handle, HMODULE module, wchar_t* buffer, DWORD units) {
+                          calls_.push_back(nhupdate::Format(L"ModuleFileName %d %d",
+                                                            module != nullptr ? 1 : 0, units));
+                          return Answer(ByHandle(handle)->process.module_path, buffer, units);
+                        }),
       device_file_name_("K32GetProcessImageFileNameW",
                         [this](HANDLE handle, wchar_t* buffer, DWORD units) {
                           calls_.push_back(nhupdate::Format(L"DeviceFileName %d", units));
                           return Answer(ByHandle(handle)->process.device_path, buffer, units);
                         }),
-      base_name_("K32GetModuleBaseNameW",
-                 [this](HANDLE handle, HMODULE module, wchar_t* buffer, DWORD units) {
-                   calls_.push_back(nhupdate::Format(L"BaseName %d %d",
-                                                     module != nullptr ? 1 : 0, units));
-                   return Answer(ByHandle(handle)->process.base_name, buffer, units);
-                 }),
-      terminate_("TerminateProcess",
-                 [this](HANDLE handle, UINT exit_code) -> BOOL {
-                   Entry* entry = ByHandle(handle);
-                   calls_.push_back(
-                       nhupdate::Format(L"Terminate %d %d", entry->process.id, exit_code));
-                   entry->is_running = !entry->process.ends_when_terminated;
-                   return TRUE;
-                 }),
+      base_name_(
+          "K32GetModuleBaseNameW",
+          [this](HANDLE handle, HMODULE module, wchar_t* buffer, DWORD units) {
+            calls_.push_back(nhupdate::Format(L"BaseName %d %d", module != nullptr ? 1 : 0, units));
+            return Answer(ByHandle(handle)->process.base_name, buffer, units);
+          }),
+      terminate_(
+          "TerminateProcess",
+          [this](HANDLE handle, UINT exit_code) -> BOOL {
+            Entry* entry = ByHandle(handle);
+            calls_.push_back(nhupdate::Format(L"Terminate %d %d", entry->process.id, exit_code));
+            entry->is_running = !entry->process.ends_when_terminated;
+            return TRUE;
+          }),
       wait_("WaitForSingleObject",
             [this](HANDLE handle, DWORD milliseconds) -> DWORD {
               const Entry* entry = ByHandle(handle);

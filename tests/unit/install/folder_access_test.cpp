@@ -47,10 +47,9 @@ class GrantFolderAccessTest : public testing::Test {
       "SHGetKnownFolderPath",
       [this](REFKNOWNFOLDERID id, DWORD flags, HANDLE token, PWSTR* path) -> HRESULT {
         events_.push_back(L"known folder");
-        EXPECT_TRUE(::IsEqualGUID(id, GUID{0x62AB5D82,
-                                           0xFDC1,
-                                           0x4DC3,
-                                           {0xA9, 0xDD, 0x07, 0x0D, 0x1D, 0x49, 0x5D, 0x97}}));
+        EXPECT_TRUE(::IsEqualGUID(
+            id,
+            GUID{0x62AB5D82, 0xFDC1, 0x4DC3, {0xA9, 0xDD, 0x07, 0x0D, 0x1D, 0x49, 0x5D, 0x97}}));
         EXPECT_EQ(flags, 0u);
         EXPECT_EQ(token, nullptr);
         *path = nullptr;
@@ -74,9 +73,8 @@ class GrantFolderAccessTest : public testing::Test {
         return create_.Original()(folder, security);
       }};
   Interposer<decltype(::ShellExecuteW)> shell_execute_{
-      "ShellExecuteW",
-      [this](HWND owner, const wchar_t* verb, const wchar_t* file, const wchar_t* parameters,
-             const wchar_t* folder, int show_state) {
+      "ShellExecuteW", [this](HWND owner, const wchar_t* verb, const wchar_t* file,
+                              const wchar_t* parameters, const wchar_t* folder, int show_state) {
         EXPECT_EQ(owner, nullptr);
         EXPECT_EQ(verb, nullptr);
         EXPECT_STREQ(file, L"ICACLS.exe");
@@ -98,8 +96,7 @@ TEST_F(GrantFolderAccessTest, GrantsThreeFoldersInOrderAndCreatesTwoOfThemFirst)
                           L"create " + updater_ + L"\\Temp",
                           L"start " + ParametersFor(updater_ + L"\\Temp"),  //
                           L"known folder", L"free",                         //
-                          L"create " + corvane_data_,
-                          L"start " + ParametersFor(corvane_data_)));
+                          L"create " + corvane_data_, L"start " + ParametersFor(corvane_data_)));
   EXPECT_FALSE(Exists(updater_ + L"\\Config"));
   EXPECT_TRUE(Exists(updater_ + L"\\Temp"));
   EXPECT_TRUE(Exists(corvane_data_));
@@ -177,10 +174,10 @@ TEST_F(GrantFolderAccessTest, JudgesTheLowHalfOfTheReturnCode) {
 
     product_.Manager().GrantFolderAccess();
 
-    EXPECT_THAT(product_.Transcript(),
-                testing::AllOf(testing::SizeIs(3),
-                               testing::Each(testing::StartsWith(example.beginning)),
-                               testing::Each(testing::EndsWith(example.end))))
+    EXPECT_THAT(
+        product_.Transcript(),
+        testing::AllOf(testing::SizeIs(3), testing::Each(testing::StartsWith(example.beginning)),
+                       testing::Each(testing::EndsWith(example.end))))
         << example.shell_result;
   }
 }

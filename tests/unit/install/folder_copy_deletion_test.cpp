@@ -57,12 +57,13 @@ TEST_F(CopyFolderDeletionTest, DeletesNothingWhenNotToldTo) {
 
   EXPECT_EQ(Copy(0), 1);
 
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-                          L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Sub to "
-                          L"{root}\\Nimba Hub\\Sub",
-                          L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Sub\\new.txt to "
-                          L"{root}\\Nimba Hub\\Sub\\new.txt"));
+  EXPECT_THAT(
+      product_.Transcript(),
+      ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
+                  L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Sub to "
+                  L"{root}\\Nimba Hub\\Sub",
+                  L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Sub\\new.txt to "
+                  L"{root}\\Nimba Hub\\Sub\\new.txt"));
   EXPECT_THAT(ListTree(installed_ + L"\\Sub"), ElementsAre(L"new.txt", L"old.txt"));
 }
 

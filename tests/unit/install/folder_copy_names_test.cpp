@@ -35,9 +35,15 @@ class CopyFolderNamesTest : public testing::Test {
 };
 
 TEST_F(CopyFolderNamesTest, CopiesNamesOfAllKinds) {
-  const wchar_t* const kNames[] = {L"two  blanks .txt", L"100%s %d %n.txt", L"gr\u00FC\u00DFe.txt",
-                                   L"\u65E5\u672C\u8A9E.txt", L"no extension", L".hidden",
-                                   L"...three", L"a;b,c=d'e&f^(g).txt", L"\U0001F600.txt"};
+  const wchar_t* const kNames[] = {L"two  blanks .txt",
+                                   L"100%s %d %n.txt",
+                                   L"gr\u00FC\u00DFe.txt",
+                                   L"\u65E5\u672C\u8A9E.txt",
+                                   L"no extension",
+                                   L".hidden",
+                                   L"...three",
+                                   L"a;b,c=d'e&f^(g).txt",
+                                   L"\U0001F600.txt"};
   for (const wchar_t* name : kNames) {
     WriteFileBytes(source_ + L"\\" + name, "file");
     WriteFileBytes(source_ + L"\\folder " + name + L"\\" + name, "inner");
@@ -110,12 +116,12 @@ TEST_F(CopyFolderNamesTest, FailsWhereAFileOfTheDestinationHasTheFoldersName) {
 
   EXPECT_EQ(Copy(1), 0);
 
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Copy folder from {root}\\from to {root}\\to",
-                          L"2|Delete Dir : {root}\\to\\a",
-                          L"2|Copy folder from {root}\\from\\a to {root}\\to\\a",
-                          L"2|Copy file from {root}\\from\\a\\inner to {root}\\to\\a\\inner",
-                          L"4|Fail to copy file = 3"));
+  EXPECT_THAT(
+      product_.Transcript(),
+      ElementsAre(L"2|Copy folder from {root}\\from to {root}\\to", L"2|Delete Dir : {root}\\to\\a",
+                  L"2|Copy folder from {root}\\from\\a to {root}\\to\\a",
+                  L"2|Copy file from {root}\\from\\a\\inner to {root}\\to\\a\\inner",
+                  L"4|Fail to copy file = 3"));
   EXPECT_EQ(ReadFileBytes(target_ + L"\\a"), "A");
 }
 

@@ -104,11 +104,11 @@ TEST_F(CopyFolderTest, TakesAnyNumberButZeroForYes) {
 
   EXPECT_EQ(Copy(-1, 2, 256), 1);
 
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Copy folder from {root}\\from to {root}\\to",
-                          L"2|Delete Dir : {root}\\to\\b",
-                          L"2|Copy folder from {root}\\from\\b to {root}\\to\\b",
-                          L"2|Copy file from {root}\\from\\b\\c.txt to {root}\\to\\b\\c.txt"));
+  EXPECT_THAT(
+      product_.Transcript(),
+      ElementsAre(L"2|Copy folder from {root}\\from to {root}\\to", L"2|Delete Dir : {root}\\to\\b",
+                  L"2|Copy folder from {root}\\from\\b to {root}\\to\\b",
+                  L"2|Copy file from {root}\\from\\b\\c.txt to {root}\\to\\b\\c.txt"));
 }
 
 TEST_F(CopyFolderTest, CreatesTheDestinationOfAMissingSource) {
@@ -190,15 +190,15 @@ TEST_F(CopyFolderTest, ClosesItsListingsAlsoAfterAFailure) {
 TEST_F(CopyFolderTest, EndsWhereWindowsCannotGoOnListing) {
   WriteFileBytes(source_ + L"\\a.txt", "A");
   WriteFileBytes(source_ + L"\\b.txt", "B");
-  Interposer<decltype(::FindNextFileW)> find_next("FindNextFileW",
-                                                  [&](HANDLE search, WIN32_FIND_DATAW* entry) {
-    const BOOL is_found = find_next.Original()(search, entry);
-    if (is_found && std::wstring(entry->cFileName) == L"b.txt") {
-      ::SetLastError(ERROR_IO_DEVICE);
-      return FALSE;
-    }
-    return is_found;
-  });
+  Interposer<decltype(::FindNextFileW)> find_next(
+      "FindNextFileW", [&](HANDLE search, WIN32_FIND_DATAW* entry) {
+        const BOOL is_found = find_next.Original()(search, entry);
+        if (is_found && std::wstring(entry->cFileName) == L"b.txt") {
+          ::SetLastError(ERROR_IO_DEVICE);
+          return FALSE;
+        }
+        return is_found;
+      });
 
   EXPECT_EQ(Copy(1, 1, 1), 1);
 

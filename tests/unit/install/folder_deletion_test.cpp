@@ -50,8 +50,7 @@ TEST_F(DeleteFolderTreeTest, ListsWithAForwardSlash) {
 
   EXPECT_NE(Delete(), 0);
 
-  EXPECT_THAT(listing.Patterns(), ElementsAre(folder_, folder_ + L"/*.*",  //
-                                              folder_ + L"\\a", folder_ + L"\\a/*.*"));
+  EXPECT_THAT(listing.Patterns(), ElementsAre(folder_ + L"/*.*", folder_ + L"\\a/*.*"));
 }
 
 TEST_F(DeleteFolderTreeTest, DeletesFilesOfAllAttributes) {
@@ -136,9 +135,50 @@ TEST_F(DeleteFolderTreeTest, RemovesAnEmptyFolderThatCannotBeListed) {
   EXPECT_FALSE(Exists(folder_));
 }
 
+TEST_F(DeleteFolderTreeTest, LeavesTheContentOfAFolderThatCannotBeOpened) {
+  WriteFileBytes(folder_ + L"\\file", "x");
+  Interposer<decltype(::CreateFileW)> create_file(
+      "CreateFileW", [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
+        ::SetLastError(ERROR_SHARING_VIOLATION);
+        return INVALID_HANDLE_VALUE;
+      });
+
+  EXPECT_EQ(Delete(), 0);
+
+  EXPECT_TRUE(Exists(folder_ + L"\\file"));
+}
+
+TEST_F(DeleteFolderTreeTest, LetsNobodyExchangeTheFolderMeanwhile) {
+  WriteFileBytes(folder_ + L"\\inner\\file", "x");
+  int attempts = 0;
+  Interposer<decltype(::DeleteFileW)> delete_file("DeleteFileW", [&](const wchar_t* file) {
+    ++attempts;
+    EXPECT_FALSE(::MoveFileW((folder_ + L"\\inner").c_str(), (folder_ + L"\\moved").c_str()));
+    EXPECT_FALSE(::RemoveDirectoryW((folder_ + L"\\inner").c_str()));
+    return delete_file.Original()(file);
+  });
+
+  EXPECT_NE(Delete(), 0);
+
+  EXPECT_EQ(attempts, 1);
+  EXPECT_FALSE(Exists(folder_));
+}
+
+TEST_F(DeleteFolderTreeTest, LeavesNoHandlesBehind) {
+  WriteFileBytes(folder_ + L"\\a\\b\\c", "x");
+  DWORD handles_before = 0;
+  DWORD handles_after = 0;
+  ::GetProcessHandleCount(::GetCurrentProcess(), &handles_before);
+
+  EXPECT_NE(Delete(), 0);
+
+  ::GetProcessHandleCount(::GetCurrentProcess(), &handles_after);
+  EXPECT_EQ(handles_after, handles_before);
+}
+
 TEST_F(DeleteFolderTreeTest, PassesOnTheLastResultAsItIs) {
-  Interposer<decltype(::RemoveDirectoryW)> remove(
-      "RemoveDirectoryW", [](const wchar_t*) -> BOOL { return 5; });
+  Interposer<decltype(::RemoveDirectoryW)> remove("RemoveDirectoryW",
+                                                  [](const wchar_t*) -> BOOL { return 5; });
 
   EXPECT_EQ(Delete(), 5);
 }

@@ -111,7 +111,8 @@ TEST_F(InstallCopyRetryTest, NamesTheFileThatFailedLast) {
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 
   ASSERT_EQ(desktop.Boxes().size(), 1u);
-  EXPECT_EQ(desktop.Boxes()[0].text, L"KEY_FAIL_COMMON_ERROR\n" + product_.Base() + L"\\Sub\\z.dll");
+  EXPECT_EQ(desktop.Boxes()[0].text,
+            L"KEY_FAIL_COMMON_ERROR\n" + product_.Base() + L"\\Sub\\z.dll");
 }
 
 }  // namespace

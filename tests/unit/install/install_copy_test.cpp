@@ -86,8 +86,7 @@ TEST_F(InstallCopyTest, CopiesOnlyTheFilesOfTheTopLevelTwice) {
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 1);
 
-  EXPECT_THAT(copied,
-              ElementsAre(base_ + L"\\a.exe", base_ + L"\\a.exe", base_ + L"\\Sub\\b.dll"));
+  EXPECT_THAT(copied, ElementsAre(base_ + L"\\a.exe", base_ + L"\\a.exe", base_ + L"\\Sub\\b.dll"));
 }
 
 TEST_F(InstallCopyTest, SucceedsWithNothingStaged) {
@@ -95,9 +94,10 @@ TEST_F(InstallCopyTest, SucceedsWithNothingStaged) {
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 1);
 
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-                          L"2|Copy complete."));
+  EXPECT_THAT(
+      product_.Transcript(),
+      ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
+                  L"2|Copy complete."));
 }
 
 TEST_F(InstallCopyTest, EndsAtAnInstalledFileThatCannotBeDeleted) {
@@ -145,11 +145,12 @@ TEST_F(InstallCopyTest, PassesOverAnInstalledFileThatIsGoneMeanwhile) {
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 1);
 
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Delete OK : {root}\\Nimba Hub\\a.exe",
-                          L"2|Delete OK : {root}\\Nimba Hub\\c.exe",
-                          L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-                          L"2|Copy complete."));
+  EXPECT_THAT(
+      product_.Transcript(),
+      ElementsAre(L"2|Delete OK : {root}\\Nimba Hub\\a.exe",
+                  L"2|Delete OK : {root}\\Nimba Hub\\c.exe",
+                  L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
+                  L"2|Copy complete."));
   EXPECT_EQ(delete_file.Calls(), 2);
 }
 

@@ -37,10 +37,8 @@ TEST(GetProcessImageNameTest, AsksOneQuestionWhenItIsAnswered) {
 }
 
 TEST(GetProcessImageNameTest, AsksTheModuleWhenTheImageNameIsNotToBeHad) {
-  const FakeProcessTable table({{.id = 7,
-                                 .image_path = L"",
-                                 .module_path = L"C:\\Tools\\a.exe",
-                                 .base_name = L"a.exe"}});
+  const FakeProcessTable table(
+      {{.id = 7, .image_path = L"", .module_path = L"C:\\Tools\\a.exe", .base_name = L"a.exe"}});
   std::wstring name;
   std::wstring path;
 
@@ -107,7 +105,9 @@ TEST(GetProcessImageNameTest, TakesNameAndPathFromTheFirstAnswer) {
        L"\\Device\\Volume1\\a.exe"},
       {"base name alone", {.id = 7, .image_path = L"", .base_name = L"b.exe"}, L"b.exe", L""},
       {"nothing at all", {.id = 7, .image_path = L""}, L"", L""},
-      {"longest path", {.id = 7, .image_path = longest_path.substr(0, 259)}, L"a.ex",
+      {"longest path",
+       {.id = 7, .image_path = longest_path.substr(0, 259)},
+       L"a.ex",
        longest_path.substr(0, 259)},
   };
 

@@ -38,14 +38,14 @@ TEST_F(TerminateProcessByNameTest, EndsEveryProcessOfThatName) {
 }
 
 TEST_F(TerminateProcessByNameTest, OpensTerminatesWaitsAndClosesThenLooksAgain) {
-  const FakeProcessTable table({{.id = 8, .image_path = L"C:\\target.exe"},
-                                {.id = 12, .image_path = L"C:\\other.exe"}});
+  const FakeProcessTable table(
+      {{.id = 8, .image_path = L"C:\\target.exe"}, {.id = 12, .image_path = L"C:\\other.exe"}});
 
   EXPECT_EQ(product_.Manager().TerminateProcessByName(L"target.exe"), 1);
 
   EXPECT_THAT(table.Calls(),
-              ElementsAre(L"Enumerate 4096",                                              //
-                          L"Open 0x410 0 8", L"QueryImageName 0 260", L"Close 8",         //
+              ElementsAre(L"Enumerate 4096",                                       //
+                          L"Open 0x410 0 8", L"QueryImageName 0 260", L"Close 8",  //
                           L"Open 0x100001 0 8", L"Terminate 8 0", L"Wait 8 3000", L"Close 8",
                           L"Open 0x410 0 12", L"QueryImageName 0 260", L"Close 12",  //
                           L"Enumerate 4096",                                         //
@@ -104,8 +104,7 @@ TEST_F(TerminateProcessByNameTest, NeverOpensTheIdleProcessForTermination) {
 }
 
 TEST_F(TerminateProcessByNameTest, DoesNotSeeProcessesThatItMayNotRead) {
-  const FakeProcessTable table(
-      {{.id = 8, .image_path = L"C:\\target.exe", .can_be_read = false}});
+  const FakeProcessTable table({{.id = 8, .image_path = L"C:\\target.exe", .can_be_read = false}});
 
   EXPECT_EQ(product_.Manager().TerminateProcessByName(L"target.exe"), 1);
 

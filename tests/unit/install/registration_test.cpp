@@ -91,10 +91,9 @@ TEST_F(RegisterProductTest, LeavesTheValuesInTheRegistry) {
 TEST_F(RegisterProductTest, TellsOfTwoOfItsSteps) {
   EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
 
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Nimba Hub registry set.",
-                          L"2|NHUpdateManager crash dump folder set to : "
-                          L"{data}\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
+  EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|Nimba Hub registry set.",
+                                                 L"2|NHUpdateManager crash dump folder set to : "
+                                                 L"{data}\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
 }
 
 TEST_F(RegisterProductTest, LogsAfterTheSecondAndTheSixthValue) {
@@ -132,10 +131,9 @@ TEST_F(RegisterProductTest, WritesTheSameAgainAndDeletesNothing) {
 
 TEST_F(RegisterProductTest, SaysNothingWhenNoKeyCanBeOpened) {
   Interposer<decltype(::RegCreateKeyExW)> create(
-      "RegCreateKeyExW", [](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM,
-                            SECURITY_ATTRIBUTES*, HKEY*, DWORD*) -> LSTATUS {
-        return ERROR_ACCESS_DENIED;
-      });
+      "RegCreateKeyExW",
+      [](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM, SECURITY_ATTRIBUTES*, HKEY*,
+         DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; });
 
   EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
 
@@ -184,8 +182,8 @@ TEST_F(RegisterProductTest, TellsTheRunningProgramsFolderFromTheInstalledOne) {
   EXPECT_EQ(recorder.Written()[2],
             Text(kCollectLogKey, L"CorvaneNimbaHub",
                  elsewhere.Base() + L"\\Other\\NHCollectLog\\NHCollectLog.exe"));
-  EXPECT_EQ(recorder.Written()[8], Text(kUninstallKey, L"DisplayIcon",
-                                        manager + L"\\NHUninstaller\\NHUninstaller.exe"));
+  EXPECT_EQ(recorder.Written()[8],
+            Text(kUninstallKey, L"DisplayIcon", manager + L"\\NHUninstaller\\NHUninstaller.exe"));
 }
 
 struct DateCase {
