@@ -1,0 +1,179 @@
+// Folders are walked recursively, so the stack has to last for the deepest nesting that a path can
+// name: 32,767 characters, with two for each level.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "base/existence.h"
+#include "tests/support/files.h"
+#include "tests/support/installed_product.h"
+#include "tests/support/interposer.h"
+
+namespace nhupdate_test {
+namespace {
+
+constexpr std::size_t kDeepestLevels = 32767 / 2;
+
+std::size_t StackReserve() {
+  const auto image = reinterpret_cast<std::uintptr_t>(::GetModuleHandleW(nullptr));
+  const auto* dos_header = reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
+  const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS64*>(
+      image + static_cast<std::uintptr_t>(dos_header->e_lfanew));
+  return headers->OptionalHeader.SizeOfStackReserve;
+}
+
+// Folders nested as deep as wanted, each holding just the next one; a look at how far down the
+// stack has grown at the innermost.
+class EndlessFolder {
+ public:
+  explicit EndlessFolder(std::size_t levels) : levels_(levels) {}
+
+  [[nodiscard]] std::size_t StackBytesPerLevel() const {
+    return (first_address_ - lowest_address_) / levels_;
+  }
+  [[nodiscard]] std::size_t Listings() const { return listings_; }
+
+ private:
+  static constexpr std::uintptr_t kSearch = 0x7B000000;
+  static constexpr std::uintptr_t kFirstFile = 0x7C000000;
+
+  // The place of the handle among the opened folders; as many as there are when it is not ours.
+  [[nodiscard]] std::size_t PlaceOf(HANDLE handle) const {
+    const std::uintptr_t value = reinterpret_cast<std::uintptr_t>(handle);
+    const bool is_ours = value >= kFirstFile && value < kFirstFile + opened_.size();
+    return is_ours ? value - kFirstFile : opened_.size();
+  }
+
+  const std::size_t levels_;
+  std::size_t listings_ = 0;
+  std::uintptr_t first_address_ = 0;
+  std::uintptr_t lowest_address_ = 0;
+  std::vector<std::wstring> opened_;
+
+  Interposer<decltype(::FindFirstFileW)> find_first_{
+      "FindFirstFileW", [this](const wchar_t*, WIN32_FIND_DATAW* entry) -> HANDLE {
+        // Volatile: the address has to be one of this stack.
+        volatile char here = 0;
+        const auto address = reinterpret_cast<std::uintptr_t>(&here);
+        if (listings_ == 0) {
+          first_address_ = address;
+          lowest_address_ = address;
+        }
+        lowest_address_ = std::min(lowest_address_, address);
+        if (listings_++ == levels_) {
+          ::SetLastError(ERROR_FILE_NOT_FOUND);
+          return INVALID_HANDLE_VALUE;
+        }
+        *entry = {};
+        entry->dwFileAttributes = FILE_ATTRIBUTE_DIRECTORY;
+        entry->cFileName[0] = L'd';
+        return reinterpret_cast<HANDLE>(kSearch);
+      }};
+  Interposer<decltype(::FindNextFileW)> find_next_{"FindNextFileW",
+                                                   [](HANDLE, WIN32_FIND_DATAW*) -> BOOL {
+                                                     ::SetLastError(ERROR_NO_MORE_FILES);
+                                                     return FALSE;
+                                                   }};
+  Interposer<decltype(::FindClose)> find_close_{"FindClose", [](HANDLE) -> BOOL { return TRUE; }};
+  Interposer<decltype(::CreateDirectoryW)> create_{
+      "CreateDirectoryW", [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return TRUE; }};
+  Interposer<decltype(::RemoveDirectoryW)> remove_{"RemoveDirectoryW",
+                                                   [](const wchar_t*) -> BOOL { return TRUE; }};
+  Interposer<decltype(::CreateFileW)> create_file_{
+      "CreateFileW",
+      [this](const wchar_t* path, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
+        opened_.push_back(path);
+        return reinterpret_cast<HANDLE>(kFirstFile + opened_.size() - 1);
+      }};
+  Interposer<decltype(::GetFileInformationByHandleEx)> information_{
+      "GetFileInformationByHandleEx",
+      [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void* information, DWORD) -> BOOL {
+        *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(information) = {FILE_ATTRIBUTE_DIRECTORY, 0};
+        return TRUE;
+      }};
+  Interposer<decltype(::GetFinalPathNameByHandleW)> final_path_{
+      "GetFinalPathNameByHandleW",
+      [this](HANDLE handle, wchar_t* buffer, DWORD units, DWORD) -> DWORD {
+        const std::wstring& path = opened_.at(PlaceOf(handle));
+        if (path.size() >= units) {
+          return static_cast<DWORD>(path.size() + 1);
+        }
+        path.copy(buffer, path.size());
+        buffer[path.size()] = L'\0';
+        return static_cast<DWORD>(path.size());
+      }};
+  Interposer<decltype(::CloseHandle)> close_{"CloseHandle", [this](HANDLE handle) -> BOOL {
+                                               return PlaceOf(handle) < opened_.size() ||
+                                                      close_.Original()(handle);
+                                             }};
+};
+
+class DeepFolderTest : public testing::Test {
+ protected:
+  // A record for every level would be long.
+  DeepFolderTest() : product_({.log_library = L""}) { product_.Start(); }
+
+  static void ExpectStackLastsForTheDeepest(const EndlessFolder& folder) {
+    EXPECT_GT(folder.StackBytesPerLevel(), 0u);
+    EXPECT_LT(folder.StackBytesPerLevel() * kDeepestLevels, StackReserve() / 2);
+    std::printf("%u bytes of stack for each level\n",
+                static_cast<unsigned>(folder.StackBytesPerLevel()));
+  }
+
+  // What the heap holds grows with the square of the depth.
+  static constexpr std::size_t kLevels = 2000;
+
+  InstalledProduct product_;
+};
+
+TEST_F(DeepFolderTest, CanBeCopied) {
+  const EndlessFolder folder(kLevels);
+
+  EXPECT_EQ(product_.Manager().CopyFolder(L"C:\\to", L"C:\\from", 1, 0, 0), 1);
+
+  EXPECT_EQ(folder.Listings(), kLevels + 1);
+  ExpectStackLastsForTheDeepest(folder);
+}
+
+TEST_F(DeepFolderTest, CanBeScanned) {
+  const EndlessFolder folder(kLevels);
+
+  EXPECT_EQ(product_.Manager().CollectEmptyFolders(L"C:\\top"), 1);
+
+  EXPECT_EQ(folder.Listings(), kLevels + 1);
+  ExpectStackLastsForTheDeepest(folder);
+}
+
+TEST_F(DeepFolderTest, CanBeDeleted) {
+  const EndlessFolder folder(kLevels);
+
+  EXPECT_NE(product_.Manager().DeleteFolderTree(L"C:\\top"), 0);
+
+  EXPECT_EQ(folder.Listings(), kLevels + 1);
+  ExpectStackLastsForTheDeepest(folder);
+}
+
+// As deep as Wine tells the final path of a folder, which it does for 260 characters at most.
+TEST_F(DeepFolderTest, IsReallyCopiedScannedAndDeleted) {
+  const std::wstring source = product_.Root() + L"\\from";
+  const std::wstring target = product_.Root() + L"\\to";
+  std::wstring depth;
+  for (int level = 0; level < 60; ++level) {
+    depth += L"\\d";
+  }
+  CreateFolders(source + depth);
+
+  EXPECT_EQ(product_.Manager().CopyFolder(target, source, 1, 0, 0), 1);
+  EXPECT_TRUE(nhupdate::Exists(target + depth));
+  EXPECT_EQ(product_.Manager().CollectEmptyFolders(target), 1);
+  EXPECT_NE(product_.Manager().DeleteFolderTree(target), 0);
+  EXPECT_FALSE(nhupdate::Exists(target));
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,142 @@
+// Which folders of the destination the copy deletes, and which it never touches.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "base/existence.h"
+#include "tests/support/files.h"
+#include "tests/support/installed_product.h"
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::Exists;
+using testing::ElementsAre;
+
+class CopyFolderDeletionTest : public testing::Test {
+ protected:
+  CopyFolderDeletionTest() {
+    product_.Start();
+    product_.ForgetRecords();
+    CreateFolders(staged_);
+  }
+
+  int Copy(int delete_existing) {
+    return product_.Manager().CopyFolder(installed_, staged_, 1, 1, delete_existing);
+  }
+
+  InstalledProduct product_;
+  const std::wstring installed_ = product_.Base();
+  const std::wstring staged_ = product_.App();
+};
+
+TEST_F(CopyFolderDeletionTest, ReplacesASubFolderThatBothSidesHave) {
+  WriteFileBytes(staged_ + L"\\Sub\\new.txt", "N");
+  WriteFileBytes(installed_ + L"\\Sub\\old.txt", "O");
+  WriteFileBytes(installed_ + L"\\Sub\\inner\\old.txt", "O");
+
+  EXPECT_EQ(Copy(1), 1);
+
+  EXPECT_THAT(ListTree(installed_ + L"\\Sub"), ElementsAre(L"new.txt"));
+}
+
+TEST_F(CopyFolderDeletionTest, KeepsASubFolderThatOnlyTheDestinationHas) {
+  WriteFileBytes(staged_ + L"\\Sub\\new.txt", "N");
+  WriteFileBytes(installed_ + L"\\Own\\own.txt", "O");
+
+  EXPECT_EQ(Copy(1), 1);
+
+  EXPECT_THAT(ListTree(installed_ + L"\\Own"), ElementsAre(L"own.txt"));
+}
+
+TEST_F(CopyFolderDeletionTest, DeletesNothingWhenNotToldTo) {
+  WriteFileBytes(staged_ + L"\\Sub\\new.txt", "N");
+  WriteFileBytes(installed_ + L"\\Sub\\old.txt", "O");
+
+  EXPECT_EQ(Copy(0), 1);
+
+  EXPECT_THAT(
+      product_.Transcript(),
+      ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
+                  L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Sub to "
+                  L"{root}\\Nimba Hub\\Sub",
+                  L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Sub\\new.txt to "
+                  L"{root}\\Nimba Hub\\Sub\\new.txt"));
+  EXPECT_THAT(ListTree(installed_ + L"\\Sub"), ElementsAre(L"new.txt", L"old.txt"));
+}
+
+TEST_F(CopyFolderDeletionTest, PassesOverTheRunningProgramsFolderWhateverIsInIt) {
+  WriteFileBytes(staged_ + L"\\NHUpdateManager\\new.txt", "N");
+  WriteFileBytes(product_.Module() + L"\\old.txt", "O");
+  const auto before = ListTree(product_.Module());
+
+  EXPECT_EQ(Copy(1), 1);
+
+  EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater"
+                                                 L"\\App to {root}\\Nimba Hub"));
+  EXPECT_EQ(ListTree(product_.Module()), before);
+}
+
+// The two names are told apart although Windows takes them for one folder.
+TEST_F(CopyFolderDeletionTest, KnowsTheRunningProgramsFolderOnlyInItsOwnLetterCase) {
+  WriteFileBytes(staged_ + L"\\nhupdatemanager\\new.txt", "N");
+  WriteFileBytes(product_.Module() + L"\\old.txt", "O");
+
+  EXPECT_EQ(Copy(1), 1);
+
+  EXPECT_TRUE(Exists(product_.Module() + L"\\new.txt"));
+  EXPECT_FALSE(Exists(product_.Module() + L"\\old.txt"));
+}
+
+TEST_F(CopyFolderDeletionTest, PassesOverTheRunningProgramsFolderAtAnyDepth) {
+  InstalledProduct deeper({.module = L"\\Tools\\NHUpdateManager"});
+  WriteFileBytes(deeper.Root() + L"\\from\\Tools\\NHUpdateManager\\new.txt", "N");
+  WriteFileBytes(deeper.Root() + L"\\from\\Tools\\b.txt", "B");
+
+  EXPECT_EQ(deeper.Manager().CopyFolder(deeper.Base(), deeper.Root() + L"\\from", 1, 1, 0), 1);
+
+  EXPECT_FALSE(Exists(deeper.Module() + L"\\new.txt"));
+  EXPECT_TRUE(Exists(deeper.Base() + L"\\Tools\\b.txt"));
+}
+
+struct HoldingFolderTest : CopyFolderDeletionTest, testing::WithParamInterface<const wchar_t*> {};
+
+TEST_P(HoldingFolderTest, IsCopiedIntoButNeverDeleted) {
+  const std::wstring name = GetParam();
+  WriteFileBytes(staged_ + L"\\" + name + L"\\Updater.exe", "new");
+  WriteFileBytes(staged_ + L"\\zz.txt", "Z");
+  WriteFileBytes(installed_ + L"\\Updater\\Updater.exe", "old");
+  WriteFileBytes(installed_ + L"\\Updater\\Config\\ut.ini", "ini");
+
+  EXPECT_EQ(Copy(1), 1);
+
+  EXPECT_THAT(
+      product_.Transcript(),
+      ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
+                  L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\" + name +
+                      L" to {root}\\Nimba Hub\\" + name,
+                  L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\" + name +
+                      L"\\Updater.exe to {root}\\Nimba Hub\\" + name + L"\\Updater.exe",
+                  L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\zz.txt to "
+                  L"{root}\\Nimba Hub\\zz.txt"));
+  EXPECT_EQ(ReadFileBytes(installed_ + L"\\Updater\\Updater.exe"), "new");
+  EXPECT_TRUE(Exists(installed_ + L"\\Updater\\Config\\ut.ini"));
+  EXPECT_TRUE(Exists(staged_ + L"\\zz.txt"));
+}
+
+INSTANTIATE_TEST_SUITE_P(InAnyLetterCase, HoldingFolderTest,
+                         testing::Values(L"Updater", L"UPDATER", L"updater"));
+
+TEST_F(CopyFolderDeletionTest, IsNotMistakenAboutAFolderWhoseNameOnlyBeginsAlike) {
+  WriteFileBytes(staged_ + L"\\Up\\new.txt", "N");
+  WriteFileBytes(installed_ + L"\\Up\\old.txt", "O");
+
+  EXPECT_EQ(Copy(1), 1);
+
+  EXPECT_THAT(ListTree(installed_ + L"\\Up"), ElementsAre(L"new.txt"));
+}
+
+}  // namespace
+}  // namespace nhupdate_test

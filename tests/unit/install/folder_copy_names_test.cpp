@@ -1,0 +1,177 @@
+// Files and folders of unusual kinds, names and lengths.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "base/existence.h"
+#include "tests/support/files.h"
+#include "tests/support/installed_product.h"
+#include "tests/support/interposer.h"
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::Exists;
+using testing::ElementsAre;
+
+class CopyFolderNamesTest : public testing::Test {
+ protected:
+  CopyFolderNamesTest() {
+    product_.Start();
+    product_.ForgetRecords();
+    CreateFolders(source_);
+    CreateFolders(target_);
+  }
+
+  int Copy(int delete_existing = 0) {
+    return product_.Manager().CopyFolder(target_, source_, 1, 1, delete_existing);
+  }
+
+  InstalledProduct product_;
+  const std::wstring source_ = product_.Root() + L"\\from";
+  const std::wstring target_ = product_.Root() + L"\\to";
+};
+
+TEST_F(CopyFolderNamesTest, CopiesNamesOfAllKinds) {
+  const wchar_t* const kNames[] = {L"two  blanks .txt",
+                                   L"100%s %d %n.txt",
+                                   L"gr\u00FC\u00DFe.txt",
+                                   L"\u65E5\u672C\u8A9E.txt",
+                                   L"no extension",
+                                   L".hidden",
+                                   L"...three",
+                                   L"a;b,c=d'e&f^(g).txt",
+                                   L"\U0001F600.txt"};
+  for (const wchar_t* name : kNames) {
+    WriteFileBytes(source_ + L"\\" + name, "file");
+    WriteFileBytes(source_ + L"\\folder " + name + L"\\" + name, "inner");
+  }
+
+  EXPECT_EQ(Copy(), 1);
+
+  EXPECT_EQ(ListTree(target_), ListTree(source_));
+  EXPECT_EQ(ListTree(target_).size(), 3 * std::size(kNames));
+}
+
+TEST_F(CopyFolderNamesTest, LogsAPercentSignAsItIs) {
+  WriteFileBytes(source_ + L"\\%s%n%d.txt", "x");
+
+  EXPECT_EQ(Copy(), 1);
+
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"2|Copy folder from {root}\\from to {root}\\to",
+                          L"2|Copy file from {root}\\from\\%s%n%d.txt to {root}\\to\\%s%n%d.txt"));
+}
+
+TEST_F(CopyFolderNamesTest, CopiesEmptyFiles) {
+  WriteFileBytes(source_ + L"\\empty", "");
+
+  EXPECT_EQ(Copy(), 1);
+
+  EXPECT_EQ(ReadFileBytes(target_ + L"\\empty"), "");
+}
+
+TEST_F(CopyFolderNamesTest, CopiesHiddenAndReadOnlyFilesWithTheirAttributes) {
+  WriteFileBytes(source_ + L"\\hidden", "H");
+  WriteFileBytes(source_ + L"\\read-only", "R");
+  ::SetFileAttributesW((source_ + L"\\hidden").c_str(), FILE_ATTRIBUTE_HIDDEN);
+  ::SetFileAttributesW((source_ + L"\\read-only").c_str(), FILE_ATTRIBUTE_READONLY);
+
+  EXPECT_EQ(Copy(), 1);
+
+  EXPECT_EQ(ReadFileBytes(target_ + L"\\hidden"), "H");
+  EXPECT_EQ(::GetFileAttributesW((target_ + L"\\read-only").c_str()) & FILE_ATTRIBUTE_READONLY,
+            static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
+}
+
+// Windows refuses with error 5; Wine lets root write to anything, so the refusal is a fake.
+TEST_F(CopyFolderNamesTest, FailsAtAReadOnlyFileOfTheDestination) {
+  WriteFileBytes(source_ + L"\\a", "A");
+  Interposer<decltype(::CopyFileW)> copy("CopyFileW",
+                                         [](const wchar_t*, const wchar_t*, BOOL) -> BOOL {
+                                           ::SetLastError(ERROR_ACCESS_DENIED);
+                                           return FALSE;
+                                         });
+
+  EXPECT_EQ(Copy(), 0);
+
+  EXPECT_EQ(product_.Transcript().back(), L"4|Fail to copy file = 5");
+}
+
+TEST_F(CopyFolderNamesTest, FailsWhereAFolderOfTheDestinationHasTheFilesName) {
+  WriteFileBytes(source_ + L"\\a", "A");
+  WriteFileBytes(target_ + L"\\a\\inner", "I");
+
+  EXPECT_EQ(Copy(1), 0);
+
+  EXPECT_EQ(product_.Transcript().back(), L"4|Fail to copy file = 5");
+  EXPECT_TRUE(Exists(target_ + L"\\a\\inner"));
+}
+
+TEST_F(CopyFolderNamesTest, FailsWhereAFileOfTheDestinationHasTheFoldersName) {
+  WriteFileBytes(source_ + L"\\a\\inner", "I");
+  WriteFileBytes(target_ + L"\\a", "A");
+
+  EXPECT_EQ(Copy(1), 0);
+
+  EXPECT_THAT(
+      product_.Transcript(),
+      ElementsAre(L"2|Copy folder from {root}\\from to {root}\\to", L"2|Delete Dir : {root}\\to\\a",
+                  L"2|Copy folder from {root}\\from\\a to {root}\\to\\a",
+                  L"2|Copy file from {root}\\from\\a\\inner to {root}\\to\\a\\inner",
+                  L"4|Fail to copy file = 3"));
+  EXPECT_EQ(ReadFileBytes(target_ + L"\\a"), "A");
+}
+
+TEST_F(CopyFolderNamesTest, CopiesTheLongestNames) {
+  WriteFileBytes(source_ + L"\\" + std::wstring(255, L'n'), "N");
+
+  EXPECT_EQ(Copy(), 1);
+
+  EXPECT_EQ(ListTree(target_), ListTree(source_));
+}
+
+std::wstring PathOfLength(const std::wstring& folder, std::size_t length) {
+  std::wstring path = folder;
+  while (length - path.size() > 100) {
+    path += L"\\" + std::wstring(60, L'd');
+  }
+  return path + L"\\" + std::wstring(length - path.size() - 1, L'f');
+}
+
+// With Windows' old limit of 260 in force the longer ones fail; Wine knows no such limit, and
+// Windows none where long paths are enabled.
+TEST_F(CopyFolderNamesTest, CopiesPathsNearAndBeyondTheOldLimit) {
+  for (const std::size_t length : {247u, 248u, 258u, 259u, 260u, 261u, 300u, 1000u}) {
+    WriteFileBytes(PathOfLength(source_, length), "L");
+  }
+
+  EXPECT_EQ(Copy(), 1);
+
+  EXPECT_EQ(ListTree(target_), ListTree(source_));
+}
+
+TEST_F(CopyFolderNamesTest, FailsAtAPathThatWindowsTakesForTooLong) {
+  const std::wstring inner = std::wstring(259 - target_.size(), L'n');  // one unit too much
+  WriteFileBytes(source_ + L"\\" + inner, "N");
+  Interposer<decltype(::CopyFileW)> copy(
+      "CopyFileW", [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
+        if (std::wstring(target).size() < MAX_PATH) {
+          return copy.Original()(source, target, fail_if_there);
+        }
+        ::SetLastError(ERROR_PATH_NOT_FOUND);
+        return FALSE;
+      });
+
+  EXPECT_EQ(Copy(), 0);
+
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"2|Copy folder from {root}\\from to {root}\\to",
+                          L"2|Copy file from {root}\\from\\" + inner + L" to {root}\\to\\" + inner,
+                          L"4|Fail to copy file = 3"));
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,119 @@
+// The folder copy of an installation is tried ten times, three seconds apart.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/files.h"
+#include "tests/support/installed_product.h"
+#include "tests/support/interposer.h"
+#include "tests/unit/install/file_lock.h"
+#include "tests/unit/install/quiet_desktop.h"
+
+namespace nhupdate_test {
+namespace {
+
+class InstallCopyRetryTest : public testing::Test {
+ protected:
+  InstallCopyRetryTest() {
+    product_.Start();
+    product_.ForgetRecords();
+    WriteFileBytes(staged_, "new");
+    WriteFileBytes(installed_, "old");
+  }
+
+  // What `failures` failed attempts log. The folder is deleted only at its first level, and each
+  // attempt begins there.
+  static std::vector<std::wstring> FailedAttempts(int failures) {
+    std::vector<std::wstring> records;
+    for (int attempt = 0; attempt < failures; ++attempt) {
+      AddAttempt(records);
+      records.push_back(L"4|Fail to copy file = 32");
+      records.push_back(L"3|Copy fail, sleep 3 seconds and retry.");
+    }
+    return records;
+  }
+
+  static void AddAttempt(std::vector<std::wstring>& records) {
+    records.insert(
+        records.end(),
+        {L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
+         L"2|Delete Dir : {root}\\Nimba Hub\\Sub",
+         L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Sub to {root}\\Nimba Hub\\Sub",
+         L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Sub\\held.dll to "
+         L"{root}\\Nimba Hub\\Sub\\held.dll"});
+  }
+
+  InstalledProduct product_;
+  const std::wstring staged_ = product_.App() + L"\\Sub\\held.dll";
+  const std::wstring installed_ = product_.Base() + L"\\Sub\\held.dll";
+};
+
+TEST_F(InstallCopyRetryTest, SucceedsAtTheTenthAttempt) {
+  FileLock lock(installed_);
+  const QuietDesktop desktop([&](int sleep) {
+    if (sleep == 9) {
+      lock.Release();
+    }
+  });
+
+  EXPECT_EQ(product_.Manager().InstallCopy(), 1);
+
+  std::vector<std::wstring> expected = FailedAttempts(9);
+  AddAttempt(expected);
+  expected.push_back(L"2|Copy complete.");
+  EXPECT_EQ(product_.Transcript(), expected);
+  EXPECT_EQ(desktop.Sleeps(), std::vector<DWORD>(9, 3000));
+  EXPECT_TRUE(desktop.Boxes().empty());
+  EXPECT_EQ(ReadFileBytes(installed_), "new");
+}
+
+TEST_F(InstallCopyRetryTest, GivesUpAfterTheTenthAttemptAndItsWait) {
+  FileLock lock(installed_);
+  const QuietDesktop desktop([&](int sleep) {
+    if (sleep == 10) {
+      lock.Release();  // too late
+    }
+  });
+
+  EXPECT_EQ(product_.Manager().InstallCopy(), 0);
+
+  std::vector<std::wstring> expected = FailedAttempts(10);
+  expected.push_back(L"4|Fail to copy folder.");
+  EXPECT_EQ(product_.Transcript(), expected);
+  EXPECT_EQ(desktop.Sleeps(), std::vector<DWORD>(10, 3000));
+  ASSERT_EQ(desktop.Boxes().size(), 1u);
+  EXPECT_EQ(desktop.Boxes()[0].owner, ::GetDesktopWindow());
+  EXPECT_EQ(desktop.Boxes()[0].text, L"KEY_FAIL_COMMON_ERROR\n" + installed_);
+  EXPECT_EQ(desktop.Boxes()[0].caption, L"KEY_UPDATE_TITLE");
+  EXPECT_EQ(desktop.Boxes()[0].style, 0x40010u);
+}
+
+TEST_F(InstallCopyRetryTest, NamesTheFileThatFailedLast) {
+  WriteFileBytes(product_.App() + L"\\Sub\\z.dll", "new");
+  FileLock lock(installed_);
+  const QuietDesktop desktop([&](int sleep) {
+    if (sleep == 9) {
+      lock.Release();
+    }
+  });
+  Interposer<decltype(::CopyFileW)> copy(
+      "CopyFileW", [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
+        if (target != product_.Base() + L"\\Sub\\z.dll") {
+          return copy.Original()(source, target, fail_if_there);
+        }
+        ::SetLastError(ERROR_DISK_FULL);
+        return FALSE;
+      });
+
+  EXPECT_EQ(product_.Manager().InstallCopy(), 0);
+
+  ASSERT_EQ(desktop.Boxes().size(), 1u);
+  EXPECT_EQ(desktop.Boxes()[0].text,
+            L"KEY_FAIL_COMMON_ERROR\n" + product_.Base() + L"\\Sub\\z.dll");
+}
+
+}  // namespace
+}  // namespace nhupdate_test

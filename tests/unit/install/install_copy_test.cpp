@@ -1,0 +1,208 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "base/existence.h"
+#include "tests/support/files.h"
+#include "tests/support/installed_product.h"
+#include "tests/support/interposer.h"
+#include "tests/unit/install/file_lock.h"
+#include "tests/unit/install/quiet_desktop.h"
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::Exists;
+using testing::ElementsAre;
+
+class InstallCopyTest : public testing::Test {
+ protected:
+  InstallCopyTest() {
+    product_.Start();
+    product_.ForgetRecords();
+  }
+
+  void ExpectOneErrorBoxFor(const QuietDesktop& desktop, const std::wstring& path) {
+    ASSERT_EQ(desktop.Boxes().size(), 1u);
+    EXPECT_EQ(desktop.Boxes()[0].owner, ::GetDesktopWindow());
+    EXPECT_EQ(desktop.Boxes()[0].text, L"KEY_FAIL_COMMON_ERROR\n" + path);
+    EXPECT_EQ(desktop.Boxes()[0].caption, L"KEY_UPDATE_TITLE");
+    EXPECT_EQ(desktop.Boxes()[0].style, 0x40010u);
+  }
+
+  InstalledProduct product_;
+  const std::wstring base_ = product_.Base();
+  const std::wstring app_ = product_.App();
+};
+
+TEST_F(InstallCopyTest, DeletesTheOldFilesThenBringsTheNewOnesTwice) {
+  const QuietDesktop desktop;
+  WriteFileBytes(base_ + L"\\a.exe", "old");
+  WriteFileBytes(base_ + L"\\gone.exe", "old");
+  WriteFileBytes(base_ + L"\\Sub\\old.dll", "old");
+  WriteFileBytes(base_ + L"\\Own\\own.txt", "own");
+  WriteFileBytes(app_ + L"\\a.exe", "new");
+  WriteFileBytes(app_ + L"\\b.exe", "new");
+  WriteFileBytes(app_ + L"\\Sub\\new.dll", "new");
+
+  EXPECT_EQ(product_.Manager().InstallCopy(), 1);
+
+  EXPECT_THAT(
+      product_.Transcript(),
+      ElementsAre(
+          L"2|Delete OK : {root}\\Nimba Hub\\a.exe", L"2|Delete OK : {root}\\Nimba Hub\\gone.exe",
+          L"2|Copy OK : {root}\\Nimba Hub\\Updater\\App\\a.exe => {root}\\Nimba Hub\\a.exe",
+          L"2|Copy OK : {root}\\Nimba Hub\\Updater\\App\\b.exe => {root}\\Nimba Hub\\b.exe",
+          L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
+          L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\a.exe to {root}\\Nimba Hub\\a.exe",
+          L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\b.exe to {root}\\Nimba Hub\\b.exe",
+          L"2|Delete Dir : {root}\\Nimba Hub\\Sub",
+          L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Sub to {root}\\Nimba Hub\\Sub",
+          L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Sub\\new.dll to "
+          L"{root}\\Nimba Hub\\Sub\\new.dll",
+          L"2|Copy complete."));
+  EXPECT_FALSE(Exists(base_ + L"\\gone.exe"));
+  EXPECT_EQ(ReadFileBytes(base_ + L"\\a.exe"), "new");
+  EXPECT_THAT(ListTree(base_ + L"\\Sub"), ElementsAre(L"new.dll"));
+  EXPECT_TRUE(Exists(base_ + L"\\Own\\own.txt"));
+  EXPECT_TRUE(desktop.Boxes().empty());
+  EXPECT_TRUE(desktop.Sleeps().empty());
+}
+
+TEST_F(InstallCopyTest, CopiesOnlyTheFilesOfTheTopLevelTwice) {
+  const QuietDesktop desktop;
+  WriteFileBytes(app_ + L"\\a.exe", "new");
+  WriteFileBytes(app_ + L"\\Sub\\b.dll", "new");
+  std::vector<std::wstring> copied;
+  Interposer<decltype(::CopyFileW)> copy(
+      "CopyFileW", [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) {
+        EXPECT_FALSE(fail_if_there);
+        copied.push_back(target);
+        return copy.Original()(source, target, fail_if_there);
+      });
+
+  EXPECT_EQ(product_.Manager().InstallCopy(), 1);
+
+  EXPECT_THAT(copied, ElementsAre(base_ + L"\\a.exe", base_ + L"\\a.exe", base_ + L"\\Sub\\b.dll"));
+}
+
+TEST_F(InstallCopyTest, SucceedsWithNothingStaged) {
+  const QuietDesktop desktop;
+
+  EXPECT_EQ(product_.Manager().InstallCopy(), 1);
+
+  EXPECT_THAT(
+      product_.Transcript(),
+      ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
+                  L"2|Copy complete."));
+}
+
+TEST_F(InstallCopyTest, EndsAtAnInstalledFileThatCannotBeDeleted) {
+  const QuietDesktop desktop;
+  WriteFileBytes(base_ + L"\\a.exe", "old");
+  WriteFileBytes(base_ + L"\\held 100%s.exe", "old");
+  WriteFileBytes(base_ + L"\\z.exe", "old");
+  WriteFileBytes(app_ + L"\\a.exe", "new");
+  const FileLock lock(base_ + L"\\held 100%s.exe");
+
+  EXPECT_EQ(product_.Manager().InstallCopy(), 0);
+
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"2|Delete OK : {root}\\Nimba Hub\\a.exe",
+                          L"4|Fail to delete (32) : {root}\\Nimba Hub\\held 100%s.exe"));
+  ExpectOneErrorBoxFor(desktop, base_ + L"\\held 100%s.exe");
+  EXPECT_FALSE(Exists(base_ + L"\\a.exe"));
+  EXPECT_TRUE(Exists(base_ + L"\\z.exe"));
+  EXPECT_TRUE(desktop.Sleeps().empty());
+}
+
+TEST_F(InstallCopyTest, DoesNotClearReadOnlyAttributesOfTheOldFiles) {
+  const QuietDesktop desktop;
+  WriteFileBytes(base_ + L"\\a.exe", "old");
+  ::SetFileAttributesW((base_ + L"\\a.exe").c_str(), FILE_ATTRIBUTE_READONLY);
+
+  EXPECT_EQ(product_.Manager().InstallCopy(), 0);
+
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"4|Fail to delete (5) : {root}\\Nimba Hub\\a.exe"));
+  ExpectOneErrorBoxFor(desktop, base_ + L"\\a.exe");
+}
+
+TEST_F(InstallCopyTest, PassesOverAnInstalledFileThatIsGoneMeanwhile) {
+  const QuietDesktop desktop;
+  WriteFileBytes(base_ + L"\\a.exe", "old");
+  WriteFileBytes(base_ + L"\\b.exe", "old");
+  WriteFileBytes(base_ + L"\\c.exe", "old");
+  Interposer<decltype(::DeleteFileW)> delete_file("DeleteFileW", [&](const wchar_t* file) {
+    if (file == base_ + L"\\a.exe") {
+      delete_file.Original()((base_ + L"\\b.exe").c_str());
+    }
+    return delete_file.Original()(file);
+  });
+
+  EXPECT_EQ(product_.Manager().InstallCopy(), 1);
+
+  EXPECT_THAT(
+      product_.Transcript(),
+      ElementsAre(L"2|Delete OK : {root}\\Nimba Hub\\a.exe",
+                  L"2|Delete OK : {root}\\Nimba Hub\\c.exe",
+                  L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
+                  L"2|Copy complete."));
+  EXPECT_EQ(delete_file.Calls(), 2);
+}
+
+TEST_F(InstallCopyTest, EndsAtAStagedFileThatCannotBeCopied) {
+  const QuietDesktop desktop;
+  WriteFileBytes(app_ + L"\\a.exe", "new");
+  WriteFileBytes(app_ + L"\\b.exe", "new");
+  WriteFileBytes(app_ + L"\\c.exe", "new");
+  const FileLock lock(app_ + L"\\b.exe");
+
+  EXPECT_EQ(product_.Manager().InstallCopy(), 0);
+
+  EXPECT_THAT(
+      product_.Transcript(),
+      ElementsAre(L"2|Copy OK : {root}\\Nimba Hub\\Updater\\App\\a.exe => {root}\\Nimba Hub\\a.exe",
+                  L"4|Fail to copy (32) : {root}\\Nimba Hub\\Updater\\App\\b.exe => "
+                  L"{root}\\Nimba Hub\\b.exe"));
+  ExpectOneErrorBoxFor(desktop, base_ + L"\\b.exe");
+  EXPECT_FALSE(Exists(base_ + L"\\c.exe"));
+  EXPECT_TRUE(desktop.Sleeps().empty());
+}
+
+TEST_F(InstallCopyTest, ShowsTheTextsOfTheStringTable) {
+  const QuietDesktop desktop;
+  const std::wstring strings = product_.Root() + L"\\strings.json";
+  WriteFileBytes(strings, R"({"KEY_UPDATE_TITLE": "The title", "KEY_FAIL_COMMON_ERROR": "Oh %s"})");
+  product_.Manager().LoadStrings(strings);
+  WriteFileBytes(base_ + L"\\a.exe", "old");
+  const FileLock lock(base_ + L"\\a.exe");
+
+  EXPECT_EQ(product_.Manager().InstallCopy(), 0);
+
+  ASSERT_EQ(desktop.Boxes().size(), 1u);
+  EXPECT_EQ(desktop.Boxes()[0].text, L"Oh %s\n" + base_ + L"\\a.exe");
+  EXPECT_EQ(desktop.Boxes()[0].caption, L"The title");
+}
+
+// A release may bring files for the folder in which it is staged.
+TEST_F(InstallCopyTest, InstallsAReleaseWithAnUpdaterFolderOfItsOwn) {
+  const QuietDesktop desktop;
+  WriteFileBytes(app_ + L"\\Updater\\Updater.exe", "new");
+  WriteFileBytes(app_ + L"\\zz\\last.dll", "new");
+  WriteFileBytes(base_ + L"\\Updater\\Updater.exe", "old");
+  WriteFileBytes(base_ + L"\\Updater\\Config\\ut.ini", "ini");
+
+  EXPECT_EQ(product_.Manager().InstallCopy(), 1);
+
+  EXPECT_EQ(ReadFileBytes(base_ + L"\\Updater\\Updater.exe"), "new");
+  EXPECT_TRUE(Exists(base_ + L"\\Updater\\Config\\ut.ini"));
+  EXPECT_TRUE(Exists(base_ + L"\\zz\\last.dll"));
+  EXPECT_TRUE(Exists(app_ + L"\\zz\\last.dll"));
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,137 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+
+#include "app/manager_center.h"
+#include "tests/unit/install/fake_process_table.h"
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::CManagerCenter;
+using testing::ElementsAre;
+
+TEST(GetProcessImageNameTest, LeavesBothTextsAloneWhenTheProcessCannotBeOpened) {
+  const FakeProcessTable table({{.id = 7, .image_path = L"C:\\a.exe", .can_be_read = false}});
+  std::wstring name = L"old name";
+  std::wstring path = L"old path";
+
+  EXPECT_EQ(CManagerCenter::GetProcessImageName(7, name, path), 0);
+
+  EXPECT_EQ(name, L"old name");
+  EXPECT_EQ(path, L"old path");
+  EXPECT_THAT(table.Calls(), ElementsAre(L"Open 0x410 0 7"));
+}
+
+TEST(GetProcessImageNameTest, AsksOneQuestionWhenItIsAnswered) {
+  const FakeProcessTable table({{.id = 7, .image_path = L"C:\\Tools\\a.exe"}});
+  std::wstring name;
+  std::wstring path;
+
+  EXPECT_EQ(CManagerCenter::GetProcessImageName(7, name, path), 1);
+
+  EXPECT_THAT(table.Calls(), ElementsAre(L"Open 0x410 0 7", L"QueryImageName 0 260", L"Close 7"));
+  EXPECT_EQ(table.OpenHandles(), 0);
+}
+
+TEST(GetProcessImageNameTest, AsksTheModuleWhenTheImageNameIsNotToBeHad) {
+  const FakeProcessTable table(
+      {{.id = 7, .image_path = L"", .module_path = L"C:\\Tools\\a.exe", .base_name = L"a.exe"}});
+  std::wstring name;
+  std::wstring path;
+
+  EXPECT_EQ(CManagerCenter::GetProcessImageName(7, name, path), 1);
+
+  EXPECT_THAT(table.Calls(), ElementsAre(L"Open 0x410 0 7", L"QueryImageName 0 260",
+                                         L"ModuleFileName 0 260", L"BaseName 0 260", L"Close 7"));
+  EXPECT_EQ(table.OpenHandles(), 0);
+}
+
+TEST(GetProcessImageNameTest, AsksForTheDevicePathLast) {
+  const FakeProcessTable table(
+      {{.id = 7, .image_path = L"", .device_path = L"\\Device\\HarddiskVolume1\\a.exe"}});
+  std::wstring name;
+  std::wstring path;
+
+  EXPECT_EQ(CManagerCenter::GetProcessImageName(7, name, path), 1);
+
+  EXPECT_THAT(table.Calls(),
+              ElementsAre(L"Open 0x410 0 7", L"QueryImageName 0 260", L"ModuleFileName 0 260",
+                          L"DeviceFileName 260", L"BaseName 0 260", L"Close 7"));
+  EXPECT_EQ(table.OpenHandles(), 0);
+}
+
+struct ImageNameCase {
+  const char* situation;
+  FakeProcess process;
+  const wchar_t* name;
+  std::wstring path;
+};
+
+std::ostream& operator<<(std::ostream& stream, const ImageNameCase& example) {
+  return stream << example.situation;
+}
+
+TEST(GetProcessImageNameTest, TakesNameAndPathFromTheFirstAnswer) {
+  const std::wstring longest_path = L"C:\\" + std::wstring(251, L'd') + L"\\a.exe";  // 260 units
+  const ImageNameCase kCases[] = {
+      {"image path", {.id = 7, .image_path = L"C:\\Tools\\a.exe"}, L"a.exe", L"C:\\Tools\\a.exe"},
+      {"image path without a backslash", {.id = 7, .image_path = L"a.exe"}, L"a.exe", L"a.exe"},
+      {"a forward slash separates nothing",
+       {.id = 7, .image_path = L"C:\\Tools/a.exe"},
+       L"Tools/a.exe",
+       L"C:\\Tools/a.exe"},
+      {"the image path goes before the base name",
+       {.id = 7, .image_path = L"C:\\a.exe", .base_name = L"b.exe"},
+       L"a.exe",
+       L"C:\\a.exe"},
+      {"module path and base name",
+       {.id = 7, .image_path = L"", .module_path = L"C:\\a.exe", .base_name = L"b.exe"},
+       L"b.exe",
+       L"C:\\a.exe"},
+      {"module path alone",
+       {.id = 7, .image_path = L"", .module_path = L"C:\\Tools\\a.exe"},
+       L"a.exe",
+       L"C:\\Tools\\a.exe"},
+      {"device path and base name",
+       {.id = 7, .image_path = L"", .device_path = L"\\Device\\a.exe", .base_name = L"b.exe"},
+       L"b.exe",
+       L"\\Device\\a.exe"},
+      {"device path alone",
+       {.id = 7, .image_path = L"", .device_path = L"\\Device\\Volume1\\a.exe"},
+       L"a.exe",
+       L"\\Device\\Volume1\\a.exe"},
+      {"base name alone", {.id = 7, .image_path = L"", .base_name = L"b.exe"}, L"b.exe", L""},
+      {"nothing at all", {.id = 7, .image_path = L""}, L"", L""},
+      {"longest path",
+       {.id = 7, .image_path = longest_path.substr(0, 259)},
+       L"a.ex",
+       longest_path.substr(0, 259)},
+  };
+
+  for (const ImageNameCase& example : kCases) {
+    const FakeProcessTable table({example.process});
+    std::wstring name = L"old name";
+    std::wstring path = L"old path";
+
+    EXPECT_EQ(CManagerCenter::GetProcessImageName(7, name, path), 1) << example;
+
+    EXPECT_EQ(name, example.name) << example;
+    EXPECT_EQ(path, example.path) << example;
+    EXPECT_EQ(table.OpenHandles(), 0) << example;
+  }
+}
+
+TEST(GetProcessImageNameTest, FindsThisProgramsOwnName) {
+  std::wstring name;
+  std::wstring path;
+
+  EXPECT_EQ(CManagerCenter::GetProcessImageName(::GetCurrentProcessId(), name, path), 1);
+
+  EXPECT_EQ(name, L"install_tests.exe");
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,116 @@
+// The same with processes that exist: copies of the idle stand-in.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+
+#include "base/unique_handle.h"
+#include "tests/support/files.h"
+#include "tests/support/installed_product.h"
+#include "tests/support/scratch_folder.h"
+
+namespace nhupdate_test {
+namespace {
+
+using testing::ElementsAre;
+
+class IdleProcess {
+ public:
+  explicit IdleProcess(const std::wstring& executable) {
+    EXPECT_TRUE(
+        ::CopyFileW((TestProgramFolder() + L"\\idle.exe").c_str(), executable.c_str(), FALSE));
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION information = {};
+    EXPECT_TRUE(::CreateProcessW(executable.c_str(), nullptr, nullptr, nullptr, FALSE,
+                                 DETACHED_PROCESS, nullptr, nullptr, &startup, &information));
+    thread_.Reset(information.hThread);
+    process_.Reset(information.hProcess);
+    id_ = information.dwProcessId;
+  }
+
+  ~IdleProcess() {
+    ::TerminateProcess(process_.Get(), 99);
+    ::WaitForSingleObject(process_.Get(), 5000);  // or its file can't be deleted
+  }
+
+  IdleProcess(const IdleProcess&) = delete;
+  IdleProcess& operator=(const IdleProcess&) = delete;
+
+  [[nodiscard]] std::wstring Id() const { return std::to_wstring(id_); }
+
+  [[nodiscard]] DWORD ExitCode() const {
+    DWORD exit_code = 0;
+    EXPECT_TRUE(::GetExitCodeProcess(process_.Get(), &exit_code));
+    return exit_code;
+  }
+
+ private:
+  nhupdate::UniqueKernelHandle thread_;
+  nhupdate::UniqueKernelHandle process_;
+  DWORD id_ = 0;
+};
+
+DWORD OwnHandleCount() {
+  DWORD count = 0;
+  EXPECT_TRUE(::GetProcessHandleCount(::GetCurrentProcess(), &count));
+  return count;
+}
+
+class RealProcessTest : public testing::Test {
+ protected:
+  RealProcessTest() {
+    product_.Start();
+    product_.ForgetRecords();
+  }
+
+  ScratchFolder scratch_;
+  InstalledProduct product_;
+};
+
+TEST_F(RealProcessTest, AreEndedWithExitCodeZeroWhereverTheyRunFrom) {
+  CreateFolders(scratch_.Path() + L"\\one");
+  CreateFolders(scratch_.Path() + L"\\two");
+  const IdleProcess first(scratch_.Path() + L"\\one\\Nimba 100% ü.exe");
+  const IdleProcess second(scratch_.Path() + L"\\two\\nimba 100% ü.EXE");
+
+  EXPECT_EQ(product_.Manager().TerminateProcessByName(L"NIMBA 100% ü.exe"), 1);
+
+  EXPECT_EQ(first.ExitCode(), 0u);
+  EXPECT_EQ(second.ExitCode(), 0u);
+  EXPECT_THAT(product_.Transcript(),
+              testing::UnorderedElementsAre(
+                  L"2|Target process Nimba 100% ü.exe(" + first.Id() + L") found, terminate it.",
+                  L"2|Target process nimba 100% ü.EXE(" + second.Id() + L") found, terminate it."));
+}
+
+TEST_F(RealProcessTest, OfAnotherNameAreLeftRunning) {
+  const IdleProcess other(scratch_.Path() + L"\\other.exe");
+
+  EXPECT_EQ(product_.Manager().TerminateProcessByName(L"target.exe"), 1);
+
+  EXPECT_EQ(other.ExitCode(), static_cast<DWORD>(STILL_ACTIVE));
+  EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|Target process target.exe not found."));
+}
+
+TEST_F(RealProcessTest, DoNotIncludeTheCallingOneWhenItHasTheNameItself) {
+  EXPECT_EQ(product_.Manager().TerminateProcessByName(L"INSTALL_TESTS.exe"), 1);
+
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"2|Skip terminate current process install_tests.exe({pid}).",
+                          L"2|Target process INSTALL_TESTS.exe not found."));
+}
+
+TEST_F(RealProcessTest, LeaveNoHandlesBehind) {
+  const IdleProcess target(scratch_.Path() + L"\\target.exe");
+  const DWORD handles_before = OwnHandleCount();
+
+  EXPECT_EQ(product_.Manager().TerminateProcessByName(L"target.exe"), 1);
+
+  EXPECT_EQ(OwnHandleCount(), handles_before);
+}
+
+}  // namespace
+}  // namespace nhupdate_test

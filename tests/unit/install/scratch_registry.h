@@ -1,0 +1,73 @@
+#pragma once
+
+// The registry of the local machine for tests: a scratch key takes its place, and what is written
+// to it is recorded.
+
+#include <functional>
+#include <iosfwd>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "base/windows.h"
+#include "tests/support/interposer.h"
+
+namespace nhupdate_test {
+
+struct WrittenValue {
+  std::wstring key;
+  std::wstring name;
+  DWORD type = REG_NONE;
+  std::vector<BYTE> bytes;
+
+  bool operator==(const WrittenValue& other) const = default;
+};
+
+std::ostream& operator<<(std::ostream& stream, const WrittenValue& value);
+
+// A REG_SZ value without a terminator.
+[[nodiscard]] WrittenValue Text(const std::wstring& key, const std::wstring& name,
+                                const std::wstring& text);
+
+// For as long as it lives HKEY_LOCAL_MACHINE is an empty key.
+class ScratchRegistry {
+ public:
+  ScratchRegistry();
+  ~ScratchRegistry();
+  ScratchRegistry(const ScratchRegistry&) = delete;
+  ScratchRegistry& operator=(const ScratchRegistry&) = delete;
+
+  // The stored value, of type REG_NONE when there is none. A text comes without its terminator,
+  // stored or not: how many bytes the program passes is for a RegistryRecorder to tell.
+  [[nodiscard]] WrittenValue Read(const std::wstring& key, const std::wstring& name) const;
+  void Write(const WrittenValue& value);
+};
+
+// Records how the program writes registry values, and lets it.
+class RegistryRecorder {
+ public:
+  // `before_value` is called before each value with its number, counted from 1.
+  explicit RegistryRecorder(std::function<void(int)> before_value = nullptr);
+
+  // Makes writing this value fail.
+  void FailAtValue(int number) { failing_value_ = number; }
+
+  // What was written with success.
+  [[nodiscard]] const std::vector<WrittenValue>& Written() const { return written_; }
+  [[nodiscard]] int OpenedKeys() const { return opened_keys_; }
+  [[nodiscard]] int OpenKeys() const { return static_cast<int>(open_keys_.size()); }
+
+ private:
+  std::function<void(int)> before_value_;
+  int failing_value_ = 0;
+  int values_ = 0;
+  int opened_keys_ = 0;
+  std::map<HKEY, std::wstring> open_keys_;
+  std::vector<WrittenValue> written_;
+
+  Interposer<decltype(::RegCreateKeyExW)> create_key_;
+  Interposer<decltype(::RegSetValueExW)> set_value_;
+  Interposer<decltype(::RegCloseKey)> close_key_;
+};
+
+}  // namespace nhupdate_test
