@@ -40,7 +40,15 @@ ShellAnswer HandedOver() {
 }
 
 ScriptedShell::ScriptedShell(std::vector<ShellAnswer> script)
+    : ScriptedShell(std::move(script), nullptr) {}
+
+ScriptedShell::ScriptedShell(AnswerByLaunch answers)
+    : ScriptedShell({}, std::move(answers.answer)) {}
+
+ScriptedShell::ScriptedShell(std::vector<ShellAnswer> script,
+                             std::function<ShellAnswer(const RecordedLaunch&)> answer)
     : script_(std::move(script)),
+      answer_(std::move(answer)),
       process_id_("GetCurrentProcessId", [] { return kProcessId; }),
       execute_("ShellExecuteExW",
                [this](SHELLEXECUTEINFOW* execution) { return Launch(execution); }),
@@ -51,10 +59,23 @@ ScriptedShell::ScriptedShell(std::vector<ShellAnswer> script)
       close_("CloseHandle", [this](HANDLE handle) { return Close(handle); }) {}
 
 ScriptedShell::~ScriptedShell() {
-  EXPECT_EQ(launches_.size(), script_.size()) << "launches made and launches in the script";
+  if (!answer_) {
+    EXPECT_EQ(launches_.size(), script_.size()) << "launches made and launches in the script";
+  }
   for (const auto& [handle, child] : open_) {
     close_.Original()(handle);
   }
+}
+
+ShellAnswer ScriptedShell::NextAnswer(const RecordedLaunch& launch) const {
+  if (answer_) {
+    return answer_(launch);
+  }
+  if (launches_.size() > script_.size()) {
+    ADD_FAILURE() << "Nobody expects a launch of " << testing::PrintToString(launch.file);
+    return FailsWith(ERROR_INVALID_FUNCTION);
+  }
+  return script_[launches_.size() - 1];
 }
 
 BOOL ScriptedShell::Launch(SHELLEXECUTEINFOW* execution) {
@@ -62,12 +83,7 @@ BOOL ScriptedShell::Launch(SHELLEXECUTEINFOW* execution) {
                        TextOf(execution->lpParameters), TextOf(execution->lpDirectory)});
   const std::size_t number = launches_.size();
   events_.push_back("launch " + std::to_string(number));
-  if (number > script_.size()) {
-    ADD_FAILURE() << "Nobody expects a launch of " << testing::PrintToString(TextOf(execution->lpFile));
-    ::SetLastError(ERROR_INVALID_FUNCTION);
-    return FALSE;
-  }
-  const ShellAnswer& answer = script_[number - 1];
+  const ShellAnswer answer = NextAnswer(launches_.back());
   if (!answer.is_started) {
     ::SetLastError(answer.error);
     return FALSE;

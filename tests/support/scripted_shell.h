@@ -7,6 +7,7 @@
 //
 // The processes it hands out are real handles of the kernel, so what isn't closed is really open.
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -40,6 +41,13 @@ struct RecordedLaunch {
   std::wstring folder;
 };
 
+// Answers launches by what is launched, however many there are.
+struct AnswerByLaunch {
+  explicit AnswerByLaunch(std::function<ShellAnswer(const RecordedLaunch&)> function)
+      : answer(std::move(function)) {}
+  std::function<ShellAnswer(const RecordedLaunch&)> answer;
+};
+
 class ScriptedShell {
  public:
   // What the code under test takes for the id of its own process.
@@ -47,6 +55,7 @@ class ScriptedShell {
 
   // A launch too many is a test failure, and so is a line of the script that is never reached.
   explicit ScriptedShell(std::vector<ShellAnswer> script);
+  explicit ScriptedShell(AnswerByLaunch answers);
   ~ScriptedShell();
   ScriptedShell(const ScriptedShell&) = delete;
   ScriptedShell& operator=(const ScriptedShell&) = delete;
@@ -65,12 +74,17 @@ class ScriptedShell {
     ShellAnswer answer;
   };
 
+  ScriptedShell(std::vector<ShellAnswer> script,
+                std::function<ShellAnswer(const RecordedLaunch&)> answer);
+
+  ShellAnswer NextAnswer(const RecordedLaunch& launch) const;
   BOOL Launch(SHELLEXECUTEINFOW* execution);
   DWORD Wait(HANDLE handle, DWORD milliseconds);
   BOOL ReadExitCode(HANDLE handle, DWORD* exit_code);
   BOOL Close(HANDLE handle);
 
   std::vector<ShellAnswer> script_;
+  std::function<ShellAnswer(const RecordedLaunch&)> answer_;  // instead of the script
   std::vector<RecordedLaunch> launches_;
   std::vector<std::string> events_;
   std::map<HANDLE, Child> open_;
