@@ -12,7 +12,7 @@ bool CallLedger::CountAndDecide(const char* function, const std::wstring& detail
     return call.function == function && call.detail == detail;
   });
   calls_.push_back({function, detail, static_cast<int>(same) + 1});
-  return calls_.size() - 1 == failing_call_;
+  return fault_.call == calls_.size() - 1 || fault_.function == function;
 }
 
 void CallLedger::Opened(ResourceKind kind, const void* resource, const std::wstring& detail) {

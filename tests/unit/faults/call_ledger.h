@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -25,12 +26,16 @@ struct Call {
 // By the function that closes them.
 enum class ResourceKind { kHandle, kSearch, kKey, kLibrary };
 
+// What fails: one call, counted from 0, or every call of a function, or nothing.
+struct Fault {
+  std::optional<std::size_t> call;
+  std::string function;
+  DWORD error = ERROR_SUCCESS;
+};
+
 class CallLedger {
  public:
-  static constexpr std::size_t kNoCall = static_cast<std::size_t>(-1);
-
-  // The call of that index, counted from 0, fails with the error.
-  CallLedger(std::size_t failing_call, DWORD error) : failing_call_(failing_call), error_(error) {}
+  explicit CallLedger(Fault fault) : fault_(std::move(fault)) {}
 
   // Nothing is counted before Begin and after End: the test itself calls Windows too.
   void Begin() { is_counting_ = true; }
@@ -45,7 +50,7 @@ class CallLedger {
   // What a handle was opened for; empty for one that is not of this run.
   [[nodiscard]] std::wstring DetailOf(const void* resource) const;
 
-  [[nodiscard]] DWORD Error() const { return error_; }
+  [[nodiscard]] DWORD Error() const { return fault_.error; }
   [[nodiscard]] const std::vector<Call>& Calls() const { return calls_; }
 
   // What is still open, by what it was opened for.
@@ -57,8 +62,7 @@ class CallLedger {
  private:
   using Resource = std::pair<ResourceKind, const void*>;
 
-  std::size_t failing_call_;
-  DWORD error_;
+  Fault fault_;
   bool is_counting_ = false;
   std::vector<Call> calls_;
   std::map<Resource, std::wstring> open_;

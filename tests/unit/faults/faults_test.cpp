@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
+#include <string>
 
 #include "base/strings.h"
 #include "tests/unit/faults/fault_rules.h"
@@ -65,7 +67,7 @@ class FaultsTest : public testing::TestWithParam<Scenario> {
  protected:
   void FailEveryCall(DWORD error_of_even_calls, DWORD error_of_odd_calls) {
     const Scenario& scenario = GetParam();
-    const RunReport clean = RunWithFault(scenario, CallLedger::kNoCall, ERROR_SUCCESS);
+    const RunReport clean = RunWithFault(scenario, {});
     for (std::size_t index = 0; index < clean.calls.size() && !HasFailure(); ++index) {
       const Call& call = clean.calls[index];
       SCOPED_TRACE(testing::Message() << "call " << index << ": " << call.function << " "
@@ -75,7 +77,7 @@ class FaultsTest : public testing::TestWithParam<Scenario> {
       ASSERT_NE(rule, nullptr) << "There is no rule for this call.";
       const DWORD error = index % 2 == 0 ? error_of_even_calls : error_of_odd_calls;
 
-      const RunReport report = RunWithFault(scenario, index, error);
+      const RunReport report = RunWithFault(scenario, {.call = index, .function = {}, .error = error});
 
       ASSERT_GT(report.calls.size(), index);
       EXPECT_EQ(report.calls[index], call) << "Another call has failed.";
@@ -86,7 +88,7 @@ class FaultsTest : public testing::TestWithParam<Scenario> {
 };
 
 TEST_P(FaultsTest, NothingFailsInACleanRun) {
-  const RunReport clean = RunWithFault(GetParam(), CallLedger::kNoCall, ERROR_SUCCESS);
+  const RunReport clean = RunWithFault(GetParam(), {});
 
   EXPECT_EQ(clean.result, GetParam().clean_result);
   EXPECT_GT(clean.calls.size(), 25u);
@@ -100,6 +102,23 @@ TEST_P(FaultsTest, EveryCallThatFindsNothingOrNoAccessIsAnsweredFor) {
 
 TEST_P(FaultsTest, EveryCallThatMeetsALockOrAFullDiskIsAnsweredFor) {
   FailEveryCall(ERROR_SHARING_VIOLATION, ERROR_DISK_FULL);
+}
+
+// What then comes of the run differs too much for a rule, but it must come to a sound end.
+TEST_P(FaultsTest, AFunctionThatAlwaysFailsIsSurvived) {
+  const RunReport clean = RunWithFault(GetParam(), {});
+  std::set<std::string> functions;
+  for (const Call& call : clean.calls) {
+    functions.insert(call.function);
+  }
+  for (const std::string& function : functions) {
+    SCOPED_TRACE(function);
+
+    const RunReport report =
+        RunWithFault(GetParam(), {.call = {}, .function = function, .error = ERROR_ACCESS_DENIED});
+
+    ExpectTheRunIsSound(GetParam(), clean, report);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(AllWorkflows, FaultsTest, testing::ValuesIn(kScenarios),

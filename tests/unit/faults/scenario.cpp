@@ -112,7 +112,7 @@ void PrintTo(const Scenario& scenario, std::ostream* stream) {
   *stream << scenario.name;
 }
 
-RunReport RunWithFault(const Scenario& scenario, std::size_t failing_call, DWORD error) {
+RunReport RunWithFault(const Scenario& scenario, const Fault& fault) {
   InstalledProduct product({.module = scenario.module});
   LayOut(product, scenario);
   const Machine machine(product, scenario);
@@ -123,7 +123,7 @@ RunReport RunWithFault(const Scenario& scenario, std::size_t failing_call, DWORD
   const ScriptedShell shell(AnswerByLaunch(
       [&](const RecordedLaunch& launch) { return AnswerOf(scenario, launch); }));
 
-  CallLedger ledger(failing_call, error);
+  CallLedger ledger(fault);
   const FaultyWindows windows(ledger);
   ledger.Begin();
   const int result = nhupdate::RunProgram();

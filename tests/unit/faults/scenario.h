@@ -1,6 +1,6 @@
 #pragma once
 
-// One whole run of the program in a scratch folder, with one call of it failing.
+// One whole run of the program in a scratch folder, where something may fail.
 
 #include <ostream>
 #include <set>
@@ -35,7 +35,6 @@ struct RunReport {
   std::size_t sleeps = 0;
 };
 
-[[nodiscard]] RunReport RunWithFault(const Scenario& scenario, std::size_t failing_call,
-                                     DWORD error);
+[[nodiscard]] RunReport RunWithFault(const Scenario& scenario, const Fault& fault);
 
 }  // namespace nhupdate_test
