@@ -27,6 +27,7 @@ constexpr char kInforms[] = "the box only informs";
 constexpr wchar_t kStillFound[] = L"4|Process NHUpdateManager.exe(4242) still found.";
 constexpr wchar_t kCopyFailed[] = L"4|Fail to copy file = {error}";
 constexpr wchar_t kCopyRetried[] = L"3|Copy fail, sleep 3 seconds and retry.";
+constexpr wchar_t kConfigNotDeleted[] = L"4|Updater config file delete fail (1920) : ";
 constexpr wchar_t kNimbaCastNotCopied[] = L"4|Failed to copy NCS updater folder.";
 
 // The first that fits counts.
@@ -126,6 +127,14 @@ const FaultRule kRules[] = {
     {"", "FindFirstFileW", L"", kAll, kSame, nullptr, kListing},
     {"", "FindNextFileW", L"", kAll, kSame, nullptr, kListing},
     {"", "RemoveDirectoryW", L"", kAll, kSame, nullptr, kRemoval},
+
+    // Making sure that what is to be deleted lies where it seems to.
+    {"FailedUpdate", "CreateFileW", L"", kAll, kSame, kConfigNotDeleted, nullptr},
+    {"FailedUpdate", "GetFileInformationByHandleEx", L"", kAll, kSame, kConfigNotDeleted, nullptr},
+    {"FailedUpdate", "GetFinalPathNameByHandleW", L"", kAll, kSame, kConfigNotDeleted, nullptr},
+    {"", "CreateFileW", L"", kAll, kSame, nullptr, kRemoval},
+    {"", "GetFileInformationByHandleEx", L"", kAll, kSame, nullptr, kRemoval},
+    {"", "GetFinalPathNameByHandleW", L"", kAll, kSame, nullptr, kRemoval},
 
     // Files. The staged files of the top level are copied alone and then with their folder.
     {"", "GetFileAttributesW", L"", kAll, kSame, nullptr, kRemoval},

@@ -111,6 +111,8 @@ FaultyWindows::FaultyWindows(CallLedger& ledger)
       find_first_file_(ledger, "FindFirstFileW", kInvalidHandle, NoteSearch),
       find_next_file_(ledger, "FindNextFileW", kFalse),
       create_file_(ledger, "CreateFileW", kInvalidHandle, kOpensHandle),
+      get_file_information_(ledger, "GetFileInformationByHandleEx", kFalse),
+      get_final_path_name_(ledger, "GetFinalPathNameByHandleW", kZero),
       get_file_size_(ledger, "GetFileSizeEx", kFalse),
       read_file_(ledger, "ReadFile", kFalse),
       get_private_profile_string_(ledger, "GetPrivateProfileStringW", FailProfileString),

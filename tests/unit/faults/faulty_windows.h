@@ -30,6 +30,8 @@ class FaultyWindows {
   FaultyFunction<decltype(::FindFirstFileW)> find_first_file_;
   FaultyFunction<decltype(::FindNextFileW)> find_next_file_;
   FaultyFunction<decltype(::CreateFileW)> create_file_;
+  FaultyFunction<decltype(::GetFileInformationByHandleEx)> get_file_information_;
+  FaultyFunction<decltype(::GetFinalPathNameByHandleW)> get_final_path_name_;
   FaultyFunction<decltype(::GetFileSizeEx)> get_file_size_;
   FaultyFunction<decltype(::ReadFile)> read_file_;
   FaultyFunction<decltype(::GetPrivateProfileStringW)> get_private_profile_string_;
