@@ -1,0 +1,98 @@
+#pragma once
+
+// Takes the place of the shell and of the programs that are started through it. Each launch is
+// written down and answered by the next line of a script:
+//
+//   ScriptedShell shell({EndsWith(0), FailsWith(ERROR_ACCESS_DENIED)});
+//
+// The processes it hands out are real handles of the kernel, so what isn't closed is really open.
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "base/windows.h"
+#include "tests/support/interposer.h"
+
+#include <shellapi.h>  // needs <windows.h> first
+
+namespace nhupdate_test {
+
+struct ShellAnswer {
+  bool is_started = true;
+  DWORD error = ERROR_SUCCESS;  // when it isn't
+  bool has_process = true;      // when it is
+  bool is_exit_code_readable = true;
+  DWORD exit_code = 0;
+};
+
+[[nodiscard]] ShellAnswer FailsWith(DWORD error);
+[[nodiscard]] ShellAnswer EndsWith(DWORD exit_code);
+[[nodiscard]] ShellAnswer EndsUnreadably();
+// The launch succeeds but there is no process: another one took over the work.
+[[nodiscard]] ShellAnswer HandedOver();
+
+struct RecordedLaunch {
+  SHELLEXECUTEINFOW record = {};  // as it was passed; its texts are gone, here they are
+  std::wstring verb;
+  std::wstring file;
+  std::wstring parameters;
+  std::wstring folder;
+};
+
+// Answers launches by what is launched, however many there are.
+struct AnswerByLaunch {
+  explicit AnswerByLaunch(std::function<ShellAnswer(const RecordedLaunch&)> function)
+      : answer(std::move(function)) {}
+  std::function<ShellAnswer(const RecordedLaunch&)> answer;
+};
+
+class ScriptedShell {
+ public:
+  // What the code under test takes for the id of its own process.
+  static constexpr DWORD kProcessId = 700001;
+
+  // A launch too many is a test failure, and so is a line of the script that is never reached.
+  explicit ScriptedShell(std::vector<ShellAnswer> script);
+  explicit ScriptedShell(AnswerByLaunch answers);
+  ~ScriptedShell();
+  ScriptedShell(const ScriptedShell&) = delete;
+  ScriptedShell& operator=(const ScriptedShell&) = delete;
+
+  [[nodiscard]] const std::vector<RecordedLaunch>& Launches() const { return launches_; }
+
+  // What was done with the started processes, in order, numbered from 1 in order of their launch:
+  // "launch 1", "wait 1 for ever", "wait 1 for 5 ms", "exit code 1", "close 1".
+  [[nodiscard]] const std::vector<std::string>& Events() const { return events_; }
+
+  [[nodiscard]] std::size_t OpenProcesses() const { return open_.size(); }
+
+ private:
+  struct Child {
+    std::size_t number = 0;
+    ShellAnswer answer;
+  };
+
+  ScriptedShell(std::vector<ShellAnswer> script,
+                std::function<ShellAnswer(const RecordedLaunch&)> answer);
+
+  ShellAnswer NextAnswer(const RecordedLaunch& launch) const;
+  BOOL Launch(SHELLEXECUTEINFOW* execution);
+  DWORD Wait(HANDLE handle, DWORD milliseconds);
+  BOOL ReadExitCode(HANDLE handle, DWORD* exit_code);
+  BOOL Close(HANDLE handle);
+
+  std::vector<ShellAnswer> script_;
+  std::function<ShellAnswer(const RecordedLaunch&)> answer_;  // instead of the script
+  std::vector<RecordedLaunch> launches_;
+  std::vector<std::string> events_;
+  std::map<HANDLE, Child> open_;
+  Interposer<decltype(::GetCurrentProcessId)> process_id_;
+  Interposer<decltype(::ShellExecuteExW)> execute_;
+  Interposer<decltype(::WaitForSingleObject)> wait_;
+  Interposer<decltype(::GetExitCodeProcess)> exit_code_;
+  Interposer<decltype(::CloseHandle)> close_;
+};
+
+}  // namespace nhupdate_test

@@ -1,0 +1,128 @@
+// Every call of every workflow into Windows fails once, in whole runs of the program.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+
+#include "base/strings.h"
+#include "tests/unit/faults/fault_rules.h"
+#include "tests/unit/faults/scenario.h"
+
+namespace nhupdate_test {
+namespace {
+
+
+constexpr wchar_t kInstalled[] = L"\\NHUpdateManager";
+constexpr wchar_t kStaged[] = L"\\Updater\\App\\NHUpdateManager";
+
+const Scenario kScenarios[] = {
+    {"Download", L"-download", kInstalled, 1, 0, "2.0.0", true, 12, {0, 1, 11, 12, 13, 14}},
+    {"NoUpdate", L"-download", kInstalled, 1, 0, "1.0.0", false, 11, {0, 1, 11, 12, 13, 14}},
+    {"Install", L"-install", kInstalled, 1, 0, "2.0.0", true, 0, {0, 1, 2, 4, 10}},
+    {"Update", L"-update", kInstalled, 0, 0, "2.0.0", true, 0, {0, 1, 10, 13, 14, 15, 16}},
+    {"FailedUpdate", L"-update", kInstalled, 0, 9, "2.0.0", true, 13, {0, 1, 10, 13, 14, 15, 16}},
+    {"SelfUpdate", L"-self_update", kStaged, 1, 0, "2.0.0", true, 0, {0, 1, 10, 15, 16}},
+    {"FinalUpdate", L"-final_update", kInstalled, 1, 0, "2.0.0", true, 0, {0, 1, 2, 4, 10}},
+};
+
+bool HasRecord(const RunReport& report, const std::wstring& beginning) {
+  return std::any_of(report.transcript.begin(), report.transcript.end(),
+                     [&](const std::wstring& record) { return record.starts_with(beginning); });
+}
+
+// A failed update leaves its updater's process open on purpose.
+std::size_t ProcessesLeftOpen(const Scenario& scenario, const RunReport& report) {
+  return scenario.update_exit_code != 0 && report.result == 13 ? 1 : 0;
+}
+
+// Retries and launches are few: at most ten copies, and one pause for stopped processes.
+void ExpectTheRunIsSound(const Scenario& scenario, const RunReport& clean,
+                         const RunReport& report) {
+  EXPECT_THAT(scenario.possible_results, testing::Contains(report.result));
+  EXPECT_EQ(report.still_open.size(), ProcessesLeftOpen(scenario, report))
+      << testing::PrintToString(report.still_open);
+  EXPECT_EQ(report.closed_twice, 0);
+  EXPECT_LE(report.sleeps, 11u);
+  EXPECT_LE(report.launches, clean.launches + 1);
+}
+
+void ExpectTheRuleIsKept(const FaultRule& rule, DWORD error, const Scenario& scenario,
+                         const RunReport& clean, const RunReport& report) {
+  EXPECT_EQ(report.result, rule.result.value_or(scenario.clean_result));
+  if (rule.record == nullptr) {
+    EXPECT_NE(rule.why_no_record, nullptr);
+    return;
+  }
+  std::wstring record = rule.record;
+  nhupdate::ReplaceAll(record, L"{error}", std::to_wstring(error));
+  EXPECT_FALSE(HasRecord(clean, record)) << "The record says nothing about the failure.";
+  EXPECT_TRUE(HasRecord(report, record)) << testing::PrintToString(record) << " is not in "
+                                         << testing::PrintToString(report.transcript);
+}
+
+class FaultsTest : public testing::TestWithParam<Scenario> {
+ protected:
+  void FailEveryCall(DWORD error_of_even_calls, DWORD error_of_odd_calls) {
+    const Scenario& scenario = GetParam();
+    const RunReport clean = RunWithFault(scenario, {});
+    for (std::size_t index = 0; index < clean.calls.size() && !HasFailure(); ++index) {
+      const Call& call = clean.calls[index];
+      SCOPED_TRACE(testing::Message() << "call " << index << ": " << call.function << " "
+                                      << testing::PrintToString(call.detail) << ", occurrence "
+                                      << call.occurrence);
+      const FaultRule* rule = FindRule(scenario.name, call);
+      ASSERT_NE(rule, nullptr) << "There is no rule for this call.";
+      const DWORD error = index % 2 == 0 ? error_of_even_calls : error_of_odd_calls;
+
+      const RunReport report = RunWithFault(scenario, {.call = index, .function = {}, .error = error});
+
+      ASSERT_GT(report.calls.size(), index);
+      EXPECT_EQ(report.calls[index], call) << "Another call has failed.";
+      ExpectTheRunIsSound(scenario, clean, report);
+      ExpectTheRuleIsKept(*rule, error, scenario, clean, report);
+    }
+  }
+};
+
+TEST_P(FaultsTest, NothingFailsInACleanRun) {
+  const RunReport clean = RunWithFault(GetParam(), {});
+
+  EXPECT_EQ(clean.result, GetParam().clean_result);
+  EXPECT_GT(clean.calls.size(), 25u);
+  ExpectTheRunIsSound(GetParam(), clean, clean);
+}
+
+// Each call meets two errors: one here, and one in the next test.
+TEST_P(FaultsTest, EveryCallThatFindsNothingOrNoAccessIsAnsweredFor) {
+  FailEveryCall(ERROR_FILE_NOT_FOUND, ERROR_ACCESS_DENIED);
+}
+
+TEST_P(FaultsTest, EveryCallThatMeetsALockOrAFullDiskIsAnsweredFor) {
+  FailEveryCall(ERROR_SHARING_VIOLATION, ERROR_DISK_FULL);
+}
+
+// What then comes of the run differs too much for a rule, but it must come to a sound end.
+TEST_P(FaultsTest, AFunctionThatAlwaysFailsIsSurvived) {
+  const RunReport clean = RunWithFault(GetParam(), {});
+  std::set<std::string> functions;
+  for (const Call& call : clean.calls) {
+    functions.insert(call.function);
+  }
+  for (const std::string& function : functions) {
+    SCOPED_TRACE(function);
+
+    const RunReport report =
+        RunWithFault(GetParam(), {.call = {}, .function = function, .error = ERROR_ACCESS_DENIED});
+
+    ExpectTheRunIsSound(GetParam(), clean, report);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(AllWorkflows, FaultsTest, testing::ValuesIn(kScenarios),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,111 @@
+#pragma once
+
+// One function of Windows that is counted and that can fail. Its calls are described by their text
+// arguments and by what their handles were opened for.
+
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "base/windows.h"
+#include "tests/support/interposer.h"
+#include "tests/unit/faults/call_ledger.h"
+
+#include <shellapi.h>  // needs <windows.h> first
+
+namespace nhupdate_test {
+
+namespace faulty_function_detail {
+
+inline void Append(std::wstring& detail, const std::wstring& part) {
+  if (!part.empty()) {
+    detail += detail.empty() ? part : L" | " + part;
+  }
+}
+
+template <typename Argument>
+void Describe(std::wstring& detail, const CallLedger& ledger, const Argument& argument) {
+  if constexpr (std::is_same_v<Argument, const wchar_t*>) {
+    Append(detail, argument == nullptr ? L"" : argument);
+  } else if constexpr (std::is_same_v<Argument, const char*>) {
+    const std::string text = argument == nullptr ? "" : argument;
+    Append(detail, std::wstring(text.begin(), text.end()));
+  } else if constexpr (std::is_same_v<Argument, SHELLEXECUTEINFOW*>) {
+    Append(detail, argument->lpFile);
+    Append(detail, argument->lpParameters);
+  } else if constexpr (std::is_same_v<Argument, HANDLE> || std::is_same_v<Argument, HKEY>) {
+    Append(detail, ledger.DetailOf(argument));
+  }
+}
+
+// The one function whose numbers tell its calls apart.
+inline std::wstring DetailOfOpenProcess(DWORD access, BOOL, DWORD process_id) {
+  return L"process " + std::to_wstring(process_id) +
+         ((access & PROCESS_TERMINATE) != 0 ? L" to end it" : L" to read it");
+}
+
+template <typename... Arguments>
+std::wstring DetailOfCall(const CallLedger& ledger, const Arguments&... arguments) {
+  std::wstring detail;
+  (Describe(detail, ledger, arguments), ...);
+  return detail;
+}
+
+// A call that opens nothing.
+struct OpensNothing {
+  template <typename... Arguments>
+  void operator()(CallLedger&, const std::wstring&, const Arguments&...) const {}
+};
+
+}  // namespace faulty_function_detail
+
+template <typename Signature>
+class FaultyFunction;
+
+template <typename Result, typename... Arguments>
+class FaultyFunction<Result(Arguments...)> {
+ public:
+  // `fail` gets the error and the arguments, sets the last error where that is how the function
+  // reports it, and returns the result. `note` gets the result and the arguments of a call that
+  // was passed on, and tells the ledger what it opened.
+  template <typename Fail, typename Note = faulty_function_detail::OpensNothing>
+  FaultyFunction(CallLedger& ledger, const char* name, Fail fail, Note note = {})
+      : function_(name, [this, &ledger, name, fail, note](Arguments... arguments) -> Result {
+          std::wstring detail;
+          if constexpr (std::is_same_v<Result(Arguments...), decltype(::OpenProcess)>) {
+            detail = faulty_function_detail::DetailOfOpenProcess(arguments...);
+          } else {
+            detail = faulty_function_detail::DetailOfCall(ledger, arguments...);
+          }
+          if (ledger.CountAndDecide(name, detail)) {
+            return static_cast<Result>(fail(ledger.Error(), arguments...));
+          }
+          const Result result = function_.Original()(arguments...);
+          const DWORD error = ::GetLastError();
+          note(ledger, detail, result, arguments...);
+          ::SetLastError(error);
+          return result;
+        }) {}
+
+ private:
+  Interposer<Result(Arguments...)> function_;
+};
+
+// Tells the ledger of what is closed; it never fails.
+template <typename Signature>
+class CountedClose;
+
+template <typename Result, typename Resource>
+class CountedClose<Result(Resource)> {
+ public:
+  CountedClose(CallLedger& ledger, const char* name, ResourceKind kind)
+      : function_(name, [this, &ledger, kind](Resource resource) {
+          ledger.Closed(kind, resource);
+          return function_.Original()(resource);
+        }) {}
+
+ private:
+  Interposer<Result(Resource)> function_;
+};
+
+}  // namespace nhupdate_test

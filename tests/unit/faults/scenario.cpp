@@ -1,0 +1,149 @@
+#include "tests/unit/faults/scenario.h"
+
+#include "app/program.h"
+#include "tests/support/files.h"
+#include "tests/support/installed_product.h"
+#include "tests/support/interposer.h"
+#include "tests/support/recorded_boxes.h"
+#include "tests/support/recorded_sleeps.h"
+#include "tests/support/scratch_local_machine.h"
+#include "tests/support/scripted_processes.h"
+#include "tests/support/scripted_shell.h"
+#include "tests/unit/faults/faulty_windows.h"
+
+namespace nhupdate_test {
+
+namespace {
+
+constexpr DWORD kOtherCopy = 4242;
+
+std::string VersionFile(const std::string& version) {
+  return "[ProductVersion]\r\nVersion=" + version + "\r\n";
+}
+
+// As little as makes every step of every workflow do something.
+void LayOut(const InstalledProduct& product, const Scenario& scenario) {
+  const std::wstring base = product.Base();
+  WriteFileBytes(base + L"\\Version.txt", VersionFile("1.0.0"));
+  CreateFolders(base + L"\\Empty");
+  WriteFileBytes(base + L"\\Data\\old.txt", "");
+  WriteFileBytes(base + L"\\NHUpdateManager\\NHUpdateManager.exe", "");
+  WriteFileBytes(base + L"\\Updater\\Updater.exe", "");
+  WriteFileBytes(base + L"\\Updater\\Config\\ut.ini", "");
+  WriteFileBytes(base + L"\\Updater\\NewUpdater\\new.dll", "");
+  WriteFileBytes(product.App() + L"\\Version.txt", VersionFile(scenario.staged_version));
+  WriteFileBytes(product.App() + L"\\Data\\new.txt", "");
+  WriteFileBytes(product.App() + L"\\CSUpdateManager\\CSUpdateManager.exe", "");
+  WriteFileBytes(product.App() + L"\\NHUpdateManager\\NHUpdateManager.exe", "");
+  WriteFileBytes(product.Module() + L"\\Config\\SteamLanguageMapping.ini",
+                 "[Language]\r\nenglish=en_US\r\n");
+  WriteFileBytes(product.Module() + L"\\Config\\NHUpdateManager.en.json",
+                 R"({"KEY_UPDATE_TITLE": "Update"})");
+}
+
+void CopyForShell(const std::wstring& text, PWSTR* copy) {
+  *copy = static_cast<wchar_t*>(::CoTaskMemAlloc((text.size() + 1) * sizeof(wchar_t)));
+  text.copy(*copy, text.size());
+  (*copy)[text.size()] = L'\0';
+}
+
+// The part of the machine that the scripted processes and the scripted shell leave out.
+class Machine {
+ public:
+  Machine(const InstalledProduct& product, const Scenario& scenario)
+      : command_line_(L"NHUpdateManager.exe " + std::wstring(scenario.mode_switch)),
+        executable_(product.Module() + L"\\NHUpdateManager.exe"),
+        program_data_(product.ProgramData()),
+        get_command_line_("GetCommandLineW", [this] { return command_line_.data(); }),
+        module_file_name_("GetModuleFileNameW",
+                          [this](HMODULE, wchar_t* buffer, DWORD) {
+                            executable_.copy(buffer, executable_.size());
+                            buffer[executable_.size()] = L'\0';
+                            return static_cast<DWORD>(executable_.size());
+                          }),
+        known_folder_("SHGetKnownFolderPath",
+                      [this](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
+                        CopyForShell(program_data_, path);
+                        return S_OK;
+                      }),
+        token_information_(
+            "GetTokenInformation",
+            [](HANDLE, TOKEN_INFORMATION_CLASS, void* information, DWORD, DWORD*) -> BOOL {
+              static_cast<TOKEN_ELEVATION*>(information)->TokenIsElevated = 1;
+              return TRUE;
+            }),
+        open_key_("RegOpenKeyExW",
+                  [this](HKEY, const wchar_t* path, DWORD options, REGSAM access, HKEY* key) {
+                    return open_key_.Original()(HKEY_LOCAL_MACHINE, path, options, access, key);
+                  }),
+        execute_("ShellExecuteW",
+                 [](HWND, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*, int) {
+                   return reinterpret_cast<HINSTANCE>(INT_PTR{42});
+                 }) {
+    if (scenario.has_steam) {
+      ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Valve\\Steam", L"Language", REG_SZ,
+                        L"english", sizeof(L"english"));
+    }
+  }
+
+ private:
+  std::wstring command_line_;
+  std::wstring executable_;
+  std::wstring program_data_;
+  ScratchLocalMachine local_machine_;
+  Interposer<decltype(::GetCommandLineW)> get_command_line_;
+  Interposer<decltype(::GetModuleFileNameW)> module_file_name_;
+  Interposer<decltype(::SHGetKnownFolderPath)> known_folder_;
+  Interposer<decltype(::GetTokenInformation)> token_information_;
+  Interposer<decltype(::RegOpenKeyExW)> open_key_;
+  Interposer<decltype(::ShellExecuteW)> execute_;
+};
+
+ShellAnswer AnswerOf(const Scenario& scenario, const RecordedLaunch& launch) {
+  if (launch.parameters.find(L"-CheckTask") != std::wstring::npos) {
+    return EndsWith(scenario.check_exit_code);
+  }
+  return EndsWith(launch.parameters.starts_with(L"NIMBAHUB") ? scenario.update_exit_code : 0);
+}
+
+}  // namespace
+
+void PrintTo(const Scenario& scenario, std::ostream* stream) {
+  *stream << scenario.name;
+}
+
+RunReport RunWithFault(const Scenario& scenario, const Fault& fault) {
+  InstalledProduct product({.module = scenario.module});
+  LayOut(product, scenario);
+  const Machine machine(product, scenario);
+  const RecordedBoxes boxes;
+  const RecordedSleeps sleeps;
+  const ScriptedProcesses processes({{kOtherCopy, L"C:\\Elsewhere\\NHUpdateManager.exe"},
+                                     {ScriptedShell::kProcessId, L"C:\\NHUpdateManager.exe"}});
+  const ScriptedShell shell(AnswerByLaunch(
+      [&](const RecordedLaunch& launch) { return AnswerOf(scenario, launch); }));
+
+  CallLedger ledger(fault);
+  const FaultyWindows windows(ledger);
+  ledger.Begin();
+  const int result = nhupdate::RunProgram();
+  ledger.End();
+
+  RunReport report;
+  report.result = result;
+  report.transcript = product.Transcript();
+  for (const Call& call : ledger.Calls()) {
+    report.calls.push_back(
+        {call.function, WithPlaceholders(call.detail, product.Root(), product.ProgramData()),
+         call.occurrence});
+  }
+  for (const std::wstring& detail : ledger.StillOpen()) {
+    report.still_open.push_back(WithPlaceholders(detail, product.Root(), product.ProgramData()));
+  }
+  report.closed_twice = ledger.ClosedTwice();
+  report.launches = shell.Launches().size();
+  report.sleeps = sleeps.Milliseconds().size();
+  return report;
+}
+
+}  // namespace nhupdate_test

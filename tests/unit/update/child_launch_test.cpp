@@ -1,0 +1,206 @@
+// What is logged of a launch, and what its caller learns.
+
+#include <gtest/gtest.h>
+
+#include "tests/unit/update/workflow_test.h"
+#include "update/child_launch.h"
+#include "update/launch_catalog.h"
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::LaunchOutcome;
+using nhupdate::LaunchState;
+
+struct MessageRow {
+  const char* name;
+  const nhupdate::ChildLaunch& launch;
+  const wchar_t* executable;
+  const wchar_t* not_found;
+  const wchar_t* failure;  // of error 5
+  const wchar_t* success;
+  const wchar_t* exit;  // of code 7; null for a child that isn't waited for
+};
+
+void PrintTo(const MessageRow& row, std::ostream* stream) {
+  *stream << row.name;
+}
+
+const MessageRow kMessageRows[] = {
+    {"CheckForUpdate", nhupdate::kCheckForUpdate, L"\\Updater.exe",
+     L"4|Update.exe not found : {root}\\Nimba Hub\\Place\\Updater.exe",
+     L"4|Fail to launch updater for download : 5", L"2|Launch updater success for check.",
+     L"2|Updater exit = 7"},
+    {"BackgroundDownload", nhupdate::kBackgroundDownload, L"\\Updater.exe",
+     L"4|Update.exe not found : {root}\\Nimba Hub\\Place\\Updater.exe",
+     L"4|Fail to launch updater for download : 5",
+     L"2|Launch updater success for baclground download.", nullptr},
+    {"CheckForUpdater", nhupdate::kCheckForUpdater, L"\\Updater.exe",
+     L"4|Update.exe not found : {root}\\Nimba Hub\\Place\\Updater.exe",
+     L"4|Fail to launch updater for check : 5", L"2|Launch updater success for check.",
+     L"2|Updater exit = 7"},
+    {"UpdateUpdater", nhupdate::kUpdateUpdater, L"\\Updater.exe",
+     L"4|Update.exe not found : {root}\\Nimba Hub\\Place\\Updater.exe",
+     L"4|Fail to launch updater for update : 5", L"2|Launch updater success for update.",
+     L"2|Updater exit = 7"},
+    {"UpdateProduct", nhupdate::kUpdateProduct, L"\\Updater.exe",
+     L"4|Update.exe not found : {root}\\Nimba Hub\\Place\\Updater.exe",
+     L"4|Fail to launch updater for update : 5", L"2|Launch updater success for update.",
+     L"2|Updater exit = 7"},
+    {"StartSelfUpdate", nhupdate::kStartSelfUpdate, L"\\NHUpdateManager.exe",
+     L"4|NHUpdateManager.exe not found : {root}\\Nimba Hub\\Place\\NHUpdateManager.exe",
+     L"4|Fail to launch NHUpdateManager for self update : 5",
+     L"2|Launch NHUpdateManager success for self update.", nullptr},
+    {"StartFinalUpdate", nhupdate::kStartFinalUpdate, L"\\NHUpdateManager.exe",
+     L"4|NHUpdateManager.exe not found for final update : "
+     L"{root}\\Nimba Hub\\Place\\NHUpdateManager.exe",
+     L"4|Fail to launch NHUpdateManager for final update : 5",
+     L"2|Launch NHUpdateManager success for final update.", nullptr},
+    {"DownloadNimbaCast", nhupdate::kDownloadNimbaCast, L"\\Updater.exe",
+     L"4|Update.exe not found : {root}\\Nimba Hub\\Place\\Updater.exe",
+     L"4|Fail to launch updater for download : 5", L"2|Launch updater success for download.",
+     L"2|Updater exit = 7"},
+    {"InstallNimbaCast", nhupdate::kInstallNimbaCast, L"\\CSUpdateManager.exe",
+     L"4|CSUpdateManager.exe not found : {root}\\Nimba Hub\\Place\\CSUpdateManager.exe",
+     L"4|Fail to launch CSUpdateManager for install : 5",
+     L"2|Launch CSUpdateManager success for install.", L"2|CSUpdateManager exit = 7"},
+};
+
+class ChildLaunchTest : public WorkflowTest, public testing::WithParamInterface<MessageRow> {
+ protected:
+  LaunchOutcome Launch() {
+    return Manager().Launch(GetParam().launch, product_.Base() + L"\\Place");
+  }
+
+  void AddExecutable() { AddFile(L"\\Place" + std::wstring(GetParam().executable)); }
+
+  // The records behind the three that announce the launch.
+  Lines Outcome() {
+    const Lines all = product_.Transcript();
+    return all.size() < 3 ? Lines() : Lines(all.begin() + 3, all.end());
+  }
+};
+
+TEST_P(ChildLaunchTest, DoesNotLaunchWhatIsMissing) {
+  ScriptedShell shell({});
+
+  const LaunchOutcome outcome = Launch();
+
+  EXPECT_EQ(outcome.state, LaunchState::kMissing);
+  EXPECT_EQ(Outcome(), Lines({GetParam().not_found}));
+}
+
+TEST_P(ChildLaunchTest, LogsTheErrorOfTheShell) {
+  AddExecutable();
+  ScriptedShell shell({FailsWith(ERROR_ACCESS_DENIED)});
+
+  const LaunchOutcome outcome = Launch();
+
+  EXPECT_EQ(outcome.state, LaunchState::kFailed);
+  EXPECT_EQ(Outcome(), Lines({GetParam().failure}));
+}
+
+TEST_P(ChildLaunchTest, TellsTheExitCodeOfAChildThatIsWaitedFor) {
+  AddExecutable();
+  ScriptedShell shell({EndsWith(7)});
+
+  const LaunchOutcome outcome = Launch();
+
+  EXPECT_EQ(outcome.state, LaunchState::kStarted);
+  if (GetParam().exit == nullptr) {
+    EXPECT_FALSE(outcome.exit_code.has_value());
+    EXPECT_EQ(Outcome(), Lines({GetParam().success}));
+  } else {
+    EXPECT_EQ(outcome.exit_code, DWORD{7});
+    EXPECT_EQ(Outcome(), Lines({GetParam().success, GetParam().exit}));
+  }
+}
+
+TEST_P(ChildLaunchTest, SaysNothingOfAnExitCodeThatCannotBeRead) {
+  AddExecutable();
+  ScriptedShell shell({EndsUnreadably()});
+
+  const LaunchOutcome outcome = Launch();
+
+  EXPECT_EQ(outcome.state, LaunchState::kStarted);
+  EXPECT_FALSE(outcome.exit_code.has_value());
+  EXPECT_EQ(Outcome(), Lines({GetParam().success}));
+}
+
+TEST_P(ChildLaunchTest, TakesAChildWithoutAProcessForStarted) {
+  AddExecutable();
+  ScriptedShell shell({HandedOver()});
+
+  const LaunchOutcome outcome = Launch();
+
+  EXPECT_EQ(outcome.state, LaunchState::kStarted);
+  EXPECT_FALSE(outcome.exit_code.has_value());
+  EXPECT_EQ(Outcome(), Lines({GetParam().success}));
+}
+
+TEST_P(ChildLaunchTest, LeavesItToTheShellToRefuseAFolder) {
+  CreateFolders(product_.Base() + L"\\Place" + GetParam().executable);
+  ScriptedShell shell({FailsWith(ERROR_ACCESS_DENIED)});
+
+  const LaunchOutcome outcome = Launch();
+
+  EXPECT_EQ(outcome.state, LaunchState::kFailed);
+  EXPECT_EQ(shell.Launches().size(), 1u);
+}
+
+INSTANTIATE_TEST_SUITE_P(AllLaunches, ChildLaunchTest, testing::ValuesIn(kMessageRows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+class UpdaterLaunchTest : public WorkflowTest {
+ protected:
+  LaunchOutcome Launch() {
+    return Manager().Launch(nhupdate::kCheckForUpdate, product_.Base() + L"\\Updater");
+  }
+};
+
+TEST_F(UpdaterLaunchTest, ShowsExitCodesSigned) {
+  struct Case {
+    DWORD code;
+    const wchar_t* line;
+  };
+  const Case cases[] = {
+      {0, L"2|Updater exit = 0"},          {1, L"2|Updater exit = 1"},
+      {2, L"2|Updater exit = 2"},          {259, L"2|Updater exit = 259"},
+      {0xFFFFFFFF, L"2|Updater exit = -1"}, {0x80000000, L"2|Updater exit = -2147483648"},
+  };
+  AddUpdater();
+  for (const Case& test_case : cases) {
+    product_.ForgetRecords();
+    ScriptedShell shell({EndsWith(test_case.code)});
+
+    const LaunchOutcome outcome = Launch();
+
+    EXPECT_EQ(outcome.exit_code, test_case.code);
+    EXPECT_EQ(product_.Transcript().back(), test_case.line);
+  }
+}
+
+TEST_F(UpdaterLaunchTest, ShowsErrorsSigned) {
+  struct Case {
+    DWORD error;
+    const wchar_t* line;
+  };
+  const Case cases[] = {
+      {ERROR_SUCCESS, L"4|Fail to launch updater for download : 0"},
+      {ERROR_CANCELLED, L"4|Fail to launch updater for download : 1223"},
+      {0x80070005, L"4|Fail to launch updater for download : -2147024891"},
+  };
+  AddUpdater();
+  for (const Case& test_case : cases) {
+    product_.ForgetRecords();
+    ScriptedShell shell({FailsWith(test_case.error)});
+
+    const LaunchOutcome outcome = Launch();
+
+    EXPECT_EQ(outcome.state, LaunchState::kFailed);
+    EXPECT_EQ(product_.Transcript().back(), test_case.line);
+  }
+}
+
+}  // namespace
+}  // namespace nhupdate_test

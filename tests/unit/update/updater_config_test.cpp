@@ -1,0 +1,93 @@
+#include <gtest/gtest.h>
+
+#include "base/existence.h"
+#include "tests/unit/update/workflow_test.h"
+
+namespace nhupdate_test {
+namespace {
+
+constexpr wchar_t kConfig[] = L"\\Updater\\Config\\ut.ini";
+constexpr wchar_t kOkLine[] =
+    L"2|Updater config file delete ok : {root}\\Nimba Hub\\Updater\\Config\\ut.ini";
+
+class UpdaterConfigTest : public WorkflowTest {
+ protected:
+  bool ConfigExists() { return nhupdate::Exists(product_.Base() + kConfig); }
+};
+
+TEST_F(UpdaterConfigTest, DeletesTheConfigurationOfTheInstalledCopy) {
+  AddFile(kConfig);
+
+  const int result = Manager().DeleteUpdaterConfig(0);
+
+  EXPECT_EQ(result, 1);
+  EXPECT_FALSE(ConfigExists());
+  EXPECT_EQ(product_.Transcript(), Lines({kOkLine}));
+}
+
+TEST_F(UpdaterConfigTest, SaysThatThereIsNone) {
+  const int result = Manager().DeleteUpdaterConfig(0);
+
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(
+      product_.Transcript(),
+      Lines({L"4|Updater config file note found : {root}\\Nimba Hub\\Updater\\Config\\ut.ini"}));
+}
+
+TEST_F(UpdaterConfigTest, LogsWhyALockedFileStays) {
+  AddFile(kConfig);
+  const nhupdate::UniqueFile holder(::CreateFileW((product_.Base() + kConfig).c_str(), GENERIC_READ,
+                                                  FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0,
+                                                  nullptr));
+
+  const int result = Manager().DeleteUpdaterConfig(0);
+
+  EXPECT_EQ(result, 1);
+  EXPECT_TRUE(ConfigExists());
+  EXPECT_EQ(product_.Transcript(), Lines({L"4|Updater config file delete fail (32) : "
+                                          L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"}));
+}
+
+TEST_F(UpdaterConfigTest, CannotDeleteAFolderOfThatName) {
+  CreateFolders(product_.Base() + kConfig);
+
+  const int result = Manager().DeleteUpdaterConfig(0);
+
+  EXPECT_EQ(result, 1);
+  EXPECT_EQ(product_.Transcript(), Lines({L"4|Updater config file delete fail (5) : "
+                                          L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"}));
+}
+
+TEST_F(UpdaterConfigTest, LooksTwoFoldersAboveTheModuleForAnyOtherArgument) {
+  for (const int argument : {1, 2, -1}) {
+    // Seen from base\NHUpdateManager that is beside the base folder.
+    WriteFileBytes(product_.Root() + L"\\Config\\ut.ini", "");
+    AddFile(kConfig);
+    product_.ForgetRecords();
+
+    const int result = Manager().DeleteUpdaterConfig(argument);
+
+    EXPECT_EQ(result, 1);
+    EXPECT_TRUE(ConfigExists());
+    EXPECT_EQ(product_.Transcript(),
+              Lines({L"2|Updater config file delete ok : {root}\\Config\\ut.ini"}));
+  }
+}
+
+class StagedUpdaterConfigTest : public WorkflowTest {
+ protected:
+  StagedUpdaterConfigTest() : WorkflowTest({.module = L"\\Updater\\App\\NHUpdateManager"}) {}
+};
+
+TEST_F(StagedUpdaterConfigTest, DeletesTheSameFileFromTheStagedCopy) {
+  AddFile(kConfig);
+
+  const int result = Manager().DeleteUpdaterConfig(1);
+
+  EXPECT_EQ(result, 1);
+  EXPECT_FALSE(nhupdate::Exists(product_.Base() + kConfig));
+  EXPECT_EQ(product_.Transcript(), Lines({kOkLine}));
+}
+
+}  // namespace
+}  // namespace nhupdate_test
