@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "base/existence.h"
+#include "tests/end_to_end/support/folder_link.h"
 #include "tests/log_library/loaded_log_library.h"
 #include "tests/log_library/log_records.h"
 #include "tests/support/files.h"
@@ -15,10 +16,6 @@ namespace {
 using testing::ElementsAre;
 
 const std::wstring kFullFile(16 * 1024, L'x');
-
-void MakeLink(const std::wstring& link, const std::wstring& target) {
-  ASSERT_TRUE(::CreateSymbolicLinkW(link.c_str(), target.c_str(), 0)) << ::GetLastError();
-}
 
 TEST(PlantedNamesTest, AFileOfSeveralNamesIsRefused) {
   const LogPlace place;
@@ -34,11 +31,11 @@ TEST(PlantedNamesTest, AFileOfSeveralNamesIsRefused) {
   EXPECT_EQ(ReadFileBytes(place.Outside(L"victim")), "precious");
 }
 
-// Wine follows the link when it opens the file, so here the resolved path tells.
+// Wine follows the link when it opens the file; there it is the resolved path that tells.
 TEST(PlantedNamesTest, ALinkToAFileIsRefused) {
   const LogPlace place;
   WriteFileBytes(place.Outside(L"victim"), "precious");
-  MakeLink(place.CurrentFile(), place.Outside(L"victim"));
+  CreateLink(place.CurrentFile(), place.Outside(L"victim"));
   LoadedLogLibrary library;
 
   const int result = library.Start(place.Settings(), place.Folder());
@@ -144,7 +141,7 @@ TEST(PlantedNamesTest, ALinkPlantedWhileTheLogIsRotatedIsNotWrittenThrough) {
         library.Module(), "SetFileInformationByHandle",
         [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
           const BOOL done = rename.Original()(file, kind, information, size);
-          MakeLink(place.CurrentFile(), place.Outside(L"victim"));
+          CreateLink(place.CurrentFile(), place.Outside(L"victim"));
           return done;
         });
     library.Write(L"next");
@@ -158,7 +155,7 @@ TEST(PlantedNamesTest, NamesThatAreTakenArePassedOverWhateverIsThere) {
   const LogPlace place("MaxFileSizeKB=16\nMaxFiles=10\n");
   WriteFileBytes(place.Outside(L"victim"), "precious");
   CreateFolders(place.RotatedFile(1));
-  MakeLink(place.RotatedFile(2), place.Outside(L"victim"));
+  CreateLink(place.RotatedFile(2), place.Outside(L"victim"));
   ASSERT_TRUE(::CreateHardLinkW(place.RotatedFile(3).c_str(), place.Outside(L"victim").c_str(),
                                 nullptr));
   WriteFileBytes(place.Folder() + L"\\NHUPDATEMANAGER.4.LOG", "x");
@@ -173,15 +170,15 @@ TEST(PlantedNamesTest, NamesThatAreTakenArePassedOverWhateverIsThere) {
   EXPECT_EQ(ReadFileBytes(place.Outside(L"victim")), "precious");
 }
 
-TEST(PlantedNamesTest, DeletingRotatedFilesLeavesTheTargetsOfLinksAlone) {
+TEST(PlantedNamesTest, DeletingRotatedFilesLeavesAloneWhatLinksLeadTo) {
   const LogPlace place("MaxFiles=1\n");
   WriteFileBytes(place.Outside(L"victim"), "precious");
   WriteFileBytes(place.Outside(L"folder\\file"), "precious");
   CreateFolders(place.RotatedFile(1) + L"\\inside");
-  MakeLink(place.RotatedFile(2), place.Outside(L"victim"));
+  CreateLink(place.RotatedFile(2), place.Outside(L"victim"));
   ASSERT_TRUE(::CreateHardLinkW(place.RotatedFile(3).c_str(), place.Outside(L"victim").c_str(),
                                 nullptr));
-  MakeLink(place.RotatedFile(4), place.Outside(L"folder"));
+  CreateLink(place.RotatedFile(4), place.Outside(L"folder"));
   LoadedLogLibrary library;
 
   const int result = library.Start(place.Settings(), place.Folder());
