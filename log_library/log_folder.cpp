@@ -35,8 +35,10 @@ std::uint64_t CurrentTime() {
 
 StartResult CLogFolder::Open(const std::wstring& path) {
   path_ = FullPath(path);
-  // With the backslash a drive's root folder is meant and not the drive itself.
-  const UniqueFile folder = OpenUnfollowed(path_ + L"\\", 0, OPEN_EXISTING);
+  // Without a backslash the name of a drive means the drive itself; with one, the name of a link
+  // could mean what it leads to.
+  const std::wstring own_name = path_.ends_with(L':') ? path_ + L"\\" : path_;
+  const UniqueFile folder = OpenUnfollowed(own_name, 0, OPEN_EXISTING);
   OpenedFile opened;
   if (!folder.IsValid() || !Inspect(folder, opened) || !opened.IsFolder()) {
     return StartResult::kFolderNotUsable;

@@ -72,7 +72,7 @@ TEST(LogLifetimeTest, StopClosesTheFile) {
 
 // More often than a process has slots for thread-local data, which are easily leaked by a library.
 TEST(LogLifetimeTest, ManyRunsLeakNoHandle) {
-  constexpr int kRuns = 1500;
+  constexpr int kRuns = 1200;
   const LogPlace place("MaxFileSizeKB=64\nMaxFiles=2\n");
   RunOnce(place);
   const DWORD before = OpenHandles();

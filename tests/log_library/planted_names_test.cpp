@@ -170,6 +170,25 @@ TEST(PlantedNamesTest, NamesThatAreTakenArePassedOverWhateverIsThere) {
   EXPECT_EQ(ReadFileBytes(place.Outside(L"victim")), "precious");
 }
 
+TEST(PlantedNamesTest, AFileThatAppearsUnderTheNewNameIsNotReplaced) {
+  const LogPlace place("MaxFileSizeKB=16\n");
+  LoadedLogLibrary library;
+  std::ignore = library.Start(place.Settings(), place.Folder());
+  library.Write(kFullFile);
+  {
+    Interposer<decltype(::SetFileInformationByHandle)> rename(
+        library.Module(), "SetFileInformationByHandle",
+        [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
+          WriteFileBytes(place.RotatedFile(1), "precious");
+          return rename.Original()(file, kind, information, size);
+        });
+    library.Write(L"next");
+  }
+
+  EXPECT_EQ(ReadFileBytes(place.RotatedFile(1)), "precious");
+  EXPECT_EQ(ReadTexts(place.CurrentFile()).back(), "next");
+}
+
 TEST(PlantedNamesTest, DeletingRotatedFilesLeavesAloneWhatLinksLeadTo) {
   const LogPlace place("MaxFiles=1\n");
   WriteFileBytes(place.Outside(L"victim"), "precious");
