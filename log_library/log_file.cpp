@@ -32,7 +32,7 @@ StartResult CLogFile::Open(const CLogFolder& folder) {
   }
   // The resolved path tells when the folder, or one above it, was exchanged since it was looked at.
   if (opened.IsLink() || opened.IsFolder() || opened.name_count != 1 ||
-      !folder.IsCurrentFile(ResolvedPath(file))) {
+      !folder.IsCurrentFile(file)) {
     return StartResult::kFileNotTrustworthy;
   }
   file_ = std::move(file);

@@ -35,8 +35,10 @@ std::uint64_t CurrentTime() {
 
 StartResult CLogFolder::Open(const std::wstring& path) {
   path_ = FullPath(path);
-  // With the backslash a drive's root folder is meant and not the drive itself.
-  const UniqueFile folder = OpenUnfollowed(path_ + L"\\", 0, OPEN_EXISTING);
+  // Without a backslash the name of a drive means the drive itself; with one, the name of a link
+  // could mean what it leads to.
+  const std::wstring own_name = path_.ends_with(L':') ? path_ + L"\\" : path_;
+  const UniqueFile folder = OpenUnfollowed(own_name, 0, OPEN_EXISTING);
   OpenedFile opened;
   if (!folder.IsValid() || !Inspect(folder, opened) || !opened.IsFolder()) {
     return StartResult::kFolderNotUsable;
@@ -72,13 +74,30 @@ void CLogFolder::DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_d
     if (kept < max_count && !is_too_old) {
       ++kept;
     } else {
-      ::DeleteFileW((path_ + L"\\" + file.name).c_str());
+      Delete(L"\\" + file.name);
     }
   }
 }
 
-bool CLogFolder::IsCurrentFile(const std::wstring& resolved_path) const {
-  return resolved_path == resolved_path_ + kCurrentName;
+bool CLogFolder::IsCurrentFile(const UniqueFile& file) const {
+  return IsNamed(file, kCurrentName);
+}
+
+bool CLogFolder::IsNamed(const UniqueFile& file, const std::wstring& name) const {
+  return ResolvedPath(file) == resolved_path_ + name;
+}
+
+void CLogFolder::Delete(const std::wstring& name) const {
+  const UniqueFile file = OpenUnfollowed(path_ + name, DELETE, OPEN_EXISTING);
+  OpenedFile opened;
+  if (!file.IsValid() || !Inspect(file, opened) || opened.IsLink() || opened.IsFolder() ||
+      !IsNamed(file, name)) {
+    return;
+  }
+  FILE_DISPOSITION_INFO disposition = {};
+  disposition.DeleteFile = TRUE;
+  ::SetFileInformationByHandle(file.Get(), FileDispositionInfo, &disposition,
+                               sizeof(disposition));
 }
 
 }  // namespace nhupdate

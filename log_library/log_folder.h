@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 
+#include "base/unique_handle.h"
 #include "log_library/start_result.h"
 
 namespace nhupdate {
@@ -23,14 +24,19 @@ class CLogFolder {
   [[nodiscard]] std::wstring NextRotatedFile() const;
 
   // Deletes rotated files: those that were written last more than `max_age_days` ago, and the
-  // oldest beyond `max_count`. What can't be deleted stays until the next time. Only names are
-  // deleted: what a planted link points to is left alone, and so are folders.
+  // oldest beyond `max_count`. What can't be deleted stays until the next time; links and folders,
+  // which only others can have put there, stay in any case.
   void DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_days) const;
 
-  // True when the path, with links resolved, is that of a current file in this very folder.
-  [[nodiscard]] bool IsCurrentFile(const std::wstring& resolved_path) const;
+  // True when the file is the current one of this very folder, and not one that a link on the way
+  // led to.
+  [[nodiscard]] bool IsCurrentFile(const UniqueFile& file) const;
 
  private:
+  // `name` begins with a backslash.
+  [[nodiscard]] bool IsNamed(const UniqueFile& file, const std::wstring& name) const;
+  void Delete(const std::wstring& name) const;
+
   std::wstring path_;
   std::wstring resolved_path_;
 };

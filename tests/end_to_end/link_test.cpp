@@ -15,9 +15,9 @@ TEST_F(LinkEndToEndTest, WhatALinkLeadsToSurvivesAnUpdate) {
   WriteFileBytes(outside + L"\\cam.dll", "not ours");
   WriteFileBytes(outside + L"\\Deep\\file.txt", "not ours either");
   RemoveTree(hub_.Base() + L"\\Plugins\\Cameras");
-  CreateFolderLink(hub_.Base() + L"\\Plugins\\Cameras", outside);
+  CreateLink(hub_.Base() + L"\\Plugins\\Cameras", outside);
   CreateFolders(hub_.Scratch() + L"\\Outside and empty\\Emptier");
-  CreateFolderLink(hub_.Base() + L"\\Link", hub_.Scratch() + L"\\Outside and empty");
+  CreateLink(hub_.Base() + L"\\Link", hub_.Scratch() + L"\\Outside and empty");
 
   if (!IsKindOfLinkTold(hub_.Base() + L"\\Link")) {
     GTEST_SKIP() << "This system shows links as folders of an unknown kind.";

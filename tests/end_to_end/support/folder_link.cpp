@@ -26,9 +26,9 @@ std::wstring UnixPath(UnixFileName unix_file_name, const std::wstring& path) {
 
 // Wine can't make links, but the system below it can.
 bool LinkOutsideOfWine(UnixFileName unix_file_name, const std::wstring& link,
-                       const std::wstring& folder) {
+                       const std::wstring& target) {
   const std::wstring parent = link.substr(0, link.rfind(L'\\'));
-  std::wstring command_line = L"ln -s -T \"" + UnixPath(unix_file_name, folder) + L"\" \"" +
+  std::wstring command_line = L"ln -s -T \"" + UnixPath(unix_file_name, target) + L"\" \"" +
                               UnixPath(unix_file_name, parent) + L"/" +
                               link.substr(link.rfind(L'\\') + 1) + L"\"";
   STARTUPINFOW startup = {};
@@ -50,15 +50,22 @@ bool LinkOutsideOfWine(UnixFileName unix_file_name, const std::wstring& link,
   return false;
 }
 
+DWORD KindOf(const std::wstring& target) {
+  const DWORD attributes = ::GetFileAttributesW(target.c_str());
+  const bool is_folder =
+      attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  return is_folder ? SYMBOLIC_LINK_FLAG_DIRECTORY : 0;
+}
+
 }  // namespace
 
-void CreateFolderLink(const std::wstring& link, const std::wstring& folder) {
-  if (::CreateSymbolicLinkW(link.c_str(), folder.c_str(), SYMBOLIC_LINK_FLAG_DIRECTORY) &&
+void CreateLink(const std::wstring& link, const std::wstring& target) {
+  if (::CreateSymbolicLinkW(link.c_str(), target.c_str(), KindOf(target)) &&
       ::GetFileAttributesW(link.c_str()) != INVALID_FILE_ATTRIBUTES) {
     return;
   }
   const UnixFileName unix_file_name = FindUnixFileName();
-  EXPECT_TRUE(unix_file_name != nullptr && LinkOutsideOfWine(unix_file_name, link, folder))
+  EXPECT_TRUE(unix_file_name != nullptr && LinkOutsideOfWine(unix_file_name, link, target))
       << "Can't make the link " << ToUtf8(link);
 }
 

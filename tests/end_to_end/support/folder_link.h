@@ -4,8 +4,8 @@
 
 namespace nhupdate_test {
 
-// Creates a link of that name to the folder; a test failure when that can't be done.
-void CreateFolderLink(const std::wstring& link, const std::wstring& folder);
+// Creates a link of that name to the file or folder; a test failure when that can't be done.
+void CreateLink(const std::wstring& link, const std::wstring& target);
 
 // Whether a listing tells what kind of link that is. Wine only says that it is some kind.
 [[nodiscard]] bool IsKindOfLinkTold(const std::wstring& link);
