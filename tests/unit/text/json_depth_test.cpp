@@ -1,0 +1,161 @@
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "tests/unit/text/json_table.h"
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::FreeValue;
+using nhupdate::JsonKind;
+using nhupdate::JsonValue;
+using nhupdate::ParseValue;
+
+constexpr int kDepth = 1'000'000;
+
+std::wstring Repeat(std::wstring_view text, int count) {
+  std::wstring repeated;
+  repeated.reserve(text.size() * static_cast<std::size_t>(count));
+  for (int index = 0; index < count; ++index) {
+    repeated += text;
+  }
+  return repeated;
+}
+
+int Read(JsonValue& value, const std::wstring& text) {
+  return ParseValue(value, text.c_str(), static_cast<int>(text.size()));
+}
+
+// The number of containers from the outermost to one that is empty, first children only.
+int Depth(const JsonValue& value) {
+  int depth = 0;
+  const JsonValue* next = &value;
+  while (next != nullptr) {
+    const JsonValue::Array* array = next->AsArray();
+    const JsonValue::Object* object = next->AsObject();
+    depth += array != nullptr || object != nullptr ? 1 : 0;
+    if (array != nullptr && !array->empty()) {
+      next = array->front().get();
+    } else if (object != nullptr && !object->empty()) {
+      next = object->begin()->second.get();
+    } else {
+      next = nullptr;
+    }
+  }
+  return depth;
+}
+
+void ExpectReadAndReleased(const std::wstring& text, int depth) {
+  JsonValue value;
+  EXPECT_EQ(Read(value, text), static_cast<int>(text.size()));
+  EXPECT_EQ(Depth(value), depth);
+  FreeValue(value);
+  EXPECT_EQ(value.Kind(), JsonKind::kNull);
+}
+
+TEST(JsonDepthTest, ReadsAndReleasesAMillionArrays) {
+  ExpectReadAndReleased(Repeat(L"[", kDepth) + Repeat(L"]", kDepth), kDepth);
+}
+
+TEST(JsonDepthTest, ReadsAndReleasesAMillionObjects) {
+  ExpectReadAndReleased(Repeat(L"{\"a\":", kDepth - 1) + L"{}" + Repeat(L"}", kDepth - 1), kDepth);
+}
+
+TEST(JsonDepthTest, ReadsAndReleasesArraysAndObjectsByTurns) {
+  ExpectReadAndReleased(Repeat(L"[{\"\":", kDepth / 2) + L"1" + Repeat(L"}, 2]", kDepth / 2),
+                        kDepth);
+}
+
+TEST(JsonDepthTest, ReleasesADeepValueThatGoesOutOfScope) {
+  auto value = std::make_unique<JsonValue>();
+  EXPECT_GT(Read(*value, Repeat(L"[0,", kDepth) + Repeat(L"]", kDepth)), 0);
+
+  value.reset();
+
+  EXPECT_EQ(value, nullptr);
+}
+
+TEST(JsonDepthTest, ReleasesADeepValueThatIsReplaced) {
+  JsonValue value;
+  EXPECT_GT(Read(value, Repeat(L"[", kDepth) + Repeat(L"]", kDepth)), 0);
+
+  EXPECT_EQ(Read(value, L"true"), 4);
+
+  EXPECT_EQ(Describe(value), "true");
+}
+
+TEST(JsonDepthTest, AddsUpTheFailureInTheInnermostOfAMillionArrays) {
+  JsonValue value;
+
+  EXPECT_EQ(Read(value, Repeat(L"[", kDepth) + L"x" + Repeat(L"]", kDepth)), -(kDepth + 1));
+
+  EXPECT_EQ(value.Kind(), JsonKind::kNull);
+}
+
+TEST(JsonDepthTest, ReportsOnlyTheOutermostOfAMillionObjects) {
+  JsonValue value;
+
+  EXPECT_EQ(Read(value, Repeat(L"{\"a\":", kDepth) + L"x" + Repeat(L"}", kDepth)), -5);
+
+  EXPECT_EQ(value.Kind(), JsonKind::kNull);
+}
+
+TEST(JsonDepthTest, RefusesAMillionOpeningsWithoutAnEnd) {
+  JsonValue value;
+
+  EXPECT_EQ(Read(value, Repeat(L"[", kDepth)), -1);
+  EXPECT_EQ(Read(value, Repeat(L"{\"a\":", kDepth)), -1);
+  EXPECT_EQ(Read(value, Repeat(L"[", kDepth) + L"]"), -(kDepth + 2));
+  EXPECT_EQ(Read(value, Repeat(L"[{\"a\":", kDepth) + L"]"), -2);
+  EXPECT_EQ(Read(value, Repeat(L"[", kDepth) + L"{" + Repeat(L"]", kDepth)), -(kDepth + 1));
+
+  EXPECT_EQ(value.Kind(), JsonKind::kNull);
+}
+
+TEST(JsonSizeTest, ReadsAMillionElements) {
+  const std::wstring text = L"[" + Repeat(L"7,", kDepth) + L"]";
+  JsonValue value;
+
+  EXPECT_EQ(Read(value, text), static_cast<int>(text.size()));
+
+  ASSERT_NE(value.AsArray(), nullptr);
+  EXPECT_EQ(value.AsArray()->size(), static_cast<std::size_t>(kDepth));
+}
+
+TEST(JsonSizeTest, KeepsOneOfAMillionMembersWithTheSameKey) {
+  const std::wstring text = L"{" + Repeat(L"\"a\":[]", kDepth) + L"\"a\":7}";
+  JsonValue value;
+
+  EXPECT_EQ(Read(value, text), static_cast<int>(text.size()));
+
+  EXPECT_EQ(Describe(value), R"({"a":7})");
+}
+
+TEST(JsonSizeTest, ReadsAStringOfMillionsOfUnits) {
+  const std::wstring text = L"\"" + Repeat(L"a\\n\\u0041", kDepth) + L"\"";
+  JsonValue value;
+
+  EXPECT_EQ(Read(value, text), static_cast<int>(text.size()));
+
+  ASSERT_NE(value.AsString(), nullptr);
+  EXPECT_TRUE(*value.AsString() == Repeat(L"a\nA", kDepth));
+}
+
+TEST(JsonSizeTest, ReadsNumbersOfAMillionDigits) {
+  const std::wstring digits = Repeat(L"1", kDepth);
+  JsonValue value;
+
+  EXPECT_EQ(Read(value, digits + L","), kDepth);
+  EXPECT_EQ(Describe(value), "9223372036854775807");
+
+  EXPECT_EQ(Read(value, L"-" + digits + L".5,"), kDepth + 3);
+  EXPECT_EQ(Describe(value), "real -inf");
+
+  EXPECT_EQ(Read(value, L"1." + digits + L","), kDepth + 2);
+  EXPECT_EQ(Describe(value), "real 1.1111111111111112");
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,154 @@
+#include "text/json_value.h"
+
+#include <climits>
+#include <initializer_list>
+#include <string>
+#include <utility>
+
+#include "tests/unit/text/json_table.h"
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::FreeValue;
+using nhupdate::JsonKind;
+using nhupdate::JsonValue;
+using nhupdate::ParseValue;
+
+constexpr const wchar_t* kTextsOfAllKinds[] = {
+    L"null", L"true", L"7,", L"0.5,", L"\"text\"", L"[1,[2],{\"a\":3}]", L"{\"a\":{\"b\":[[]]}}"};
+
+JsonValue ValueOf(std::wstring_view text) {
+  JsonValue value;
+  EXPECT_GT(ParseValue(value, text.data(), static_cast<int>(text.size())), 0);
+  return value;
+}
+
+TEST(JsonKindTest, HasFixedNumbers) {
+  EXPECT_EQ(static_cast<int>(JsonKind::kNull), 0);
+  EXPECT_EQ(static_cast<int>(JsonKind::kBoolean), 1);
+  EXPECT_EQ(static_cast<int>(JsonKind::kInteger), 2);
+  EXPECT_EQ(static_cast<int>(JsonKind::kReal), 3);
+  EXPECT_EQ(static_cast<int>(JsonKind::kString), 4);
+  EXPECT_EQ(static_cast<int>(JsonKind::kArray), 5);
+  EXPECT_EQ(static_cast<int>(JsonKind::kObject), 6);
+}
+
+TEST(JsonValueTest, IsNullAtFirst) {
+  const JsonValue value;
+
+  EXPECT_EQ(value.Kind(), JsonKind::kNull);
+}
+
+TEST(JsonValueTest, KnowsTheKindThatWasRead) {
+  int kind = 0;
+  for (const wchar_t* text : kTextsOfAllKinds) {
+    EXPECT_EQ(static_cast<int>(ValueOf(text).Kind()), kind) << DescribeString(text);
+    ++kind;
+  }
+}
+
+TEST(JsonValueTest, GivesThePayloadOfItsOwnKindOnly) {
+  int kind = 0;
+  for (const wchar_t* text : kTextsOfAllKinds) {
+    const JsonValue value = ValueOf(text);
+    EXPECT_EQ(value.AsBoolean() != nullptr, kind == 1) << DescribeString(text);
+    EXPECT_EQ(value.AsInteger() != nullptr, kind == 2) << DescribeString(text);
+    EXPECT_EQ(value.AsReal() != nullptr, kind == 3) << DescribeString(text);
+    EXPECT_EQ(value.AsString() != nullptr, kind == 4) << DescribeString(text);
+    EXPECT_EQ(value.AsArray() != nullptr, kind == 5) << DescribeString(text);
+    EXPECT_EQ(value.AsObject() != nullptr, kind == 6) << DescribeString(text);
+    ++kind;
+  }
+}
+
+TEST(FreeValueTest, LeavesNullOfEveryKind) {
+  for (const wchar_t* text : kTextsOfAllKinds) {
+    JsonValue value = ValueOf(text);
+
+    FreeValue(value);
+
+    EXPECT_EQ(value.Kind(), JsonKind::kNull) << DescribeString(text);
+  }
+}
+
+TEST(FreeValueTest, CanBeCalledAgain) {
+  JsonValue value = ValueOf(L"[1]");
+
+  FreeValue(value);
+  FreeValue(value);
+
+  EXPECT_EQ(value.Kind(), JsonKind::kNull);
+}
+
+TEST(FreeValueTest, ReleasesEveryDepth) {
+  std::wstring text = L"[]";
+  for (int depth = 1; depth < 12; ++depth) {
+    JsonValue value = ValueOf(text);
+
+    FreeValue(value);
+
+    EXPECT_EQ(value.Kind(), JsonKind::kNull);
+    text = depth % 2 == 0 ? L"[0," + text + L",{}]" : L"{\"a\":[" + text + L"],\"b\":[]}";
+  }
+}
+
+TEST(JsonValueTest, IsNullAfterItWasMovedFrom) {
+  JsonValue value = ValueOf(L"{\"a\":[1]}");
+
+  JsonValue constructed = std::move(value);
+  EXPECT_EQ(value.Kind(), JsonKind::kNull);  // NOLINT(bugprone-use-after-move): it is promised
+  JsonValue assigned = ValueOf(L"[2,[3]]");
+  assigned = std::move(constructed);
+
+  EXPECT_EQ(constructed.Kind(), JsonKind::kNull);  // NOLINT(bugprone-use-after-move)
+  EXPECT_EQ(Describe(assigned), R"({"a":[1]})");
+}
+
+TEST(JsonReaderTest, ReplacesTheValueOnlyWhenItSucceeds) {
+  JsonValue value = ValueOf(L"[1,[2]]");
+
+  EXPECT_EQ(ParseValue(value, L"{\"a\":x}", 7), -5);
+  EXPECT_EQ(Describe(value), "[1,[2]]");
+
+  EXPECT_EQ(ParseValue(value, L"{\"a\":1}", 7), 7);
+  EXPECT_EQ(Describe(value), R"({"a":1})");
+}
+
+TEST(JsonReaderTest, RefusesANullPointer) {
+  for (const JsonReader reader :
+       {nhupdate::ParseValue, nhupdate::ParseObject, nhupdate::ParseArray, nhupdate::ParseString,
+        nhupdate::ParseNumber, nhupdate::ParseLiteral}) {
+    JsonValue value = ValueOf(L"[7]");
+
+    EXPECT_EQ(reader(value, nullptr, 10), -1);
+
+    EXPECT_EQ(Describe(value), "[7]");
+  }
+  std::wstring string = L"as it was";
+  EXPECT_EQ(nhupdate::ScanString(nullptr, 10, string), -1);
+  EXPECT_EQ(string, L"as it was");
+}
+
+TEST(JsonReaderTest, RefusesABoundBelowOne) {
+  for (const int bound : {0, -1, INT_MIN}) {
+    EXPECT_EQ(ReadJson(nhupdate::ParseValue, L"null", bound), (JsonReading{-1}));
+    EXPECT_EQ(ReadJson(nhupdate::ParseObject, L"{}", bound), (JsonReading{-1}));
+    EXPECT_EQ(ReadJson(nhupdate::ParseArray, L"[]", bound), (JsonReading{-1}));
+    EXPECT_EQ(ReadJson(nhupdate::ParseString, L"\"\"", bound), (JsonReading{-1}));
+    EXPECT_EQ(ReadJson(nhupdate::ParseNumber, L"1,", bound), (JsonReading{-1}));
+    EXPECT_EQ(ReadJson(nhupdate::ParseLiteral, L"null", bound), (JsonReading{-1}));
+    EXPECT_EQ(ScanJsonString(L"\"\"", bound), (JsonReading{-1}));
+  }
+}
+
+TEST(JsonReaderTest, ReadsNoWhitespaceBeforeAValueOfOneKind) {
+  ExpectReadings(nhupdate::ParseObject, {{L" {}", -1}});
+  ExpectReadings(nhupdate::ParseArray, {{L" []", -4}});
+  ExpectReadings(nhupdate::ParseLiteral, {{L" null", -1}});
+  ExpectReadings(nhupdate::ParseNumber, {{L" 1,", 0, "0"}});
+  ExpectReadings(nhupdate::ParseString, {{L" \"a\"", 2, R"("")"}});
+}
+
+}  // namespace
+}  // namespace nhupdate_test
