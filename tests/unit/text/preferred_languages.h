@@ -1,0 +1,41 @@
+#pragma once
+
+// Windows' list of the user's preferred languages, replaced.
+
+#include <string>
+#include <vector>
+
+#include "base/windows.h"
+#include "tests/support/interposer.h"
+
+namespace nhupdate_test {
+
+class PreferredLanguages {
+ public:
+  // From the failing call on (1 for the first) every call fails.
+  explicit PreferredLanguages(std::vector<std::wstring> names, int failing_call = 0);
+
+  [[nodiscard]] int Calls() const { return interposer_.Calls(); }
+
+  // The arguments of the first call, then those of the second: flags, whether there was a buffer,
+  // and the units that it was said to hold.
+  struct Call {
+    DWORD flags = 0;
+    bool has_buffer = false;
+    ULONG units = 0;
+
+    bool operator==(const Call&) const = default;
+  };
+  [[nodiscard]] const std::vector<Call>& Arguments() const { return arguments_; }
+
+ private:
+  BOOL Answer(DWORD flags, ULONG* count, wchar_t* buffer, ULONG* units);
+
+  std::wstring list_;  // with a NUL behind every name and one at the end
+  ULONG count_;
+  int failing_call_;
+  std::vector<Call> arguments_;
+  Interposer<decltype(::GetUserPreferredUILanguages)> interposer_;
+};
+
+}  // namespace nhupdate_test

@@ -1,0 +1,124 @@
+#include "text/utf8.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <string>
+#include <tuple>
+
+#include "base/windows.h"
+#include "tests/support/interposer.h"
+
+namespace nhupdate_test {
+namespace {
+
+using namespace std::string_literals;
+
+std::wstring Convert(const std::string& bytes) {
+  return nhupdate::Utf8ToWide(bytes.data(), static_cast<int>(bytes.size()));
+}
+
+TEST(Utf8ToWideTest, ConvertsSequencesOfEveryLength) {
+  EXPECT_EQ(Convert("Az09~"), L"Az09~");
+  EXPECT_EQ(Convert("\xC3\xA9\xDF\xBF"), L"\u00E9\u07FF");
+  EXPECT_EQ(Convert("\xE0\xA0\x80\xE6\x96\xB0\xEF\xBF\xBF"), L"\u0800\u65B0\xFFFF");
+  EXPECT_EQ(Convert("\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"), L"\xD800\xDC00\xDBFF\xDFFF");
+}
+
+TEST(Utf8ToWideTest, ConvertsExactlyTheBytesThatAreCounted) {
+  const char bytes[] = {'a', 'b', 'c', 'd'};  // no terminator
+
+  EXPECT_EQ(nhupdate::Utf8ToWide(bytes, 4), L"abcd");
+  EXPECT_EQ(nhupdate::Utf8ToWide(bytes, 2), L"ab");
+  EXPECT_EQ(nhupdate::Utf8ToWide(bytes + 3, 1), L"d");
+}
+
+TEST(Utf8ToWideTest, KeepsNuls) {
+  EXPECT_EQ(Convert("a\0b\0"s), L"a\0b\0"s);
+  EXPECT_EQ(Convert("\0"s), L"\0"s);
+}
+
+TEST(Utf8ToWideTest, KeepsAMark) {
+  EXPECT_EQ(Convert("\xEF\xBB\xBF"
+                    "a"),
+            L"\xFEFF"
+            L"a");
+}
+
+TEST(Utf8ToWideTest, GivesNothingForACountBelowOne) {
+  EXPECT_EQ(nhupdate::Utf8ToWide("abc", 0), L"");
+  EXPECT_EQ(nhupdate::Utf8ToWide("abc", -1), L"");
+  EXPECT_EQ(nhupdate::Utf8ToWide("abc", INT_MIN), L"");
+  EXPECT_EQ(nhupdate::Utf8ToWide(nullptr, 0), L"");
+}
+
+TEST(Utf8ToWideTest, TurnsASingleInvalidByteIntoAReplacementCharacter) {
+  EXPECT_EQ(Convert("a\xFF"
+                    "b"),
+            L"a\uFFFD"
+            L"b");
+  EXPECT_EQ(Convert("\x80"), L"\uFFFD");
+  EXPECT_EQ(Convert("a\xC3"), L"a\uFFFD");
+  EXPECT_EQ(Convert("\xC3("), L"\uFFFD(");
+}
+
+// How many of them stand for a longer invalid sequence depends on the system's version.
+TEST(Utf8ToWideTest, ReplacesLongerInvalidSequencesAndGoesOnBehindThem) {
+  const std::string sequences[] = {
+      "\xC0\x80",          // longer than needed
+      "\xE0\x80\xAF",      // longer than needed
+      "\xED\xA0\x80",      // a surrogate
+      "\xF4\x90\x80\x80",  // beyond the last character
+      "\xE6\x96",          // cut off
+      "\xF0\x9F\x98",      // cut off
+  };
+  for (const std::string& sequence : sequences) {
+    const std::wstring text = Convert("a" + sequence + "b");
+
+    ASSERT_GE(text.size(), 3U);
+    EXPECT_EQ(text.front(), L'a');
+    EXPECT_EQ(text.back(), L'b');
+    EXPECT_EQ(text.find_first_not_of(L'\uFFFD', 1), text.size() - 1)
+        << testing::PrintToString(text);
+  }
+}
+
+TEST(Utf8ToWideTest, GivesNothingWhenTheConversionYieldsNothing) {
+  for (const int failing_call : {1, 2}) {
+    std::wstring text;
+    {
+      Interposer<decltype(::MultiByteToWideChar)> convert(
+          "MultiByteToWideChar", [&](UINT page, DWORD flags, const char* bytes, int byte_count,
+                                     wchar_t* units, int unit_count) {
+            return convert.Calls() == failing_call
+                       ? 0
+                       : convert.Original()(page, flags, bytes, byte_count, units, unit_count);
+          });
+      text = nhupdate::Utf8ToWide("abc", 3);
+      EXPECT_EQ(convert.Calls(), failing_call);
+    }
+
+    EXPECT_EQ(text, L"");
+  }
+}
+
+TEST(Utf8ToWideTest, UsesTheUtf8CodePageWithoutFlags) {
+  UINT page = 0;
+  DWORD flags = 1;
+  {
+    Interposer<decltype(::MultiByteToWideChar)> convert(
+        "MultiByteToWideChar",
+        [&](UINT asked_page, DWORD asked_flags, const char*, int, wchar_t*, int) {
+          page = asked_page;
+          flags = asked_flags;
+          return 0;
+        });
+    std::ignore = nhupdate::Utf8ToWide("abc", 3);
+  }
+
+  EXPECT_EQ(page, 65001U);
+  EXPECT_EQ(flags, 0U);
+}
+
+}  // namespace
+}  // namespace nhupdate_test
