@@ -51,6 +51,11 @@ if(NHUPDATE_SANITIZE)
   target_link_options(nhupdate_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(NHUPDATE_FUZZ)
+  # The fuzzer's main function comes with the fuzzers only.
+  target_compile_options(nhupdate_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 if(NHUPDATE_COVERAGE)
   # gcov's own bookkeeping would only disturb the figures when it is optimised.
   target_compile_options(nhupdate_options INTERFACE --coverage -O0 -fno-inline)

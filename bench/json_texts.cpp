@@ -1,0 +1,85 @@
+#include "bench/json_texts.h"
+
+#include <cstddef>
+#include <string_view>
+
+namespace nhupdate_bench {
+
+namespace {
+
+std::wstring Repeat(std::wstring_view text, int units) {
+  std::wstring repeated;
+  while (repeated.size() < static_cast<std::size_t>(units)) {
+    repeated += text;
+  }
+  return repeated;
+}
+
+std::wstring StringFile(int units) {
+  std::wstring text = L"{";
+  for (int index = 0; text.size() < static_cast<std::size_t>(units); ++index) {
+    text += L"\n  \"KEY_TEXT_" + std::to_wstring(index) +
+            L"\": \"The update could not be completed.\\nPlease try again later.\",";
+  }
+  text.back() = L'}';
+  return text;
+}
+
+std::wstring FlatArray(int units) {
+  return L"[" + Repeat(L"12,", units) + L"12]";
+}
+
+std::wstring NestedArrays(int units) {
+  return Repeat(L"[", units / 2) + Repeat(L"]", units / 2);
+}
+
+std::wstring NestedObjects(int units) {
+  const std::wstring opening = Repeat(L"{\"a\":", units * 5 / 6);
+  return opening + L"0" + std::wstring(opening.size() / 5, L'}');
+}
+
+std::wstring SiblingArrays(int units) {
+  return L"[" + Repeat(L"[],", units) + L"[]]";
+}
+
+std::wstring OpenArrays(int units) {
+  return Repeat(L"[", units);
+}
+
+std::wstring OpenArraysAndOneBracket(int units) {
+  return Repeat(L"[", units) + L"]";
+}
+
+std::wstring OpenObjectsAndOneBracket(int units) {
+  return Repeat(L"{\"a\":", units) + L"}";
+}
+
+std::wstring HugeString(int units) {
+  return L"[\"" + Repeat(L"text\\n\\u0041", units) + L"\"]";
+}
+
+std::wstring HugeInteger(int units) {
+  return L"[" + Repeat(L"7", units) + L"]";
+}
+
+std::wstring HugeReal(int units) {
+  return L"[0." + Repeat(L"7", units) + L"]";
+}
+
+}  // namespace
+
+const JsonText kJsonTexts[kJsonTextCount] = {
+    {"string_file", StringFile},
+    {"flat_array", FlatArray},
+    {"nested_arrays", NestedArrays},
+    {"nested_objects", NestedObjects},
+    {"sibling_arrays", SiblingArrays},
+    {"open_arrays", OpenArrays},
+    {"open_arrays_one_bracket", OpenArraysAndOneBracket},
+    {"open_objects_one_bracket", OpenObjectsAndOneBracket},
+    {"huge_string", HugeString},
+    {"huge_integer", HugeInteger},
+    {"huge_real", HugeReal},
+};
+
+}  // namespace nhupdate_bench

@@ -1,0 +1,18 @@
+#pragma once
+
+// The texts that the JSON reader is measured with. Each is about as long as asked for, ASCII only
+// and, where it is well-formed at all, so for every reader of JSON.
+
+#include <string>
+
+namespace nhupdate_bench {
+
+struct JsonText {
+  const char* name;
+  std::wstring (*make)(int units);
+};
+
+inline constexpr int kJsonTextCount = 11;
+extern const JsonText kJsonTexts[kJsonTextCount];
+
+}  // namespace nhupdate_bench
