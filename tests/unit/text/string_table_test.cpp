@@ -2,11 +2,7 @@
 
 #include <string>
 
-#include "base/unique_handle.h"
-#include "base/windows.h"
-#include "tests/support/files.h"
-#include "tests/support/installed_product.h"
-#include "tests/support/interposer.h"
+#include "tests/unit/text/load_strings_test.h"
 #include "text/string_keys.h"
 
 namespace nhupdate_test {
@@ -14,46 +10,6 @@ namespace {
 
 using namespace std::string_literals;
 using testing::ElementsAre;
-
-const std::wstring kLoading =
-    L"2|Load strings from {root}\\Nimba Hub\\NHUpdateManager\\Config\\texts.json";
-const std::wstring kNotOpened =
-    L"4|Fail to open string file : {root}\\Nimba Hub\\NHUpdateManager\\Config\\texts.json";
-
-std::wstring Loaded(int count) {
-  return L"2|Total " + std::to_wstring(count) + L" strings loaded.";
-}
-
-class LoadStringsTest : public testing::Test {
- protected:
-  LoadStringsTest() {
-    CreateFolders(product_.Module() + L"\\Config");
-    product_.Start();
-  }
-
-  [[nodiscard]] std::wstring Path() const { return product_.Module() + L"\\Config\\texts.json"; }
-
-  void Load() {
-    product_.ForgetRecords();
-    product_.Manager().LoadStrings(Path());
-  }
-
-  void Load(const std::string& bytes) {
-    WriteFileBytes(Path(), bytes);
-    Load();
-  }
-
-  [[nodiscard]] std::wstring Text(const std::wstring& key) {
-    return product_.Manager().GetString(key);
-  }
-
-  InstalledProduct product_;
-};
-
-nhupdate::UniqueFile Hold(const std::wstring& path, DWORD access, DWORD sharing) {
-  return nhupdate::UniqueFile(::CreateFileW(path.c_str(), access, sharing, nullptr, OPEN_EXISTING,
-                                            FILE_ATTRIBUTE_NORMAL, nullptr));
-}
 
 TEST_F(LoadStringsTest, TakesTheTextsOfTheObject) {
   Load(R"({"KEY_UPDATE_TITLE": "Nimba Hub Update", "Other": "a\nb"})");
@@ -186,101 +142,6 @@ TEST_F(LoadStringsTest, SurvivesAFileThatIsNestedAMillionDeep) {
 
   EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(1)));
   EXPECT_EQ(Text(L"A"), L"x");
-}
-
-TEST_F(LoadStringsTest, SaysWhenThereIsNoFile) {
-  Load(R"({"A":"a"})");
-  ::DeleteFileW(Path().c_str());
-
-  Load();
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, kNotOpened));
-  EXPECT_EQ(Text(L"A"), L"a");
-}
-
-TEST_F(LoadStringsTest, CannotOpenAFolder) {
-  CreateFolders(Path());
-
-  Load();
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, kNotOpened));
-}
-
-TEST_F(LoadStringsTest, CannotOpenAFileThatIsNotShared) {
-  WriteFileBytes(Path(), R"({"A":"a"})");
-  const nhupdate::UniqueFile held = Hold(Path(), GENERIC_READ, 0);
-  ASSERT_TRUE(held.IsValid());
-
-  Load();
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, kNotOpened));
-}
-
-TEST_F(LoadStringsTest, ReadsBesideOthersThatReadAndWrite) {
-  constexpr DWORD kEverything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  WriteFileBytes(Path(), R"({"A":"a"})");
-  const nhupdate::UniqueFile held =
-      Hold(Path(), GENERIC_READ | GENERIC_WRITE | DELETE, kEverything);
-  ASSERT_TRUE(held.IsValid());
-
-  Load();
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(1)));
-}
-
-TEST_F(LoadStringsTest, TakesAFileThatCannotBeReadForEmpty) {
-  WriteFileBytes(Path(), R"({"A":"a"})");
-  product_.ForgetRecords();
-  {
-    Interposer<decltype(::ReadFile)> read("ReadFile",
-                                          [](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
-                                            ::SetLastError(ERROR_CRC);
-                                            return FALSE;
-                                          });
-    product_.Manager().LoadStrings(Path());
-    EXPECT_EQ(read.Calls(), 1);
-  }
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0)));
-}
-
-TEST_F(LoadStringsTest, TakesAFileWithoutAKnownSizeForEmpty) {
-  WriteFileBytes(Path(), R"({"A":"a"})");
-  product_.ForgetRecords();
-  {
-    Interposer<decltype(::GetFileSizeEx)> size("GetFileSizeEx", [](HANDLE, LARGE_INTEGER*) -> BOOL {
-      ::SetLastError(ERROR_INVALID_FUNCTION);
-      return FALSE;
-    });
-    product_.Manager().LoadStrings(Path());
-    EXPECT_EQ(size.Calls(), 1);
-  }
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0)));
-}
-
-TEST_F(LoadStringsTest, ReadsTheWholeFileInOneCall) {
-  WriteFileBytes(Path(), "{\"A\":\"" + std::string(300'000, 'a') + "\"}");
-  product_.ForgetRecords();
-  int calls = 0;
-  {
-    Interposer<decltype(::ReadFile)> read(
-        "ReadFile",
-        [&](HANDLE file, void* bytes, DWORD byte_count, DWORD* count, OVERLAPPED* overlapped) {
-          calls += byte_count == 300'000 + 8 ? 1 : 100;
-          return read.Original()(file, bytes, byte_count, count, overlapped);
-        });
-    product_.Manager().LoadStrings(Path());
-  }
-
-  EXPECT_EQ(calls, 1);
-  EXPECT_EQ(Text(L"A").size(), 300'000U);
-}
-
-TEST_F(LoadStringsTest, ClosesTheFile) {
-  Load(R"({"A":"a"})");
-
-  EXPECT_TRUE(Hold(Path(), GENERIC_READ | GENERIC_WRITE, 0).IsValid());
 }
 
 TEST_F(LoadStringsTest, GivesTheKeyForWhatIsNotThere) {

@@ -1,0 +1,117 @@
+#include <gmock/gmock.h>
+
+#include <string>
+
+#include "base/unique_handle.h"
+#include "base/windows.h"
+#include "tests/support/interposer.h"
+#include "tests/unit/text/load_strings_test.h"
+
+namespace nhupdate_test {
+namespace {
+
+using testing::ElementsAre;
+using LoadStringsFileTest = LoadStringsTest;
+
+nhupdate::UniqueFile Hold(const std::wstring& path, DWORD access, DWORD sharing) {
+  return nhupdate::UniqueFile(::CreateFileW(path.c_str(), access, sharing, nullptr, OPEN_EXISTING,
+                                            FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+TEST_F(LoadStringsFileTest, SaysWhenThereIsNoFile) {
+  Load(R"({"A":"a"})");
+  ::DeleteFileW(Path().c_str());
+
+  Load();
+
+  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, kNotOpened));
+  EXPECT_EQ(Text(L"A"), L"a");
+}
+
+TEST_F(LoadStringsFileTest, CannotOpenAFolder) {
+  CreateFolders(Path());
+
+  Load();
+
+  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, kNotOpened));
+}
+
+TEST_F(LoadStringsFileTest, CannotOpenAFileThatIsNotShared) {
+  WriteFileBytes(Path(), R"({"A":"a"})");
+  const nhupdate::UniqueFile held = Hold(Path(), GENERIC_READ, 0);
+  ASSERT_TRUE(held.IsValid());
+
+  Load();
+
+  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, kNotOpened));
+}
+
+TEST_F(LoadStringsFileTest, ReadsBesideOthersThatReadAndWrite) {
+  constexpr DWORD kEverything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  WriteFileBytes(Path(), R"({"A":"a"})");
+  const nhupdate::UniqueFile held =
+      Hold(Path(), GENERIC_READ | GENERIC_WRITE | DELETE, kEverything);
+  ASSERT_TRUE(held.IsValid());
+
+  Load();
+
+  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(1)));
+}
+
+TEST_F(LoadStringsFileTest, TakesAFileThatCannotBeReadForEmpty) {
+  WriteFileBytes(Path(), R"({"A":"a"})");
+  product_.ForgetRecords();
+  {
+    Interposer<decltype(::ReadFile)> read("ReadFile",
+                                          [](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
+                                            ::SetLastError(ERROR_CRC);
+                                            return FALSE;
+                                          });
+    product_.Manager().LoadStrings(Path());
+    EXPECT_EQ(read.Calls(), 1);
+  }
+
+  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0)));
+}
+
+TEST_F(LoadStringsFileTest, TakesAFileWithoutAKnownSizeForEmpty) {
+  WriteFileBytes(Path(), R"({"A":"a"})");
+  product_.ForgetRecords();
+  {
+    Interposer<decltype(::GetFileSizeEx)> size("GetFileSizeEx", [](HANDLE, LARGE_INTEGER*) -> BOOL {
+      ::SetLastError(ERROR_INVALID_FUNCTION);
+      return FALSE;
+    });
+    product_.Manager().LoadStrings(Path());
+    EXPECT_EQ(size.Calls(), 1);
+  }
+
+  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0)));
+}
+
+TEST_F(LoadStringsFileTest, ReadsTheWholeFileInOneCall) {
+  WriteFileBytes(Path(), "{\"A\":\"" + std::string(300'000, 'a') + "\"}");
+  product_.ForgetRecords();
+  int calls = 0;
+  {
+    Interposer<decltype(::ReadFile)> read(
+        "ReadFile",
+        [&](HANDLE file, void* bytes, DWORD byte_count, DWORD* count, OVERLAPPED* overlapped) {
+          calls += byte_count == 300'000 + 8 ? 1 : 100;
+          return read.Original()(file, bytes, byte_count, count, overlapped);
+        });
+    product_.Manager().LoadStrings(Path());
+  }
+
+  EXPECT_EQ(calls, 1);
+  EXPECT_EQ(Text(L"A").size(), 300'000U);
+}
+
+TEST_F(LoadStringsFileTest, ClosesTheFile) {
+  Load(R"({"A":"a"})");
+
+  EXPECT_TRUE(Hold(Path(), GENERIC_READ | GENERIC_WRITE, 0).IsValid());
+}
+
+}  // namespace
+}  // namespace nhupdate_test
