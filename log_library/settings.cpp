@@ -47,8 +47,8 @@ LogSettings ReadLogSettings(const wchar_t* path) {
     // Windows would look into its own settings instead.
     return settings;
   }
-  settings.level =
-      static_cast<int>(ReadNumber(path, L"Level", kLevels, static_cast<std::uint32_t>(settings.level)));
+  const auto default_level = static_cast<std::uint32_t>(settings.level);
+  settings.level = static_cast<int>(ReadNumber(path, L"Level", kLevels, default_level));
   settings.max_file_kb = ReadNumber(path, L"MaxFileSizeKB", kFileSizesKb, settings.max_file_kb);
   settings.max_files = ReadNumber(path, L"MaxFiles", kFileCounts, settings.max_files);
   settings.max_age_days = ReadNumber(path, L"MaxAgeDays", kAgesDays, settings.max_age_days);

@@ -25,7 +25,8 @@ TEST(LogHeaderTest, TellsWhoWritesOnWhatSystem) {
   const std::string offset =
       nhupdate::FormatUtcOffset(nhupdate::CurrentRecordTime().utc_offset_minutes);
   // GoogleTest's small regular expressions know digits as \d and no groups or sets.
-  EXPECT_THAT(records[0].text, MatchesRegex("Log library \\d+\\.\\d+\\.\\d+, program version 7.8.9, "
+  EXPECT_THAT(records[0].text, MatchesRegex("Log library \\d+\\.\\d+\\.\\d+, "
+                                            "program version 7.8.9, "
                                             "executable \\w:\\\\.*\\\\log_library_tests.exe, "
                                             "Windows \\d+\\.\\d+\\.\\d+, "
                                             "time zone \\w.* \\(UTC.\\d\\d:\\d\\d\\)"));

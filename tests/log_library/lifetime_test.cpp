@@ -5,17 +5,12 @@
 #include "tests/log_library/log_records.h"
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
+#include "tests/support/open_handles.h"
 
 namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
-
-DWORD OpenHandles() {
-  DWORD count = 0;
-  EXPECT_TRUE(::GetProcessHandleCount(::GetCurrentProcess(), &count));
-  return count;
-}
 
 void RunOnce(const LogPlace& place) {
   LoadedLogLibrary library;
@@ -75,19 +70,19 @@ TEST(LogLifetimeTest, ManyRunsLeakNoHandle) {
   constexpr int kRuns = 1200;
   const LogPlace place("MaxFileSizeKB=64\nMaxFiles=2\n");
   RunOnce(place);
-  const DWORD before = OpenHandles();
+  const int before = CountOpenHandles();
 
   for (int run = 0; run < kRuns; ++run) {
     RunOnce(place);
   }
 
-  EXPECT_EQ(OpenHandles(), before);
+  EXPECT_EQ(CountOpenHandles(), before);
 }
 
 TEST(LogLifetimeTest, BeingUnloadedWithoutAStopLeaksNoHandle) {
   const LogPlace place;
   RunOnce(place);
-  const DWORD before = OpenHandles();
+  const int before = CountOpenHandles();
 
   for (int run = 0; run < 10; ++run) {
     LoadedLogLibrary library;
@@ -95,7 +90,7 @@ TEST(LogLifetimeTest, BeingUnloadedWithoutAStopLeaksNoHandle) {
     library.Write(L"record");
   }
 
-  EXPECT_EQ(OpenHandles(), before);
+  EXPECT_EQ(CountOpenHandles(), before);
 }
 
 TEST(LogLifetimeTest, FailedStartsLeakNoHandle) {
@@ -103,13 +98,13 @@ TEST(LogLifetimeTest, FailedStartsLeakNoHandle) {
   CreateFolders(place.CurrentFile());
   LoadedLogLibrary library;
   std::ignore = library.Start(place.Settings(), place.Folder());
-  const DWORD before = OpenHandles();
+  const int before = CountOpenHandles();
 
   for (int run = 0; run < 10; ++run) {
     EXPECT_EQ(library.Start(place.Settings(), place.Folder()), 5);
   }
 
-  EXPECT_EQ(OpenHandles(), before);
+  EXPECT_EQ(CountOpenHandles(), before);
 }
 
 }  // namespace
