@@ -17,9 +17,8 @@ ScriptedProcesses::ScriptedProcesses(std::vector<ScriptedProcess> processes)
                   [this](HANDLE handle, DWORD flags, wchar_t* path, DWORD* units) {
                     return ImageName(handle, flags, path, units);
                   }),
-      terminate_("TerminateProcess", [this](HANDLE handle, UINT exit_code) {
-        return Terminate(handle, exit_code);
-      }) {}
+      terminate_("TerminateProcess",
+                 [this](HANDLE handle, UINT exit_code) { return Terminate(handle, exit_code); }) {}
 
 std::vector<DWORD> ScriptedProcesses::Running() const {
   std::vector<DWORD> ids;

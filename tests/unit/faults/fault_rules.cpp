@@ -40,7 +40,8 @@ const FaultRule kRules[] = {
     {"", "SHGetKnownFolderPath", L"", kAll, kSame, nullptr, kNoData},
     {"", "LoadLibraryW", L"", kAll, kSame, nullptr, kConsole},
     {"", "GetProcAddress", L"", kAll, kSame, nullptr, kConsole},
-    {"Download NoUpdate", "OpenProcessToken", L"", kAll, kSame, L"2|Process NOT elevated.", nullptr},
+    {"Download NoUpdate", "OpenProcessToken", L"", kAll, kSame, L"2|Process NOT elevated.",
+     nullptr},
     {"", "OpenProcessToken", L"", kAll, 10, L"2|Process NOT elevated.", nullptr},
     {"Download NoUpdate", "GetTokenInformation", L"", kAll, kSame, L"2|Process NOT elevated.",
      nullptr},
@@ -139,13 +140,13 @@ const FaultRule kRules[] = {
     // Files. The staged files of the top level are copied alone and then with their folder.
     {"", "GetFileAttributesW", L"", kAll, kSame, nullptr, kRemoval},
     {"", "SetFileAttributesW", L"", kAll, kSame, nullptr, kRemoval},
-    {"", "DeleteFileW", L"*\\ut.ini", kAll, kSame, L"4|Updater config file delete fail ({error}) : ",
-     nullptr},
+    {"", "DeleteFileW", L"*\\ut.ini", kAll, kSame,
+     L"4|Updater config file delete fail ({error}) : ", nullptr},
     {"", "DeleteFileW", L"*{root}\\Nimba Hub\\Version.txt", kAll, 2,
      L"4|Fail to delete ({error}) : {root}\\Nimba Hub\\Version.txt", nullptr},
     {"", "DeleteFileW", L"*\\Data\\old.txt", kAll, kSame, nullptr, kRemoval},
-    {"", "CopyFileW", L"*| {root}\\Nimba Hub\\Version.txt", 1, 2,
-     L"4|Fail to copy ({error}) : ", nullptr},
+    {"", "CopyFileW", L"*| {root}\\Nimba Hub\\Version.txt", 1, 2, L"4|Fail to copy ({error}) : ",
+     nullptr},
     {"", "CopyFileW", L"", kAll, kSame, kCopyFailed, nullptr},
 
     // Registration and folder access.
@@ -172,8 +173,7 @@ bool FitsDetail(const FaultRule& rule, const std::wstring& detail) {
 
 const FaultRule* FindRule(const char* scenario, const Call& call) {
   for (const FaultRule& rule : kRules) {
-    if (IsFor(rule, scenario) && call.function == rule.function &&
-        FitsDetail(rule, call.detail) &&
+    if (IsFor(rule, scenario) && call.function == rule.function && FitsDetail(rule, call.detail) &&
         (rule.occurrence == kAll || rule.occurrence == call.occurrence)) {
       return &rule;
     }

@@ -10,7 +10,7 @@
 namespace nhupdate_test {
 
 struct FaultRule {
-  const char* scenarios;      // the names of those it is for, separated by blanks; empty for all
+  const char* scenarios;  // the names of those it is for, separated by blanks; empty for all
   const char* function;
   const wchar_t* detail;      // the end of the call's detail after a "*", else a part of it
   int occurrence;             // 0 for all

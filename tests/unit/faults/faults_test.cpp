@@ -14,7 +14,6 @@
 namespace nhupdate_test {
 namespace {
 
-
 constexpr wchar_t kInstalled[] = L"\\NHUpdateManager";
 constexpr wchar_t kStaged[] = L"\\Updater\\App\\NHUpdateManager";
 
@@ -70,14 +69,15 @@ class FaultsTest : public testing::TestWithParam<Scenario> {
     const RunReport clean = RunWithFault(scenario, {});
     for (std::size_t index = 0; index < clean.calls.size() && !HasFailure(); ++index) {
       const Call& call = clean.calls[index];
-      SCOPED_TRACE(testing::Message() << "call " << index << ": " << call.function << " "
-                                      << testing::PrintToString(call.detail) << ", occurrence "
-                                      << call.occurrence);
+      SCOPED_TRACE(testing::Message()
+                   << "call " << index << ": " << call.function << " "
+                   << testing::PrintToString(call.detail) << ", occurrence " << call.occurrence);
       const FaultRule* rule = FindRule(scenario.name, call);
       ASSERT_NE(rule, nullptr) << "There is no rule for this call.";
       const DWORD error = index % 2 == 0 ? error_of_even_calls : error_of_odd_calls;
 
-      const RunReport report = RunWithFault(scenario, {.call = index, .function = {}, .error = error});
+      const RunReport report =
+          RunWithFault(scenario, {.call = index, .function = {}, .error = error});
 
       ASSERT_GT(report.calls.size(), index);
       EXPECT_EQ(report.calls[index], call) << "Another call has failed.";

@@ -42,8 +42,8 @@ HRESULT FailKnownFolder(DWORD error, REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* pat
 }
 
 // Gives the text for a missing entry.
-DWORD FailProfileString(DWORD error, const wchar_t*, const wchar_t*, const wchar_t*,
-                        wchar_t* value, DWORD, const wchar_t*) {
+DWORD FailProfileString(DWORD error, const wchar_t*, const wchar_t*, const wchar_t*, wchar_t* value,
+                        DWORD, const wchar_t*) {
   value[0] = L'\0';
   ::SetLastError(error);
   return 0;
@@ -94,8 +94,7 @@ void NoteCreatedKey(CallLedger& ledger, const std::wstring& detail, LSTATUS stat
   }
 }
 
-void NoteLibrary(CallLedger& ledger, const std::wstring& detail, HMODULE library,
-                 const wchar_t*) {
+void NoteLibrary(CallLedger& ledger, const std::wstring& detail, HMODULE library, const wchar_t*) {
   ledger.Opened(ResourceKind::kLibrary, library, detail);
 }
 

@@ -120,8 +120,8 @@ RunReport RunWithFault(const Scenario& scenario, const Fault& fault) {
   const RecordedSleeps sleeps;
   const ScriptedProcesses processes({{kOtherCopy, L"C:\\Elsewhere\\NHUpdateManager.exe"},
                                      {ScriptedShell::kProcessId, L"C:\\NHUpdateManager.exe"}});
-  const ScriptedShell shell(AnswerByLaunch(
-      [&](const RecordedLaunch& launch) { return AnswerOf(scenario, launch); }));
+  const ScriptedShell shell(
+      AnswerByLaunch([&](const RecordedLaunch& launch) { return AnswerOf(scenario, launch); }));
 
   CallLedger ledger(fault);
   const FaultyWindows windows(ledger);
@@ -133,9 +133,9 @@ RunReport RunWithFault(const Scenario& scenario, const Fault& fault) {
   report.result = result;
   report.transcript = product.Transcript();
   for (const Call& call : ledger.Calls()) {
-    report.calls.push_back(
-        {call.function, WithPlaceholders(call.detail, product.Root(), product.ProgramData()),
-         call.occurrence});
+    report.calls.push_back({call.function,
+                            WithPlaceholders(call.detail, product.Root(), product.ProgramData()),
+                            call.occurrence});
   }
   for (const std::wstring& detail : ledger.StillOpen()) {
     report.still_open.push_back(WithPlaceholders(detail, product.Root(), product.ProgramData()));

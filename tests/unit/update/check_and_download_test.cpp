@@ -51,12 +51,11 @@ TEST_F(CheckAndDownloadTest, DownloadsWhatTheCheckFoundWithoutReadingVersions) {
 
   EXPECT_EQ(result, 12);
   EXPECT_EQ(read.Calls(), 0);
-  EXPECT_EQ(product_.Transcript(),
-            Join({kFunctionLine,
-                  CheckForUpdateLines(),
-                  {L"2|Launch updater success for check.", L"2|Updater exit = 0",
-                   L"2|New update available."},
-                  Download()}));
+  EXPECT_EQ(product_.Transcript(), Join({kFunctionLine,
+                                         CheckForUpdateLines(),
+                                         {L"2|Launch updater success for check.",
+                                          L"2|Updater exit = 0", L"2|New update available."},
+                                         Download()}));
 }
 
 TEST_F(CheckAndDownloadTest, EndsAtOnceWithoutAnUpdater) {
@@ -107,8 +106,7 @@ const CheckCase kCheckCases[] = {
      13},
     {"SmallestCode",
      EndsWith(0x80000000),
-     {L"2|Launch updater success for check.", L"2|Updater exit = -2147483648",
-      L"4|Updater error."},
+     {L"2|Launch updater success for check.", L"2|Updater exit = -2147483648", L"4|Updater error."},
      13},
     {"StillActive",
      EndsWith(259),
@@ -154,9 +152,12 @@ TEST_P(CheckWithoutFindTest, DownloadsWhenTheStagedVersionDiffers) {
     const wchar_t* staged_text;
   };
   const Case cases[] = {
-      {"1.0.0", "2.0.0", L"1.0.0", L"2.0.0"}, {"1.1", "1.10", L"1.1", L"1.10"},
-      {"1.0", "1.0.0", L"1.0", L"1.0.0"},     {"1.0b", "1.0B", L"1.0b", L"1.0B"},
-      {"", "1.0", L"", L"1.0"},               {"2.0", "", L"2.0", L""},
+      {"1.0.0", "2.0.0", L"1.0.0", L"2.0.0"},
+      {"1.1", "1.10", L"1.1", L"1.10"},
+      {"1.0", "1.0.0", L"1.0", L"1.0.0"},
+      {"1.0b", "1.0B", L"1.0b", L"1.0B"},
+      {"", "1.0", L"", L"1.0"},
+      {"2.0", "", L"2.0", L""},
   };
   for (const Case& versions : cases) {
     SetVersions(versions.installed, versions.staged);

@@ -21,8 +21,7 @@ TEST_F(ChildLaunchHandleTest, ClosesAtOnceWhatIsNotWaitedFor) {
   for (const nhupdate::ChildLaunch* launch : launches) {
     ScriptedShell shell({EndsWith(0)});
 
-    const nhupdate::LaunchOutcome outcome =
-        Manager().Launch(*launch, product_.Base() + L"\\Place");
+    const nhupdate::LaunchOutcome outcome = Manager().Launch(*launch, product_.Base() + L"\\Place");
 
     EXPECT_THAT(shell.Events(), ElementsAre("launch 1", "close 1"));
     EXPECT_FALSE(outcome.process.IsValid());
@@ -116,7 +115,8 @@ TEST_F(ChildLaunchHandleTest, ClosesFailedRunsOfTheNimbaCastInstallation) {
   struct Case {
     std::vector<ShellAnswer> script;
   };
-  const Case cases[] = {{{EndsWith(0), EndsWith(0)}}, {{EndsWith(5)}}, {{EndsWith(0), EndsWith(5)}}};
+  const Case cases[] = {
+      {{EndsWith(0), EndsWith(0)}}, {{EndsWith(5)}}, {{EndsWith(0), EndsWith(5)}}};
   AddUpdater();
   AddFile(L"\\Updater\\App\\CSUpdateManager\\CSUpdateManager.exe");
   for (const Case& test_case : cases) {

@@ -164,8 +164,8 @@ TEST_F(UpdaterLaunchTest, ShowsExitCodesSigned) {
     const wchar_t* line;
   };
   const Case cases[] = {
-      {0, L"2|Updater exit = 0"},          {1, L"2|Updater exit = 1"},
-      {2, L"2|Updater exit = 2"},          {259, L"2|Updater exit = 259"},
+      {0, L"2|Updater exit = 0"},           {1, L"2|Updater exit = 1"},
+      {2, L"2|Updater exit = 2"},           {259, L"2|Updater exit = 259"},
       {0xFFFFFFFF, L"2|Updater exit = -1"}, {0x80000000, L"2|Updater exit = -2147483648"},
   };
   AddUpdater();

@@ -61,7 +61,8 @@ const Lines kRemoveLines = {L"2|Remove empty folder in path : {root}\\Nimba Hub"
 
 // There is no updater for NimbaCast.
 Lines NimbaCastLines() {
-  return Join({{L"2|Install NCS begin."}, DownloadNimbaCastLines(),
+  return Join({{L"2|Install NCS begin."},
+               DownloadNimbaCastLines(),
                {L"4|Update.exe not found : {root}\\NimbaCast\\Updater\\Updater.exe",
                 L"2|Install ND begin.", L"2|Install ND end."}});
 }
@@ -121,9 +122,12 @@ TEST_F(InstallSequenceTest, InstallsAndThenInstallsTheSibling) {
   const int result = Manager().InstallSequence(kInstallation);
 
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(TranscriptWithoutNimbaCastCopy(),
-            Join({{L"2|Function : Install"}, kStoppedLines, GrantLines(), kCopyLines,
-                  kRegisteredLines, NimbaCastLines()}));
+  EXPECT_EQ(TranscriptWithoutNimbaCastCopy(), Join({{L"2|Function : Install"},
+                                                    kStoppedLines,
+                                                    GrantLines(),
+                                                    kCopyLines,
+                                                    kRegisteredLines,
+                                                    NimbaCastLines()}));
   EXPECT_EQ(local_machine_.Text(L"SOFTWARE\\WOW6432Node\\CorvaneNimbaHub", L"AppPath"),
             product_.Root());
 }
@@ -136,7 +140,11 @@ TEST_F(InstallSequenceTest, EndsAnUpdateByRemovingEmptyFolders) {
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(product_.Transcript(),
-            Join({kStoppedLines, GrantLines(), kCopyLines, kRegisteredLines, kRemoveLines,
+            Join({kStoppedLines,
+                  GrantLines(),
+                  kCopyLines,
+                  kRegisteredLines,
+                  kRemoveLines,
                   {L"2|Remove empty folder : {root}\\Nimba Hub\\Empty\\Inner",
                    L"2|Remove empty folder : {root}\\Nimba Hub\\Empty"}}));
   EXPECT_FALSE(nhupdate::Exists(product_.Base() + L"\\Empty"));
@@ -197,7 +205,10 @@ TEST_F(InstallSequenceTest, DoesNotRegisterWhatWasNotCopiedAtAnInstallation) {
   EXPECT_EQ(result, 2);
   Lines lines = TranscriptWithoutNimbaCastCopy();
   const Lines expected = Join(
-      {{L"2|Function : Install"}, kStoppedLines, GrantLines(), kNotCopiedLines,
+      {{L"2|Function : Install"},
+       kStoppedLines,
+       GrantLines(),
+       kNotCopiedLines,
        {L"2|Install NCS begin.", L"4|Fail to copy file = 112",
         L"4|Failed to copy NCS updater folder.", L"2|Install ND begin.", L"2|Install ND end."}});
   EXPECT_EQ(lines, expected);
@@ -213,9 +224,8 @@ TEST_F(InstallSequenceTest, DoesNotRegisterWhatWasNotCopiedAfterAnUpdate) {
   EXPECT_EQ(result, 2);
   EXPECT_EQ(product_.Transcript(),
             Join({kStoppedLines, GrantLines(), kNotCopiedLines, kRemoveLines}));
-  EXPECT_THAT(boxes_.Shown(),
-              ElementsAre(ErrorBoxOf(std::wstring(kCommonErrorText) + L"\n" + product_.Base() +
-                                     L"\\new.txt")));
+  EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(std::wstring(kCommonErrorText) + L"\n" +
+                                                     product_.Base() + L"\\new.txt")));
   EXPECT_TRUE(local_machine_.IsEmpty());
 }
 

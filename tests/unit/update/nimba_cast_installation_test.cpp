@@ -10,7 +10,6 @@ using testing::IsEmpty;
 
 const Lines kBeginLine = {L"2|Install NCS begin."};
 
-
 // The updater's folder holds the updater, which "downloads" a manager by already having it.
 Lines CopyUpdaterLines() {
   const std::wstring from = L"{root}\\Nimba Hub\\Updater";
@@ -29,9 +28,9 @@ Lines CopyUpdaterLines() {
 Lines CopyManagerLines() {
   const std::wstring from = L"{root}\\NimbaCast\\Updater\\App\\CSUpdateManager";
   const std::wstring to = L"{root}\\NimbaCast\\CSUpdateManager";
-  return {L"2|Copy folder from " + from + L" to " + to,
-          L"2|Copy file from " + from + L"\\CSUpdateManager.exe to " + to +
-              L"\\CSUpdateManager.exe"};
+  return {
+      L"2|Copy folder from " + from + L" to " + to,
+      L"2|Copy file from " + from + L"\\CSUpdateManager.exe to " + to + L"\\CSUpdateManager.exe"};
 }
 
 Lines UntilDownload() {
@@ -39,11 +38,11 @@ Lines UntilDownload() {
 }
 
 Lines UntilInstall() {
-  return Join({UntilDownload(),
-               {L"2|Launch updater success for download.", L"2|Updater exit = 0",
-                L"2|Download success."},
-               CopyManagerLines(),
-               InstallNimbaCastLines()});
+  return Join(
+      {UntilDownload(),
+       {L"2|Launch updater success for download.", L"2|Updater exit = 0", L"2|Download success."},
+       CopyManagerLines(),
+       InstallNimbaCastLines()});
 }
 
 class NimbaCastInstallationTest : public WorkflowTest {
@@ -84,7 +83,8 @@ TEST_F(NimbaCastInstallationTest, EndsWhenTheUpdaterCannotBeCopied) {
   failed_copy.pop_back();
   EXPECT_EQ(result, 14);
   EXPECT_EQ(product_.Transcript(),
-            Join({kBeginLine, failed_copy,
+            Join({kBeginLine,
+                  failed_copy,
                   {L"4|Fail to copy file = 112", L"4|Failed to copy NCS updater folder."}}));
   EXPECT_EQ(copy.Calls(), 1);
 }
@@ -131,7 +131,9 @@ TEST_F(NimbaCastInstallationTest, GoesOnWhenTheExitCodeOfTheDownloadCannotBeRead
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(product_.Transcript(),
-            Join({UntilDownload(), {L"2|Launch updater success for download."}, CopyManagerLines(),
+            Join({UntilDownload(),
+                  {L"2|Launch updater success for download."},
+                  CopyManagerLines(),
                   InstallNimbaCastLines(),
                   {L"2|Launch CSUpdateManager success for install.", L"2|CSUpdateManager exit = 0",
                    L"2|Install success.", L"2|Install NCS end."}}));
@@ -177,9 +179,7 @@ TEST_F(NimbaCastInstallationTest, JudgesTheManager) {
   };
   const Lines started = {L"2|Launch CSUpdateManager success for install."};
   const Case cases[] = {
-      {FailsWith(ERROR_FILE_NOT_FOUND),
-       18,
-       {L"4|Fail to launch CSUpdateManager for install : 2"}},
+      {FailsWith(ERROR_FILE_NOT_FOUND), 18, {L"4|Fail to launch CSUpdateManager for install : 2"}},
       {EndsWith(1), 18, Join({started, {L"2|CSUpdateManager exit = 1", L"4|Install failed."}})},
       {EndsWith(0x80000000), 18,
        Join({started, {L"2|CSUpdateManager exit = -2147483648", L"4|Install failed."}})},

@@ -52,10 +52,11 @@ TEST_F(SelfUpdateTest, ReplacesTheInstalledCopyAndStartsIt) {
   const int result = Manager().SelfUpdate();
 
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(product_.Transcript(),
-            Join({kStoppedLines, CopyLines(), {L"2|Copy NHUpdateManager success."},
-                  StartFinalUpdateLines(),
-                  {L"2|Launch NHUpdateManager success for final update."}}));
+  EXPECT_EQ(product_.Transcript(), Join({kStoppedLines,
+                                         CopyLines(),
+                                         {L"2|Copy NHUpdateManager success."},
+                                         StartFinalUpdateLines(),
+                                         {L"2|Launch NHUpdateManager success for final update."}}));
   EXPECT_THAT(ListTree(product_.Base() + L"\\NHUpdateManager"),
               ElementsAre(L"Config\\", L"Config\\NHUpdateManager.Default.json",
                           L"NHUpdateManager.exe", L"NSWLogDynamic64U.dll"));
@@ -151,9 +152,14 @@ TEST_F(SelfUpdateTest, GivesUpAfterThreeFailedCopiesAndTheirSleeps) {
   const Lines failure = {L"4|Fail to copy file = 32",
                          L"3|Fail to copy NHUpdateManager, sleep and try again."};
   EXPECT_EQ(result, 16);
-  EXPECT_EQ(product_.Transcript(),
-            Join({kStoppedLines, failed_copy, failure, failed_copy, failure, failed_copy, failure,
-                  {L"4|Fail to copy NHUpdateManager finally."}}));
+  EXPECT_EQ(product_.Transcript(), Join({kStoppedLines,
+                                         failed_copy,
+                                         failure,
+                                         failed_copy,
+                                         failure,
+                                         failed_copy,
+                                         failure,
+                                         {L"4|Fail to copy NHUpdateManager finally."}}));
   EXPECT_THAT(sleeps_.Milliseconds(), ElementsAre(1000u, 3000u, 3000u, 3000u));
   EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(kCommonErrorText)));
 }
@@ -214,8 +220,8 @@ TEST_F(SelfUpdateWithoutElevationTest, EndsBeforeAnythingIsStopped) {
   const int result = Manager().SelfUpdate();
 
   EXPECT_EQ(result, 10);
-  EXPECT_EQ(product_.Transcript(), Lines({L"2|Function : Self Update",
-                                          L"4|Process not been elevated for install."}));
+  EXPECT_EQ(product_.Transcript(),
+            Lines({L"2|Function : Self Update", L"4|Process not been elevated for install."}));
   EXPECT_EQ(processes.Enumerations(), 0);
   EXPECT_THAT(sleeps_.Milliseconds(), IsEmpty());
   EXPECT_THAT(boxes_.Shown(), IsEmpty());

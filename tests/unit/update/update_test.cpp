@@ -59,18 +59,18 @@ TEST_F(UpdateTest, IgnoresThatTheRefreshFailed) {
   const int result = Manager().Update();
 
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(product_.Transcript(),
-            Join({{L"2|Function : Update", L"2|Begin update updater."},
-                  CheckForUpdaterLines(),
-                  {L"2|Launch updater success for check.", L"2|Updater exit = 0",
-                   L"2|New updater available."},
-                  UpdateUpdaterLines(),
-                  {L"2|Launch updater success for update.", L"2|Updater exit = 9",
-                   L"2|Update fail."},
-                  UpdateProductLines(),
-                  {L"2|Launch updater success for update.", L"2|Updater exit = 0"},
-                  StartSelfUpdateLines(),
-                  {L"2|Launch NHUpdateManager success for self update."}}));
+  EXPECT_EQ(
+      product_.Transcript(),
+      Join({{L"2|Function : Update", L"2|Begin update updater."},
+            CheckForUpdaterLines(),
+            {L"2|Launch updater success for check.", L"2|Updater exit = 0",
+             L"2|New updater available."},
+            UpdateUpdaterLines(),
+            {L"2|Launch updater success for update.", L"2|Updater exit = 9", L"2|Update fail."},
+            UpdateProductLines(),
+            {L"2|Launch updater success for update.", L"2|Updater exit = 0"},
+            StartSelfUpdateLines(),
+            {L"2|Launch NHUpdateManager success for self update."}}));
 }
 
 TEST_F(UpdateTest, EndsWithoutABoxWhenTheUpdaterIsMissing) {
@@ -81,9 +81,11 @@ TEST_F(UpdateTest, EndsWithoutABoxWhenTheUpdaterIsMissing) {
 
   const Lines missing = {L"4|Update.exe not found : {root}\\Nimba Hub\\Updater\\Updater.exe"};
   EXPECT_EQ(result, 14);
-  EXPECT_EQ(product_.Transcript(),
-            Join({{L"2|Function : Update", L"2|Begin update updater."}, CheckForUpdaterLines(),
-                  missing, UpdateProductLines(), missing}));
+  EXPECT_EQ(product_.Transcript(), Join({{L"2|Function : Update", L"2|Begin update updater."},
+                                         CheckForUpdaterLines(),
+                                         missing,
+                                         UpdateProductLines(),
+                                         missing}));
   EXPECT_THAT(boxes_.Shown(), IsEmpty());
 }
 
@@ -130,11 +132,10 @@ TEST_F(UpdateTest, TakesAnExitCodeThatCannotBeReadForSuccess) {
   const int result = Manager().Update();
 
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(product_.Transcript(),
-            Join({UntilUpdate(),
-                  {L"2|Launch updater success for update."},
-                  StartSelfUpdateLines(),
-                  {L"2|Launch NHUpdateManager success for self update."}}));
+  EXPECT_EQ(product_.Transcript(), Join({UntilUpdate(),
+                                         {L"2|Launch updater success for update."},
+                                         StartSelfUpdateLines(),
+                                         {L"2|Launch NHUpdateManager success for self update."}}));
 }
 
 TEST_F(UpdateTest, EndsWithoutABoxWhenTheNextStageIsMissing) {
@@ -157,9 +158,8 @@ TEST_F(UpdateTest, TellsTheUserWhenTheNextStageCannotBeLaunched) {
   const int result = Manager().Update();
 
   EXPECT_EQ(result, 16);
-  EXPECT_EQ(
-      product_.Transcript(),
-      Join({UntilNextStage(), {L"4|Fail to launch NHUpdateManager for self update : 5"}}));
+  EXPECT_EQ(product_.Transcript(),
+            Join({UntilNextStage(), {L"4|Fail to launch NHUpdateManager for self update : 5"}}));
   EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(kCommonErrorText)));
 }
 
@@ -174,8 +174,8 @@ TEST_F(UpdateWithoutElevationTest, EndsBeforeAnythingIsLaunched) {
   const int result = Manager().Update();
 
   EXPECT_EQ(result, 10);
-  EXPECT_EQ(product_.Transcript(), Lines({L"2|Function : Update",
-                                          L"4|Process not been elevated for install."}));
+  EXPECT_EQ(product_.Transcript(),
+            Lines({L"2|Function : Update", L"4|Process not been elevated for install."}));
   EXPECT_THAT(boxes_.Shown(), IsEmpty());
 }
 

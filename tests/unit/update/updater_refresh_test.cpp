@@ -77,8 +77,8 @@ TEST_P(RefreshAfterCheckTest, CopiesWhatWasFetchedEarlier) {
 
   EXPECT_EQ(result, 1);
   EXPECT_EQ(InstalledUpdater(), "new");
-  EXPECT_EQ(product_.Transcript(), Join({kBeginLine, CheckForUpdaterLines(), GetParam().lines,
-                                         kCopyLines, kCopiedLines}));
+  EXPECT_EQ(product_.Transcript(),
+            Join({kBeginLine, CheckForUpdaterLines(), GetParam().lines, kCopyLines, kCopiedLines}));
 }
 
 INSTANTIATE_TEST_SUITE_P(AllChecks, RefreshAfterCheckTest, testing::ValuesIn(kCheckCases),
@@ -86,9 +86,7 @@ INSTANTIATE_TEST_SUITE_P(AllChecks, RefreshAfterCheckTest, testing::ValuesIn(kCh
 
 // Updates of the updater after which the copy is made.
 const RefreshCase kUpdateCases[] = {
-    {"Success",
-     EndsWith(0),
-     {L"2|Launch updater success for update.", L"2|Updater exit = 0"}},
+    {"Success", EndsWith(0), {L"2|Launch updater success for update.", L"2|Updater exit = 0"}},
     {"Unreadable", EndsUnreadably(), {L"2|Launch updater success for update."}},
 };
 
@@ -102,10 +100,14 @@ TEST_P(RefreshAfterUpdateTest, CopiesTheNewUpdater) {
 
   EXPECT_EQ(result, 1);
   EXPECT_EQ(InstalledUpdater(), "new");
-  EXPECT_EQ(product_.Transcript(),
-            Join({kBeginLine, CheckForUpdaterLines(), kCheckedLine,
-                  {L"2|Updater exit = 0", L"2|New updater available."}, UpdateUpdaterLines(),
-                  GetParam().lines, kCopyLines, kCopiedLines}));
+  EXPECT_EQ(product_.Transcript(), Join({kBeginLine,
+                                         CheckForUpdaterLines(),
+                                         kCheckedLine,
+                                         {L"2|Updater exit = 0", L"2|New updater available."},
+                                         UpdateUpdaterLines(),
+                                         GetParam().lines,
+                                         kCopyLines,
+                                         kCopiedLines}));
 }
 
 INSTANTIATE_TEST_SUITE_P(AllUpdates, RefreshAfterUpdateTest, testing::ValuesIn(kUpdateCases),
@@ -118,11 +120,8 @@ const RefreshCase kFailedUpdateCases[] = {
      {L"2|Launch updater success for update.", L"2|Updater exit = 1", L"2|Update fail."}},
     {"SmallestCode",
      EndsWith(0x80000000),
-     {L"2|Launch updater success for update.", L"2|Updater exit = -2147483648",
-      L"2|Update fail."}},
-    {"NotLaunched",
-     FailsWith(ERROR_ACCESS_DENIED),
-     {L"4|Fail to launch updater for update : 5"}},
+     {L"2|Launch updater success for update.", L"2|Updater exit = -2147483648", L"2|Update fail."}},
+    {"NotLaunched", FailsWith(ERROR_ACCESS_DENIED), {L"4|Fail to launch updater for update : 5"}},
 };
 
 class RefreshAfterFailedUpdateTest : public UpdaterRefreshTest,
@@ -135,10 +134,12 @@ TEST_P(RefreshAfterFailedUpdateTest, CopiesNothing) {
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(InstalledUpdater(), "old");
-  EXPECT_EQ(product_.Transcript(),
-            Join({kBeginLine, CheckForUpdaterLines(), kCheckedLine,
-                  {L"2|Updater exit = 0", L"2|New updater available."}, UpdateUpdaterLines(),
-                  GetParam().lines}));
+  EXPECT_EQ(product_.Transcript(), Join({kBeginLine,
+                                         CheckForUpdaterLines(),
+                                         kCheckedLine,
+                                         {L"2|Updater exit = 0", L"2|New updater available."},
+                                         UpdateUpdaterLines(),
+                                         GetParam().lines}));
 }
 
 INSTANTIATE_TEST_SUITE_P(AllUpdates, RefreshAfterFailedUpdateTest,
@@ -188,10 +189,13 @@ TEST_F(UpdaterRefreshTest, GivesUpAfterTenFailedCopiesAndTheirSleeps) {
 
   const int result = Manager().RefreshUpdater();
 
-  Lines expected = Join({kBeginLine, CheckForUpdaterLines(), kCheckedLine,
+  Lines expected = Join({kBeginLine,
+                         CheckForUpdaterLines(),
+                         kCheckedLine,
                          {L"2|Updater exit = 1", L"2|No new updater available."}});
   for (int attempt = 0; attempt < 10; ++attempt) {
-    expected = Join({expected, kCopyLines,
+    expected = Join({expected,
+                     kCopyLines,
                      {L"4|Fail to copy file = 32", L"3|Copy fail, sleep 3 seconds and retry."}});
   }
   expected.push_back(L"4|Fail to copy folder.");
