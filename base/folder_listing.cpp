@@ -2,6 +2,8 @@
 
 #include <cwchar>
 
+#include "base/reparse_tag.h"
+
 namespace nhupdate {
 
 namespace {
@@ -22,6 +24,10 @@ bool CFolderListing::Next() {
   }
   do {
     if (!is_first_ && !::FindNextFileW(search_.Get(), entry_.get())) {
+      const DWORD error = ::GetLastError();
+      if (error != ERROR_NO_MORE_FILES) {
+        error_ = error;
+      }
       return false;
     }
     is_first_ = false;
@@ -40,8 +46,7 @@ bool CFolderListing::IsFolder() const {
 bool CFolderListing::IsLink() const {
   // Windows keeps the reparse tag in this member, which has no better name.
   const DWORD tag = entry_->dwReserved0;
-  return (entry_->dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-         (tag == IO_REPARSE_TAG_RESERVED_ZERO || IsReparseTagNameSurrogate(tag));
+  return MeansLink(entry_->dwFileAttributes, tag);
 }
 
 }  // namespace nhupdate

@@ -3,6 +3,7 @@
 // Walks the entries of one folder, in the order in which Windows lists them.
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "base/unique_handle.h"
@@ -17,22 +18,24 @@ class CFolderListing {
   explicit CFolderListing(const std::wstring& pattern);
 
   // Steps to the next entry, passing over "." and "..". Returns false at the end, and also when
-  // Windows can't go on: what comes after that is unreachable. The three questions below are about
-  // the entry of the last successful step.
+  // Windows can't go on. The three questions below are about the entry of the last successful step.
   [[nodiscard]] bool Next();
+
+  // Why the listing broke off, so that there may be more in the folder than was seen; nothing when
+  // it came to its end or never began.
+  [[nodiscard]] std::optional<DWORD> Error() const { return error_; }
 
   [[nodiscard]] std::wstring Name() const;
   [[nodiscard]] bool IsFolder() const;
 
-  // A junction, symbolic link or mount point: an entry that stands for another place. Placeholders
-  // of cloud storage are no links; what doesn't say what it is counts as one.
-  [[nodiscard]] bool IsLink() const;
+  [[nodiscard]] bool IsLink() const;  // see base/reparse_tag.h
 
  private:
   // On the heap: listings are nested as deep as the folders are.
   std::unique_ptr<WIN32_FIND_DATAW> entry_;
   UniqueFindHandle search_;
   bool is_first_ = true;
+  std::optional<DWORD> error_;
 };
 
 }  // namespace nhupdate

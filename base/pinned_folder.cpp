@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "base/paths.h"
+#include "base/reparse_tag.h"
 #include "base/windows.h"
 
 namespace nhupdate {
@@ -22,8 +23,7 @@ bool IsLink(const UniqueFile& folder) {
                                       sizeof(information))) {
     return true;  // not known to be none
   }
-  return (information.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-         IsReparseTagNameSurrogate(information.ReparseTag);
+  return MeansLink(information.FileAttributes, information.ReparseTag);
 }
 
 // The path with all links on the way resolved, in the kernel's form, which every volume has; empty

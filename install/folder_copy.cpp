@@ -27,6 +27,14 @@ int CManagerCenter::CopyFolder(const std::wstring& destination, const std::wstri
       return 0;
     }
   }
+  if (listing.Error()) {
+    // What wasn't seen wasn't copied either.
+    if (log_details != 0) {
+      Log(LogLevel::kError, L"Fail to copy file = %d", *listing.Error());
+    }
+    last_failed_copy_path_ = destination;
+    return 0;
+  }
   return 1;
 }
 

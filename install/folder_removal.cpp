@@ -35,7 +35,8 @@ int CManagerCenter::CollectEmptyFolders(const std::wstring& folder) {
       is_empty = 0;
     }
   }
-  return is_empty;
+  // A folder of which only a part was seen must not be taken for an empty one.
+  return listing.Error() ? 0 : is_empty;
 }
 
 int CManagerCenter::DeleteFolderTree(const std::wstring& folder) {

@@ -38,6 +38,10 @@ int CManagerCenter::InstallCopy() {
 }
 
 int CManagerCenter::DeleteInstalledFiles() {
+  // Without a base folder there is nothing installed; the listing would be of the drive's root.
+  if (paths_.base_folder.empty()) {
+    return 1;
+  }
   for (const std::wstring& file : FilesIn(paths_.base_folder)) {
     if (!Exists(file)) {
       continue;

@@ -55,7 +55,10 @@ int CManagerCenter::PutIntoPlace() {
 
 void CManagerCenter::RemoveEmptyFolders() {
   Log(LogLevel::kInformation, L"Remove empty folder in path : %s", paths_.base_folder);
-  std::ignore = CollectEmptyFolders(paths_.base_folder);  // the base folder itself stays
+  // Without a base folder the scan would be one of the whole drive.
+  if (!paths_.base_folder.empty()) {
+    std::ignore = CollectEmptyFolders(paths_.base_folder);  // the base folder itself stays
+  }
   for (const std::wstring& folder : folders_to_remove_) {
     std::ignore = DeleteFolderTree(folder);  // an empty folder that stays does no harm
   }

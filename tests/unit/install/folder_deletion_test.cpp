@@ -8,6 +8,7 @@
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
+#include "tests/support/open_handles.h"
 #include "tests/unit/install/fake_listing.h"
 #include "tests/unit/install/file_lock.h"
 
@@ -184,14 +185,11 @@ TEST_F(DeleteFolderTreeTest, HoldsTheFolderInItsPlaceWhileItsContentIsDeleted) {
 
 TEST_F(DeleteFolderTreeTest, LeavesNoHandlesBehind) {
   WriteFileBytes(folder_ + L"\\a\\b\\c", "x");
-  DWORD handles_before = 0;
-  DWORD handles_after = 0;
-  ::GetProcessHandleCount(::GetCurrentProcess(), &handles_before);
+  const int handles_before = CountOpenHandles();
 
   EXPECT_NE(Delete(), 0);
 
-  ::GetProcessHandleCount(::GetCurrentProcess(), &handles_after);
-  EXPECT_EQ(handles_after, handles_before);
+  EXPECT_EQ(CountOpenHandles(), handles_before);
 }
 
 TEST_F(DeleteFolderTreeTest, PassesOnTheLastResultAsItIs) {

@@ -9,6 +9,7 @@
 #include "base/unique_handle.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
+#include "tests/support/open_handles.h"
 #include "tests/support/scratch_folder.h"
 
 namespace nhupdate_test {
@@ -52,12 +53,6 @@ class IdleProcess {
   nhupdate::UniqueKernelHandle process_;
   DWORD id_ = 0;
 };
-
-DWORD OwnHandleCount() {
-  DWORD count = 0;
-  EXPECT_TRUE(::GetProcessHandleCount(::GetCurrentProcess(), &count));
-  return count;
-}
 
 class RealProcessTest : public testing::Test {
  protected:
@@ -105,11 +100,11 @@ TEST_F(RealProcessTest, DoNotIncludeTheCallingOneWhenItHasTheNameItself) {
 
 TEST_F(RealProcessTest, LeaveNoHandlesBehind) {
   const IdleProcess target(scratch_.Path() + L"\\target.exe");
-  const DWORD handles_before = OwnHandleCount();
+  const int handles_before = CountOpenHandles();
 
   EXPECT_EQ(product_.Manager().TerminateProcessByName(L"target.exe"), 1);
 
-  EXPECT_EQ(OwnHandleCount(), handles_before);
+  EXPECT_EQ(CountOpenHandles(), handles_before);
 }
 
 }  // namespace
