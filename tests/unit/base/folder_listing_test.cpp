@@ -138,6 +138,15 @@ TEST(FolderListingTest, EndsWhereWindowsCannotGoOn) {
 
   EXPECT_THAT(Names(listing), ElementsAre(L"a", L"b"));
   EXPECT_FALSE(listing.Next());
+  EXPECT_EQ(listing.Error(), static_cast<DWORD>(ERROR_NETNAME_DELETED));
+}
+
+TEST(FolderListingTest, HasNoErrorAtTheEnd) {
+  const FakeFolder folder({{L"a"}});
+  CFolderListing listing(L"folder\\*.*");
+
+  EXPECT_THAT(Names(listing), ElementsAre(L"a"));
+  EXPECT_EQ(listing.Error(), std::nullopt);
 }
 
 TEST(FolderListingTest, IsEmptyWhenWindowsCannotBegin) {

@@ -50,6 +50,16 @@ TEST_F(CollectEmptyFoldersTest, OnlyListsAndDeletesNothing) {
   EXPECT_THAT(ListTree(folder_), ElementsAre(L"a\\", L"a\\b\\"));
 }
 
+TEST_F(CollectEmptyFoldersTest, DoesNotTakeAFolderForEmptyOfWhichOnlyAPartWasSeen) {
+  WriteFileBytes(folder_ + L"\\full\\file", "x");
+  FakeListing listing;
+  listing.BreakOff(folder_ + L"\\full", ERROR_NETNAME_DELETED);
+
+  EXPECT_EQ(Collect(), 0);
+
+  EXPECT_THAT(product_.Transcript(), IsEmpty());
+}
+
 TEST_F(CollectEmptyFoldersTest, NeverListsTheFolderItself) {
   EXPECT_EQ(Collect(), 1);
 

@@ -29,7 +29,12 @@ FakeListing::FakeListing()
                     return search;
                   }),
       find_next_("FindNextFileW",
-                 [this](HANDLE search, WIN32_FIND_DATAW* entry) {
+                 [this](HANDLE search, WIN32_FIND_DATAW* entry) -> BOOL {
+                   const auto broken = broken_.find(folders_[search]);
+                   if (broken != broken_.end()) {
+                     ::SetLastError(broken->second);
+                     return FALSE;
+                   }
                    const BOOL is_found = find_next_.Original()(search, entry);
                    if (is_found) {
                      ApplyDisguise(folders_[search], *entry);

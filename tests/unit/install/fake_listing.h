@@ -22,6 +22,9 @@ class FakeListing {
   // Listing the folder fails with that error.
   void Forbid(const std::wstring& folder, DWORD error) { forbidden_[folder] = error; }
 
+  // Listing the folder ends with that error after its first entry.
+  void BreakOff(const std::wstring& folder, DWORD error) { broken_[folder] = error; }
+
   // The folder, once opened, turns out to be another one.
   void LeadElsewhere(const std::wstring& folder, const std::wstring& final_path) {
     final_paths_[folder] = final_path;
@@ -40,6 +43,7 @@ class FakeListing {
 
   std::map<std::wstring, Look> disguises_;
   std::map<std::wstring, DWORD> forbidden_;
+  std::map<std::wstring, DWORD> broken_;
   std::map<std::wstring, std::wstring> final_paths_;
   std::map<HANDLE, std::wstring> folders_;
   std::map<HANDLE, std::wstring> opened_;

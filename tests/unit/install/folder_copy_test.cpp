@@ -7,6 +7,7 @@
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
+#include "tests/unit/install/fake_listing.h"
 #include "tests/unit/install/file_lock.h"
 
 namespace nhupdate_test {
@@ -63,6 +64,19 @@ TEST_F(CopyFolderTest, OverwritesFilesAndKeepsThoseOnlyInTheDestination) {
 
   EXPECT_EQ(ReadFileBytes(target_ + L"\\a.txt"), "new");
   EXPECT_EQ(ReadFileBytes(target_ + L"\\own.txt"), "own");
+}
+
+TEST_F(CopyFolderTest, FailsWhenTheSourceCanOnlyBeListedInPart) {
+  WriteFileBytes(source_ + L"\\b\\c.txt", "C");
+  FakeListing listing;
+  listing.BreakOff(source_ + L"\\b", ERROR_NETNAME_DELETED);
+
+  EXPECT_EQ(Copy(1, 1, 0), 0);
+
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"2|Copy folder from {root}\\from to {root}\\to",
+                          L"2|Copy folder from {root}\\from\\b to {root}\\to\\b",
+                          L"4|Fail to copy file = 64"));
 }
 
 TEST_F(CopyFolderTest, PassesOverFoldersWithoutRecursion) {
