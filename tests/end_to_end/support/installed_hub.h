@@ -51,6 +51,9 @@ class CInstalledHub {
   [[nodiscard]] std::wstring LogJournal() const { return Scratch() + L"\\log journal.txt"; }
   [[nodiscard]] std::wstring ChildJournal() const { return Scratch() + L"\\child journal.txt"; }
 
+  // Puts version 1.0.0 where it belongs.
+  void PutProduct() const;
+
   // Puts the program, its log library and its texts into the folder. `version` is appended to the
   // executable, where Windows doesn't look, so that one copy can be told from another.
   void PutManager(const std::wstring& folder, const std::string& version) const;
@@ -77,7 +80,6 @@ class CInstalledHub {
   [[nodiscard]] std::string DescribeTree(const std::wstring& folder) const;
 
  private:
-  void PutProduct() const;
   void PutRelease() const;
 
   ScratchFolder scratch_;
