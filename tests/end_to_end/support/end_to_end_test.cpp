@@ -166,7 +166,8 @@ std::string EndToEndTest::ExpectedProductKeys() const {
               hub_.Module() + L"\\NHCollectLog\\NHCollectLog.exe") +
          text(hub, L"AppPath", hub_.Root()) + text(hub, L"UpdateManager", hub_.Manager()) +
          ToUtf8(dumps) + "|DumpCount|REG_DWORD|4|2\n" +
-         text(dumps, L"DumpFolder", hub_.DataFolder() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log") +
+         text(dumps, L"DumpFolder",
+              hub_.DataFolder() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log") +
          ToUtf8(dumps) + "|DumpType|REG_DWORD|4|2\n" +
          text(uninstall, L"DisplayIcon", uninstaller) +
          text(uninstall, L"DisplayName", L"Nimba Hub") +

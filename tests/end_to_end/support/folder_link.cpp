@@ -63,6 +63,11 @@ bool LinkOutsideOfWine(UnixFileName unix_file_name, const std::wstring& link,
                           link, true);
 }
 
+bool RemoveOutsideOfWine(UnixFileName unix_file_name, const std::wstring& link) {
+  return RunOutsideOfWine(L"Z:\\bin\\rm",
+                          L"rm \"" + UnixPathOfLink(unix_file_name, link) + L"\"", link, false);
+}
+
 DWORD KindOf(const std::wstring& target) {
   const DWORD attributes = ::GetFileAttributesW(target.c_str());
   const bool is_folder =
@@ -89,9 +94,7 @@ void RemoveFolderLink(const std::wstring& link) {
     return;
   }
   const UnixFileName unix_file_name = FindUnixFileName();
-  EXPECT_TRUE(unix_file_name != nullptr &&
-              RunOutsideOfWine(L"Z:\\bin\\rm",
-                               L"rm \"" + UnixPathOfLink(unix_file_name, link) + L"\"", link, false))
+  EXPECT_TRUE(unix_file_name != nullptr && RemoveOutsideOfWine(unix_file_name, link))
       << "Can't remove the link " << ToUtf8(link);
 }
 

@@ -8,7 +8,7 @@
 //       NHHub.exe, Version.txt, Plugins\Cameras\cam.dll
 //       NHUpdateManager\NHUpdateManager.exe, NSWLogDynamic64U.dll, LogConfig.ini, Config\...
 //       Updater\Updater.exe, Script.ini, Config\ut.ini
-//   {scratch}\Release                                    version 2.0.0, as the updater would stage it
+//   {scratch}\Release                                   version 2.0.0, as it is staged
 //
 // ProgramData is the real one of the machine: what the product leaves there is deleted before and
 // after.

@@ -20,7 +20,8 @@ std::wstring LevelNumber(const std::wstring& name) {
 
 std::wstring WithoutMachine(const std::wstring& text) {
   static const std::wregex header(
-      LR"(Log library \d+\.\d+\.\d+, program version 1\.0\.0, executable (.*), Windows .+, time zone .+)");
+      LR"(Log library \d+\.\d+\.\d+, program version 1\.0\.0, executable (.*), )"
+      LR"(Windows .+, time zone .+)");
   std::wsmatch match;
   return std::regex_match(text, match, header) ? L"{header of " + match[1].str() + L"}" : text;
 }

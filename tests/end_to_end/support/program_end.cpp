@@ -154,8 +154,9 @@ std::array<unsigned char, kStubBytes> MakeStub(std::uintptr_t stub_address,
       0xFF, 0xD0,                                            // call rax
   };
   constexpr std::size_t kAfterCountdown = 7;
-  Put(stub, 3, static_cast<std::int32_t>(static_cast<std::int64_t>(counter_address) -
-                                         static_cast<std::int64_t>(stub_address + kAfterCountdown)));
+  // The counter lies before the stubs, in the same block.
+  const auto distance = static_cast<std::int64_t>(stub_address + kAfterCountdown - counter_address);
+  Put(stub, 3, static_cast<std::int32_t>(-distance));
   Put(stub, 15, function);
   Put(stub, 31, kEndedBeforeChange);
   // System libraries lie at the same place in every process.
