@@ -1,41 +1,25 @@
-#include "base/existence.h"
 #include "tests/end_to_end/support/end_to_end_test.h"
-#include "tests/end_to_end/support/stand_in_process.h"
-#include "tests/end_to_end/support/utf8_text.h"
 #include "tests/support/files.h"
 
 namespace nhupdate_test {
 namespace {
 
-class ChainEndToEndTest : public EndToEndTest {};
-
-// The program replaces the product, its updater and itself.
-TEST_F(ChainEndToEndTest, UpdatesFromOneVersionToTheNext) {
-  const std::wstring new_updater = hub_.Scratch() + L"\\Updater 2";
-  WriteFileBytes(new_updater + L"\\updater.txt", "2.0.0");
-  hub_.Script(L"check NIMBA_SOFTWARE", {.exit_code = 0});
-  hub_.Script(L"NIMBA_SOFTWARE", {.exit_code = 0, .new_updater = new_updater});
-  hub_.Script(L"NIMBAHUB", {.exit_code = 0, .delay_ms = 200, .stage = hub_.Release()});
-  WriteFileBytes(hub_.Base() + L"\\Plugins\\old.dll", "gone in 2.0.0");
-  WriteFileBytes(hub_.Base() + L"\\Settings\\user.cfg", "the user's own");
-  CreateFolders(hub_.Base() + L"\\Empty\\Emptier");
-
-  const ProgramRun run = Run(L"-update");
-
-  ASSERT_EQ(run.managers.size(), 3U);
-  EXPECT_EQ(hub_.WithPlaceholders(run.managers[0].path),
-            "{base}\\NHUpdateManager\\NHUpdateManager.exe");
-  EXPECT_EQ(hub_.WithPlaceholders(run.managers[1].path),
-            "{base}\\Updater\\App\\NHUpdateManager\\NHUpdateManager.exe");
-  EXPECT_EQ(hub_.WithPlaceholders(run.managers[2].path),
-            "{base}\\NHUpdateManager\\NHUpdateManager.exe");
-  for (const ManagerProcess& manager : run.managers) {
-    EXPECT_EQ(manager.exit_code, 0U);
+class ChainEndToEndTest : public EndToEndTest {
+ protected:
+  ChainEndToEndTest() {
+    const std::wstring new_updater = hub_.Scratch() + L"\\Updater 2";
+    WriteFileBytes(new_updater + L"\\updater.txt", "2.0.0");
+    hub_.Script(L"check NIMBA_SOFTWARE", {.exit_code = 0});
+    hub_.Script(L"NIMBA_SOFTWARE", {.exit_code = 0, .new_updater = new_updater});
+    hub_.Script(L"NIMBAHUB", {.exit_code = 0, .delay_ms = 200, .stage = hub_.Release()});
+    WriteFileBytes(hub_.Base() + L"\\Plugins\\old.dll", "gone in 2.0.0");
+    WriteFileBytes(hub_.Base() + L"\\Settings\\user.cfg", "the user's own");
+    CreateFolders(hub_.Base() + L"\\Empty\\Emptier");
   }
-  EXPECT_TRUE(run.boxes.empty());
 
-  EXPECT_EQ(TranscriptOf(run.managers[0].id),
-            StartUp() + "2|Function : Update\n2|Begin update updater.\n" +
+  // The records of the three stages.
+  [[nodiscard]] std::string UpdateRecords() const {
+    return StartUp() + "2|Function : Update\n2|Begin update updater.\n" +
                 Launch("{base}\\Updater", "Updater.exe",
                        "-NoUI -CheckTask NIMBA_SOFTWARE "
                        "com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks "
@@ -59,10 +43,11 @@ TEST_F(ChainEndToEndTest, UpdatesFromOneVersionToTheNext) {
 )" + Launch("{base}\\Updater\\App\\NHUpdateManager", "NHUpdateManager.exe", "-self_update") +
                 R"(2|Launch NHUpdateManager success for self update.
 2|Return 0
-)");
+)";
+  }
 
-  EXPECT_EQ(TranscriptOf(run.managers[1].id),
-            StartUp("{base}\\Updater\\App\\NHUpdateManager") + "2|Function : Self Update\n" +
+  [[nodiscard]] std::string SelfUpdateRecords() const {
+    return StartUp("{base}\\Updater\\App\\NHUpdateManager") + "2|Function : Self Update\n" +
                 NoOtherManager() +
                 R"(2|Copy folder from {base}\Updater\App\NHUpdateManager to {base}\NHUpdateManager
 2|Delete Dir : {base}\NHUpdateManager\Config
@@ -75,10 +60,11 @@ TEST_F(ChainEndToEndTest, UpdatesFromOneVersionToTheNext) {
 )" + Launch("{base}\\NHUpdateManager", "NHUpdateManager.exe", "-final_update") +
                 R"(2|Launch NHUpdateManager success for final update.
 2|Return 0
-)");
+)";
+  }
 
-  EXPECT_EQ(TranscriptOf(run.managers[2].id),
-            StartUp() + "2|Function : Final Update\n" + NoOtherManager() +
+  [[nodiscard]] std::string FinalUpdateRecords() const {
+    return StartUp() + "2|Function : Final Update\n" + NoOtherManager() +
                 "2|Stop associates OK.\n" + Grants() +
                 R"(2|Delete OK : {base}\NHHub.exe
 2|Delete OK : {base}\Version.txt
@@ -102,7 +88,29 @@ TEST_F(ChainEndToEndTest, UpdatesFromOneVersionToTheNext) {
 2|Remove empty folder : {base}\Empty
 2|Remove empty folder : {base}\Updater\Temp
 2|Return 0
-)");
+)";
+  }
+};
+
+// The program replaces the product, its updater and itself.
+TEST_F(ChainEndToEndTest, UpdatesFromOneVersionToTheNext) {
+  const ProgramRun run = Run(L"-update");
+
+  ASSERT_EQ(run.managers.size(), 3U);
+  EXPECT_EQ(hub_.WithPlaceholders(run.managers[0].path),
+            "{base}\\NHUpdateManager\\NHUpdateManager.exe");
+  EXPECT_EQ(hub_.WithPlaceholders(run.managers[1].path),
+            "{base}\\Updater\\App\\NHUpdateManager\\NHUpdateManager.exe");
+  EXPECT_EQ(hub_.WithPlaceholders(run.managers[2].path),
+            "{base}\\NHUpdateManager\\NHUpdateManager.exe");
+  for (const ManagerProcess& manager : run.managers) {
+    EXPECT_EQ(manager.exit_code, 0U);
+  }
+  EXPECT_TRUE(run.boxes.empty());
+
+  EXPECT_EQ(TranscriptOf(run.managers[0].id), UpdateRecords());
+  EXPECT_EQ(TranscriptOf(run.managers[1].id), SelfUpdateRecords());
+  EXPECT_EQ(TranscriptOf(run.managers[2].id), FinalUpdateRecords());
 
   EXPECT_EQ(hub_.DescribeTree(hub_.Root()), R"(Nimba Hub\
 Nimba Hub\NHHub.exe = hub 2.0.0
@@ -145,6 +153,27 @@ Nimba Hub\Version.txt
             "[ProductVersion]\r\nVersion=2.0.0\r\n");
   EXPECT_EQ(DescribeProductKeys(), ExpectedProductKeys());
   EXPECT_THAT(GrantParameters(), testing::UnorderedElementsAreArray(ExpectedGrantParameters()));
+}
+
+// All three processes write into one file.
+TEST_F(ChainEndToEndTest, IsWrittenDownByTheShippedLogLibrary) {
+  hub_.UseLogLibrary(L"NSWLogDynamic64U");
+  ASSERT_TRUE(::CopyFileW((hub_.Module() + L"\\NSWLogDynamic64U.dll").c_str(),
+                          (hub_.Release() + L"\\NHUpdateManager\\NSWLogDynamic64U.dll").c_str(),
+                          FALSE));
+
+  const ProgramRun run = Run(L"-update");
+
+  EXPECT_EQ(run.output, "");
+  ASSERT_EQ(run.managers.size(), 3U);
+  EXPECT_EQ(TranscriptOf(run.managers[0].id),
+            "2|{header of {base}\\NHUpdateManager\\NHUpdateManager.exe}\n" + UpdateRecords());
+  EXPECT_EQ(TranscriptOf(run.managers[1].id),
+            "2|{header of {base}\\Updater\\App\\NHUpdateManager\\NHUpdateManager.exe}\n" +
+                SelfUpdateRecords());
+  EXPECT_EQ(TranscriptOf(run.managers[2].id),
+            "2|{header of {base}\\NHUpdateManager\\NHUpdateManager.exe}\n" +
+                FinalUpdateRecords());
 }
 
 }  // namespace

@@ -1,4 +1,3 @@
-#include "base/existence.h"
 #include "tests/end_to_end/support/end_to_end_test.h"
 #include "tests/end_to_end/support/stand_in_process.h"
 #include "tests/end_to_end/support/utf8_text.h"

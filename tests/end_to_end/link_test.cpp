@@ -6,9 +6,34 @@
 namespace nhupdate_test {
 namespace {
 
-class LinkEndToEndTest : public EndToEndTest {};
+class LinkEndToEndTest : public EndToEndTest {
+ protected:
+  // Folders that links are left in can't be removed under Wine.
+  ~LinkEndToEndTest() override {
+    for (const wchar_t* link : {L"\\Plugins\\Cameras", L"\\Plugins", L"\\Link"}) {
+      RemoveFolderLink(hub_.Base() + link);
+    }
+  }
+};
 
-// The base folder is writable for many; what a link in it leads to belongs to somebody else.
+// The base folder is writable for many, and a link in it must not lead the deletion elsewhere.
+TEST_F(LinkEndToEndTest, NothingBehindALinkIsDeleted) {
+  hub_.StageRelease();
+  const std::wstring outside = hub_.Scratch() + L"\\Outside";
+  WriteFileBytes(outside + L"\\other.dll", "not ours");
+  WriteFileBytes(outside + L"\\Deep\\file.dll", "not ours either");
+  CreateFolders(outside + L"\\Empty");
+  RemoveTree(hub_.Base() + L"\\Plugins");
+  CreateLink(hub_.Base() + L"\\Plugins", outside);
+
+  const ProgramRun run = Run(L"-final_update");
+
+  EXPECT_EQ(run.exit_code, 0U);
+  EXPECT_EQ(ReadFileBytes(outside + L"\\other.dll"), "not ours");
+  EXPECT_EQ(ReadFileBytes(outside + L"\\Deep\\file.dll"), "not ours either");
+  EXPECT_EQ(ReadFileBytes(hub_.Base() + L"\\Plugins\\sound.dll"), "sound 2.0.0");
+}
+
 TEST_F(LinkEndToEndTest, WhatALinkLeadsToSurvivesAnUpdate) {
   hub_.StageRelease();
   const std::wstring outside = hub_.Scratch() + L"\\Outside";

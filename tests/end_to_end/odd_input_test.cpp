@@ -1,7 +1,4 @@
-#include "base/existence.h"
 #include "tests/end_to_end/support/end_to_end_test.h"
-#include "tests/end_to_end/support/stand_in_process.h"
-#include "tests/end_to_end/support/utf8_text.h"
 #include "tests/support/files.h"
 
 namespace nhupdate_test {

@@ -1,7 +1,6 @@
 #include "base/existence.h"
 #include "tests/end_to_end/support/end_to_end_test.h"
 #include "tests/end_to_end/support/stand_in_process.h"
-#include "tests/support/files.h"
 
 namespace nhupdate_test {
 namespace {

@@ -2,9 +2,9 @@
 
 #include "base/paths.h"
 #include "base/strings.h"
+#include "tests/end_to_end/support/log_source.h"
 #include "tests/end_to_end/support/utf8_text.h"
 #include "tests/support/files.h"
-#include "tests/support/log_journal.h"
 
 namespace nhupdate_test {
 
@@ -60,17 +60,15 @@ std::string EndToEndTest::TranscriptOf(DWORD process_id) const {
 
 std::string EndToEndTest::Records(DWORD process_id) const {
   std::string transcript;
-  for (const LogCall& call : ReadLogJournal(hub_.LogJournal())) {
-    if (process_id != 0 && call.process_id != process_id) {
+  for (LogRecord record : ReadLog(hub_)) {
+    if (process_id != 0 && record.process_id != process_id) {
       continue;
     }
-    for (std::wstring record : RecordsOf({call})) {
-      ReplaceId(record, call.process_id, L"{pid}");
-      for (const auto& [id, name] : names_) {
-        ReplaceId(record, id, L"{" + ToWide(name) + L"}");
-      }
-      transcript += hub_.WithPlaceholders(record) + "\n";
+    ReplaceId(record.text, record.process_id, L"{pid}");
+    for (const auto& [id, name] : names_) {
+      ReplaceId(record.text, id, L"{" + ToWide(name) + L"}");
     }
+    transcript += hub_.WithPlaceholders(record.text) + "\n";
   }
   return transcript;
 }
@@ -168,7 +166,8 @@ std::string EndToEndTest::ExpectedProductKeys() const {
               hub_.Module() + L"\\NHCollectLog\\NHCollectLog.exe") +
          text(hub, L"AppPath", hub_.Root()) + text(hub, L"UpdateManager", hub_.Manager()) +
          ToUtf8(dumps) + "|DumpCount|REG_DWORD|4|2\n" +
-         text(dumps, L"DumpFolder", hub_.DataFolder() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log") +
+         text(dumps, L"DumpFolder",
+              hub_.DataFolder() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log") +
          ToUtf8(dumps) + "|DumpType|REG_DWORD|4|2\n" +
          text(uninstall, L"DisplayIcon", uninstaller) +
          text(uninstall, L"DisplayName", L"Nimba Hub") +

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+
 #include "base/unique_handle.h"
 #include "base/windows.h"
 #include "tests/end_to_end/support/utf8_text.h"
@@ -24,30 +26,46 @@ std::wstring UnixPath(UnixFileName unix_file_name, const std::wstring& path) {
   return copy;
 }
 
-// Wine can't make links, but the system below it can.
-bool LinkOutsideOfWine(UnixFileName unix_file_name, const std::wstring& link,
-                       const std::wstring& target) {
-  const std::wstring parent = link.substr(0, link.rfind(L'\\'));
-  std::wstring command_line = L"ln -s -T \"" + UnixPath(unix_file_name, target) + L"\" \"" +
-                              UnixPath(unix_file_name, parent) + L"/" +
-                              link.substr(link.rfind(L'\\') + 1) + L"\"";
+// The path of the link itself, which is not that of what it leads to.
+std::wstring UnixPathOfLink(UnixFileName unix_file_name, const std::wstring& link) {
+  const std::size_t name = link.rfind(L'\\');
+  return UnixPath(unix_file_name, link.substr(0, name)) + L"/" + link.substr(name + 1);
+}
+
+// Runs a program of the system below Wine and waits until the link is there, or is not.
+bool RunOutsideOfWine(const wchar_t* program, std::wstring command_line, const std::wstring& link,
+                      bool is_link_wanted) {
   STARTUPINFOW startup = {};
   startup.cb = sizeof(startup);
   PROCESS_INFORMATION information = {};
-  if (!::CreateProcessW(L"Z:\\bin\\ln", command_line.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                        nullptr, &startup, &information)) {
+  if (!::CreateProcessW(program, command_line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &startup, &information)) {
     return false;
   }
   ::CloseHandle(information.hThread);
   const nhupdate::UniqueKernelHandle process(information.hProcess);
   constexpr int kTries = 500;
   for (int tries = 0; tries < kTries; ++tries) {
-    if (::GetFileAttributesW(link.c_str()) != INVALID_FILE_ATTRIBUTES) {
+    if ((::GetFileAttributesW(link.c_str()) != INVALID_FILE_ATTRIBUTES) == is_link_wanted) {
       return true;
     }
     ::Sleep(10);
   }
   return false;
+}
+
+// Wine can't make links, but the system below it can.
+bool LinkOutsideOfWine(UnixFileName unix_file_name, const std::wstring& link,
+                       const std::wstring& target) {
+  return RunOutsideOfWine(L"Z:\\bin\\ln",
+                          L"ln -s -T \"" + UnixPath(unix_file_name, target) + L"\" \"" +
+                              UnixPathOfLink(unix_file_name, link) + L"\"",
+                          link, true);
+}
+
+bool RemoveOutsideOfWine(UnixFileName unix_file_name, const std::wstring& link) {
+  return RunOutsideOfWine(L"Z:\\bin\\rm",
+                          L"rm \"" + UnixPathOfLink(unix_file_name, link) + L"\"", link, false);
 }
 
 DWORD KindOf(const std::wstring& target) {
@@ -67,6 +85,17 @@ void CreateLink(const std::wstring& link, const std::wstring& target) {
   const UnixFileName unix_file_name = FindUnixFileName();
   EXPECT_TRUE(unix_file_name != nullptr && LinkOutsideOfWine(unix_file_name, link, target))
       << "Can't make the link " << ToUtf8(link);
+}
+
+void RemoveFolderLink(const std::wstring& link) {
+  const DWORD attributes = ::GetFileAttributesW(link.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 ||
+      ::RemoveDirectoryW(link.c_str())) {
+    return;
+  }
+  const UnixFileName unix_file_name = FindUnixFileName();
+  EXPECT_TRUE(unix_file_name != nullptr && RemoveOutsideOfWine(unix_file_name, link))
+      << "Can't remove the link " << ToUtf8(link);
 }
 
 bool IsKindOfLinkTold(const std::wstring& link) {

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "base/known_folder.h"
+#include "base/paths.h"
 #include "base/strings.h"
+#include "base/unique_handle.h"
 #include "base/windows.h"
 #include "tests/end_to_end/support/child_journal.h"
 #include "tests/end_to_end/support/product_registry.h"
@@ -27,7 +29,29 @@ void CopyOver(const std::wstring& source, const std::wstring& target) {
 }
 
 void Append(const std::wstring& path, const std::string& bytes) {
-  WriteFileBytes(path, ReadFileBytes(path) + bytes);
+  const nhupdate::UniqueFile file(::CreateFileW(path.c_str(), FILE_APPEND_DATA, 0, nullptr,
+                                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  DWORD written = 0;
+  EXPECT_TRUE(::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written,
+                          nullptr));
+}
+
+LONGLONG SizeOf(const std::wstring& path) {
+  WIN32_FILE_ATTRIBUTE_DATA attributes = {};
+  EXPECT_TRUE(::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &attributes));
+  return (static_cast<LONGLONG>(attributes.nFileSizeHigh) << 32) | attributes.nFileSizeLow;
+}
+
+// What PutManager has put behind the program.
+std::string VersionBehind(const std::wstring& program) {
+  const nhupdate::UniqueFile file(::CreateFileW(
+      program.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  std::string version(5, '?');
+  DWORD read = 0;
+  ::SetFilePointer(file.Get(), -5, nullptr, FILE_END);
+  ::ReadFile(file.Get(), version.data(), static_cast<DWORD>(version.size()), &read, nullptr);
+  return version;
 }
 
 void CopyTree(const std::wstring& source, const std::wstring& target) {
@@ -147,19 +171,19 @@ std::string CInstalledHub::WithPlaceholders(std::wstring text) const {
 }
 
 std::string CInstalledHub::DescribeTree(const std::wstring& folder) const {
-  constexpr std::size_t kShort = 100;
+  constexpr LONGLONG kShort = 100;
   std::string description;
   for (const std::wstring& entry : ListTree(folder)) {
     description += ToUtf8(entry);
     if (entry.back() != L'\\') {
-      const std::string bytes = ReadFileBytes(folder + L"\\" + entry);
-      const bool is_manager = nhupdate::EqualsIgnoringCase(
-          entry.substr(entry.rfind(L'\\') + 1), L"NHUpdateManager.exe");
-      if (is_manager && bytes.size() > kShort) {
-        description += " = program " + bytes.substr(bytes.size() - 5);
-      } else if (bytes.size() <= kShort && entry.find(L".ini") == std::wstring::npos &&
+      const std::wstring path = folder + L"\\" + entry;
+      const bool is_short = SizeOf(path) <= kShort;
+      if (!is_short && nhupdate::EqualsIgnoringCase(nhupdate::FileName(entry),
+                                                    L"NHUpdateManager.exe")) {
+        description += " = program " + VersionBehind(path);
+      } else if (is_short && entry.find(L".ini") == std::wstring::npos &&
                  entry.find(L".txt") == std::wstring::npos) {
-        description += " = " + bytes;
+        description += " = " + ReadFileBytes(path);
       }
     }
     description += "\n";

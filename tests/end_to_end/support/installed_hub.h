@@ -8,7 +8,7 @@
 //       NHHub.exe, Version.txt, Plugins\Cameras\cam.dll
 //       NHUpdateManager\NHUpdateManager.exe, NSWLogDynamic64U.dll, LogConfig.ini, Config\...
 //       Updater\Updater.exe, Script.ini, Config\ut.ini
-//   {scratch}\Release                                    version 2.0.0, as the updater would stage it
+//   {scratch}\Release                                   version 2.0.0, as it is staged
 //
 // ProgramData is the real one of the machine: what the product leaves there is deleted before and
 // after.
@@ -51,6 +51,9 @@ class CInstalledHub {
   [[nodiscard]] std::wstring LogJournal() const { return Scratch() + L"\\log journal.txt"; }
   [[nodiscard]] std::wstring ChildJournal() const { return Scratch() + L"\\child journal.txt"; }
 
+  // Puts version 1.0.0 where it belongs.
+  void PutProduct() const;
+
   // Puts the program, its log library and its texts into the folder. `version` is appended to the
   // executable, where Windows doesn't look, so that one copy can be told from another.
   void PutManager(const std::wstring& folder, const std::string& version) const;
@@ -77,7 +80,6 @@ class CInstalledHub {
   [[nodiscard]] std::string DescribeTree(const std::wstring& folder) const;
 
  private:
-  void PutProduct() const;
   void PutRelease() const;
 
   ScratchFolder scratch_;

@@ -9,6 +9,7 @@
 #include "base/paths.h"
 #include "base/strings.h"
 #include "base/unique_handle.h"
+#include "tests/end_to_end/support/program_end.h"
 
 namespace nhupdate_test {
 
@@ -176,6 +177,9 @@ ProgramRun RunToTheEnd(const ProgramStart& start) {
     pipe.reading.Reset();
   }
   std::thread reader([&] { run.output = ReadToTheEnd(pipe.reading.Get()); });
+  if (start.end_before_change > 0) {
+    EXPECT_TRUE(EndBeforeChange(process.Get(), thread.Get(), start.end_before_change));
+  }
   ::ResumeThread(thread.Get());
 
   run.process_id = information.dwProcessId;

@@ -22,6 +22,8 @@ struct ProgramStart {
   bool is_elevated = true;
   Streams streams = Streams::kPiped;
   DWORD time_limit_ms = 30'000;
+  // When not 0, the program is ended right before that change; see program_end.h.
+  int end_before_change = 0;
 };
 
 // A process of the program, the one that was started itself or a later stage.
