@@ -104,25 +104,26 @@ class CManagerCenter {
   // caller has tested the elevation.
   [[nodiscard]] int InstallSequence(int final_update);
   // Brings the updater itself up to date. Returns 1 when a new one was put into place, else 0.
-  int RefreshUpdater();
+  [[nodiscard]] int RefreshUpdater();
   // Installs the sibling product beside the base folder. Its result code stays within the program.
-  int InstallNimbaCast();
+  [[nodiscard]] int InstallNimbaCast();
   // Deletes the updater's configuration, so that its next run starts afresh. The argument is 0 in
   // the installed copy of the program and 1 in the staged one. Returns whether there was one.
-  int DeleteUpdaterConfig(int staged);
+  [[nodiscard]] int DeleteUpdaterConfig(int staged);
 
   // --- stopping processes
 
   // The file name and path of a process's executable. Returns 0 and leaves both alone when the
   // process can't be opened.
-  static int GetProcessImageName(unsigned long process_id, std::wstring& name, std::wstring& path);
+  [[nodiscard]] static int GetProcessImageName(unsigned long process_id, std::wstring& name,
+                                               std::wstring& path);
 
   // Ends every process of that file name, in any letter case, except the calling one. Returns 0
   // when one of them is still there afterwards.
-  int TerminateProcessByName(const std::wstring& file_name);
+  [[nodiscard]] int TerminateProcessByName(const std::wstring& file_name);
 
   // Ends all other copies of this program; tells the user when one can't be ended.
-  int StopUpdateManagers();
+  [[nodiscard]] int StopUpdateManagers();
 
   // --- folder copy
 
@@ -130,27 +131,27 @@ class CManagerCenter {
   // that can't be copied. A source that can't be listed is an empty one. Folders are copied only
   // with `recurse`; with `delete_existing` the sub-folders of the destination are deleted before
   // they are copied, though no deeper ones. The folder of the running program is passed over.
-  int CopyFolder(const std::wstring& destination, const std::wstring& source, int recurse,
-                 int log_details, int delete_existing);
+  [[nodiscard]] int CopyFolder(const std::wstring& destination, const std::wstring& source,
+                               int recurse, int log_details, int delete_existing);
 
   // Puts the staged product over the installed one; tells the user when that fails.
-  int InstallCopy();
+  [[nodiscard]] int InstallCopy();
 
   // --- folder removal
 
   // Notes the sub-folders that hold no file at any depth for removal, the deepest first. Returns 1
   // when the folder itself holds none. A link counts as a file.
-  int CollectEmptyFolders(const std::wstring& folder);
+  [[nodiscard]] int CollectEmptyFolders(const std::wstring& folder);
 
   // Deletes the folder with all its content, as far as possible. Links are removed, but what they
   // lead to is left alone. Returns non-zero when the folder is gone.
-  int DeleteFolderTree(const std::wstring& folder);
+  [[nodiscard]] int DeleteFolderTree(const std::wstring& folder);
 
   // --- registration
 
   // Registers the product with Windows. Always 1: single values that can't be written are no
   // reason to call an installation failed.
-  int RegisterProduct();
+  [[nodiscard]] int RegisterProduct();
 
   // --- folder access
 

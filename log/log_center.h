@@ -20,8 +20,9 @@ class CNSWLogCenter {
 
   // Loads the library and starts it. Returns 1 when it is running, also when it was loaded
   // already, else 0. A library that refuses to start stays loaded, and records still reach it.
-  int StartLog(const std::wstring& library_path, const std::wstring& configuration_path,
-               const std::wstring& log_folder);
+  [[nodiscard]] int StartLog(const std::wstring& library_path,
+                             const std::wstring& configuration_path,
+                             const std::wstring& log_folder);
 
   // Passes one record on; dropped without a word when there is no library.
   void WriteRecord(int level, const std::wstring& tag, const std::wstring& message);

@@ -19,18 +19,18 @@ namespace nhupdate {
 // Reads one value of any kind, with whitespace (all units from 1 to 32) before it. Such whitespace
 // is added to the result even when the value itself fails, so that a failure smaller in magnitude
 // than the whitespace yields a positive result: look at the value's kind, not at the number.
-int ParseValue(JsonValue& value, const wchar_t* text, int bound);
+[[nodiscard]] int ParseValue(JsonValue& value, const wchar_t* text, int bound);
 
 // Readers of one kind each, with the text at the value's first unit.
-int ParseObject(JsonValue& value, const wchar_t* text, int bound);
-int ParseArray(JsonValue& value, const wchar_t* text, int bound);
-int ParseString(JsonValue& value, const wchar_t* text, int bound);
-int ParseNumber(JsonValue& value, const wchar_t* text, int bound);
-int ParseLiteral(JsonValue& value, const wchar_t* text, int bound);
+[[nodiscard]] int ParseObject(JsonValue& value, const wchar_t* text, int bound);
+[[nodiscard]] int ParseArray(JsonValue& value, const wchar_t* text, int bound);
+[[nodiscard]] int ParseString(JsonValue& value, const wchar_t* text, int bound);
+[[nodiscard]] int ParseNumber(JsonValue& value, const wchar_t* text, int bound);
+[[nodiscard]] int ParseLiteral(JsonValue& value, const wchar_t* text, int bound);
 
 // Reads a quoted string into `out`, which a failure leaves alone. The first unit is taken for the
 // opening quote whatever it is; there only has to be some quote within the bound.
-int ScanString(const wchar_t* text, int bound, std::wstring& out);
+[[nodiscard]] int ScanString(const wchar_t* text, int bound, std::wstring& out);
 
 // Releases the payload and everything beneath it, and makes the value Null.
 void FreeValue(JsonValue& value);

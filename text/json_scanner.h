@@ -29,16 +29,16 @@ class CJsonScanner {
 
   // Each reads what begins at the position and returns the number of units consumed or a negative
   // number. The readers of values fill `value` only when they succeed.
-  int ScanString(int position, std::wstring& out) const;
-  int ParseString(JsonValue& value, int position) const;
-  int ParseNumber(JsonValue& value, int position) const;
-  int ParseLiteral(JsonValue& value, int position) const;
+  [[nodiscard]] int ScanString(int position, std::wstring& out) const;
+  [[nodiscard]] int ParseString(JsonValue& value, int position) const;
+  [[nodiscard]] int ParseNumber(JsonValue& value, int position) const;
+  [[nodiscard]] int ParseLiteral(JsonValue& value, int position) const;
 
   // Whether the unit at the position can begin one of these values.
   [[nodiscard]] bool BeginsScalar(int position) const;
 
   // Reads whichever of these values begins at the position; -1 where none does.
-  int ParseScalar(JsonValue& value, int position) const;
+  [[nodiscard]] int ParseScalar(JsonValue& value, int position) const;
 
  private:
   int ScanEscape(int position, std::uint32_t& code, std::wstring& out) const;
