@@ -7,7 +7,10 @@ namespace {
 
 class LogLibraryEndToEndTest : public EndToEndTest {
  protected:
-  LogLibraryEndToEndTest() { hub_.Script(L"check NIMBAHUB", {.exit_code = 2}); }
+  LogLibraryEndToEndTest() {
+    hub_.UseLogLibrary(L"recording_log");
+    hub_.Script(L"check NIMBAHUB", {.exit_code = 2});
+  }
 
   // A run that ends with 12, whatever is wrong with the log.
   [[nodiscard]] ProgramRun RunDownload(Streams streams = Streams::kPiped) {

@@ -30,7 +30,7 @@ TEST_F(OddInputEndToEndTest, HostileStringFilesOnlyCostTheTexts) {
   hub_.StageRelease();
   for (const std::string& bytes : cases) {
     SCOPED_TRACE(bytes.substr(0, 20) + "... " + std::to_string(bytes.size()));
-    ::DeleteFileW(hub_.LogJournal().c_str());
+    ::DeleteFileW(hub_.LogFile().c_str());
     WriteTexts(bytes);
 
     const ProgramRun run = Run(L"-download");

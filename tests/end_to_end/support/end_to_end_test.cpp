@@ -61,7 +61,8 @@ std::string EndToEndTest::TranscriptOf(DWORD process_id) const {
 std::string EndToEndTest::Records(DWORD process_id) const {
   std::string transcript;
   for (LogRecord record : ReadLog(hub_)) {
-    if (process_id != 0 && record.process_id != process_id) {
+    // The header is the library's own record and names the machine that the test runs on.
+    if (record.tag == kHeaderTag || (process_id != 0 && record.process_id != process_id)) {
       continue;
     }
     ReplaceId(record.text, record.process_id, L"{pid}");

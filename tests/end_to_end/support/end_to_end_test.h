@@ -26,9 +26,9 @@ class EndToEndTest : public testing::Test {
   [[nodiscard]] ProgramRun RunStaged(const std::wstring& arguments) const;
   [[nodiscard]] ProgramRun RunUnelevated(const std::wstring& arguments) const;
 
-  // Every record of every process, in the order in which they were written, as "level|text" lines
-  // with {base}, {root}, {data} and {scratch} for folders and {pid} for the id of the process that
-  // wrote it.
+  // Every record of the program, from every process, in the order in which they were written, as
+  // "level|text" lines with {base}, {root}, {data} and {scratch} for folders and {pid} for the id of
+  // the process that wrote it.
   [[nodiscard]] std::string Transcript() const;
 
   // The same for one process.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/existence.h"
 #include "base/known_folder.h"
 #include "base/paths.h"
 #include "base/strings.h"
@@ -34,6 +35,12 @@ void Append(const std::wstring& path, const std::string& bytes) {
   DWORD written = 0;
   EXPECT_TRUE(::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written,
                           nullptr));
+}
+
+// What tools/package makes of the build that the tests belong to.
+std::wstring PackagedFolder() {
+  const std::wstring build = nhupdate::ParentFolder(nhupdate::ParentFolder(TestProgramFolder()));
+  return build + L"\\package\\NHUpdateManager";
 }
 
 LONGLONG SizeOf(const std::wstring& path) {
@@ -103,11 +110,18 @@ std::wstring CInstalledHub::DataFolder() const {
   return nhupdate::ProgramDataFolder().value_or(L"");
 }
 
+std::wstring CInstalledHub::LogFile() const {
+  return DataFolder() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log\\NHUpdateManager.log";
+}
+
 void CInstalledHub::PutManager(const std::wstring& folder, const std::string& version) const {
-  CopyOver(TestProgramFolder() + L"\\NHUpdateManager.exe", folder + L"\\NHUpdateManager.exe");
+  ASSERT_TRUE(nhupdate::Exists(PackagedFolder()))
+      << "There is no " << ToUtf8(PackagedFolder()) << "; tools/package makes it.";
+  for (const wchar_t* file :
+       {L"\\NHUpdateManager.exe", L"\\NSWLogDynamic64U.dll", L"\\LogConfig.ini"}) {
+    CopyOver(PackagedFolder() + file, folder + file);
+  }
   Append(folder + L"\\NHUpdateManager.exe", version);
-  CopyOver(TestProgramFolder() + L"\\recording_log.dll", folder + L"\\NSWLogDynamic64U.dll");
-  WriteFileBytes(folder + L"\\LogConfig.ini", "[Log]\r\nLevel=2\r\n");
   WriteFileBytes(folder + L"\\Config\\NHUpdateManager.Default.json", kTexts);
 }
 

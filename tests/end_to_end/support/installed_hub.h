@@ -1,6 +1,6 @@
 #pragma once
 
-// A product with the program as it is shipped, and stand-ins for everything else, in a scratch
+// A product with the program as it is packaged, and stand-ins for everything else, in a scratch
 // folder whose name has a blank, letters outside ASCII and a "%":
 //
 //   {scratch}\Corvane                                    {root}
@@ -48,14 +48,17 @@ class CInstalledHub {
   }
   [[nodiscard]] std::wstring Release() const { return Scratch() + L"\\Release"; }
   [[nodiscard]] std::wstring DataFolder() const;
+  [[nodiscard]] std::wstring LogFile() const;
+  // Only a recording log library writes it.
   [[nodiscard]] std::wstring LogJournal() const { return Scratch() + L"\\log journal.txt"; }
   [[nodiscard]] std::wstring ChildJournal() const { return Scratch() + L"\\child journal.txt"; }
 
   // Puts version 1.0.0 where it belongs.
   void PutProduct() const;
 
-  // Puts the program, its log library and its texts into the folder. `version` is appended to the
-  // executable, where Windows doesn't look, so that one copy can be told from another.
+  // Puts the packaged program, log library and log settings into the folder, with texts of the
+  // tests' own. `version` is appended to the executable, where Windows doesn't look, so that one
+  // copy can be told from another. Without a package the test fails and is not run.
   void PutManager(const std::wstring& folder, const std::string& version) const;
 
   // Puts another log library, or none for an empty name, beside the installed program.

@@ -18,17 +18,9 @@ std::wstring LevelNumber(const std::wstring& name) {
   return name == L"INFO" ? L"2" : name == L"WARN" ? L"3" : name == L"ERROR" ? L"4" : name;
 }
 
-std::wstring WithoutMachine(const std::wstring& text) {
-  static const std::wregex header(
-      LR"(Log library \d+\.\d+\.\d+, program version 1\.0\.0, executable (.*), )"
-      LR"(Windows .+, time zone .+)");
-  std::wsmatch match;
-  return std::regex_match(text, match, header) ? L"{header of " + match[1].str() + L"}" : text;
-}
-
 std::vector<LogRecord> ReadLogFile(const std::wstring& path) {
   static const std::wregex line_form(
-      LR"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}[+-]\d\d:\d\d \[(\d+):\d+\] (\w+) +\[\w+\] (.*))");
+      LR"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}[+-]\d\d:\d\d \[(\d+):\d+\] (\w+) +\[(\w+)\] (.*))");
   std::vector<LogRecord> records;
   std::wistringstream lines(ToWide(ReadFileBytes(path)));
   std::wstring line;
@@ -41,8 +33,8 @@ std::vector<LogRecord> ReadLogFile(const std::wstring& path) {
       ADD_FAILURE() << "Not a line of the log: " << ToUtf8(line);
       continue;
     }
-    records.push_back({static_cast<DWORD>(std::stoul(match[1].str())),
-                       LevelNumber(match[2].str()) + L"|" + WithoutMachine(match[3].str())});
+    records.push_back({static_cast<DWORD>(std::stoul(match[1].str())), match[3].str(),
+                       LevelNumber(match[2].str()) + L"|" + match[4].str()});
   }
   return records;
 }
@@ -50,15 +42,13 @@ std::vector<LogRecord> ReadLogFile(const std::wstring& path) {
 }  // namespace
 
 std::vector<LogRecord> ReadLog(const CInstalledHub& hub) {
-  const std::wstring file =
-      hub.DataFolder() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log\\NHUpdateManager.log";
-  if (nhupdate::Exists(file)) {
-    return ReadLogFile(file);
+  if (nhupdate::Exists(hub.LogFile())) {
+    return ReadLogFile(hub.LogFile());
   }
   std::vector<LogRecord> records;
   for (const LogCall& call : ReadLogJournal(hub.LogJournal())) {
     for (const std::wstring& text : RecordsOf({call})) {
-      records.push_back({call.process_id, text});
+      records.push_back({call.process_id, call.arguments[1], text});
     }
   }
   return records;

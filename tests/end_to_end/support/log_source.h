@@ -1,6 +1,6 @@
 #pragma once
 
-// The records of a run, whichever log library wrote them.
+// The records of a run, whichever log library got them.
 
 #include <string>
 #include <vector>
@@ -12,12 +12,15 @@ namespace nhupdate_test {
 
 struct LogRecord {
   DWORD process_id = 0;
+  std::wstring tag;
   std::wstring text;  // L"level|text"
 };
 
-// All records in the order in which they were written: those of the shipped library's file when
-// there is one, else those that the recording library got. The header with which the shipped
-// library begins names things of the machine; only the executable in it is kept.
+// The tag of the record with which the packaged library begins the log of every process.
+inline constexpr wchar_t kHeaderTag[] = L"NSWLogDynamic64U";
+
+// All records in the order in which they were written: those in the packaged library's file when
+// there is one, else those that a recording library got.
 [[nodiscard]] std::vector<LogRecord> ReadLog(const CInstalledHub& hub);
 
 }  // namespace nhupdate_test
