@@ -56,9 +56,8 @@ int Start(const char* version, const wchar_t* configuration_path,
     return static_cast<int>(nhupdate::StartResult::kNoFolderName);
   }
   auto started = std::make_unique<nhupdate::CLogger>();
-  const nhupdate::StartResult result =
-      started->Start(version == nullptr ? "" : version,
-                     nhupdate::ReadLogSettings(configuration_path), log_folder);
+  const nhupdate::StartResult result = started->Start(
+      version == nullptr ? "" : version, nhupdate::ReadLogSettings(configuration_path), log_folder);
   if (result == nhupdate::StartResult::kStarted) {
     logger = started.release();
   }

@@ -19,8 +19,7 @@ std::wstring Widen(std::string_view text) {
 std::wstring ExecutablePath() {
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
-    const DWORD units =
-        ::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    const DWORD units = ::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
     if (units < path.size()) {
       path.resize(units);
       return path;

@@ -96,8 +96,7 @@ void CLogFolder::Delete(const std::wstring& name) const {
   }
   FILE_DISPOSITION_INFO disposition = {};
   disposition.DeleteFile = TRUE;
-  ::SetFileInformationByHandle(file.Get(), FileDispositionInfo, &disposition,
-                               sizeof(disposition));
+  ::SetFileInformationByHandle(file.Get(), FileDispositionInfo, &disposition, sizeof(disposition));
 }
 
 }  // namespace nhupdate

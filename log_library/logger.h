@@ -45,7 +45,7 @@ class CLogger {
   CLogFolder folder_;
   CLogFile file_;
   CWriterQueue queue_;
-  ULONGLONG next_check_ = 0;     // both in the milliseconds of the system's uptime
+  ULONGLONG next_check_ = 0;  // both in the milliseconds of the system's uptime
   ULONGLONG next_rotation_ = 0;
 };
 

@@ -4,11 +4,10 @@ namespace nhupdate {
 
 UniqueFile OpenUnfollowed(const std::wstring& path, DWORD access, DWORD disposition) {
   // Without the backup semantics a folder could not be opened.
-  return UniqueFile(::CreateFileW(path.c_str(), access | FILE_READ_ATTRIBUTES | SYNCHRONIZE,
-                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                  disposition,
-                                  FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS,
-                                  nullptr));
+  return UniqueFile(
+      ::CreateFileW(path.c_str(), access | FILE_READ_ATTRIBUTES | SYNCHRONIZE,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, disposition,
+                    FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
 
 bool Inspect(const UniqueFile& file, OpenedFile& opened) {
@@ -18,8 +17,7 @@ bool Inspect(const UniqueFile& file, OpenedFile& opened) {
     return false;
   }
   opened.identity = {information.dwVolumeSerialNumber,
-                     (std::uint64_t{information.nFileIndexHigh} << 32) |
-                         information.nFileIndexLow};
+                     (std::uint64_t{information.nFileIndexHigh} << 32) | information.nFileIndexLow};
   opened.attributes = information.dwFileAttributes;
   opened.name_count = information.nNumberOfLinks;
   return true;

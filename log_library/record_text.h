@@ -32,7 +32,7 @@ struct RecordOrigin {
 };
 
 // The whole record with its line end.
-[[nodiscard]] std::string FormatRecord(const RecordOrigin& origin, int level,
-                                       std::wstring_view tag, std::wstring_view text);
+[[nodiscard]] std::string FormatRecord(const RecordOrigin& origin, int level, std::wstring_view tag,
+                                       std::wstring_view text);
 
 }  // namespace nhupdate

@@ -10,8 +10,7 @@ namespace {
 constexpr std::int64_t kFileTimeUnitsPerMinute = 60LL * 10'000'000;  // of 100 ns
 
 std::int64_t Units(const FILETIME& time) {
-  return static_cast<std::int64_t>((std::uint64_t{time.dwHighDateTime} << 32) |
-                                   time.dwLowDateTime);
+  return static_cast<std::int64_t>((std::uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime);
 }
 
 std::string Digits(int number, std::size_t width) {
@@ -28,8 +27,7 @@ RecordTime CurrentRecordTime() {
   ::FileTimeToLocalFileTime(&utc, &local);
   RecordTime time;
   ::FileTimeToSystemTime(&local, &time.local);
-  time.utc_offset_minutes =
-      static_cast<int>((Units(local) - Units(utc)) / kFileTimeUnitsPerMinute);
+  time.utc_offset_minutes = static_cast<int>((Units(local) - Units(utc)) / kFileTimeUnitsPerMinute);
   return time;
 }
 

@@ -7,9 +7,9 @@
 namespace nhupdate {
 
 struct LogSettings {
-  int level = 2;                  // records of lower levels are not written
+  int level = 2;  // records of lower levels are not written
   std::uint32_t max_file_kb = 5120;
-  std::uint32_t max_files = 5;    // the current file and the rotated ones together
+  std::uint32_t max_files = 5;  // the current file and the rotated ones together
   std::uint32_t max_age_days = 30;
 
   [[nodiscard]] std::uint64_t MaxFileBytes() const { return std::uint64_t{max_file_kb} * 1024; }

@@ -23,8 +23,8 @@ constexpr wchar_t kMutexAccess[] = L"D:(A;;0x00100001;;;AU)(A;;GA;;;SY)(A;;GA;;;
 
 void CWriterQueue::Open() {
   PSECURITY_DESCRIPTOR descriptor = nullptr;
-  ::ConvertStringSecurityDescriptorToSecurityDescriptorW(kMutexAccess, SDDL_REVISION_1,
-                                                         &descriptor, nullptr);
+  ::ConvertStringSecurityDescriptorToSecurityDescriptorW(kMutexAccess, SDDL_REVISION_1, &descriptor,
+                                                         nullptr);
   SECURITY_ATTRIBUTES attributes = {sizeof(attributes), descriptor, FALSE};
   mutex_.Reset(::CreateMutexExW(&attributes, kMutexName, 0, SYNCHRONIZE | MUTEX_MODIFY_STATE));
   ::LocalFree(descriptor);

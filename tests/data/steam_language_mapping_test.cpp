@@ -22,17 +22,15 @@ struct SteamLanguage {
 };
 
 constexpr SteamLanguage kSteamLanguages[] = {
-    {L"arabic", L"ar"},      {L"brazilian", L"pt-BR"}, {L"bulgarian", L"bg"},
-    {L"czech", L"cs"},       {L"danish", L"da"},       {L"dutch", L"nl"},
-    {L"english", L"en"},     {L"finnish", L"fi"},      {L"french", L"fr"},
-    {L"german", L"de"},      {L"greek", L"el"},        {L"hungarian", L"hu"},
-    {L"indonesian", L"id"},  {L"italian", L"it"},      {L"japanese", L"ja"},
-    {L"korean", L"ko"},      {L"koreana", L"ko"},      {L"latam", L"es-419"},
-    {L"malay", L"ms"},       {L"norwegian", L"nb"},    {L"polish", L"pl"},
-    {L"portuguese", L"pt"},  {L"romanian", L"ro"},     {L"russian", L"ru"},
-    {L"sc_schinese", L"zh"}, {L"schinese", L"zh"},     {L"spanish", L"es"},
-    {L"swedish", L"sv"},     {L"tchinese", L"zh-TW"},  {L"thai", L"th"},
-    {L"turkish", L"tr"},     {L"ukrainian", L"uk"},    {L"vietnamese", L"vi"},
+    {L"arabic", L"ar"},      {L"brazilian", L"pt-BR"}, {L"bulgarian", L"bg"}, {L"czech", L"cs"},
+    {L"danish", L"da"},      {L"dutch", L"nl"},        {L"english", L"en"},   {L"finnish", L"fi"},
+    {L"french", L"fr"},      {L"german", L"de"},       {L"greek", L"el"},     {L"hungarian", L"hu"},
+    {L"indonesian", L"id"},  {L"italian", L"it"},      {L"japanese", L"ja"},  {L"korean", L"ko"},
+    {L"koreana", L"ko"},     {L"latam", L"es-419"},    {L"malay", L"ms"},     {L"norwegian", L"nb"},
+    {L"polish", L"pl"},      {L"portuguese", L"pt"},   {L"romanian", L"ro"},  {L"russian", L"ru"},
+    {L"sc_schinese", L"zh"}, {L"schinese", L"zh"},     {L"spanish", L"es"},   {L"swedish", L"sv"},
+    {L"tchinese", L"zh-TW"}, {L"thai", L"th"},         {L"turkish", L"tr"},   {L"ukrainian", L"uk"},
+    {L"vietnamese", L"vi"},
 };
 
 // Steam's setting of a user of these tests' own: the real one, on a machine with Steam, is left
@@ -100,10 +98,10 @@ TEST(SteamLanguageMappingTest, LeadsFromEverySteamLanguageToAFileOfItsOwn) {
 
     EXPECT_EQ(file, config + L"\\NHUpdateManager." + language.code + L".json");
     EXPECT_TRUE(nhupdate::Exists(file));
-    EXPECT_THAT(product.Transcript(),
-                testing::ElementsAre(
-                    std::wstring(L"2|Found steam language setting : ") + language.name,
-                    std::wstring(L"2|Mapping steam language to ") + language.code + L"."));
+    EXPECT_THAT(
+        product.Transcript(),
+        testing::ElementsAre(std::wstring(L"2|Found steam language setting : ") + language.name,
+                             std::wstring(L"2|Mapping steam language to ") + language.code + L"."));
   }
 }
 
@@ -125,11 +123,10 @@ TEST(SteamLanguageMappingTest, DecidesWhichTextsAreLoadedAtTheStart) {
   product.Start();
 
   const std::vector<std::wstring> records = product.Transcript();
-  EXPECT_THAT(records,
-              testing::IsSupersetOf(
-                  {L"2|Load strings from {root}\\Nimba Hub\\NHUpdateManager\\Config"
-                   L"\\NHUpdateManager.zh-TW.json",
-                   L"2|Total 3 strings loaded."}));
+  EXPECT_THAT(records, testing::IsSupersetOf(
+                           {L"2|Load strings from {root}\\Nimba Hub\\NHUpdateManager\\Config"
+                            L"\\NHUpdateManager.zh-TW.json",
+                            L"2|Total 3 strings loaded."}));
   EXPECT_EQ(product.Manager().GetString(L"KEY_UPDATE_TITLE"), L"Nimba Hub \u66F4\u65B0");
 }
 

@@ -18,8 +18,8 @@ TEST(ShippedStringFileTest, LoadsExactlyTheThreeTextsThatTheProgramAsksFor) {
 
     manager.LoadStrings(path);
 
-    EXPECT_THAT(product.Transcript(), testing::ElementsAre(L"2|Load strings from " + path,
-                                                           L"2|Total 3 strings loaded."));
+    EXPECT_THAT(product.Transcript(),
+                testing::ElementsAre(L"2|Load strings from " + path, L"2|Total 3 strings loaded."));
     for (const wchar_t* key : {nhupdate::kKeyUpdateTitle, nhupdate::kKeyFailCommonError,
                                nhupdate::kKeyFailNeedStopNHUpdateManager}) {
       EXPECT_NE(manager.GetString(key), key);

@@ -21,36 +21,39 @@ class ChainEndToEndTest : public EndToEndTest {
   // The records of the three stages.
   [[nodiscard]] std::string UpdateRecords() const {
     return StartUp() + "2|Function : Update\n2|Begin update updater.\n" +
-                Launch("{base}\\Updater", "Updater.exe",
-                       "-NoUI -CheckTask NIMBA_SOFTWARE "
-                       "com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks "
-                       "-ExitWhenParentDie:{pid}") +
-                R"(2|Launch updater success for check.
+           Launch("{base}\\Updater", "Updater.exe",
+                  "-NoUI -CheckTask NIMBA_SOFTWARE "
+                  "com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks "
+                  "-ExitWhenParentDie:{pid}") +
+           R"(2|Launch updater success for check.
 2|Updater exit = 0
 2|New updater available.
-)" + Launch("{base}\\Updater", "Updater.exe",
-            "NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks "
-            "-KillBrothers -ExitWhenParentDie:{pid}") +
-                R"(2|Launch updater success for update.
+)" +
+           Launch(
+               "{base}\\Updater", "Updater.exe",
+               "NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks "
+               "-KillBrothers -ExitWhenParentDie:{pid}") +
+           R"(2|Launch updater success for update.
 2|Updater exit = 0
 2|Copy folder from {base}\Updater\NewUpdater to {base}\Updater
 2|Copy file from {base}\Updater\NewUpdater\updater.txt to {base}\Updater\updater.txt
 2|Copy complete.
 2|Update updater complete.
-)" + Launch("{base}\\Updater", "Updater.exe",
-            "NIMBAHUB -SkipAdditionTasks -KillBrothers -ExitWhenParentDie:{pid}") +
-                R"(2|Launch updater success for update.
+)" +
+           Launch("{base}\\Updater", "Updater.exe",
+                  "NIMBAHUB -SkipAdditionTasks -KillBrothers -ExitWhenParentDie:{pid}") +
+           R"(2|Launch updater success for update.
 2|Updater exit = 0
 )" + Launch("{base}\\Updater\\App\\NHUpdateManager", "NHUpdateManager.exe", "-self_update") +
-                R"(2|Launch NHUpdateManager success for self update.
+           R"(2|Launch NHUpdateManager success for self update.
 2|Return 0
 )";
   }
 
   [[nodiscard]] std::string SelfUpdateRecords() const {
     return StartUp("{base}\\Updater\\App\\NHUpdateManager") + "2|Function : Self Update\n" +
-                NoOtherManager() +
-                R"(2|Copy folder from {base}\Updater\App\NHUpdateManager to {base}\NHUpdateManager
+           NoOtherManager() +
+           R"(2|Copy folder from {base}\Updater\App\NHUpdateManager to {base}\NHUpdateManager
 2|Delete Dir : {base}\NHUpdateManager\Config
 2|Copy folder from {base}\Updater\App\NHUpdateManager\Config to {base}\NHUpdateManager\Config
 2|Copy file from {base}\Updater\App\NHUpdateManager\Config\NHUpdateManager.Default.json to {base}\NHUpdateManager\Config\NHUpdateManager.Default.json
@@ -59,15 +62,15 @@ class ChainEndToEndTest : public EndToEndTest {
 2|Copy file from {base}\Updater\App\NHUpdateManager\NSWLogDynamic64U.dll to {base}\NHUpdateManager\NSWLogDynamic64U.dll
 2|Copy NHUpdateManager success.
 )" + Launch("{base}\\NHUpdateManager", "NHUpdateManager.exe", "-final_update") +
-                R"(2|Launch NHUpdateManager success for final update.
+           R"(2|Launch NHUpdateManager success for final update.
 2|Return 0
 )";
   }
 
   [[nodiscard]] std::string FinalUpdateRecords() const {
     return StartUp() + "2|Function : Final Update\n" + NoOtherManager() +
-                "2|Stop associates OK.\n" + Grants() +
-                R"(2|Delete OK : {base}\NHHub.exe
+           "2|Stop associates OK.\n" + Grants() +
+           R"(2|Delete OK : {base}\NHHub.exe
 2|Delete OK : {base}\Version.txt
 2|Copy OK : {base}\Updater\App\NHHub.exe => {base}\NHHub.exe
 2|Copy OK : {base}\Updater\App\Version.txt => {base}\Version.txt
@@ -150,8 +153,7 @@ Nimba Hub\Updater\Updater.exe
 Nimba Hub\Updater\updater.txt
 Nimba Hub\Version.txt
 )");
-  EXPECT_EQ(ReadFileBytes(hub_.Base() + L"\\Version.txt"),
-            "[ProductVersion]\r\nVersion=2.0.0\r\n");
+  EXPECT_EQ(ReadFileBytes(hub_.Base() + L"\\Version.txt"), "[ProductVersion]\r\nVersion=2.0.0\r\n");
   EXPECT_EQ(DescribeProductKeys(), ExpectedProductKeys());
   EXPECT_THAT(GrantParameters(), testing::UnorderedElementsAreArray(ExpectedGrantParameters()));
 }

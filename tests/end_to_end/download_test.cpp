@@ -34,8 +34,9 @@ TEST_F(DownloadEndToEndTest, StartsTheDownloadWhenThereIsAnUpdate) {
 2|Updater exit = 0
 2|New update available.
 )" + Download() + "2|Return 12\n");
-  EXPECT_EQ(Children(run),
-            R"({base}\Updater\Updater.exe in {base}\Updater show 0 by {pid}: "{base}\Updater\Updater.exe" -NoUI -CheckTask NIMBAHUB -SkipAdditionTasks -ExitWhenParentDie:{pid}
+  EXPECT_EQ(
+      Children(run),
+      R"({base}\Updater\Updater.exe in {base}\Updater show 0 by {pid}: "{base}\Updater\Updater.exe" -NoUI -CheckTask NIMBAHUB -SkipAdditionTasks -ExitWhenParentDie:{pid}
 {base}\Updater\Updater.exe in {base}\Updater show 0 by {pid}: "{base}\Updater\Updater.exe" -NoUI NIMBAHUB "-AdditionTask:NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater" -SkipAdditionTasks -DownloadOnly -KillBrothers
 )");
   EXPECT_EQ(hub_.DescribeTree(hub_.App()), hub_.DescribeTree(hub_.Release()));
@@ -98,7 +99,8 @@ TEST_F(DownloadEndToEndTest, EndsWith14WithoutAnUpdater) {
   const ProgramRun run = Run(L"-download");
 
   EXPECT_EQ(run.exit_code, 14U);
-  EXPECT_EQ(Transcript(), StartUp() + Check() + R"(4|Update.exe not found : {base}\Updater\Updater.exe
+  EXPECT_EQ(Transcript(),
+            StartUp() + Check() + R"(4|Update.exe not found : {base}\Updater\Updater.exe
 2|Return 14
 )");
   EXPECT_TRUE(run.boxes.empty());

@@ -35,8 +35,9 @@ class InstallEndToEndTest : public EndToEndTest {
 2|Copy file from {base}\Updater\Script.ini to {root}\NimbaCast\Updater\Script.ini
 2|Copy folder from {base}\Updater\Temp to {root}\NimbaCast\Updater\Temp
 2|Copy file from {base}\Updater\Updater.exe to {root}\NimbaCast\Updater\Updater.exe
-)" + Launch("{root}\\NimbaCast\\Updater", "Updater.exe",
-            "-NoUI NIMBACS -SkipAdditionTasks -ExitWhenParentDie:{pid}") +
+)" +
+           Launch("{root}\\NimbaCast\\Updater", "Updater.exe",
+                  "-NoUI NIMBACS -SkipAdditionTasks -ExitWhenParentDie:{pid}") +
            "2|Launch updater success for download.\n";
   }
 
@@ -82,8 +83,9 @@ TEST_F(InstallEndToEndTest, InstallsTheHubAndNimbaCast) {
 2|Install success.
 2|Install NCS end.
 )" + NimbaDesk() + "2|Return 0\n");
-  EXPECT_EQ(Children(run),
-            R"({root}\NimbaCast\Updater\Updater.exe in {root}\NimbaCast\Updater show 0 by {pid}: "{root}\NimbaCast\Updater\Updater.exe" -NoUI NIMBACS -SkipAdditionTasks -ExitWhenParentDie:{pid}
+  EXPECT_EQ(
+      Children(run),
+      R"({root}\NimbaCast\Updater\Updater.exe in {root}\NimbaCast\Updater show 0 by {pid}: "{root}\NimbaCast\Updater\Updater.exe" -NoUI NIMBACS -SkipAdditionTasks -ExitWhenParentDie:{pid}
 {root}\NimbaCast\CSUpdateManager\CSUpdateManager.exe in {root}\NimbaCast\CSUpdateManager show 0 by {pid}: "{root}\NimbaCast\CSUpdateManager\CSUpdateManager.exe" -Install
 )");
   EXPECT_THAT(GrantParameters(), testing::UnorderedElementsAreArray(ExpectedGrantParameters()));
@@ -120,7 +122,8 @@ TEST_F(InstallEndToEndTest, EndsWith1AndABoxWhenAnotherCopyCannotBeStopped) {
 4|Process NHUpdateManager.exe({stubborn}) still found.
 4|Fail to terminate NHUpdateManager.
 4|Fail to stop associates.
-)" + Grants() + CastUpdaterCopied() + R"(2|Updater exit = 4
+)" + Grants() + CastUpdaterCopied() +
+                              R"(2|Updater exit = 4
 4|Download failed.
 )" + NimbaDesk() + "2|Return 1\n");
   ExpectErrorBox(run, kCloseManager);
@@ -136,16 +139,20 @@ TEST_F(InstallEndToEndTest, EndsWith2AndABoxWhenAnInstalledFileIsHeld) {
   const ProgramRun run = Run(L"-install");
 
   EXPECT_EQ(run.exit_code, 2U);
-  EXPECT_EQ(Transcript(), StartUp() + "2|Function : Install\n" + NoOtherManager() +
-                              "2|Stop associates OK.\n" + Grants() +
-                              R"(4|Fail to delete (32) : {base}\NHHub.exe
+  EXPECT_EQ(
+      Transcript(),
+      StartUp() + "2|Function : Install\n" + NoOtherManager() + "2|Stop associates OK.\n" +
+          Grants() +
+          R"(4|Fail to delete (32) : {base}\NHHub.exe
 4|Fail to copy files.
-)" + CastUpdaterCopied() + R"(2|Updater exit = 0
+)" + CastUpdaterCopied() +
+          R"(2|Updater exit = 0
 2|Download success.
 2|Copy folder from {root}\NimbaCast\Updater\App\CSUpdateManager to {root}\NimbaCast\CSUpdateManager
 )" + Launch("{root}\\NimbaCast\\CSUpdateManager", "CSUpdateManager.exe", "-Install") +
-                              R"(4|CSUpdateManager.exe not found : {root}\NimbaCast\CSUpdateManager\CSUpdateManager.exe
-)" + NimbaDesk() + "2|Return 2\n");
+          R"(4|CSUpdateManager.exe not found : {root}\NimbaCast\CSUpdateManager\CSUpdateManager.exe
+)" + NimbaDesk() +
+          "2|Return 2\n");
   ASSERT_EQ(run.boxes.size(), 1U);
   EXPECT_EQ(hub_.WithPlaceholders(ToWide(run.boxes[0].text)),
             std::string(kCommonError) + "\n{base}\\NHHub.exe");

@@ -27,10 +27,10 @@ TEST_F(LogLibraryEndToEndTest, IsStartedWithTheVersionItsConfigurationAndTheLogF
   const std::vector<LogCall> calls = ReadLogJournal(hub_.LogJournal());
   ASSERT_GT(calls.size(), 3U);
   EXPECT_EQ(calls.front().entry, L"Start");
-  EXPECT_EQ(calls.front().arguments,
-            (std::vector<std::wstring>{
-                L"1.0.0", hub_.Module() + L"\\LogConfig.ini",
-                hub_.DataFolder() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log"}));
+  EXPECT_EQ(
+      calls.front().arguments,
+      (std::vector<std::wstring>{L"1.0.0", hub_.Module() + L"\\LogConfig.ini",
+                                 hub_.DataFolder() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log"}));
   EXPECT_EQ(calls[1].arguments[1], L"NHUpdateManager");
   EXPECT_EQ(calls[calls.size() - 3].entry, L"WriteLog");
   EXPECT_EQ(calls[calls.size() - 2].entry, L"Stop");

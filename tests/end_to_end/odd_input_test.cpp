@@ -51,7 +51,9 @@ TEST_F(OddInputEndToEndTest, ShowsTheKeysWhenThereAreNoTexts) {
   ASSERT_EQ(run.boxes.size(), 1U);
   EXPECT_EQ(run.boxes[0].caption, "KEY_UPDATE_TITLE");
   EXPECT_EQ(run.boxes[0].text, "KEY_FAIL_COMMON_ERROR");
-  EXPECT_THAT(Transcript(), testing::HasSubstr("\n4|Fail to open string file : {base}\\NHUpdateManager\\Config\\NHUpdateManager.Default.json\n"));
+  EXPECT_THAT(Transcript(), testing::HasSubstr(
+                                "\n4|Fail to open string file : "
+                                "{base}\\NHUpdateManager\\Config\\NHUpdateManager.Default.json\n"));
 }
 
 TEST_F(OddInputEndToEndTest, HostileVersionFilesAreJustOtherVersions) {
@@ -61,9 +63,10 @@ TEST_F(OddInputEndToEndTest, HostileVersionFilesAreJustOtherVersions) {
   const ProgramRun run = Run(L"-download");
 
   EXPECT_EQ(run.exit_code, 12U);
-  EXPECT_THAT(Transcript(),
-              testing::HasSubstr("2|Version mismatch between installed (1.0.0) and app folder (%s%n" +
-                                 std::string(251, 'A') + ").\n"));
+  EXPECT_THAT(
+      Transcript(),
+      testing::HasSubstr("2|Version mismatch between installed (1.0.0) and app folder (%s%n" +
+                         std::string(251, 'A') + ").\n"));
 }
 
 TEST_F(OddInputEndToEndTest, TakesTheLanguageFromSteamsSettingThroughTheMappingFile) {
@@ -108,8 +111,8 @@ TEST_F(OddInputEndToEndTest, WorksFromALongPath) {
   ASSERT_LT(module.size() + 30, 260U);
   hub_.PutManager(module, "1.0.0");
 
-  const ProgramRun run = RunToTheEnd(
-      {.executable = module + L"\\NHUpdateManager.exe", .arguments = L"-download"});
+  const ProgramRun run =
+      RunToTheEnd({.executable = module + L"\\NHUpdateManager.exe", .arguments = L"-download"});
 
   EXPECT_EQ(run.exit_code, 14U);
   EXPECT_THAT(Transcript(), testing::EndsWith("\\b\\Updater\\Updater.exe\n2|Return 14\n"));

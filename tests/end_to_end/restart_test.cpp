@@ -11,8 +11,7 @@ namespace {
 constexpr int kMoreChangesThanThereAre = 500;
 
 std::string EndState(const CInstalledHub& hub) {
-  return hub.DescribeTree(hub.Root()) +
-         ReadFileBytes(hub.Base() + L"\\Version.txt") +
+  return hub.DescribeTree(hub.Root()) + ReadFileBytes(hub.Base() + L"\\Version.txt") +
          hub.DescribeTree(hub.DataFolder() + L"\\Corvane");
 }
 
@@ -50,9 +49,8 @@ class RestartEndToEndTest : public EndToEndTest {
       hub_.PutProduct();
       prepare(hub_);
 
-      const ProgramRun ended = RunToTheEnd({.executable = executable_of(hub_),
-                                            .arguments = arguments,
-                                            .end_before_change = change});
+      const ProgramRun ended = RunToTheEnd(
+          {.executable = executable_of(hub_), .arguments = arguments, .end_before_change = change});
       if (ended.exit_code != kEndedBeforeChange) {
         EXPECT_EQ(ended.exit_code, 0U);
         return change - 1;
@@ -73,8 +71,7 @@ class RestartEndToEndTest : public EndToEndTest {
 
 TEST_F(RestartEndToEndTest, FinalUpdateCanBeEndedBeforeAnyChange) {
   const int changes = EndAndRestartAtEveryChange(
-      PrepareFinalUpdate, [](const CInstalledHub& hub) { return hub.Manager(); },
-      L"-final_update");
+      PrepareFinalUpdate, [](const CInstalledHub& hub) { return hub.Manager(); }, L"-final_update");
 
   EXPECT_GT(changes, 50);
   RecordProperty("changes", changes);
@@ -82,8 +79,7 @@ TEST_F(RestartEndToEndTest, FinalUpdateCanBeEndedBeforeAnyChange) {
 
 TEST_F(RestartEndToEndTest, SelfUpdateCanBeEndedBeforeAnyChange) {
   const int changes = EndAndRestartAtEveryChange(
-      PrepareUpdate, [](const CInstalledHub& hub) { return hub.StagedManager(); },
-      L"-self_update");
+      PrepareUpdate, [](const CInstalledHub& hub) { return hub.StagedManager(); }, L"-self_update");
 
   EXPECT_GT(changes, 10);
   RecordProperty("changes", changes);

@@ -23,8 +23,8 @@ class SelfUpdateEndToEndTest : public EndToEndTest {
 2|Copy folder from {base}\Updater\App\NHUpdateManager\Config to {base}\NHUpdateManager\Config
 2|Copy file from {base}\Updater\App\NHUpdateManager\Config\NHUpdateManager.Default.json to {base}\NHUpdateManager\Config\NHUpdateManager.Default.json
 2|Copy file from {base}\Updater\App\NHUpdateManager\LogConfig.ini to {base}\NHUpdateManager\LogConfig.ini
-2|Copy file from {base}\Updater\App\NHUpdateManager\)" + program +
-           R"( to {base}\NHUpdateManager\)" + program + R"(
+2|Copy file from {base}\Updater\App\NHUpdateManager\)" +
+           program + R"( to {base}\NHUpdateManager\)" + program + R"(
 2|Copy file from {base}\Updater\App\NHUpdateManager\NSWLogDynamic64U.dll to {base}\NHUpdateManager\NSWLogDynamic64U.dll
 2|Copy NHUpdateManager success.
 )";
@@ -32,9 +32,8 @@ class SelfUpdateEndToEndTest : public EndToEndTest {
 };
 
 TEST_F(SelfUpdateEndToEndTest, EndsWith10WhenNotElevated) {
-  const ProgramRun run = RunToTheEnd({.executable = hub_.StagedManager(),
-                                      .arguments = L"-self_update",
-                                      .is_elevated = false});
+  const ProgramRun run = RunToTheEnd(
+      {.executable = hub_.StagedManager(), .arguments = L"-self_update", .is_elevated = false});
 
   EXPECT_EQ(run.exit_code, 10U);
   EXPECT_EQ(Transcript(), UnelevatedStartUp(kStagedModule) + R"(2|Function : Self Update
@@ -52,12 +51,14 @@ TEST_F(SelfUpdateEndToEndTest, EndsWith15AndABoxWhenTheInstalledProgramIsMissing
   const ProgramRun run = RunToTheEnd({.executable = renamed, .arguments = L"-self_update"});
 
   EXPECT_EQ(run.exit_code, 15U);
-  EXPECT_EQ(Transcript(),
-            StartUp(kStagedModule) + "2|Function : Self Update\n" +
-                "2|Target process NHUpdateManager.exe not found.\n" + Copied("Manager.exe") +
-                LaunchNextStage() +
-                R"(4|NHUpdateManager.exe not found for final update : {base}\NHUpdateManager\NHUpdateManager.exe
-)" + kConfigDeleted + "2|Return 15\n");
+  EXPECT_EQ(
+      Transcript(),
+      StartUp(kStagedModule) + "2|Function : Self Update\n" +
+          "2|Target process NHUpdateManager.exe not found.\n" + Copied("Manager.exe") +
+          LaunchNextStage() +
+          R"(4|NHUpdateManager.exe not found for final update : {base}\NHUpdateManager\NHUpdateManager.exe
+)" + kConfigDeleted +
+          "2|Return 15\n");
   ExpectErrorBox(run, kCommonError);
   EXPECT_FALSE(nhupdate::Exists(hub_.UpdaterConfig()));
 }
@@ -70,11 +71,11 @@ TEST_F(SelfUpdateEndToEndTest, EndsWith16AndABoxWhenTheInstalledProgramCannotBeS
   const ProgramRun run = RunToTheEnd({.executable = renamed, .arguments = L"-self_update"});
 
   EXPECT_EQ(run.exit_code, 16U);
-  EXPECT_EQ(Transcript(),
-            StartUp(kStagedModule) + "2|Function : Self Update\n" +
-                "2|Target process NHUpdateManager.exe not found.\n" + Copied("Manager.exe") +
-                LaunchNextStage() + "4|Fail to launch NHUpdateManager for final update : " +
-                WithoutSharing() + "\n" + kConfigDeleted + "2|Return 16\n");
+  EXPECT_EQ(Transcript(), StartUp(kStagedModule) + "2|Function : Self Update\n" +
+                              "2|Target process NHUpdateManager.exe not found.\n" +
+                              Copied("Manager.exe") + LaunchNextStage() +
+                              "4|Fail to launch NHUpdateManager for final update : " +
+                              WithoutSharing() + "\n" + kConfigDeleted + "2|Return 16\n");
   ExpectErrorBoxAfterTheShells(run, kCommonError);
 }
 

@@ -81,11 +81,10 @@ TEST_F(UpdateEndToEndTest, EndsWith14WithoutAnUpdater) {
   const ProgramRun run = Run(L"-update");
 
   EXPECT_EQ(run.exit_code, 14U);
-  EXPECT_EQ(Transcript(), StartUp() + RefreshCheck() +
-                              "4|Update.exe not found : {base}\\Updater\\Updater.exe\n" +
-                              LaunchUpdater() +
-                              "4|Update.exe not found : {base}\\Updater\\Updater.exe\n" +
-                              kConfigDeleted + "2|Return 14\n");
+  EXPECT_EQ(Transcript(),
+            StartUp() + RefreshCheck() + "4|Update.exe not found : {base}\\Updater\\Updater.exe\n" +
+                LaunchUpdater() + "4|Update.exe not found : {base}\\Updater\\Updater.exe\n" +
+                kConfigDeleted + "2|Return 14\n");
   EXPECT_TRUE(run.boxes.empty());
 }
 
@@ -95,14 +94,13 @@ TEST_F(UpdateEndToEndTest, EndsWith14AndABoxWhenTheUpdaterCannotBeStarted) {
   const ProgramRun run = Run(L"-update");
 
   EXPECT_EQ(run.exit_code, 14U);
-  EXPECT_EQ(Transcript(), StartUp() + RefreshCheck() + "4|Fail to launch updater for check : " +
-                              WithoutSharing() + R"(
+  EXPECT_EQ(Transcript(), StartUp() + RefreshCheck() +
+                              "4|Fail to launch updater for check : " + WithoutSharing() + R"(
 2|Copy folder from {base}\Updater\NewUpdater to {base}\Updater
 2|Copy complete.
 2|Update updater complete.
 )" + LaunchUpdater() + "4|Fail to launch updater for update : " +
-                              WithoutSharing() + "\n" +
-                              kConfigDeleted + "2|Return 14\n");
+                              WithoutSharing() + "\n" + kConfigDeleted + "2|Return 14\n");
   ExpectErrorBoxAfterTheShells(run, kCommonError);
 }
 
@@ -110,10 +108,12 @@ TEST_F(UpdateEndToEndTest, EndsWith15WithoutABoxWhenNothingWasStaged) {
   const ProgramRun run = Run(L"-update");
 
   EXPECT_EQ(run.exit_code, 15U);
-  EXPECT_EQ(Transcript(),
-            StartUp() + Refresh() + Updated() + LaunchNextStage() +
-                R"(4|NHUpdateManager.exe not found : {base}\Updater\App\NHUpdateManager\NHUpdateManager.exe
-)" + kConfigDeleted + "2|Return 15\n");
+  EXPECT_EQ(
+      Transcript(),
+      StartUp() + Refresh() + Updated() + LaunchNextStage() +
+          R"(4|NHUpdateManager.exe not found : {base}\Updater\App\NHUpdateManager\NHUpdateManager.exe
+)" + kConfigDeleted +
+          "2|Return 15\n");
   EXPECT_TRUE(run.boxes.empty());
 }
 
@@ -126,8 +126,7 @@ TEST_F(UpdateEndToEndTest, EndsWith16AndABoxWhenTheStagedProgramCannotBeStarted)
   EXPECT_EQ(run.exit_code, 16U);
   EXPECT_EQ(Transcript(), StartUp() + Refresh() + Updated() + LaunchNextStage() +
                               "4|Fail to launch NHUpdateManager for self update : " +
-                              WithoutSharing() + "\n" +
-                              kConfigDeleted + "2|Return 16\n");
+                              WithoutSharing() + "\n" + kConfigDeleted + "2|Return 16\n");
   ExpectErrorBoxAfterTheShells(run, kCommonError);
 }
 
@@ -140,11 +139,11 @@ TEST_F(UpdateEndToEndTest, EndsWith0AndKeepsTheConfigurationWhenTheNextStageWasS
   const ProgramRun run = Run(L"-update");
 
   EXPECT_EQ(run.exit_code, 0U);
-  EXPECT_EQ(Transcript(),
-            StartUp() + Refresh() + Updated() + LaunchNextStage() +
-                "2|Launch NHUpdateManager success for self update.\n2|Return 0\n");
-  EXPECT_EQ(Children(run),
-            R"({base}\Updater\Updater.exe in {base}\Updater show 0 by {pid}: "{base}\Updater\Updater.exe" -NoUI -CheckTask NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks -ExitWhenParentDie:{pid}
+  EXPECT_EQ(Transcript(), StartUp() + Refresh() + Updated() + LaunchNextStage() +
+                              "2|Launch NHUpdateManager success for self update.\n2|Return 0\n");
+  EXPECT_EQ(
+      Children(run),
+      R"({base}\Updater\Updater.exe in {base}\Updater show 0 by {pid}: "{base}\Updater\Updater.exe" -NoUI -CheckTask NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks -ExitWhenParentDie:{pid}
 {base}\Updater\Updater.exe in {base}\Updater show 0 by {pid}: "{base}\Updater\Updater.exe" NIMBAHUB -SkipAdditionTasks -KillBrothers -ExitWhenParentDie:{pid}
 {base}\Updater\App\NHUpdateManager\NHUpdateManager.exe in {base}\Updater\App\NHUpdateManager show 0 by {pid}: "{base}\Updater\App\NHUpdateManager\NHUpdateManager.exe" -self_update
 )");
@@ -158,19 +157,23 @@ TEST_F(UpdateEndToEndTest, GoesOnWithTheOldUpdaterWhenTheNewOneFails) {
   const ProgramRun run = Run(L"-update");
 
   EXPECT_EQ(run.exit_code, 15U);
-  EXPECT_EQ(Transcript(),
-            StartUp() + RefreshCheck() + R"(2|Launch updater success for check.
+  EXPECT_EQ(
+      Transcript(),
+      StartUp() + RefreshCheck() + R"(2|Launch updater success for check.
 2|Updater exit = 0
 2|New updater available.
-)" + Launch("{base}\\Updater", "Updater.exe",
-            "NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks "
-            "-KillBrothers -ExitWhenParentDie:{pid}") +
-                R"(2|Launch updater success for update.
+)" +
+          Launch("{base}\\Updater", "Updater.exe",
+                 "NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks "
+                 "-KillBrothers -ExitWhenParentDie:{pid}") +
+          R"(2|Launch updater success for update.
 2|Updater exit = 3
 2|Update fail.
-)" + Updated() + LaunchNextStage() +
-                R"(4|NHUpdateManager.exe not found : {base}\Updater\App\NHUpdateManager\NHUpdateManager.exe
-)" + kConfigDeleted + "2|Return 15\n");
+)" + Updated() +
+          LaunchNextStage() +
+          R"(4|NHUpdateManager.exe not found : {base}\Updater\App\NHUpdateManager\NHUpdateManager.exe
+)" + kConfigDeleted +
+          "2|Return 15\n");
 }
 
 }  // namespace

@@ -85,11 +85,11 @@ TEST(LogFaultsTest, AMutexThatIsNeverReleasedDelaysOneRecordOnly) {
   std::ignore = library.Start(place.Settings(), place.Folder());
   std::vector<DWORD> waits;
   {
-    Interposer<decltype(::WaitForSingleObject)> wait(
-        library.Module(), "WaitForSingleObject", [&](HANDLE, DWORD milliseconds) -> DWORD {
-          waits.push_back(milliseconds);
-          return WAIT_TIMEOUT;
-        });
+    Interposer<decltype(::WaitForSingleObject)> wait(library.Module(), "WaitForSingleObject",
+                                                     [&](HANDLE, DWORD milliseconds) -> DWORD {
+                                                       waits.push_back(milliseconds);
+                                                       return WAIT_TIMEOUT;
+                                                     });
     library.Write(L"one");
     library.Write(L"two");
     library.Write(kFullFile);

@@ -11,8 +11,8 @@ namespace {
 
 template <typename Entry>
 void Resolve(const nhupdate::UniqueLibrary& library, const char* name, Entry& entry) {
-  entry = reinterpret_cast<Entry>(
-      reinterpret_cast<void (*)()>(::GetProcAddress(library.Get(), name)));
+  entry =
+      reinterpret_cast<Entry>(reinterpret_cast<void (*)()>(::GetProcAddress(library.Get(), name)));
   if (entry == nullptr) {
     std::fprintf(stderr, "The log library or its %s is missing.\n", name);
     std::abort();

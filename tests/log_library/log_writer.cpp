@@ -57,8 +57,8 @@ int main() {
   }
   ::QueryPerformanceCounter(&end);
   stop();
-  const double seconds = static_cast<double>(end.QuadPart - begin.QuadPart) /
-                         static_cast<double>(frequency.QuadPart);
+  const double seconds =
+      static_cast<double>(end.QuadPart - begin.QuadPart) / static_cast<double>(frequency.QuadPart);
   std::printf("%.0f records per second\n", records / seconds);
   return result;
 }

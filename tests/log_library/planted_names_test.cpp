@@ -20,8 +20,8 @@ const std::wstring kFullFile(16 * 1024, L'x');
 TEST(PlantedNamesTest, AFileOfSeveralNamesIsRefused) {
   const LogPlace place;
   WriteFileBytes(place.Outside(L"victim"), "precious");
-  ASSERT_TRUE(::CreateHardLinkW(place.CurrentFile().c_str(), place.Outside(L"victim").c_str(),
-                                nullptr));
+  ASSERT_TRUE(
+      ::CreateHardLinkW(place.CurrentFile().c_str(), place.Outside(L"victim").c_str(), nullptr));
   LoadedLogLibrary library;
 
   const int result = library.Start(place.Settings(), place.Folder());
@@ -156,8 +156,8 @@ TEST(PlantedNamesTest, NamesThatAreTakenArePassedOverWhateverIsThere) {
   WriteFileBytes(place.Outside(L"victim"), "precious");
   CreateFolders(place.RotatedFile(1));
   CreateLink(place.RotatedFile(2), place.Outside(L"victim"));
-  ASSERT_TRUE(::CreateHardLinkW(place.RotatedFile(3).c_str(), place.Outside(L"victim").c_str(),
-                                nullptr));
+  ASSERT_TRUE(
+      ::CreateHardLinkW(place.RotatedFile(3).c_str(), place.Outside(L"victim").c_str(), nullptr));
   WriteFileBytes(place.Folder() + L"\\NHUPDATEMANAGER.4.LOG", "x");
   LoadedLogLibrary library;
   std::ignore = library.Start(place.Settings(), place.Folder());
@@ -195,8 +195,8 @@ TEST(PlantedNamesTest, DeletingRotatedFilesLeavesAloneWhatLinksLeadTo) {
   WriteFileBytes(place.Outside(L"folder\\file"), "precious");
   CreateFolders(place.RotatedFile(1) + L"\\inside");
   CreateLink(place.RotatedFile(2), place.Outside(L"victim"));
-  ASSERT_TRUE(::CreateHardLinkW(place.RotatedFile(3).c_str(), place.Outside(L"victim").c_str(),
-                                nullptr));
+  ASSERT_TRUE(
+      ::CreateHardLinkW(place.RotatedFile(3).c_str(), place.Outside(L"victim").c_str(), nullptr));
   CreateLink(place.RotatedFile(4), place.Outside(L"folder"));
   LoadedLogLibrary library;
 

@@ -14,8 +14,7 @@ const RecordOrigin kOrigin = {{{2026, 11, 5, 20, 14, 3, 5, 123}, 120}, 4711, 815
 constexpr char kHead[] = "2026-11-20T14:03:05.123+02:00 [4711:815] ";
 
 TEST(RecordTextTest, BeginsWithTimeProcessThreadLevelAndTag) {
-  EXPECT_EQ(FormatRecord(kOrigin, 2, L"tag", L"text"),
-            std::string(kHead) + "INFO  [tag] text\n");
+  EXPECT_EQ(FormatRecord(kOrigin, 2, L"tag", L"text"), std::string(kHead) + "INFO  [tag] text\n");
 }
 
 TEST(RecordTextTest, NamesTheLevelsAndKeepsOtherNumbers) {
@@ -23,8 +22,13 @@ TEST(RecordTextTest, NamesTheLevelsAndKeepsOtherNumbers) {
     int level;
     const char* name;
   } cases[] = {
-      {1, "DEBUG"}, {2, "INFO "}, {3, "WARN "},          {4, "ERROR"},
-      {0, "0    "}, {-1, "-1   "}, {2147483647, "2147483647"},
+      {1, "DEBUG"},
+      {2, "INFO "},
+      {3, "WARN "},
+      {4, "ERROR"},
+      {0, "0    "},
+      {-1, "-1   "},
+      {2147483647, "2147483647"},
   };
   for (const auto& test : cases) {
     EXPECT_EQ(FormatRecord(kOrigin, test.level, L"t", L"x"),
@@ -63,8 +67,16 @@ TEST(RecordTextTest, TurnsEveryKindOfTextIntoUtf8ThatForgesNoLine) {
       {"a pair", L"\xD83D\xDE00", "\xF0\x9F\x98\x80"},
       {"last pair", L"\xDBFF\xDFFF", "\xF4\x8F\xBF\xBF"},
       {"lead at the end", L"a\xD800", "a\xEF\xBF\xBD"},
-      {"lead before a letter", L"\xDBFF" L"b", "\xEF\xBF\xBD" "b"},
-      {"trail alone", L"\xDC00" L"b", "\xEF\xBF\xBD" "b"},
+      {"lead before a letter",
+       L"\xDBFF"
+       L"b",
+       "\xEF\xBF\xBD"
+       "b"},
+      {"trail alone",
+       L"\xDC00"
+       L"b",
+       "\xEF\xBF\xBD"
+       "b"},
       {"lead before a pair", L"\xD83D\xD83D\xDE00", "\xEF\xBF\xBD\xF0\x9F\x98\x80"},
       {"the wrong way round", L"\xDE00\xD83D", "\xEF\xBF\xBD\xEF\xBF\xBD"},
       {"line feed", L"a\nb", "a\n    b"},
@@ -75,7 +87,9 @@ TEST(RecordTextTest, TurnsEveryKindOfTextIntoUtf8ThatForgesNoLine) {
       {"return at the end", L"a\r", "a\n    "},
       {"two line ends", L"a\n\nb", "a\n    \n    b"},
       {"tab", L"a\tb", "a\tb"},
-      {"NUL", std::wstring(L"a\0b", 3), "a\xE2\x90\x80" "b"},
+      {"NUL", std::wstring(L"a\0b", 3),
+       "a\xE2\x90\x80"
+       "b"},
       {"escape", L"\x1B[2J", "\xE2\x90\x9B[2J"},
       {"vertical tab, form feed", L"\v\f", "\xE2\x90\x8B\xE2\x90\x8C"},
       {"unit separator", L"\x1F", "\xE2\x90\x9F"},
@@ -93,9 +107,9 @@ TEST(RecordTextTest, TurnsEveryKindOfTextIntoUtf8ThatForgesNoLine) {
 }
 
 TEST(RecordTextTest, KeepsATagOnItsLineAndInItsBrackets) {
-  EXPECT_EQ(FormatRecord(kOrigin, 2, L"a]\r\n[b\t\x7F", L"x"),
-            std::string(kHead) +
-                "INFO  [a)\xE2\x90\x8D\xE2\x90\x8A(b\xE2\x90\x89\xE2\x90\xA1] x\n");
+  EXPECT_EQ(
+      FormatRecord(kOrigin, 2, L"a]\r\n[b\t\x7F", L"x"),
+      std::string(kHead) + "INFO  [a)\xE2\x90\x8D\xE2\x90\x8A(b\xE2\x90\x89\xE2\x90\xA1] x\n");
 }
 
 TEST(RecordTextTest, AForgedRecordStaysPartOfTheOneItStandsIn) {

@@ -16,8 +16,8 @@ const std::wstring kFullFile(16 * 1024, L'x');
 void MakeRotatedFile(const LogPlace& place, int number, int age_hours) {
   WriteFileBytes(place.RotatedFile(number), std::to_string(number));
   const nhupdate::UniqueFile file(::CreateFileW(place.RotatedFile(number).c_str(),
-                                                FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING,
-                                                0, nullptr));
+                                                FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0,
+                                                nullptr));
   FILETIME time = {};
   ::GetSystemTimeAsFileTime(&time);
   ULARGE_INTEGER units = {{time.dwLowDateTime, time.dwHighDateTime}};
@@ -35,9 +35,9 @@ TEST(LogRetentionTest, KeepsTheYoungestFilesUpToTheCount) {
     library.Write(kFullFile);
   }
 
-  EXPECT_THAT(ListTree(place.Folder()),
-              ElementsAre(L"NHUpdateManager.4.log", L"NHUpdateManager.5.log",
-                          L"NHUpdateManager.log"));
+  EXPECT_THAT(
+      ListTree(place.Folder()),
+      ElementsAre(L"NHUpdateManager.4.log", L"NHUpdateManager.5.log", L"NHUpdateManager.log"));
 }
 
 TEST(LogRetentionTest, KeepsTheCurrentFileAloneWhenThatIsTheCount) {

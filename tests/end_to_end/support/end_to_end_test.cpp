@@ -46,8 +46,7 @@ ProgramRun EndToEndTest::RunStaged(const std::wstring& arguments) const {
 }
 
 ProgramRun EndToEndTest::RunUnelevated(const std::wstring& arguments) const {
-  return RunToTheEnd(
-      {.executable = hub_.Manager(), .arguments = arguments, .is_elevated = false});
+  return RunToTheEnd({.executable = hub_.Manager(), .arguments = arguments, .is_elevated = false});
 }
 
 std::string EndToEndTest::Transcript() const {
@@ -93,8 +92,12 @@ std::string EndToEndTest::Children(const ProgramRun& run) const {
 std::string EndToEndTest::StartUp(const std::string& module) const {
   return "2|Process elevated.\n"
          "2|Steam language setting not found.\n"
-         "2|Found System language setting : " + SystemLanguage() + "\n"
-         "2|Load strings from " + module + "\\Config\\NHUpdateManager.Default.json\n"
+         "2|Found System language setting : " +
+         SystemLanguage() +
+         "\n"
+         "2|Load strings from " +
+         module +
+         "\\Config\\NHUpdateManager.Default.json\n"
          "2|Total 3 strings loaded.\n";
 }
 
@@ -105,9 +108,8 @@ std::string EndToEndTest::UnelevatedStartUp(const std::string& module) const {
 
 std::string EndToEndTest::Launch(const std::string& folder, const std::string& program,
                                  const std::string& parameters) {
-  return "2|Launch folder : " + folder + "\n" +
-         "2|Launch path : " + folder + "\\" + program + "\n" +
-         "2|Launch param : " + parameters + "\n";
+  return "2|Launch folder : " + folder + "\n" + "2|Launch path : " + folder + "\\" + program +
+         "\n" + "2|Launch param : " + parameters + "\n";
 }
 
 std::string EndToEndTest::Grants() {
@@ -151,8 +153,8 @@ std::vector<std::string> EndToEndTest::ExpectedGrantParameters() {
 std::string EndToEndTest::ExpectedProductKeys() const {
   const auto text = [](const std::wstring& key, const std::wstring& name,
                        const std::wstring& data) {
-    return ToUtf8(key + L"|" + name) + "|REG_SZ|" + StoredBytes(data.size()) + "|" +
-           ToUtf8(data) + "\n";
+    return ToUtf8(key + L"|" + name) + "|REG_SZ|" + StoredBytes(data.size()) + "|" + ToUtf8(data) +
+           "\n";
   };
   SYSTEMTIME now = {};
   ::GetLocalTime(&now);
@@ -171,8 +173,7 @@ std::string EndToEndTest::ExpectedProductKeys() const {
               hub_.DataFolder() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log") +
          ToUtf8(dumps) + "|DumpType|REG_DWORD|4|2\n" +
          text(uninstall, L"DisplayIcon", uninstaller) +
-         text(uninstall, L"DisplayName", L"Nimba Hub") +
-         text(uninstall, L"InstallDate", today) +
+         text(uninstall, L"DisplayName", L"Nimba Hub") + text(uninstall, L"InstallDate", today) +
          text(uninstall, L"InstallLocation", hub_.Root()) +
          text(uninstall, L"Publisher", L"Corvane") +
          text(uninstall, L"UninstallString", L"\"" + uninstaller + L"\" -uninstall");

@@ -27,8 +27,8 @@ class EndToEndTest : public testing::Test {
   [[nodiscard]] ProgramRun RunUnelevated(const std::wstring& arguments) const;
 
   // Every record of the program, from every process, in the order in which they were written, as
-  // "level|text" lines with {base}, {root}, {data} and {scratch} for folders and {pid} for the id of
-  // the process that wrote it.
+  // "level|text" lines with {base}, {root}, {data} and {scratch} for folders and {pid} for the id
+  // of the process that wrote it.
   [[nodiscard]] std::string Transcript() const;
 
   // The same for one process.

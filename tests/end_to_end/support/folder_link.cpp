@@ -15,8 +15,8 @@ namespace {
 using UnixFileName = char*(__cdecl*)(const wchar_t*);
 
 UnixFileName FindUnixFileName() {
-  return reinterpret_cast<UnixFileName>(reinterpret_cast<void*>(::GetProcAddress(
-      ::GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
+  return reinterpret_cast<UnixFileName>(reinterpret_cast<void*>(
+      ::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
 }
 
 std::wstring UnixPath(UnixFileName unix_file_name, const std::wstring& path) {
@@ -64,8 +64,8 @@ bool LinkOutsideOfWine(UnixFileName unix_file_name, const std::wstring& link,
 }
 
 bool RemoveOutsideOfWine(UnixFileName unix_file_name, const std::wstring& link) {
-  return RunOutsideOfWine(L"Z:\\bin\\rm",
-                          L"rm \"" + UnixPathOfLink(unix_file_name, link) + L"\"", link, false);
+  return RunOutsideOfWine(L"Z:\\bin\\rm", L"rm \"" + UnixPathOfLink(unix_file_name, link) + L"\"",
+                          link, false);
 }
 
 DWORD KindOf(const std::wstring& target) {

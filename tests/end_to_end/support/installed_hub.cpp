@@ -33,8 +33,8 @@ void Append(const std::wstring& path, const std::string& bytes) {
   const nhupdate::UniqueFile file(::CreateFileW(path.c_str(), FILE_APPEND_DATA, 0, nullptr,
                                                 OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   DWORD written = 0;
-  EXPECT_TRUE(::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written,
-                          nullptr));
+  EXPECT_TRUE(
+      ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr));
 }
 
 // What tools/package makes of the build that the tests belong to.
@@ -192,8 +192,8 @@ std::string CInstalledHub::DescribeTree(const std::wstring& folder) const {
     if (entry.back() != L'\\') {
       const std::wstring path = folder + L"\\" + entry;
       const bool is_short = SizeOf(path) <= kShort;
-      if (!is_short && nhupdate::EqualsIgnoringCase(nhupdate::FileName(entry),
-                                                    L"NHUpdateManager.exe")) {
+      if (!is_short &&
+          nhupdate::EqualsIgnoringCase(nhupdate::FileName(entry), L"NHUpdateManager.exe")) {
         description += " = program " + VersionBehind(path);
       } else if (is_short && entry.find(L".ini") == std::wstring::npos &&
                  entry.find(L".txt") == std::wstring::npos) {

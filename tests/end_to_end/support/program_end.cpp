@@ -14,8 +14,9 @@ namespace nhupdate_test {
 namespace {
 
 constexpr const char* kChanges[] = {
-    "CopyFileW",         "CreateDirectoryW", "DeleteFileW",     "RegCreateKeyExW", "RegSetValueExW",
-    "RemoveDirectoryW",  "SetFileAttributesW", "ShellExecuteExW", "ShellExecuteW",
+    "CopyFileW",          "CreateDirectoryW", "DeleteFileW",
+    "RegCreateKeyExW",    "RegSetValueExW",   "RemoveDirectoryW",
+    "SetFileAttributesW", "ShellExecuteExW",  "ShellExecuteW",
 };
 
 bool IsChange(const std::string& name) {
@@ -76,8 +77,8 @@ std::uintptr_t ImageOf(HANDLE process, const CMemory& memory) {
   PROCESS_BASIC_INFORMATION information = {};
   query(process, ProcessBasicInformation, &information, sizeof(information), nullptr);
   constexpr std::uintptr_t kImageBaseOffset = 0x10;
-  return memory.Read<std::uintptr_t>(
-      reinterpret_cast<std::uintptr_t>(information.PebBaseAddress) + kImageBaseOffset);
+  return memory.Read<std::uintptr_t>(reinterpret_cast<std::uintptr_t>(information.PebBaseAddress) +
+                                     kImageBaseOffset);
 }
 
 // Lets the loader do its work and stops the thread at the first instruction of the program.
@@ -117,8 +118,7 @@ std::vector<Slot> FindChanges(const CMemory& memory, std::uintptr_t image,
     }
     for (std::uintptr_t index = 0;; ++index) {
       const std::uintptr_t offset = index * sizeof(IMAGE_THUNK_DATA64);
-      const auto name =
-          memory.Read<std::uint64_t>(image + descriptor.OriginalFirstThunk + offset);
+      const auto name = memory.Read<std::uint64_t>(image + descriptor.OriginalFirstThunk + offset);
       if (name == 0) {
         break;
       }
@@ -143,15 +143,15 @@ std::array<unsigned char, kStubBytes> MakeStub(std::uintptr_t stub_address,
                                                std::uintptr_t counter_address,
                                                std::uintptr_t function) {
   std::array<unsigned char, kStubBytes> stub = {
-      0xF0, 0xFF, 0x0D, 0,    0,    0,    0,                 // lock dec dword [counter]
-      0x74, 14,                                              // jz to the end of the process
-      0xFF, 0x25, 0,    0,    0,    0,                       // jmp [next]
-      0,    0,    0,    0,    0,    0,    0,    0,           // the function
-      0x48, 0xC7, 0xC1, 0xFF, 0xFF, 0xFF, 0xFF,              // mov rcx, -1: this process
-      0xBA, 0,    0,    0,    0,                             // mov edx, exit code
-      0x48, 0x83, 0xEC, 0x28,                                // sub rsp, 40
-      0x48, 0xB8, 0,    0,    0,    0,    0,    0,    0, 0,  // mov rax, TerminateProcess
-      0xFF, 0xD0,                                            // call rax
+      0xF0, 0xFF, 0x0D, 0,    0,    0,    0,              // lock dec dword [counter]
+      0x74, 14,                                           // jz to the end of the process
+      0xFF, 0x25, 0,    0,    0,    0,                    // jmp [next]
+      0,    0,    0,    0,    0,    0,    0,    0,        // the function
+      0x48, 0xC7, 0xC1, 0xFF, 0xFF, 0xFF, 0xFF,           // mov rcx, -1: this process
+      0xBA, 0,    0,    0,    0,                          // mov edx, exit code
+      0x48, 0x83, 0xEC, 0x28,                             // sub rsp, 40
+      0x48, 0xB8, 0,    0,    0,    0,    0,    0, 0, 0,  // mov rax, TerminateProcess
+      0xFF, 0xD0,                                         // call rax
   };
   constexpr std::size_t kAfterCountdown = 7;
   // The counter lies before the stubs, in the same block.
@@ -160,8 +160,9 @@ std::array<unsigned char, kStubBytes> MakeStub(std::uintptr_t stub_address,
   Put(stub, 15, function);
   Put(stub, 31, kEndedBeforeChange);
   // System libraries lie at the same place in every process.
-  Put(stub, 41, reinterpret_cast<std::uintptr_t>(reinterpret_cast<void*>(
-                    ::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "TerminateProcess"))));
+  Put(stub, 41,
+      reinterpret_cast<std::uintptr_t>(reinterpret_cast<void*>(
+          ::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "TerminateProcess"))));
   return stub;
 }
 

@@ -26,8 +26,7 @@ class CJob {
     JOBOBJECT_ASSOCIATE_COMPLETION_PORT association = {};
     association.CompletionKey = job_.Get();
     association.CompletionPort = port_.Get();
-    EXPECT_TRUE(::SetInformationJobObject(job_.Get(),
-                                          JobObjectAssociateCompletionPortInformation,
+    EXPECT_TRUE(::SetInformationJobObject(job_.Get(), JobObjectAssociateCompletionPortInformation,
                                           &association, sizeof(association)));
   }
 
@@ -97,8 +96,7 @@ struct Pipe {
 Pipe CreateOutputPipe() {
   SECURITY_ATTRIBUTES inheritable = {sizeof(inheritable), nullptr, TRUE};
   Pipe pipe;
-  EXPECT_TRUE(
-      ::CreatePipe(pipe.reading.Receive(), pipe.writing.Receive(), &inheritable, 0));
+  EXPECT_TRUE(::CreatePipe(pipe.reading.Receive(), pipe.writing.Receive(), &inheritable, 0));
   ::SetHandleInformation(pipe.reading.Get(), HANDLE_FLAG_INHERIT, 0);
   return pipe;
 }
@@ -129,15 +127,14 @@ bool Create(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& proce
                             has_streams, flags, nullptr, folder.c_str(), &startup, &process);
   }
   const UniqueKernelHandle token(OpenUnelevatedToken());
-  return ::CreateProcessAsUserW(token.Get(), start.executable.c_str(), command_line.data(),
-                                nullptr, nullptr, has_streams, flags, nullptr, folder.c_str(),
-                                &startup, &process);
+  return ::CreateProcessAsUserW(token.Get(), start.executable.c_str(), command_line.data(), nullptr,
+                                nullptr, has_streams, flags, nullptr, folder.c_str(), &startup,
+                                &process);
 }
 
 // The desktop is there before the program is, and so no child of it.
 void PrepareDesktop() {
-  const UniqueKernelHandle used(
-      ::OpenEventW(EVENT_MODIFY_STATE, FALSE, L"nhupdate-desktop-used"));
+  const UniqueKernelHandle used(::OpenEventW(EVENT_MODIFY_STATE, FALSE, L"nhupdate-desktop-used"));
   if (used.IsValid()) {
     ::SetEvent(used.Get());
   }
@@ -151,8 +148,7 @@ HANDLE OpenUnelevatedToken() {
   EXPECT_TRUE(::OpenProcessToken(::GetCurrentProcess(), TOKEN_ALL_ACCESS, own.Receive()));
   TOKEN_LINKED_TOKEN linked = {};
   DWORD size = 0;
-  EXPECT_TRUE(
-      ::GetTokenInformation(own.Get(), TokenLinkedToken, &linked, sizeof(linked), &size));
+  EXPECT_TRUE(::GetTokenInformation(own.Get(), TokenLinkedToken, &linked, sizeof(linked), &size));
   return linked.LinkedToken;
 }
 

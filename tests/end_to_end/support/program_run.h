@@ -11,9 +11,9 @@
 namespace nhupdate_test {
 
 enum class Streams {
-  kPiped,    // standard output goes into a pipe
-  kNone,     // no standard handles at all and no console
-  kClosed,   // standard output is a pipe that nobody reads
+  kPiped,   // standard output goes into a pipe
+  kNone,    // no standard handles at all and no console
+  kClosed,  // standard output is a pipe that nobody reads
 };
 
 struct ProgramStart {

@@ -45,8 +45,7 @@ bool CStandInProcess::IsRunning() const {
 }
 
 CHeldFile::CHeldFile(const std::wstring& path, int sharing, int milliseconds)
-    : CStandInProcess(
-          TestProgramFolder() + L"\\file_holder.exe",
-          L"\"" + path + nhupdate::Format(L"\" %d %d", sharing, milliseconds)) {}
+    : CStandInProcess(TestProgramFolder() + L"\\file_holder.exe",
+                      L"\"" + path + nhupdate::Format(L"\" %d %d", sharing, milliseconds)) {}
 
 }  // namespace nhupdate_test

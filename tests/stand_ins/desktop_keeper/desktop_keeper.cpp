@@ -1,7 +1,9 @@
 // Keeps a Wine prefix's desktop alive between the tests of a lane: desktop_keeper READY_FILE. The
 // first window of a prefix starts a desktop process, which takes a second, and the last one to
 // close ends it. This program has a window that nobody sees until no test has asked for it for a
-// minute, by setting the event "nhupdate-desktop-used". The file is there as long as the window.
+// quarter of an hour, by setting the event "nhupdate-desktop-used": longer than a whole test run,
+// since a program that starts just when the desktop ends may be ended with it. The file is there as
+// long as the window.
 
 #include "base/unique_handle.h"
 #include "base/windows.h"
@@ -10,7 +12,7 @@
 
 namespace {
 
-constexpr DWORD kIdleLimitMs = 60'000;
+constexpr DWORD kIdleLimitMs = 15 * 60'000;
 
 bool IsStillUsed(HANDLE used) {
   while (true) {
@@ -36,10 +38,9 @@ int main() {
     return 1;
   }
   ::CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
-  const nhupdate::UniqueFile ready(::CreateFileW(arguments[1], GENERIC_WRITE | DELETE,
-                                                 FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                                                 CREATE_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE,
-                                                 nullptr));
+  const nhupdate::UniqueFile ready(
+      ::CreateFileW(arguments[1], GENERIC_WRITE | DELETE, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                    nullptr, CREATE_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
   while (IsStillUsed(used.Get())) {
   }
   return 0;

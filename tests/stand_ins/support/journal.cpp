@@ -77,8 +77,7 @@ Process FindProcess(DWORD id) {
 
 std::wstring EnvironmentVariable(const wchar_t* name) {
   std::wstring value(kLongestPath, L'\0');
-  value.resize(
-      ::GetEnvironmentVariableW(name, value.data(), static_cast<DWORD>(value.size())));
+  value.resize(::GetEnvironmentVariableW(name, value.data(), static_cast<DWORD>(value.size())));
   return value;
 }
 
@@ -107,8 +106,8 @@ std::wstring OwnFolder() {
 void RecordOwnStart() {
   const DWORD parent_id = FindProcess(::GetCurrentProcessId()).parent_id;
   AppendToJournal(L"NHUPDATE_CHILD_JOURNAL",
-                  {OwnPath(), WorkingFolder(), ShowState(),
-                   std::to_wstring(parent_id), FindProcess(parent_id).name, ::GetCommandLineW()});
+                  {OwnPath(), WorkingFolder(), ShowState(), std::to_wstring(parent_id),
+                   FindProcess(parent_id).name, ::GetCommandLineW()});
 }
 
 }  // namespace nhupdate_stand_in

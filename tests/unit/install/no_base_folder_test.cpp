@@ -36,16 +36,14 @@ TEST(NoBaseFolderTest, AFinalUpdateNeverLooksAtTheDrivesRoot) {
   Interposer<decltype(::K32EnumProcesses)> processes("K32EnumProcesses",
                                                      [](DWORD*, DWORD, DWORD*) { return FALSE; });
   Interposer<decltype(::ShellExecuteW)> shell(
-      "ShellExecuteW",
-      [](HWND, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*, int) {
-        return reinterpret_cast<HINSTANCE>(INT_PTR{33});
-      });
+      "ShellExecuteW", [](HWND, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*,
+                          int) { return reinterpret_cast<HINSTANCE>(INT_PTR{33}); });
   Interposer<decltype(::CreateDirectoryW)> create(
       "CreateDirectoryW", [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return FALSE; });
   Interposer<decltype(::RegCreateKeyExW)> key(
       "RegCreateKeyExW",
-      [](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM, SECURITY_ATTRIBUTES*, HKEY*, DWORD*)
-          -> LSTATUS { return ERROR_ACCESS_DENIED; });
+      [](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM, SECURITY_ATTRIBUTES*, HKEY*,
+         DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; });
   Interposer<decltype(::FindFirstFileW)> find(
       "FindFirstFileW", [&](const wchar_t* pattern, WIN32_FIND_DATAW*) -> HANDLE {
         patterns.push_back(pattern);
@@ -60,8 +58,7 @@ TEST(NoBaseFolderTest, AFinalUpdateNeverLooksAtTheDrivesRoot) {
 
   EXPECT_EQ(manager.InstallSequence(1), 0);
 
-  EXPECT_THAT(patterns,
-              testing::ElementsAre(L"\\Updater\\App\\*.*", L"\\Updater\\App\\*.*"));
+  EXPECT_THAT(patterns, testing::ElementsAre(L"\\Updater\\App\\*.*", L"\\Updater\\App\\*.*"));
   EXPECT_EQ(deletions, 0);
 }
 
