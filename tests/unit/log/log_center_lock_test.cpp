@@ -4,6 +4,7 @@
 #include <atomic>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include "log/log_center.h"
@@ -69,7 +70,7 @@ TEST(LogCenterLockTest, LetsOneThreadAtATimeIntoTheLibrary) {
       for (int round = 0; round < 50; ++round) {
         center.StopLog();
         center.UnloadLogLibrary();
-        center.StartLog(L"library", L"c", L"f");
+        std::ignore = center.StartLog(L"library", L"c", L"f");  // a round without a log is one too
       }
     });
   }
