@@ -92,7 +92,7 @@ TEST(PlantedNamesTest, LinksAreOpenedThemselvesAndNotFollowed) {
           EXPECT_TRUE(disposition == OPEN_EXISTING || disposition == OPEN_ALWAYS);
           return create.Original()(path, access, sharing, security, disposition, flags, model);
         });
-    std::ignore = library.Start(place.Settings(), place.Folder());
+    EXPECT_EQ(library.Start(place.Settings(), place.Folder()), 0);
     library.Write(kFullFile);
     library.Write(L"next");
   }
