@@ -15,6 +15,7 @@ function(nhupdate_add_test_executable name)
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE
     ${arg_LIBRARIES} nhupdate_test_support nhupdate_options gmock)
+  target_precompile_headers(${name} REUSE_FROM nhupdate_test_support)
 
   set(lane_properties)
   if(WIN32)
