@@ -31,5 +31,6 @@ function(nhupdate_add_test_executable name)
   endif()
   gtest_discover_tests(${name} TEST_PREFIX "${name_prefix}"
     DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES LABELS ${arg_RING} TIMEOUT ${arg_TIMEOUT} ${lane_properties})
+    # What may take long begins first, so that a run doesn't end in waiting for it.
+    PROPERTIES LABELS ${arg_RING} TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT} ${lane_properties})
 endfunction()
