@@ -1,9 +1,9 @@
 #include <string>
 
 #include "app/manager_center.h"
-#include "base/program_file_name.h"
 #include "app/result_code.h"
 #include "base/paths.h"
+#include "base/program_file_name.h"
 #include "base/windows.h"
 #include "install/copy_retry.h"
 #include "text/string_keys.h"
