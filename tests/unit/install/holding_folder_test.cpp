@@ -79,7 +79,15 @@ TEST_F(HoldingFolderTest, IsRecognisedAsSeenFromTheCurrentDrive) {
   EXPECT_EQ(Copy(staged_.substr(2)), 0);  // no file can be copied onto itself
 
   EXPECT_EQ(ReadFileBytes(staged_ + L"\\Config\\strings.json"), "S");
-  EXPECT_EQ(product_.Transcript().size(), 4u);
+  const std::wstring target = staged_.substr(2);
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to " + target,
+                          L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Config to " +
+                              target + L"\\Config",
+                          L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Config\\strings.json "
+                          L"to " +
+                              target + L"\\Config\\strings.json",
+                          L"4|Fail to copy file = 32"));
 }
 
 TEST_F(HoldingFolderTest, IsRecognisedBehindALinkFurtherUp) {
@@ -116,7 +124,14 @@ TEST_F(HoldingFolderTest, IsNotALinkThatLeadsToTheSource) {
 
   EXPECT_EQ(Copy(installed_), 1);
 
-  EXPECT_THAT(product_.Transcript(), testing::Contains(L"2|Delete Dir : {root}\\Nimba Hub\\Sub"));
+  EXPECT_THAT(
+      product_.Transcript(),
+      ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
+                  L"2|Delete Dir : {root}\\Nimba Hub\\Sub",
+                  L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Sub to "
+                  L"{root}\\Nimba Hub\\Sub",
+                  L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Sub\\new.txt to "
+                  L"{root}\\Nimba Hub\\Sub\\new.txt"));
   EXPECT_THAT(ListTree(installed_ + L"\\Sub"), ElementsAre(L"new.txt"));
 }
 
