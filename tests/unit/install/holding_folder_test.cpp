@@ -95,8 +95,9 @@ TEST_F(HoldingFolderTest, IsRecognisedBehindALinkFurtherUp) {
   WriteFileBytes(staged_ + L"\\Sub\\new.txt", "N");
   WriteFileBytes(linked + L"\\App\\Sub\\new.txt", "N");
   FakeListing listing;
-  listing.LeadElsewhere(linked, L"\\Device\\V1\\Updater");
-  listing.LeadElsewhere(staged_ + L"\\Sub", L"\\Device\\V1\\Updater\\App\\Sub");
+  listing.LeadElsewhere(product_.Root() + L"\\linked\\", L"\\Device\\V1");
+  listing.LeadElsewhere(linked, L"\\Device\\V1\\Sub");
+  listing.LeadElsewhere(staged_ + L"\\Sub", L"\\Device\\V1\\Sub\\App\\Sub");
 
   EXPECT_EQ(Copy(product_.Root() + L"\\linked"), 1);
 
@@ -104,11 +105,11 @@ TEST_F(HoldingFolderTest, IsRecognisedBehindALinkFurtherUp) {
   EXPECT_TRUE(Exists(linked + L"\\new.txt"));
 }
 
-TEST_F(HoldingFolderTest, MayBeOneWhosePlaceIsNotToBeHad) {
+TEST_F(HoldingFolderTest, MayBeAnyWhenThePlaceOfTheSourceIsNotToBeHad) {
   WriteFileBytes(staged_ + L"\\Sub\\new.txt", "N");
   WriteFileBytes(installed_ + L"\\Sub\\old.txt", "O");
   FakeListing listing;
-  listing.LeadElsewhere(installed_ + L"\\Sub", L"");
+  listing.LeadElsewhere(staged_ + L"\\Sub", L"");
 
   EXPECT_EQ(Copy(installed_), 1);
 
