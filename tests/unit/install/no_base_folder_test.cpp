@@ -88,11 +88,11 @@ TEST_P(NoBaseFolderTest, ASelfUpdateNeverCopiesTheDrive) {
               ElementsAre(ShownBox{L"KEY_FAIL_COMMON_ERROR", L"KEY_UPDATE_TITLE", 0x40010, true}));
 }
 
-// The last is too long to be told.
+// The last is too long to be told; cut off it would make C:\Corvane the base folder.
 INSTANTIATE_TEST_SUITE_P(WhereverItIs, NoBaseFolderTest,
                          testing::Values(L"C:\\NHUpdateManager.exe", L"",
-                                         L"C:\\" + std::wstring(300, L'd') +
-                                             L"\\Hub\\NHUpdateManager\\NHUpdateManager.exe"));
+                                         L"C:\\Corvane\\Hub\\" + std::wstring(300, L'd') +
+                                             L"\\NHUpdateManager\\NHUpdateManager.exe"));
 
 }  // namespace
 }  // namespace nhupdate_test
