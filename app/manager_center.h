@@ -103,8 +103,7 @@ class CManagerCenter {
   // `final_update` is 0 for an installation and 1 for the last stage of an update, for which the
   // caller has tested the elevation.
   [[nodiscard]] int InstallSequence(int final_update);
-  // Brings the updater itself up to date. Returns 1 when what was fetched, if anything, is in its
-  // place, else 0.
+  // Brings the updater itself up to date. Returns 1 when nothing is left to be copied, else 0.
   [[nodiscard]] int RefreshUpdater();
   // Installs the sibling product beside the base folder. Its result code stays within the program.
   [[nodiscard]] int InstallNimbaCast();
@@ -128,11 +127,10 @@ class CManagerCenter {
 
   // --- folder copy
 
-  // Copies what is in `source` over `destination`, whose parent must exist, up to the first file
-  // that can't be copied. A missing source is an empty one; one that can't be listed to its end is
-  // a failure. Folders are copied only with `recurse`. With `delete_existing` a sub-folder of the
-  // destination is deleted before one of that name is copied, unless it may hold the source; deeper
-  // ones are not. The folder of the running program is passed over.
+  // Copies what is in `source` over `destination`, whose parent must exist, up to the first thing
+  // that can't be copied or listed. A missing source is an empty one. Folders are copied only with
+  // `recurse`; with `delete_existing` a sub-folder of the destination is deleted before one of that
+  // name is copied, unless it may hold the source. The folder of the running program stays.
   [[nodiscard]] int CopyFolder(const std::wstring& destination, const std::wstring& source,
                                int recurse, int log_details, int delete_existing);
 
@@ -142,8 +140,7 @@ class CManagerCenter {
   // --- folder removal
 
   // Notes the sub-folders that hold no file at any depth for removal, the deepest first. Returns 1
-  // when the folder itself holds none. A link counts as a file; a folder that can't be listed at
-  // all counts as empty.
+  // when the folder itself holds none, or can't be listed. A link counts as a file.
   [[nodiscard]] int CollectEmptyFolders(const std::wstring& folder);
 
   // Deletes the folder with all its content, as far as possible. Links are removed, but what they

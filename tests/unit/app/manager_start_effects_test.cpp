@@ -146,8 +146,8 @@ TEST_F(ManagerStartEffectsTest, FollowAPathOfUpTo259Characters) {
 
     EXPECT_EQ(manager.Initialize(), 0) << length;
 
-    EXPECT_THAT(effects_, testing::Contains(L"Load " + ParentFolder(executable_) +
-                                            L"\\NSWLogDynamic64U.dll"))
+    EXPECT_THAT(effects_,
+                testing::Contains(L"Load " + ParentFolder(executable_) + L"\\NSWLogDynamic64U.dll"))
         << length;
   }
 }
