@@ -1,6 +1,7 @@
 // The four entries of the library and what happens when it is unloaded. Nothing is thrown over the
 // border: running out of memory ends the process, as everywhere in the program.
 
+#include <cstddef>
 #include <cwchar>
 #include <memory>
 #include <string_view>
