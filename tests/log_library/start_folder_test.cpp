@@ -38,26 +38,6 @@ class CurrentFolder {
   std::wstring previous_;
 };
 
-// A drive whose root is the folder.
-class DriveOf {
- public:
-  explicit DriveOf(const std::wstring& folder) : folder_(folder) {
-    EXPECT_TRUE(::DefineDosDeviceW(0, kDrive, folder_.c_str()));
-  }
-  ~DriveOf() {
-    EXPECT_TRUE(::DefineDosDeviceW(DDD_REMOVE_DEFINITION | DDD_EXACT_MATCH_ON_REMOVE, kDrive,
-                                   (L"\\??\\" + folder_).c_str()));
-  }
-  DriveOf(const DriveOf&) = delete;
-  DriveOf& operator=(const DriveOf&) = delete;
-
-  [[nodiscard]] std::wstring Root() const { return std::wstring(kDrive) + L"\\"; }
-
- private:
-  static constexpr wchar_t kDrive[] = L"Q:";
-  std::wstring folder_;
-};
-
 TEST(LogStartFolderTest, ARelativeFolderStaysTheOneItWas) {
   const LogPlace place(kSmallFiles);
   CreateFolders(place.Outside(L"elsewhere\\Log"));
@@ -77,17 +57,22 @@ TEST(LogStartFolderTest, ARelativeFolderStaysTheOneItWas) {
 
 TEST(LogStartFolderTest, TheRootOfADriveIsAFolderLikeAnyOther) {
   const LogPlace place(kSmallFiles);
-  const DriveOf drive(place.Folder());
+  const std::wstring root = place.Folder().substr(0, 3);
+  const std::wstring current = root + L"NHUpdateManager.log";
+  const std::wstring rotated = root + L"NHUpdateManager.1.log";
+  ASSERT_FALSE(nhupdate::Exists(current) || nhupdate::Exists(rotated));
   LoadedLogLibrary library;
 
-  const int result = library.Start(place.Settings(), drive.Root());
+  const int result = library.Start(place.Settings(), root);
   library.Write(kFullFile);
   library.Write(L"next");
   library.Stop();
 
   EXPECT_EQ(result, 0);
-  EXPECT_THAT(ReadTexts(place.RotatedFile(1)), ElementsAre(kFullFileText));
-  EXPECT_THAT(ReadTexts(place.CurrentFile()), ElementsAre("next"));
+  EXPECT_THAT(ReadTexts(rotated), ElementsAre(kFullFileText));
+  EXPECT_THAT(ReadTexts(current), ElementsAre("next"));
+  EXPECT_TRUE(::DeleteFileW(rotated.c_str()));
+  EXPECT_TRUE(::DeleteFileW(current.c_str()));
 }
 
 TEST(LogStartFolderTest, WithoutTheFoldersPathTheStartFails) {
