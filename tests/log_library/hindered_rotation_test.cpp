@@ -58,6 +58,7 @@ TEST(HinderedRotationTest, GoesOnInTheSameFileWhileAReaderForbidsTheRename) {
 TEST(HinderedRotationTest, TriesARenameThatFailedOnlyOnceASecond) {
   StartedLog log(kSmallFiles);
   log.library.Write(kFullFile);
+  int renames_within_a_second = 0;
   int renames = 0;
   {
     FakeUptime uptime(log.library);
@@ -70,13 +71,17 @@ TEST(HinderedRotationTest, TriesARenameThatFailedOnlyOnceASecond) {
     for (int record = 0; record < 100; ++record) {
       log.library.Write(L"record");
     }
-    uptime.Forward(1000);
+    uptime.Forward(999);
+    log.library.Write(L"still too soon");
+    renames_within_a_second = rename.Calls();
+    uptime.Forward(1);
     log.library.Write(L"last");
     renames = rename.Calls();
   }
 
+  EXPECT_EQ(renames_within_a_second, 1);
   EXPECT_EQ(renames, 2);
-  EXPECT_EQ(ReadTexts(log.place.CurrentFile()).size(), 102u);
+  EXPECT_EQ(ReadTexts(log.place.CurrentFile()).size(), 103u);
 }
 
 TEST(HinderedRotationTest, StaysInTheRenamedFileWhenNoNewOneCanBeMade) {

@@ -23,6 +23,7 @@ namespace {
 using testing::AnyOf;
 using testing::Contains;
 using testing::Each;
+using testing::Ge;
 using testing::SizeIs;
 
 // Enough files that nothing is deleted.
@@ -159,7 +160,8 @@ TEST(SeveralProcessesTest, WritersThatAreKilledInTheirTurnKeepNobodyWaiting) {
   const auto numbers = NumbersByWriter(log.place);
   EXPECT_THAT(turns, SizeIs(kVictims));
   EXPECT_THAT(turns, Each(AnyOf(DWORD{WAIT_OBJECT_0}, DWORD{WAIT_ABANDONED})));
-  EXPECT_THAT(turns, Contains(DWORD{WAIT_ABANDONED})) << "None was killed in its turn.";
+  // After a turn that was taken over and not given back, no other victim would have one.
+  EXPECT_THAT(turns, Contains(DWORD{WAIT_ABANDONED}).Times(Ge(2)));
   EXPECT_EQ(numbers.size(), kVictims + 1u);
   for (const auto& [name, of_writer] : numbers) {
     EXPECT_TRUE(of_writer == NumbersBelow(static_cast<int>(of_writer.size()))) << name;
