@@ -10,7 +10,7 @@ namespace nhupdate {
 namespace {
 
 constexpr DWORD kTurnWaitMs = 1000;
-constexpr ULONGLONG kNoWaitMs = 10 * 1000;
+constexpr ULONGLONG kNoWaitMs = 10'000;
 
 // The log folder belongs to the machine and not to a session: a service or a second user who is
 // logged on writes the same file, so the name is one for all sessions. Unlike shared memory, a
