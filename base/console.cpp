@@ -41,7 +41,9 @@ std::string ToUtf8(const std::wstring& text) {
     return {};
   }
   std::string bytes(static_cast<std::size_t>(size), '\0');
-  ::WideCharToMultiByte(CP_UTF8, 0, text.data(), units, bytes.data(), size, nullptr, nullptr);
+  const int converted =
+      ::WideCharToMultiByte(CP_UTF8, 0, text.data(), units, bytes.data(), size, nullptr, nullptr);
+  bytes.resize(static_cast<std::size_t>(std::max(converted, 0)));
   return bytes;
 }
 

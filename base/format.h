@@ -22,7 +22,8 @@ consteval ArgumentKind KindOf() {
                 std::is_same_v<Plain, wchar_t*>) {
     return ArgumentKind::kText;
   } else if constexpr (std::is_integral_v<Plain> && sizeof(Plain) == sizeof(int) &&
-                       !std::is_same_v<Plain, bool> && !std::is_same_v<Plain, wchar_t>) {
+                       !std::is_same_v<Plain, bool> && !std::is_same_v<Plain, wchar_t> &&
+                       !std::is_same_v<Plain, char32_t>) {
     return ArgumentKind::kNumber;
   } else {
     return ArgumentKind::kUnsupported;

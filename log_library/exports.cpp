@@ -1,6 +1,7 @@
 // The four entries of the library and what happens when it is unloaded. Nothing is thrown over the
 // border: running out of memory ends the process, as everywhere in the program.
 
+#include <cstddef>
 #include <cwchar>
 #include <memory>
 #include <string_view>
@@ -12,7 +13,7 @@
 namespace {
 
 // Longer texts are cut, so that a record's length always fits what Windows can write at once.
-constexpr std::size_t kMaxTextUnits = 64 * 1024 * 1024;
+constexpr std::size_t kMaxTextUnits = std::size_t{64} * 1024 * 1024;
 
 // Both need no construction and no destruction, so there is nothing that could be in the wrong
 // order when the library is loaded or unloaded.

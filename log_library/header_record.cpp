@@ -1,5 +1,7 @@
 #include "log_library/header_record.h"
 
+#include <tuple>
+
 #include "base/windows.h"
 #include "log_library/record_time.h"
 
@@ -44,7 +46,7 @@ std::wstring WindowsVersion() {
 
 std::wstring TimeZone() {
   DYNAMIC_TIME_ZONE_INFORMATION zone = {};
-  ::GetDynamicTimeZoneInformation(&zone);
+  std::ignore = ::GetDynamicTimeZoneInformation(&zone);  // without it the name stays empty
   return std::wstring(zone.TimeZoneKeyName) + L" (UTC" +
          Widen(FormatUtcOffset(CurrentRecordTime().utc_offset_minutes)) + L")";
 }

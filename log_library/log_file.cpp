@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstring>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace nhupdate {
@@ -30,7 +32,7 @@ StartResult CLogFile::Open(const CLogFolder& folder) {
   if (!file.IsValid() || !Inspect(file, opened)) {
     return StartResult::kFileNotOpened;
   }
-  // The resolved path tells when the folder, or one above it, was exchanged since it was looked at.
+  // Where a link was followed nevertheless, the resolved path tells.
   if (opened.IsLink() || opened.IsFolder() || opened.name_count != 1 ||
       !folder.IsCurrentFile(file)) {
     return StartResult::kFileNotTrustworthy;
@@ -40,7 +42,7 @@ StartResult CLogFile::Open(const CLogFolder& folder) {
   return StartResult::kStarted;
 }
 
-void CLogFile::Append(std::string_view record) {
+bool CLogFile::Append(std::string_view record) {
   std::string with_line_end;
   if (has_open_line_) {
     with_line_end = "\n";
@@ -48,10 +50,13 @@ void CLogFile::Append(std::string_view record) {
     record = with_line_end;
   }
   DWORD written = 0;
-  ::WriteFile(file_.Get(), record.data(), static_cast<DWORD>(record.size()), &written, nullptr);
+  // How much was written tells all.
+  std::ignore =
+      ::WriteFile(file_.Get(), record.data(), static_cast<DWORD>(record.size()), &written, nullptr);
   if (written != 0) {
     has_open_line_ = written < record.size();
   }
+  return written == record.size();
 }
 
 std::uint64_t CLogFile::Size() const {
@@ -73,7 +78,7 @@ bool CLogFile::Rename(const CLogFolder& folder, const std::wstring& new_path) co
 }
 
 void CLogFile::Flush() const {
-  ::FlushFileBuffers(file_.Get());
+  std::ignore = ::FlushFileBuffers(file_.Get());  // nobody is told, and the records are written
 }
 
 }  // namespace nhupdate

@@ -20,9 +20,9 @@ class CLogFile {
   // one name the file stays closed; nothing has been written then.
   [[nodiscard]] StartResult Open(const CLogFolder& folder);
 
-  // Writes the record in one piece. A record that finds no room is lost; the next one that does
-  // begins a line of its own all the same.
-  void Append(std::string_view record);
+  // Writes the record in one piece. False when it was lost or cut short for lack of room; the next
+  // one that finds room begins a line of its own all the same.
+  [[nodiscard]] bool Append(std::string_view record);
 
   // In bytes, as all processes together have made it; 0 when Windows doesn't tell.
   [[nodiscard]] std::uint64_t Size() const;

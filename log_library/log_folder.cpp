@@ -1,8 +1,11 @@
 #include "log_library/log_folder.h"
 
-#include <vector>
+#include <tuple>
 
+#include "base/paths.h"
 #include "base/windows.h"
+#include "log_library/file_names.h"
+#include "log_library/file_time.h"
 #include "log_library/opened_file.h"
 #include "log_library/rotated_files.h"
 
@@ -11,7 +14,10 @@ namespace nhupdate {
 namespace {
 
 constexpr std::uint64_t kFileTimeUnitsPerDay = 24ULL * 60 * 60 * 10'000'000;  // of 100 ns
-constexpr wchar_t kCurrentName[] = L"\\NHUpdateManager.log";
+
+// The log folder is ProgramData\Corvane\NimbaSoftware\NimbaHub\Log. Every user may write to each of
+// these but ProgramData itself.
+constexpr int kLevelsBelowProgramData = 4;
 
 // Relative names would mean another folder as soon as the program changes its current one.
 std::wstring FullPath(const std::wstring& path) {
@@ -28,7 +34,7 @@ std::wstring FullPath(const std::wstring& path) {
 std::uint64_t CurrentTime() {
   FILETIME now = {};
   ::GetSystemTimeAsFileTime(&now);
-  return (std::uint64_t{now.dwHighDateTime} << 32) | now.dwLowDateTime;
+  return FileTimeUnits(now);
 }
 
 }  // namespace
@@ -38,28 +44,29 @@ StartResult CLogFolder::Open(const std::wstring& path) {
   // Without a backslash the name of a drive means the drive itself; with one, the name of a link
   // could mean what it leads to.
   const std::wstring own_name = path_.ends_with(L':') ? path_ + L"\\" : path_;
+  pinned_.emplace(own_name);
   const UniqueFile folder = OpenUnfollowed(own_name, 0, OPEN_EXISTING);
   OpenedFile opened;
   if (!folder.IsValid() || !Inspect(folder, opened) || !opened.IsFolder()) {
     return StartResult::kFolderNotUsable;
   }
-  if (opened.IsLink()) {
-    return StartResult::kFolderIsLink;
-  }
   resolved_path_ = ResolvedPath(folder);
   while (resolved_path_.ends_with(L'\\')) {
     resolved_path_.pop_back();
   }
-  return StartResult::kStarted;
+  if (resolved_path_.empty()) {
+    return StartResult::kFolderNotUsable;
+  }
+  return opened.IsLink() || !IsReachedWithoutUsersLinks() ? StartResult::kFolderIsLink
+                                                          : StartResult::kStarted;
 }
 
 std::wstring CLogFolder::CurrentFile() const {
-  return path_ + kCurrentName;
+  return path_ + L"\\" + kCurrentName;
 }
 
 std::wstring CLogFolder::NextRotatedFile() const {
-  const std::uint32_t number = NextRotatedNumber(ListRotatedFiles(path_));
-  return path_ + L"\\NHUpdateManager." + std::to_wstring(number) + L".log";
+  return path_ + L"\\" + RotatedName(NextRotatedNumber(ListRotatedFiles(path_)));
 }
 
 void CLogFolder::DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_days) const {
@@ -74,7 +81,7 @@ void CLogFolder::DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_d
     if (kept < max_count && !is_too_old) {
       ++kept;
     } else {
-      Delete(L"\\" + file.name);
+      Delete(file.name);
     }
   }
 }
@@ -83,12 +90,25 @@ bool CLogFolder::IsCurrentFile(const UniqueFile& file) const {
   return IsNamed(file, kCurrentName);
 }
 
+bool CLogFolder::IsReachedWithoutUsersLinks() const {
+  const bool has_drive_letter = !path_.starts_with(L'\\');
+  const bool is_drive = path_.ends_with(L':');
+  if (!has_drive_letter || is_drive) {
+    return true;
+  }
+  std::wstring anchor = path_;
+  for (int level = 0; level < kLevelsBelowProgramData && !anchor.ends_with(L':'); ++level) {
+    anchor = ParentFolder(anchor);
+  }
+  return pinned_->IsBelow(anchor);
+}
+
 bool CLogFolder::IsNamed(const UniqueFile& file, const std::wstring& name) const {
-  return ResolvedPath(file) == resolved_path_ + name;
+  return IsSameName(ResolvedPath(file), resolved_path_ + L"\\" + name);
 }
 
 void CLogFolder::Delete(const std::wstring& name) const {
-  const UniqueFile file = OpenUnfollowed(path_ + name, DELETE, OPEN_EXISTING);
+  const UniqueFile file = OpenUnfollowed(path_ + L"\\" + name, DELETE, OPEN_EXISTING);
   OpenedFile opened;
   if (!file.IsValid() || !Inspect(file, opened) || opened.IsLink() || opened.IsFolder() ||
       !IsNamed(file, name)) {
@@ -96,7 +116,9 @@ void CLogFolder::Delete(const std::wstring& name) const {
   }
   FILE_DISPOSITION_INFO disposition = {};
   disposition.DeleteFile = TRUE;
-  ::SetFileInformationByHandle(file.Get(), FileDispositionInfo, &disposition, sizeof(disposition));
+  // What stays is tried again with the next rotation.
+  std::ignore = ::SetFileInformationByHandle(file.Get(), FileDispositionInfo, &disposition,
+                                             sizeof(disposition));
 }
 
 }  // namespace nhupdate

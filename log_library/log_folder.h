@@ -5,8 +5,10 @@
 // changes its name again.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
+#include "base/pinned_folder.h"
 #include "base/unique_handle.h"
 #include "log_library/start_result.h"
 
@@ -14,7 +16,11 @@ namespace nhupdate {
 
 class CLogFolder {
  public:
-  // Takes the folder after making sure that it is one and no link.
+  // Takes the folder after making sure that it is one, that neither it nor one of the three above
+  // it is a link (users may write there; whoever may write further up may put links there), and
+  // keeps it open. Until the object is gone the folder and those above it can't be renamed, removed
+  // or exchanged: a path that was good stays good. Of a path without a drive letter only the folder
+  // itself is looked at.
   [[nodiscard]] StartResult Open(const std::wstring& path);
 
   [[nodiscard]] std::wstring CurrentFile() const;
@@ -28,17 +34,17 @@ class CLogFolder {
   // which only others can have put there, stay in any case.
   void DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_days) const;
 
-  // True when the file is the current one of this very folder, and not one that a link on the way
-  // led to.
+  // True when the file is the current one of this very folder, and not one that a link led to.
   [[nodiscard]] bool IsCurrentFile(const UniqueFile& file) const;
 
  private:
-  // `name` begins with a backslash.
+  [[nodiscard]] bool IsReachedWithoutUsersLinks() const;
   [[nodiscard]] bool IsNamed(const UniqueFile& file, const std::wstring& name) const;
   void Delete(const std::wstring& name) const;
 
   std::wstring path_;
   std::wstring resolved_path_;
+  std::optional<CPinnedFolder> pinned_;
 };
 
 }  // namespace nhupdate

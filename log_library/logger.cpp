@@ -3,13 +3,13 @@
 #include <utility>
 
 #include "log_library/header_record.h"
+#include "log_library/record_level.h"
 #include "log_library/record_text.h"
 
 namespace nhupdate {
 
 namespace {
 
-constexpr int kInformation = 2;
 constexpr wchar_t kOwnTag[] = L"NSWLogDynamic64U";
 
 // How often the name is looked up that the file should have. A full file, which is what a rotated
@@ -18,6 +18,10 @@ constexpr ULONGLONG kCheckIntervalMs = 1000;
 
 // After a rotation that failed: most likely someone has the file open, and will for a while.
 constexpr ULONGLONG kRotationRetryMs = 1000;
+
+std::wstring LossText(std::uint64_t lost_records) {
+  return L"Records before this one that could not be written: " + std::to_wstring(lost_records);
+}
 
 }  // namespace
 
@@ -31,7 +35,7 @@ StartResult CLogger::Start(std::string_view program_version, const LogSettings& 
     return result;
   }
   queue_.Open();
-  Append(kInformation, kOwnTag, HeaderText(program_version));
+  Append(kInformationLevel, kOwnTag, HeaderText(program_version));
   const CWriteTurn turn(queue_);
   if (turn.IsOurs()) {
     DeleteOutdated();
@@ -51,7 +55,19 @@ void CLogger::Append(int level, std::wstring_view tag, std::wstring_view text) {
   // The time is taken within the turn, so the records of all processes stand in its order.
   const RecordOrigin origin = {CurrentRecordTime(), ::GetCurrentProcessId(),
                                ::GetCurrentThreadId()};
-  file_.Append(FormatRecord(origin, level, tag, text));
+  if (ReportLoss(origin) && file_.Append(FormatRecord(origin, level, tag, text))) {
+    return;
+  }
+  ++lost_records_;
+}
+
+bool CLogger::ReportLoss(const RecordOrigin& origin) {
+  if (lost_records_ != 0 &&
+      !file_.Append(FormatRecord(origin, kWarningLevel, kOwnTag, LossText(lost_records_)))) {
+    return false;
+  }
+  lost_records_ = 0;
+  return true;
 }
 
 void CLogger::PrepareFile(bool is_our_turn) {

@@ -1,12 +1,20 @@
 #pragma once
 
 // A started log: takes records and keeps the files in order.
+//
+// A record that can't be written whole, on a full disk, is counted. Before the next one that can
+// be, there is a warning of the library's own with the number of those that were lost or cut short,
+// even if the level leaves warnings out. Only what is lost last of all, before the log is stopped,
+// is never told of.
 
+#include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "base/windows.h"
 #include "log_library/log_file.h"
 #include "log_library/log_folder.h"
+#include "log_library/record_text.h"
 #include "log_library/settings.h"
 #include "log_library/start_result.h"
 #include "log_library/write_turn.h"
@@ -25,6 +33,10 @@ class CLogger {
 
  private:
   void Append(int level, std::wstring_view tag, std::wstring_view text);
+
+  // False when records were lost and that, too, could not be written. The record that was to follow
+  // is then lost with them: a log without a word about the gap would seem complete.
+  [[nodiscard]] bool ReportLoss(const RecordOrigin& origin);
 
   // Sees to it that the next record comes into the right file. Without a turn of its own a process
   // rotates nothing, but it follows when others have.
@@ -45,7 +57,8 @@ class CLogger {
   CLogFolder folder_;
   CLogFile file_;
   CWriterQueue queue_;
-  ULONGLONG next_check_ = 0;  // both in the milliseconds of the system's uptime
+  std::uint64_t lost_records_ = 0;  // since the last one that was written
+  ULONGLONG next_check_ = 0;        // both in the milliseconds of the system's uptime
   ULONGLONG next_rotation_ = 0;
 };
 

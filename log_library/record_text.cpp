@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "log_library/record_level.h"
 #include "log_library/utf8_encoding.h"
 
 namespace nhupdate {
@@ -15,13 +16,13 @@ constexpr char32_t kDeletePicture = 0x2421;
 
 std::string LevelName(int level) {
   switch (level) {
-    case 1:
+    case kDebugLevel:
       return "DEBUG";
-    case 2:
+    case kInformationLevel:
       return "INFO";
-    case 3:
+    case kWarningLevel:
       return "WARN";
-    case 4:
+    case kErrorLevel:
       return "ERROR";
     default:
       return std::to_string(level);

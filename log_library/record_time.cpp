@@ -1,7 +1,11 @@
 #include "log_library/record_time.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <tuple>
+
+#include "log_library/file_time.h"
 
 namespace nhupdate {
 
@@ -10,7 +14,7 @@ namespace {
 constexpr std::int64_t kFileTimeUnitsPerMinute = 60LL * 10'000'000;  // of 100 ns
 
 std::int64_t Units(const FILETIME& time) {
-  return static_cast<std::int64_t>((std::uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime);
+  return static_cast<std::int64_t>(FileTimeUnits(time));
 }
 
 std::string Digits(int number, std::size_t width) {
@@ -24,9 +28,9 @@ RecordTime CurrentRecordTime() {
   FILETIME utc = {};
   ::GetSystemTimeAsFileTime(&utc);
   FILETIME local = utc;
-  ::FileTimeToLocalFileTime(&utc, &local);
+  std::ignore = ::FileTimeToLocalFileTime(&utc, &local);  // fails only beyond the year 30827
   RecordTime time;
-  ::FileTimeToSystemTime(&local, &time.local);
+  std::ignore = ::FileTimeToSystemTime(&local, &time.local);  // likewise
   time.utc_offset_minutes = static_cast<int>((Units(local) - Units(utc)) / kFileTimeUnitsPerMinute);
   return time;
 }

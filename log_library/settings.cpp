@@ -1,8 +1,10 @@
 #include "log_library/settings.h"
 
 #include <array>
+#include <cstddef>
 
 #include "base/windows.h"
+#include "log_library/record_level.h"
 
 namespace nhupdate {
 
@@ -13,12 +15,12 @@ struct Range {
   std::uint32_t highest;
 };
 
-constexpr Range kLevels = {1, 4};
+constexpr Range kLevels = {kDebugLevel, kErrorLevel};
 constexpr Range kFileSizesKb = {16, 1024 * 1024};  // up to 1 GiB
 constexpr Range kFileCounts = {1, 1000};
 constexpr Range kAgesDays = {1, 3650};  // up to ten years
 
-// Longer texts are no number of any range.
+// Room for any number of any range. What fills it may have been cut off and is no number.
 constexpr std::size_t kValueUnits = 16;
 
 std::uint32_t ReadNumber(const wchar_t* path, const wchar_t* key, Range range,
@@ -26,6 +28,9 @@ std::uint32_t ReadNumber(const wchar_t* path, const wchar_t* key, Range range,
   std::array<wchar_t, kValueUnits> text = {};
   const DWORD units = ::GetPrivateProfileStringW(L"Log", key, L"", text.data(),
                                                  static_cast<DWORD>(text.size()), path);
+  if (units >= text.size() - 1) {
+    return default_value;
+  }
   std::uint64_t number = 0;
   for (DWORD index = 0; index < units; ++index) {
     const wchar_t unit = text[index];

@@ -6,10 +6,11 @@ namespace nhupdate {
 
 enum class StartResult : int {
   kStarted = 0,
-  kNoFolderName = 1,        // the log folder's name is a null pointer or empty
-  kFolderNotUsable = 2,     // there is no such folder, or it can't be opened
-  kFolderIsLink = 3,        // the log folder stands for another place
-  kFileNotOpened = 4,       // the log file can't be made or opened for writing
+  kNoFolderName = 1,     // the log folder's name is a null pointer or empty
+  kFolderNotUsable = 2,  // there is no such folder, or it can't be looked at
+  kFolderIsLink = 3,     // the log folder stands for another place, or may do so: by itself or by
+                         // a folder above it
+  kFileNotOpened = 4,    // the log file can't be made or opened for writing
   kFileNotTrustworthy = 5,  // under the log file's name is a link, a folder or a file of many names
 };
 

@@ -1,5 +1,7 @@
 #include "log_library/write_turn.h"
 
+#include <tuple>
+
 // This needs <windows.h> first.
 #include <sddl.h>
 
@@ -8,7 +10,7 @@ namespace nhupdate {
 namespace {
 
 constexpr DWORD kTurnWaitMs = 1000;
-constexpr ULONGLONG kNoWaitMs = 10 * 1000;
+constexpr ULONGLONG kNoWaitMs = 10'000;
 
 // The log folder belongs to the machine and not to a session: a service or a second user who is
 // logged on writes the same file, so the name is one for all sessions. Unlike shared memory, a
@@ -23,11 +25,13 @@ constexpr wchar_t kMutexAccess[] = L"D:(A;;0x00100001;;;AU)(A;;GA;;;SY)(A;;GA;;;
 
 void CWriterQueue::Open() {
   PSECURITY_DESCRIPTOR descriptor = nullptr;
-  ::ConvertStringSecurityDescriptorToSecurityDescriptorW(kMutexAccess, SDDL_REVISION_1, &descriptor,
-                                                         nullptr);
+  if (!::ConvertStringSecurityDescriptorToSecurityDescriptorW(kMutexAccess, SDDL_REVISION_1,
+                                                              &descriptor, nullptr)) {
+    return;  // a mutex that shuts others out would be worse than none
+  }
   SECURITY_ATTRIBUTES attributes = {sizeof(attributes), descriptor, FALSE};
   mutex_.Reset(::CreateMutexExW(&attributes, kMutexName, 0, SYNCHRONIZE | MUTEX_MODIFY_STATE));
-  ::LocalFree(descriptor);
+  std::ignore = ::LocalFree(descriptor);  // nothing could be done about a failure
 }
 
 bool CWriterQueue::Enter() {
@@ -49,7 +53,7 @@ bool CWriterQueue::Enter() {
 }
 
 void CWriterQueue::Leave() {
-  ::ReleaseMutex(mutex_.Get());
+  std::ignore = ::ReleaseMutex(mutex_.Get());  // can't fail in one's own turn
 }
 
 }  // namespace nhupdate

@@ -12,7 +12,8 @@ namespace nhupdate {
 // hold the mutex, by ill will too, and a log is not worth a program that stands still.
 class CWriterQueue {
  public:
-  // Makes or opens the mutex. Without one, which is no failure, there are never any turns.
+  // Makes or opens the mutex. Without one, which is no failure, there are never any turns, and so
+  // no rotation.
   void Open();
 
   // Waits for the mutex, a second at the most; after waiting in vain not at all for ten seconds.

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "base/strings.h"
 #include "text/json_digits.h"
 
 namespace nhupdate {
@@ -185,17 +186,12 @@ int CJsonScanner::ParseLiteral(JsonValue& value, int position) const {
   if (end_ - position < units) {
     return -1;
   }
-  std::wstring literal(text_ + position, static_cast<std::size_t>(units));
-  for (wchar_t& unit : literal) {
-    if (unit >= L'A' && unit <= L'Z') {
-      unit = static_cast<wchar_t>(unit + 32);
-    }
-  }
-  if (literal == L"true") {
+  const std::wstring literal(text_ + position, static_cast<std::size_t>(units));
+  if (EqualsIgnoringCase(literal, L"true")) {
     value = JsonValue(true);
-  } else if (literal == L"false") {
+  } else if (EqualsIgnoringCase(literal, L"false")) {
     value = JsonValue(false);
-  } else if (literal == L"null") {
+  } else if (EqualsIgnoringCase(literal, L"null")) {
     value = JsonValue();
   } else {
     return -1;

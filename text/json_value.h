@@ -39,6 +39,8 @@ class JsonValue {
   explicit JsonValue(std::wstring string) : payload_(std::move(string)) {}
   explicit JsonValue(Array array) : payload_(std::move(array)) {}
   explicit JsonValue(Object object) : payload_(std::move(object)) {}
+  // A pointer, to a text for instance, would otherwise be taken for a truth value.
+  explicit JsonValue(const void*) = delete;
   JsonValue(JsonValue&& other) noexcept;
   JsonValue& operator=(JsonValue&& other) noexcept;
   JsonValue(const JsonValue&) = delete;

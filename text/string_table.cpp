@@ -4,6 +4,7 @@
 #include <limits>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "app/manager_center.h"
@@ -25,11 +26,11 @@ UniqueFile OpenForReading(const std::wstring& path) {
                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-// Reads the whole file in one go. A file that can't be read, or whose size the reader can't count,
-// counts as empty: it holds no texts.
+// Reads the whole file in one go. A file that can't be read, or whose size the reader can't count
+// (it needs one number more for the end), counts as empty: it holds no texts.
 std::vector<char> ReadWhole(const UniqueFile& file) {
   LARGE_INTEGER size = {};
-  if (!::GetFileSizeEx(file.Get(), &size) || size.QuadPart > std::numeric_limits<int>::max()) {
+  if (!::GetFileSizeEx(file.Get(), &size) || size.QuadPart >= std::numeric_limits<int>::max()) {
     return {};
   }
   std::vector<char> bytes(static_cast<std::size_t>(size.QuadPart));
@@ -47,6 +48,18 @@ std::wstring Decode(const std::vector<char>& bytes) {
                         bytes[1] == kUtf8Mark[1] && bytes[2] == kUtf8Mark[2];
   return has_mark ? Utf8ToWide(bytes.data() + kUtf8MarkBytes, byte_count - kUtf8MarkBytes)
                   : Utf8ToWide(bytes.data(), byte_count);
+}
+
+struct FileText {
+  std::wstring text;
+  int byte_count = 0;
+};
+
+// Closes the file, and keeps nothing of its bytes: a text can be large.
+FileText ReadText(UniqueFile file) {
+  const std::vector<char> bytes = ReadWhole(file);
+  file.Reset();
+  return {Decode(bytes), static_cast<int>(bytes.size())};
 }
 
 void AddTexts(const JsonValue& root, StringTable& strings) {
@@ -71,16 +84,11 @@ void CManagerCenter::LoadStrings(const std::wstring& path) {
     Log(LogLevel::kError, L"Fail to open string file : %s", path);
     return;
   }
-  std::vector<char> bytes = ReadWhole(file);
-  file.Reset();
-  const int byte_count = static_cast<int>(bytes.size());
-  const std::wstring text = Decode(bytes);
-  bytes = {};
+  const auto [text, byte_count] = ReadText(std::move(file));
 
-  // The bound counts bytes, which are never fewer than units: the text's terminator ends it. What
-  // the reader could make of the text shows in the kind of the value.
+  // The bound counts bytes, which are never fewer than units: the text's terminator ends it.
   JsonValue root;
-  std::ignore = ParseValue(root, text.c_str(), byte_count);  // see above
+  std::ignore = ParseValue(root, text.c_str(), byte_count);  // the value's kind tells what was read
   AddTexts(root, strings_);
   Log(LogLevel::kInformation, L"Total %d strings loaded.", static_cast<int>(strings_.size()));
   FreeValue(root);

@@ -1,5 +1,7 @@
 #include "tests/log_library/loaded_log_library.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdio>
 #include <cstdlib>
 
@@ -35,6 +37,10 @@ LoadedLogLibrary::LoadedLogLibrary() : library_(::LoadLibraryW(LogLibraryPath().
 LogPlace::LogPlace(const std::string& settings) {
   CreateFolders(Folder());
   WriteFileBytes(Settings(), "[Log]\r\n" + settings);
+}
+
+StartedLog::StartedLog(const std::string& settings) : place(settings) {
+  EXPECT_EQ(library.Start(place.Settings(), place.Folder()), 0);
 }
 
 }  // namespace nhupdate_test

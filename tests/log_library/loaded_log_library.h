@@ -61,4 +61,18 @@ class LogPlace {
   ScratchFolder scratch_;
 };
 
+// A log that has been started in a place of its own; a test failure when that fails.
+struct StartedLog {
+  // `settings` are the lines below [Log].
+  explicit StartedLog(const std::string& settings = "Level=1\n");
+
+  LogPlace place;
+  LoadedLogLibrary library;
+};
+
+// The smallest size of a file, and a record that fills it, as it is written and as it is read.
+inline constexpr char kSmallFiles[] = "MaxFileSizeKB=16\n";
+inline const std::wstring kFullFile(16 * 1024, L'x');
+inline const std::string kFullFileText(16 * 1024, 'x');
+
 }  // namespace nhupdate_test

@@ -3,10 +3,9 @@
 //   log_writer LIBRARY SETTINGS FOLDER NAME COUNT GATE
 //
 // Each record is the name and a number that counts from 0. The process begins to write when the
-// event that GATE names is set. Prints how many records it wrote per second; ends with the code
-// that "Start" returned, or -1 when it didn't come so far.
+// event that GATE names is set. Ends with the code that "Start" returned, or -1 when it didn't come
+// so far.
 
-#include <cstdio>
 #include <string>
 
 #include "base/unique_handle.h"
@@ -47,18 +46,9 @@ int main() {
   const int result = start("1.0.0", arguments[2], arguments[3]);
   const std::wstring name = arguments[4];
   const int records = std::stoi(arguments[5]);
-  LARGE_INTEGER frequency = {};
-  LARGE_INTEGER begin = {};
-  LARGE_INTEGER end = {};
-  ::QueryPerformanceFrequency(&frequency);
-  ::QueryPerformanceCounter(&begin);
   for (int number = 0; number < records; ++number) {
     write(2, name.c_str(), (name + L" " + std::to_wstring(number) + kFiller).c_str());
   }
-  ::QueryPerformanceCounter(&end);
   stop();
-  const double seconds =
-      static_cast<double>(end.QuadPart - begin.QuadPart) / static_cast<double>(frequency.QuadPart);
-  std::printf("%.0f records per second\n", records / seconds);
   return result;
 }

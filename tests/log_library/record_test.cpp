@@ -15,15 +15,13 @@ namespace {
 using testing::ElementsAre;
 
 TEST(LogRecordTest, CarriesTimeIdsLevelTagAndText) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-  std::ignore = library.Start(place.Settings(), place.Folder());
+  StartedLog log;
   const std::string earliest =
       nhupdate::FormatRecordTime(nhupdate::CurrentRecordTime()).substr(0, 23);
 
-  library.Write(3, L"NHUpdateManager", L"Copy fail, sleep 3 seconds and retry.");
+  log.library.Write(3, L"NHUpdateManager", L"Copy fail, sleep 3 seconds and retry.");
 
-  const auto records = ReadRecords(place.CurrentFile());
+  const auto records = ReadRecords(log.place.CurrentFile());
   ASSERT_EQ(records.size(), 2u);
   EXPECT_EQ(records[1].process_id, ::GetCurrentProcessId());
   EXPECT_EQ(records[1].thread_id, ::GetCurrentThreadId());
@@ -47,36 +45,32 @@ TEST(LogRecordTest, IsWrittenFromItsLevelUp) {
       {"Level=nonsense\n", {"2", "3", "4", "5"}},
   };
   for (const auto& test : cases) {
-    const LogPlace place(test.settings);
-    LoadedLogLibrary library;
-    std::ignore = library.Start(place.Settings(), place.Folder());
+    StartedLog log(test.settings);
 
     for (int level = -1; level <= 5; ++level) {
-      library.Write(level, L"test", std::to_wstring(level).c_str());
+      log.library.Write(level, L"test", std::to_wstring(level).c_str());
     }
 
-    EXPECT_EQ(ReadTexts(place.CurrentFile()), test.written) << test.settings;
+    EXPECT_EQ(ReadTexts(log.place.CurrentFile()), test.written) << test.settings;
   }
 }
 
 TEST(LogRecordTest, IsOneWriteOfAnyLength) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-  std::ignore = library.Start(place.Settings(), place.Folder());
+  StartedLog log;
   const std::wstring text(1024 * 1024, L'\u4E2D');
   int writes = 0;
   {
     Interposer<decltype(::WriteFile)> write(
-        library.Module(), "WriteFile",
+        log.library.Module(), "WriteFile",
         [&](HANDLE file, const void* data, DWORD size, DWORD* written, OVERLAPPED* overlapped) {
           ++writes;
           return write.Original()(file, data, size, written, overlapped);
         });
-    library.Write(text);
-    library.Write(L"short");
+    log.library.Write(text);
+    log.library.Write(L"short");
   }
 
-  const auto texts = ReadTexts(place.CurrentFile());
+  const auto texts = ReadTexts(log.place.CurrentFile());
   EXPECT_EQ(writes, 2);
   ASSERT_EQ(texts.size(), 2u);
   EXPECT_EQ(texts[0].size(), 3u * 1024 * 1024);
@@ -84,26 +78,22 @@ TEST(LogRecordTest, IsOneWriteOfAnyLength) {
 }
 
 TEST(LogRecordTest, TakesNullForEmpty) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-  std::ignore = library.Start(place.Settings(), place.Folder());
+  StartedLog log;
 
-  library.Write(2, nullptr, nullptr);
+  log.library.Write(2, nullptr, nullptr);
 
-  const auto records = ReadRecords(place.CurrentFile());
+  const auto records = ReadRecords(log.place.CurrentFile());
   ASSERT_EQ(records.size(), 2u);
   EXPECT_EQ(records[1].tag, "");
   EXPECT_EQ(records[1].text, "");
 }
 
 TEST(LogRecordTest, IsThereBeforeAnyFlushOrStop) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-  std::ignore = library.Start(place.Settings(), place.Folder());
+  StartedLog log;
 
-  library.Write(L"at once");
+  log.library.Write(L"at once");
 
-  EXPECT_THAT(ReadTexts(place.CurrentFile()), ElementsAre("at once"));
+  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("at once"));
 }
 
 }  // namespace

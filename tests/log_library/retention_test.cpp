@@ -10,8 +10,7 @@ namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
-
-const std::wstring kFullFile(16 * 1024, L'x');
+using testing::UnorderedElementsAre;
 
 void MakeRotatedFile(const LogPlace& place, int number, int age_hours) {
   WriteFileBytes(place.RotatedFile(number), std::to_string(number));
@@ -27,29 +26,25 @@ void MakeRotatedFile(const LogPlace& place, int number, int age_hours) {
 }
 
 TEST(LogRetentionTest, KeepsTheYoungestFilesUpToTheCount) {
-  const LogPlace place("MaxFileSizeKB=16\nMaxFiles=3\n");
-  LoadedLogLibrary library;
-  std::ignore = library.Start(place.Settings(), place.Folder());
+  StartedLog log("MaxFileSizeKB=16\nMaxFiles=3\n");
 
   for (int file = 0; file < 6; ++file) {
-    library.Write(kFullFile);
+    log.library.Write(kFullFile);
   }
 
   EXPECT_THAT(
-      ListTree(place.Folder()),
+      ListTree(log.place.Folder()),
       ElementsAre(L"NHUpdateManager.4.log", L"NHUpdateManager.5.log", L"NHUpdateManager.log"));
 }
 
 TEST(LogRetentionTest, KeepsTheCurrentFileAloneWhenThatIsTheCount) {
-  const LogPlace place("MaxFileSizeKB=16\nMaxFiles=1\n");
-  LoadedLogLibrary library;
-  std::ignore = library.Start(place.Settings(), place.Folder());
+  StartedLog log("MaxFileSizeKB=16\nMaxFiles=1\n");
 
-  library.Write(kFullFile);
-  library.Write(L"next");
-  library.Stop();
+  log.library.Write(kFullFile);
+  log.library.Write(L"next");
+  log.library.Stop();
 
-  EXPECT_THAT(ListTree(place.Folder()), ElementsAre(L"NHUpdateManager.log"));
+  EXPECT_THAT(ListTree(log.place.Folder()), ElementsAre(L"NHUpdateManager.log"));
 }
 
 TEST(LogRetentionTest, DeletesAtStartWhatIsTooOldOrTooMuch) {
@@ -61,8 +56,9 @@ TEST(LogRetentionTest, DeletesAtStartWhatIsTooOldOrTooMuch) {
   MakeRotatedFile(place, 5, 2);
   LoadedLogLibrary library;
 
-  std::ignore = library.Start(place.Settings(), place.Folder());
+  const int result = library.Start(place.Settings(), place.Folder());
 
+  EXPECT_EQ(result, 0);
   EXPECT_THAT(ListTree(place.Folder()),
               ElementsAre(L"NHUpdateManager.3.log", L"NHUpdateManager.4.log",
                           L"NHUpdateManager.5.log", L"NHUpdateManager.log"));
@@ -74,8 +70,9 @@ TEST(LogRetentionTest, DeletesByAgeAlsoBelowTheCount) {
   MakeRotatedFile(place, 2, 47);
   LoadedLogLibrary library;
 
-  std::ignore = library.Start(place.Settings(), place.Folder());
+  const int result = library.Start(place.Settings(), place.Folder());
 
+  EXPECT_EQ(result, 0);
   EXPECT_THAT(ListTree(place.Folder()),
               ElementsAre(L"NHUpdateManager.2.log", L"NHUpdateManager.log"));
 }
@@ -85,8 +82,9 @@ TEST(LogRetentionTest, AFileFromTheFutureIsNotTooOld) {
   MakeRotatedFile(place, 1, -48);
   LoadedLogLibrary library;
 
-  std::ignore = library.Start(place.Settings(), place.Folder());
+  const int result = library.Start(place.Settings(), place.Folder());
 
+  EXPECT_EQ(result, 0);
   EXPECT_TRUE(nhupdate::Exists(place.RotatedFile(1)));
 }
 
@@ -98,9 +96,13 @@ TEST(LogRetentionTest, LeavesForeignFilesAlone) {
   }
   LoadedLogLibrary library;
 
-  std::ignore = library.Start(place.Settings(), place.Folder());
+  const int result = library.Start(place.Settings(), place.Folder());
 
-  EXPECT_EQ(ListTree(place.Folder()).size(), 5u);
+  EXPECT_EQ(result, 0);
+  EXPECT_THAT(
+      ListTree(place.Folder()),
+      UnorderedElementsAre(L"NHUpdateManager.1.log.bak", L"NHUpdateManager.exe.1234.dmp",
+                           L"NHUpdateManager.log", L"NHUpdateManager.x.log", L"Other.1.log"));
 }
 
 TEST(LogRetentionTest, AFileThatCantBeDeletedStaysAndIsInNobodysWay) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "log_library/file_names.h"
+
 namespace nhupdate_test {
 namespace {
 
@@ -55,6 +57,23 @@ TEST(RotatedFilesTest, NextNumberFollowsTheYoungestAndIsFree) {
   for (const auto& test : cases) {
     EXPECT_EQ(NextRotatedNumber(test.files), test.next) << test.name;
   }
+}
+
+TEST(RotatedFilesTest, NextNumberIsFoundAmongAnyNumberOfPlantedFiles) {
+  constexpr std::uint32_t kFiles = 500'000;
+  std::vector<RotatedFile> files;
+  for (std::uint32_t number = 1; number <= kFiles; ++number) {
+    files.push_back({L"", number, 0, false});
+  }
+
+  EXPECT_EQ(NextRotatedNumber(files), kFiles + 1);
+}
+
+TEST(RotatedFilesTest, NumberAndNameGoTogether) {
+  for (const std::uint32_t number : {1u, 42u, nhupdate::kHighestRotatedNumber}) {
+    EXPECT_EQ(RotatedNumber(nhupdate::RotatedName(number)), number);
+  }
+  EXPECT_EQ(nhupdate::RotatedName(7), L"NHUpdateManager.7.log");
 }
 
 }  // namespace

@@ -71,6 +71,9 @@ TEST(LogSettingsTest, TakesTheDefaultForEachValueThatIsBroken) {
       {"three", 2},
       {"4294967299", 2},            // 3, were it cut to 32 bits
       {"18446744073709551619", 2},  // 3, were it cut to 64 bits
+      {"00000000000003", 3},
+      {"000000000000003", 2},   // more digits than are read
+      {"0000000000000030", 2},  // 3, were it cut to what is read
       {"000000000000000000000003", 2},
       {"\xD9\xA3", 2},
       {"%s%n", 2},

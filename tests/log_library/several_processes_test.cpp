@@ -1,7 +1,10 @@
 // The library in several processes that write one log at the same time.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -12,9 +15,16 @@
 #include "tests/log_library/log_records.h"
 #include "tests/log_library/writer_process.h"
 #include "tests/support/files.h"
+#include "tests/support/interposer.h"
 
 namespace nhupdate_test {
 namespace {
+
+using testing::AnyOf;
+using testing::Contains;
+using testing::Each;
+using testing::Ge;
+using testing::SizeIs;
 
 // Enough files that nothing is deleted.
 constexpr char kKeepAll[] = "MaxFileSizeKB=128\nMaxFiles=1000\n";
@@ -45,11 +55,18 @@ std::uint64_t SizeOf(const std::wstring& file) {
   return (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
 }
 
-void WaitForFile(const std::wstring& path) {
-  for (int tries = 0; !nhupdate::Exists(path); ++tries) {
-    ASSERT_LT(tries, 10'000) << testing::PrintToString(path);
+// Fails the test when that takes longer than even a busy machine needs.
+void WaitUntil(const std::function<bool()>& has_come) {
+  constexpr ULONGLONG kLimitMs = 100 * 1000;
+  const ULONGLONG begin = ::GetTickCount64();
+  while (!has_come()) {
+    ASSERT_LT(::GetTickCount64() - begin, kLimitMs);
     ::Sleep(1);
   }
+}
+
+void WaitForFile(const std::wstring& path) {
+  WaitUntil([&] { return nhupdate::Exists(path); });
 }
 
 TEST(SeveralProcessesTest, WriteEveryRecordOnceWholeAndInOrderWhileTheFilesRotate) {
@@ -84,8 +101,8 @@ TEST(SeveralProcessesTest, RotatedFilesAreFullAndHardlyMore) {
   WriterProcess second(place, gate, L"b", 5000);
 
   gate.Open();
-  first.Wait();
-  second.Wait();
+  EXPECT_EQ(first.Wait(), 0);
+  EXPECT_EQ(second.Wait(), 0);
 
   std::vector<std::wstring> files = LogFilesInOrder(place.Folder());
   files.pop_back();
@@ -96,7 +113,7 @@ TEST(SeveralProcessesTest, RotatedFilesAreFullAndHardlyMore) {
   }
 }
 
-TEST(SeveralProcessesTest, AKilledWriterLosesNothingThatWasWrittenAndKeepsNobodyWaiting) {
+TEST(SeveralProcessesTest, AKilledWriterLosesNothingThatWasWritten) {
   const LogPlace place(kKeepAll);
   const WriterGate first_gate;
   const WriterGate second_gate;
@@ -116,6 +133,39 @@ TEST(SeveralProcessesTest, AKilledWriterLosesNothingThatWasWrittenAndKeepsNobody
   EXPECT_EQ(result, 0);
   EXPECT_TRUE(of_victim == NumbersBelow(static_cast<int>(of_victim.size())));
   EXPECT_TRUE(numbers.at("survivor") == NumbersBelow(10'000));
+}
+
+// A writer is killed somewhere, mostly in its turn, since it does nothing but write.
+TEST(SeveralProcessesTest, WritersThatAreKilledInTheirTurnKeepNobodyWaiting) {
+  constexpr int kVictims = 20;
+  constexpr std::uint64_t kBytesOfAVictim = 20'000;
+  StartedLog log("MaxFileSizeKB=5120\n");
+  std::vector<DWORD> turns;
+
+  for (int number = 0; number < kVictims; ++number) {
+    const WriterGate gate;
+    WriterProcess victim(log.place, gate, L"victim" + std::to_wstring(number), 100'000'000);
+    const std::uint64_t size_before = SizeOf(log.place.CurrentFile());
+    gate.Open();
+    WaitUntil([&] { return SizeOf(log.place.CurrentFile()) > size_before + kBytesOfAVictim; });
+    victim.Kill();
+    Interposer<decltype(::WaitForSingleObject)> wait(
+        log.library.Module(), "WaitForSingleObject", [&](HANDLE mutex, DWORD limit_ms) {
+          turns.push_back(wait.Original()(mutex, limit_ms));
+          return turns.back();
+        });
+    log.library.Write(L"survivor " + std::to_wstring(number));
+  }
+
+  const auto numbers = NumbersByWriter(log.place);
+  EXPECT_THAT(turns, SizeIs(kVictims));
+  EXPECT_THAT(turns, Each(AnyOf(DWORD{WAIT_OBJECT_0}, DWORD{WAIT_ABANDONED})));
+  // After a turn that was taken over and not given back, no other victim would have one.
+  EXPECT_THAT(turns, Contains(DWORD{WAIT_ABANDONED}).Times(Ge(2)));
+  EXPECT_EQ(numbers.size(), kVictims + 1u);
+  for (const auto& [name, of_writer] : numbers) {
+    EXPECT_TRUE(of_writer == NumbersBelow(static_cast<int>(of_writer.size()))) << name;
+  }
 }
 
 }  // namespace

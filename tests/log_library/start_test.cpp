@@ -42,7 +42,7 @@ TEST(LogStartTest, OpensTheFileForAppendingOnlySharedAndNotInherited) {
           }
           return create.Original()(path, wanted, shared, security, how, flags, model);
         });
-    std::ignore = library.Start(place.Settings(), place.Folder());
+    EXPECT_EQ(library.Start(place.Settings(), place.Folder()), 0);
   }
 
   EXPECT_EQ(access, static_cast<DWORD>(FILE_APPEND_DATA | FILE_READ_ATTRIBUTES | SYNCHRONIZE));
@@ -106,7 +106,7 @@ TEST(LogStartTest, FailsWhenTheFileCantBeWritten) {
 TEST(LogStartTest, AFailedStartEndsTheLogBefore) {
   const LogPlace place;
   LoadedLogLibrary library;
-  std::ignore = library.Start(place.Settings(), place.Folder());
+  ASSERT_EQ(library.Start(place.Settings(), place.Folder()), 0);
   library.Write(L"before");
 
   const int result = library.Start(place.Settings(), L"");
@@ -120,14 +120,27 @@ TEST(LogStartTest, StartingAgainGoesOnInTheNewFolder) {
   const LogPlace first;
   const LogPlace second;
   LoadedLogLibrary library;
-  std::ignore = library.Start(first.Settings(), first.Folder());
+  ASSERT_EQ(library.Start(first.Settings(), first.Folder()), 0);
   library.Write(L"one");
 
-  std::ignore = library.Start(second.Settings(), second.Folder());
+  EXPECT_EQ(library.Start(second.Settings(), second.Folder()), 0);
   library.Write(L"two");
 
   EXPECT_THAT(ReadTexts(first.CurrentFile()), ElementsAre("one"));
   EXPECT_THAT(ReadTexts(second.CurrentFile()), ElementsAre("two"));
+}
+
+TEST(LogStartTest, GoesOnInAFileWhoseNameIsInOtherLetters) {
+  const LogPlace place;
+  const std::wstring file = place.Folder() + L"\\nhupdatemanager.LOG";
+  WriteFileBytes(file, "2026-11-20T14:03:05.123+02:00 [1:1] INFO  [tag] earlier\n");
+  LoadedLogLibrary library;
+
+  const int result = library.Start(place.Settings(), place.Folder());
+  library.Write(L"now");
+
+  EXPECT_EQ(result, 0);
+  EXPECT_THAT(ReadTexts(file), ElementsAre("earlier", "now"));
 }
 
 TEST(LogStartTest, AcceptsABackslashBehindTheFolderAndAnEarlierLog) {

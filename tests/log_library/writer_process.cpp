@@ -2,13 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include "log_library/file_time.h"
 #include "tests/support/files.h"
 
 namespace nhupdate_test {
 
 namespace {
 
-constexpr DWORD kEndWaitMs = 30 * 1000;
+constexpr DWORD kEndWaitMs = 150 * 1000;  // within what ctest allows, and enough on a busy machine
 
 std::wstring Quoted(const std::wstring& text) {
   return L"\"" + text + L"\" ";
@@ -17,8 +18,11 @@ std::wstring Quoted(const std::wstring& text) {
 }  // namespace
 
 WriterGate::WriterGate() {
+  // Process ids come again, and writers of a run that was killed may still wait at its gates.
   static int count = 0;
-  name_ = L"Local\\nhupdate-gate-" + std::to_wstring(::GetCurrentProcessId()) + L"-" +
+  FILETIME now = {};
+  ::GetSystemTimeAsFileTime(&now);
+  name_ = L"Local\\nhupdate-gate-" + std::to_wstring(nhupdate::FileTimeUnits(now)) + L"-" +
           std::to_wstring(++count);
   event_.Reset(::CreateEventW(nullptr, TRUE, FALSE, name_.c_str()));
 }

@@ -31,7 +31,7 @@ class WriterProcess {
   WriterProcess(const WriterProcess&) = delete;
   WriterProcess& operator=(const WriterProcess&) = delete;
 
-  // Waits for the end and returns the exit code; fails the test after half a minute.
+  // Waits for the end and returns the exit code; fails the test after two and a half minutes.
   int Wait();
 
   // Ends the process wherever it is.

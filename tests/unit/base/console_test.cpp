@@ -109,6 +109,26 @@ TEST(WriteConsoleTextTest, WritesUtf8ToAPipe) {
             "fung\n");
 }
 
+TEST(WriteConsoleTextTest, WritesNothingInPlaceOfATextThatCantBeConverted) {
+  const CapturedConsole console;
+  Interposer<decltype(::WideCharToMultiByte)> convert(
+      "WideCharToMultiByte",
+      [&](UINT code_page, DWORD flags, const wchar_t* text, int units, char* bytes, int size,
+          const char* replacement, BOOL* is_replaced) {
+        if (bytes == nullptr) {
+          return convert.Original()(code_page, flags, text, units, bytes, size, replacement,
+                                    is_replaced);
+        }
+        ::SetLastError(ERROR_NO_UNICODE_TRANSLATION);
+        return 0;
+      });
+
+  WriteConsoleText(L"abc");
+
+  EXPECT_EQ(console.Bytes(), "");
+  EXPECT_EQ(convert.Calls(), 2);
+}
+
 TEST(WriteConsoleTextTest, GoesOnAfterAPartialWriteToAStream) {
   const CapturedConsole console;
   Interposer<decltype(::WriteFile)> write(

@@ -60,6 +60,10 @@ std::wstring Text() {
 std::wstring Text() {
   return Format(L"%d", L'x');
 }
+#elif defined(LONG_CHARACTER)
+std::wstring Text() {
+  return Format(L"%d", U'x');
+}
 #elif defined(FLOATING_POINT_NUMBER)
 std::wstring Text() {
   return Format(L"%d", 5.0);

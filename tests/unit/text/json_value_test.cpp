@@ -3,6 +3,7 @@
 #include <climits>
 #include <initializer_list>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 #include "tests/unit/text/json_table.h"
@@ -38,6 +39,14 @@ TEST(JsonValueTest, IsNullAtFirst) {
   const JsonValue value;
 
   EXPECT_EQ(value.Kind(), JsonKind::kNull);
+}
+
+TEST(JsonValueTest, IsNotMadeOfAPointer) {
+  EXPECT_FALSE((std::is_constructible_v<JsonValue, const wchar_t*>));
+  EXPECT_FALSE((std::is_constructible_v<JsonValue, const wchar_t(&)[5]>));
+  EXPECT_FALSE((std::is_constructible_v<JsonValue, const char*>));
+  EXPECT_TRUE((std::is_constructible_v<JsonValue, std::wstring>));
+  EXPECT_TRUE((std::is_constructible_v<JsonValue, bool>));
 }
 
 TEST(JsonValueTest, KnowsTheKindThatWasRead) {

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <climits>
 #include <string>
 
 #include "base/unique_handle.h"
@@ -84,6 +85,50 @@ TEST_F(LoadStringsFileTest, TakesAFileWithoutAKnownSizeForEmpty) {
     });
     product_.Manager().LoadStrings(Path());
     EXPECT_EQ(size.Calls(), 1);
+  }
+
+  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0)));
+}
+
+// The reader counts in int, the position behind the last unit included.
+TEST_F(LoadStringsFileTest, TakesAFileThatIsTooLargeToCountForEmpty) {
+  WriteFileBytes(Path(), R"({"A":"a"})");
+  for (const LONGLONG bytes : {LONGLONG{INT_MAX}, LONGLONG{INT_MAX} + 1, LONGLONG{1} << 32}) {
+    product_.ForgetRecords();
+    int reads = 0;
+    {
+      Interposer<decltype(::GetFileSizeEx)> size("GetFileSizeEx",
+                                                 [&](HANDLE, LARGE_INTEGER* result) -> BOOL {
+                                                   result->QuadPart = bytes;
+                                                   return TRUE;
+                                                 });
+      Interposer<decltype(::ReadFile)> read(
+          "ReadFile", [](HANDLE, void*, DWORD, DWORD* count, OVERLAPPED*) -> BOOL {
+            *count = 0;
+            return TRUE;
+          });
+      product_.Manager().LoadStrings(Path());
+      reads = read.Calls();
+    }
+
+    EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0))) << bytes;
+    EXPECT_EQ(reads, 0) << bytes;
+  }
+}
+
+TEST_F(LoadStringsFileTest, TakesAFileThatBecameShorterAsItIs) {
+  const std::string whole = R"({"A":"a"})";
+  WriteFileBytes(Path(), whole);
+  product_.ForgetRecords();
+  {
+    Interposer<decltype(::ReadFile)> read(
+        "ReadFile",
+        [&](HANDLE file, void* bytes, DWORD byte_count, DWORD* count, OVERLAPPED* overlapped) {
+          EXPECT_EQ(byte_count, whole.size());
+          return read.Original()(file, bytes, byte_count - 1, count, overlapped);
+        });
+    product_.Manager().LoadStrings(Path());
+    EXPECT_EQ(read.Calls(), 1);
   }
 
   EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0)));
