@@ -100,7 +100,7 @@ bool CLogFolder::IsReachedWithoutUsersLinks() const {
   for (int level = 0; level < kLevelsBelowProgramData && !anchor.ends_with(L':'); ++level) {
     anchor = ParentFolder(anchor);
   }
-  return pinned_->IsBelow(anchor);
+  return pinned_->IsAtOrBelow(anchor);
 }
 
 bool CLogFolder::IsNamed(const UniqueFile& file, const std::wstring& name) const {
