@@ -116,22 +116,25 @@ TEST_F(FilesTest, RemovesAFolderWithAllInIt) {
   EXPECT_THAT(ListTree(scratch_.Path()), ElementsAre(L"folder.txt"));
 }
 
-void LeaveAFileOpen(nhupdate::UniqueFile& file, std::wstring& folder) {
+// A scratch folder comes and goes, but the file or folder of that name in it stays open.
+void LeaveOpen(const std::wstring& name, nhupdate::UniqueFile& held, std::wstring& folder) {
   const ScratchFolder scratch;
   folder = scratch.Path();
-  WriteFileBytes(folder + L"\\held", "");
-  file.Reset(::CreateFileW((folder + L"\\held").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
-                           FILE_ATTRIBUTE_NORMAL, nullptr));
+  WriteFileBytes(folder + L"\\folder\\file", "");
+  held.Reset(::CreateFileW((folder + L"\\" + name).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
 
-TEST(ScratchFolderTest, FailsTheTestThatStillHoldsAFileOfIt) {
-  nhupdate::UniqueFile held;
-  std::wstring folder;
+TEST(ScratchFolderTest, FailsTheTestThatStillHoldsSomethingInIt) {
+  for (const wchar_t* name : {L"folder\\file", L"folder", L""}) {
+    nhupdate::UniqueFile held;
+    std::wstring folder;
 
-  EXPECT_NONFATAL_FAILURE(LeaveAFileOpen(held, folder), "held");
+    EXPECT_NONFATAL_FAILURE(LeaveOpen(name, held, folder), "Something is left");
 
-  held.Reset();
-  RemoveTree(folder);
+    held.Reset();
+    RemoveTree(folder);
+  }
 }
 
 TEST(ScratchFolderTest, HasANameOfItsOwnAndIsGoneAfterwards) {
