@@ -102,7 +102,7 @@ TEST(InterposerTest, ReplacesAFunctionForALoadedLibraryOnly) {
 
 TEST(InterposerTest, CountsTheCallsOfSeveralThreads) {
   constexpr int kThreads = 4;
-  constexpr int kCallsOfEach = 20'000;
+  constexpr int kCallsOfEach = 500'000;
   const Interposer<decltype(::GetTickCount)> tick_count("GetTickCount", [] { return DWORD{1}; });
   std::vector<std::thread> threads;
 
