@@ -1,5 +1,7 @@
 #include "tests/support/installed_product.h"
 
+#include <gtest/gtest.h>
+
 #include <cwctype>
 
 #include "app/program.h"
@@ -7,10 +9,7 @@
 #include "base/windows.h"
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
-
-// These need <windows.h> first.
-#include <objbase.h>
-#include <shlobj.h>
+#include "tests/support/product_surroundings.h"
 
 namespace nhupdate_test {
 
@@ -30,64 +29,15 @@ void ReplaceWholeNumber(std::wstring& text, const std::wstring& number,
   }
 }
 
-PWSTR CopyForShell(const std::wstring& text) {
-  const std::size_t units = text.size() + 1;
-  auto* copy = static_cast<wchar_t*>(::CoTaskMemAlloc(units * sizeof(wchar_t)));
-  text.copy(copy, text.size());
-  copy[text.size()] = L'\0';
-  return copy;
-}
-
-// What Windows tells the program about itself while the object lives.
-class Surroundings {
- public:
-  Surroundings(const std::wstring& executable, const std::wstring& program_data,
-               const ProductOptions& options)
-      : executable_(executable), program_data_(program_data), options_(options) {}
-
- private:
-  DWORD GiveExecutable(wchar_t* buffer, DWORD units) const {
-    const DWORD length = static_cast<DWORD>(executable_.size());
-    if (length >= units) {
-      executable_.copy(buffer, units - 1);
-      buffer[units - 1] = L'\0';
-      ::SetLastError(ERROR_INSUFFICIENT_BUFFER);
-      return units;
-    }
-    executable_.copy(buffer, length);
-    buffer[length] = L'\0';
-    return length;
-  }
-
-  std::wstring executable_;
-  std::wstring program_data_;
-  ProductOptions options_;
-  Interposer<decltype(::GetModuleFileNameW)> module_file_name_{
-      "GetModuleFileNameW", [this](HMODULE module, wchar_t* buffer, DWORD units) -> DWORD {
-        return module != nullptr ? module_file_name_.Original()(module, buffer, units)
-                                 : GiveExecutable(buffer, units);
-      }};
-  Interposer<decltype(::SHGetKnownFolderPath)> known_folder_{
-      "SHGetKnownFolderPath", [this](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
-        *path = options_.has_program_data ? CopyForShell(program_data_) : nullptr;
-        return options_.has_program_data ? S_OK : E_FAIL;
-      }};
-  Interposer<decltype(::GetTokenInformation)> token_information_{
-      "GetTokenInformation",
-      [this](HANDLE, TOKEN_INFORMATION_CLASS, void* information, DWORD, DWORD*) -> BOOL {
-        static_cast<TOKEN_ELEVATION*>(information)->TokenIsElevated = options_.elevated ? 1 : 0;
-        return TRUE;
-      }};
-};
-
 }  // namespace
 
 InstalledProduct::InstalledProduct(const ProductOptions& options) : options_(options) {
   CreateFolders(Module());
   CreateFolders(ProgramData());
   if (!options_.log_library.empty()) {
-    ::CopyFileW((TestProgramFolder() + L"\\" + options_.log_library + L".dll").c_str(),
-                (Module() + L"\\NSWLogDynamic64U.dll").c_str(), FALSE);
+    EXPECT_TRUE(::CopyFileW((TestProgramFolder() + L"\\" + options_.log_library + L".dll").c_str(),
+                            (Module() + L"\\NSWLogDynamic64U.dll").c_str(), FALSE))
+        << "Can't copy " << testing::PrintToString(options_.log_library);
   }
   ::SetEnvironmentVariableW(kLogJournalVariable, Journal().c_str());
 }
@@ -97,15 +47,21 @@ InstalledProduct::~InstalledProduct() {
   ::SetEnvironmentVariableW(kLogJournalVariable, nullptr);
 }
 
+SurroundingFacts InstalledProduct::Facts() const {
+  return {.executable = ExecutablePath(),
+          .program_data = options_.has_program_data ? ProgramData() : L"",
+          .elevated = options_.elevated};
+}
+
 void InstalledProduct::Start() {
-  const Surroundings surroundings(ExecutablePath(), ProgramData(), options_);
+  const ProductSurroundings surroundings(Facts());
 
   manager_ = std::make_unique<nhupdate::CManagerCenter>();
   manager_->Initialize();
 }
 
 int InstalledProduct::RunProgram(const std::wstring& arguments) {
-  const Surroundings surroundings(ExecutablePath(), ProgramData(), options_);
+  const ProductSurroundings surroundings(Facts());
   std::wstring command_line = L"\"" + ExecutablePath() + L"\" " + arguments;
   Interposer<decltype(::GetCommandLineW)> get_command_line(
       "GetCommandLineW", [&]() -> wchar_t* { return command_line.data(); });

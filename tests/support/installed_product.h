@@ -17,6 +17,8 @@
 
 namespace nhupdate_test {
 
+struct SurroundingFacts;  // see tests/support/product_surroundings.h
+
 struct ProductOptions {
   bool elevated = true;
   bool has_program_data = true;
@@ -40,6 +42,9 @@ class InstalledProduct {
   [[nodiscard]] std::wstring App() const { return Base() + L"\\Updater\\App"; }
   [[nodiscard]] std::wstring ProgramData() const { return scratch_.Path() + L"\\ProgramData"; }
   [[nodiscard]] std::wstring Journal() const { return scratch_.Path() + L"\\journal.txt"; }
+
+  // What Windows tells the program about itself during the two runs below.
+  [[nodiscard]] SurroundingFacts Facts() const;
 
   // Runs the manager's start-up, with Windows telling it that it lies in the scratch folder and
   // is, or is not, elevated. The start-up's own records are kept.

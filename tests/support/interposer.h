@@ -13,6 +13,7 @@
 // not by installing another one in the middle of the code under test.
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -94,7 +95,7 @@ class Interposer<Result(Arguments...)> {
   void** slot_;
   std::size_t index_;
   Function original_;
-  int calls_ = 0;
+  std::atomic<int> calls_ = 0;  // some fakes are called by several threads
 };
 
 }  // namespace nhupdate_test

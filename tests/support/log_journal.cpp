@@ -1,5 +1,7 @@
 #include "tests/support/log_journal.h"
 
+#include <gtest/gtest.h>
+
 #include <sstream>
 
 #include "base/existence.h"
@@ -7,6 +9,27 @@
 #include "text/utf8.h"
 
 namespace nhupdate_test {
+
+namespace {
+
+std::vector<std::wstring> FieldsOf(const std::wstring& line) {
+  std::vector<std::wstring> fields;
+  std::size_t begin = 0;
+  for (std::size_t tab = line.find(L'\t'); tab != std::wstring::npos;
+       tab = line.find(L'\t', begin)) {
+    fields.push_back(line.substr(begin, tab - begin));
+    begin = tab + 1;
+  }
+  fields.push_back(line.substr(begin));
+  return fields;
+}
+
+// The process id, the entry and its arguments.
+std::size_t FieldCountOf(const std::wstring& entry) {
+  return entry == L"Start" || entry == L"WriteLog" ? 5 : 2;
+}
+
+}  // namespace
 
 std::vector<LogCall> ReadLogJournal(const std::wstring& path) {
   if (!nhupdate::Exists(path)) {
@@ -17,16 +40,13 @@ std::vector<LogCall> ReadLogJournal(const std::wstring& path) {
   std::vector<LogCall> calls;
   std::wstring line;
   while (std::getline(lines, line)) {
-    std::wistringstream fields(line);
-    LogCall call;
-    std::wstring field;
-    std::getline(fields, field, L'\t');
-    call.process_id = static_cast<DWORD>(std::stoul(field));
-    std::getline(fields, call.entry, L'\t');
-    while (std::getline(fields, field, L'\t')) {
-      call.arguments.push_back(field);
+    const std::vector<std::wstring> fields = FieldsOf(line);
+    if (fields.size() < 2 || fields.size() != FieldCountOf(fields[1])) {
+      ADD_FAILURE() << "Not a line of the log library's journal: " << testing::PrintToString(line);
+      continue;
     }
-    calls.push_back(call);
+    calls.push_back(
+        {static_cast<DWORD>(std::stoul(fields[0])), fields[1], {fields.begin() + 2, fields.end()}});
   }
   return calls;
 }
@@ -35,8 +55,7 @@ std::vector<std::wstring> RecordsOf(const std::vector<LogCall>& calls) {
   std::vector<std::wstring> records;
   for (const LogCall& call : calls) {
     if (call.entry == L"WriteLog") {
-      const std::wstring text = call.arguments.size() > 2 ? call.arguments[2] : std::wstring();
-      records.push_back(call.arguments[0] + L"|" + text);
+      records.push_back(call.arguments.at(0) + L"|" + call.arguments.at(2));
     }
   }
   return records;

@@ -19,7 +19,8 @@ struct LogCall {
   std::vector<std::wstring> arguments;  // as text; line ends as U+240A and U+240D
 };
 
-// All calls so far; none when there is no journal yet.
+// All calls so far; none when there is no journal yet. A line without exactly the arguments of its
+// entry is a test failure.
 [[nodiscard]] std::vector<LogCall> ReadLogJournal(const std::wstring& path);
 
 // The records among them, as L"level|text".

@@ -15,6 +15,10 @@ HWND Desktop() {
 
 }  // namespace
 
+ShownBox ErrorBoxOf(const std::wstring& text, const std::wstring& caption) {
+  return {.text = text, .caption = caption, .style = 0x40010, .is_owned_by_desktop = true};
+}
+
 void PrintTo(const ShownBox& box, std::ostream* stream) {
   *stream << "box " << testing::PrintToString(box.text) << ", caption "
           << testing::PrintToString(box.caption) << ", style 0x" << std::hex << box.style

@@ -20,6 +20,9 @@ struct ShownBox {
   bool operator==(const ShownBox&) const = default;
 };
 
+// An error box of the program.
+[[nodiscard]] ShownBox ErrorBoxOf(const std::wstring& text, const std::wstring& caption);
+
 void PrintTo(const ShownBox& box, std::ostream* stream);
 
 class RecordedBoxes {

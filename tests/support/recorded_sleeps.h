@@ -2,6 +2,8 @@
 
 // Takes the place of waiting: each sleep is written down and over at once.
 
+#include <functional>
+#include <utility>
 #include <vector>
 
 #include "base/windows.h"
@@ -11,8 +13,12 @@ namespace nhupdate_test {
 
 class RecordedSleeps {
  public:
-  RecordedSleeps()
-      : sleep_("Sleep", [this](DWORD milliseconds) { milliseconds_.push_back(milliseconds); }) {}
+  // `during_sleep` is what happens in the meantime.
+  explicit RecordedSleeps(std::function<void()> during_sleep = [] {})
+      : sleep_("Sleep", [this, during_sleep = std::move(during_sleep)](DWORD milliseconds) {
+          milliseconds_.push_back(milliseconds);
+          during_sleep();
+        }) {}
   RecordedSleeps(const RecordedSleeps&) = delete;
   RecordedSleeps& operator=(const RecordedSleeps&) = delete;
 

@@ -1,30 +1,29 @@
 #include "tests/support/scratch_folder.h"
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <array>
-#include <cstdint>
+#include <vector>
 
 #include "base/windows.h"
 #include "tests/support/files.h"
+#include "tests/support/unused_name.h"
 
 namespace nhupdate_test {
 
 namespace {
 
-// Of the system's clock.
-std::uint64_t CurrentMilliseconds() {
-  constexpr std::uint64_t kFileTimeUnitsPerMs = 10'000;
-  FILETIME now = {};
-  ::GetSystemTimeAsFileTime(&now);
-  return ((std::uint64_t{now.dwHighDateTime} << 32) | now.dwLowDateTime) / kFileTimeUnitsPerMs;
-}
-
-// A name that was never used before. The process id would not do: Windows gives it away again, and
-// what an earlier process has deleted keeps its name until the last handle to it is closed.
-std::wstring UnusedName() {
-  static const std::uint64_t process_start = CurrentMilliseconds();
-  static int count = 0;
-  return L"nhupdate Pr\u00FCfung 100%s " + std::to_wstring(process_start) + L"-" +
-         std::to_wstring(++count);
+// Wine can't delete a link: it deletes what the link leads to, and the dead link then shows in no
+// listing. What is held open is refused with another error.
+bool HoldsNothingButDeadLinks(const std::wstring& folder) {
+  std::vector<std::wstring> left = ListTree(folder);
+  left.push_back(L"");
+  return std::all_of(left.begin(), left.end(), [&](const std::wstring& entry) {
+    const BOOL is_removed = ::RemoveDirectoryW((folder + L"\\" + entry).c_str());
+    const DWORD error = ::GetLastError();
+    return !is_removed && error == ERROR_DIR_NOT_EMPTY;
+  });
 }
 
 }  // namespace
@@ -32,12 +31,15 @@ std::wstring UnusedName() {
 ScratchFolder::ScratchFolder() {
   std::array<wchar_t, MAX_PATH> temporary = {};
   ::GetTempPathW(static_cast<DWORD>(temporary.size()), temporary.data());
-  path_ = temporary.data() + UnusedName();
+  path_ = temporary.data() + (L"nhupdate Pr\u00FCfung 100%s " + UnusedName());
   CreateFolders(path_);
 }
 
 ScratchFolder::~ScratchFolder() {
   RemoveTree(path_);
+  const bool is_gone = ::GetFileAttributesW(path_.c_str()) == INVALID_FILE_ATTRIBUTES;
+  EXPECT_TRUE(is_gone || HoldsNothingButDeadLinks(path_))
+      << "Something is left of a scratch folder: " << testing::PrintToString(ListTree(path_));
 }
 
 }  // namespace nhupdate_test

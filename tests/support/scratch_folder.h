@@ -1,7 +1,7 @@
 #pragma once
 
 // A folder of a test's own, with a blank, letters outside ASCII and a "%" in its name. It is gone
-// again, with all in it, when the object is.
+// again, with all in it, when the object is; a test that still holds something in it open fails.
 
 #include <string>
 

@@ -5,12 +5,11 @@
 #include <array>
 
 #include "base/windows.h"
+#include "tests/support/unused_name.h"
 
 namespace nhupdate_test {
 
-ScratchLocalMachine::ScratchLocalMachine()
-    : path_(L"Software\\nhupdate test " + std::to_wstring(::GetCurrentProcessId())) {
-  ::RegDeleteTreeW(HKEY_CURRENT_USER, path_.c_str());
+ScratchLocalMachine::ScratchLocalMachine() : path_(L"Software\\nhupdate test " + UnusedName()) {
   const LSTATUS created =
       ::RegCreateKeyExW(HKEY_CURRENT_USER, path_.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
                         KEY_ALL_ACCESS, nullptr, key_.Receive(), nullptr);

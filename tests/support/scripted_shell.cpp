@@ -21,9 +21,10 @@ ShellAnswer FailsWith(DWORD error) {
   return answer;
 }
 
-ShellAnswer EndsWith(DWORD exit_code) {
+ShellAnswer EndsWith(DWORD exit_code, std::function<void()> during_wait) {
   ShellAnswer answer;
   answer.exit_code = exit_code;
+  answer.during_wait = std::move(during_wait);
   return answer;
 }
 
@@ -103,6 +104,9 @@ DWORD ScriptedShell::Wait(HANDLE handle, DWORD milliseconds) {
   const std::string limit =
       milliseconds == INFINITE ? "ever" : std::to_string(milliseconds) + " ms";
   events_.push_back("wait " + std::to_string(child->second.number) + " for " + limit);
+  if (child->second.answer.during_wait) {
+    child->second.answer.during_wait();
+  }
   return WAIT_OBJECT_0;
 }
 

@@ -25,10 +25,11 @@ struct ShellAnswer {
   bool has_process = true;      // when it is
   bool is_exit_code_readable = true;
   DWORD exit_code = 0;
+  std::function<void()> during_wait;  // what the process does while it is waited for
 };
 
 [[nodiscard]] ShellAnswer FailsWith(DWORD error);
-[[nodiscard]] ShellAnswer EndsWith(DWORD exit_code);
+[[nodiscard]] ShellAnswer EndsWith(DWORD exit_code, std::function<void()> during_wait = nullptr);
 [[nodiscard]] ShellAnswer EndsUnreadably();
 // The launch succeeds but there is no process: another one took over the work.
 [[nodiscard]] ShellAnswer HandedOver();

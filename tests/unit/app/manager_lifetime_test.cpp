@@ -11,6 +11,7 @@
 #include "tests/support/fake_log_library.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
+#include "tests/unit/app/quiet_system.h"
 
 #include <objbase.h>  // needs <windows.h> first
 
@@ -20,6 +21,7 @@ namespace {
 using nhupdate_test::FakeLogLibrary;
 using nhupdate_test::InstalledProduct;
 using nhupdate_test::Interposer;
+using nhupdate_test::QuietSystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -32,6 +34,7 @@ class ManagerLifetimeTest : public testing::Test {
   }
 
   InstalledProduct product_;
+  QuietSystem system_;
   std::vector<std::string> events_;
   HRESULT com_result_ = S_OK;
   FakeLogLibrary library_;
@@ -76,8 +79,10 @@ TEST_F(ManagerLifetimeTest, StartsAllTheSameWithoutCom) {
   product_.Start();
   product_.DestroyManager();
 
-  EXPECT_THAT(events_, testing::Contains("Start"));
-  EXPECT_THAT(events_, testing::Contains("CoUninitialize"));
+  EXPECT_THAT(events_,
+              ElementsAre("CoInitialize", "Load", "Resolve Start", "Resolve Stop", "Resolve Flush",
+                          "Resolve WriteLog", "Start", "WriteLog", "WriteLog", "WriteLog",
+                          "WriteLog", "WriteLog", "CoUninitialize", "Stop", "Free"));
 }
 
 TEST_F(ManagerLifetimeTest, DropsRecordsBeforeTheStart) {

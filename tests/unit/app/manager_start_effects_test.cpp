@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cwchar>
 #include <string>
 #include <vector>
 
@@ -14,18 +13,17 @@
 #include "base/windows.h"
 #include "tests/support/fake_log_library.h"
 #include "tests/support/interposer.h"
+#include "tests/support/shell_text.h"
 #include "text/utf8.h"
 
-// These need <windows.h> first.
-#include <objbase.h>
-#include <shlobj.h>
+#include <shlobj.h>  // needs <windows.h> first
 
 namespace nhupdate {
 namespace {
 
+using nhupdate_test::CopyForShell;
 using nhupdate_test::FakeLogLibrary;
 using nhupdate_test::Interposer;
-using testing::ElementsAre;
 
 class ManagerStartEffectsTest : public testing::Test {
  protected:
@@ -55,8 +53,7 @@ class ManagerStartEffectsTest : public testing::Test {
   Interposer<decltype(::SHGetKnownFolderPath)> known_folder_{
       "SHGetKnownFolderPath", [this](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
         Note(L"known folder");
-        *path = static_cast<wchar_t*>(::CoTaskMemAlloc(8 * sizeof(wchar_t)));
-        std::wcscpy(*path, L"Q:\\Data");
+        *path = CopyForShell(L"Q:\\Data");
         return S_OK;
       }};
   Interposer<decltype(::CreateDirectoryW)> create_folder_{
@@ -106,30 +103,40 @@ class ManagerStartEffectsTest : public testing::Test {
   FakeLogLibrary library_;
 };
 
+// Of a start from this folder.
+std::vector<std::wstring> EffectsIn(const std::wstring& module_folder) {
+  const std::wstring texts = module_folder + L"\\Config\\NHUpdateManager.Default.json";
+  return {L"known folder",
+          L"create Q:\\Data\\Corvane",
+          L"create Q:\\Data\\Corvane\\NimbaSoftware",
+          L"create Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub",
+          L"create Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub\\Log",
+          L"Load " + module_folder + L"\\NSWLogDynamic64U.dll",
+          L"Resolve Start",
+          L"Resolve Stop",
+          L"Resolve Flush",
+          L"Resolve WriteLog",
+          L"Start 1.0.0|" + module_folder +
+              L"\\LogConfig.ini|Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub\\Log",
+          L"open token",
+          L"ask token",
+          L"close token",
+          L"WriteLog 2|NHUpdateManager|Process elevated.",
+          L"open key SOFTWARE\\Valve\\Steam",
+          L"WriteLog 2|NHUpdateManager|Steam language setting not found.",
+          L"languages",
+          L"WriteLog 2|NHUpdateManager|Use default language.",
+          L"WriteLog 2|NHUpdateManager|Load strings from " + texts,
+          L"open " + texts,
+          L"WriteLog 4|NHUpdateManager|Fail to open string file : " + texts};
+}
+
 TEST_F(ManagerStartEffectsTest, ComeInAFixedOrder) {
   CManagerCenter manager;
 
   EXPECT_EQ(manager.Initialize(), 0);
 
-  EXPECT_THAT(effects_,
-              ElementsAre(L"known folder", L"create Q:\\Data\\Corvane",
-                          L"create Q:\\Data\\Corvane\\NimbaSoftware",
-                          L"create Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub",
-                          L"create Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub\\Log",
-                          L"Load Q:\\A\\B\\M\\NSWLogDynamic64U.dll", L"Resolve Start",
-                          L"Resolve Stop", L"Resolve Flush", L"Resolve WriteLog",
-                          L"Start 1.0.0|Q:\\A\\B\\M\\LogConfig.ini|"
-                          L"Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub\\Log",
-                          L"open token", L"ask token", L"close token",
-                          L"WriteLog 2|NHUpdateManager|Process elevated.",
-                          L"open key SOFTWARE\\Valve\\Steam",
-                          L"WriteLog 2|NHUpdateManager|Steam language setting not found.",
-                          L"languages", L"WriteLog 2|NHUpdateManager|Use default language.",
-                          L"WriteLog 2|NHUpdateManager|Load strings from "
-                          L"Q:\\A\\B\\M\\Config\\NHUpdateManager.Default.json",
-                          L"open Q:\\A\\B\\M\\Config\\NHUpdateManager.Default.json",
-                          L"WriteLog 4|NHUpdateManager|Fail to open string file : "
-                          L"Q:\\A\\B\\M\\Config\\NHUpdateManager.Default.json"));
+  EXPECT_EQ(effects_, EffectsIn(L"Q:\\A\\B\\M"));
 }
 
 // An executable whose path is of that length.
@@ -176,8 +183,7 @@ TEST_F(ManagerStartEffectsTest, StayInTheDrivesRootWithoutAPath) {
 
   EXPECT_EQ(manager.Initialize(), 0);
 
-  EXPECT_THAT(effects_, testing::Contains(L"Load \\NSWLogDynamic64U.dll"));
-  EXPECT_THAT(effects_, testing::Contains(L"open \\Config\\NHUpdateManager.Default.json"));
+  EXPECT_EQ(effects_, EffectsIn(L""));
 }
 
 }  // namespace

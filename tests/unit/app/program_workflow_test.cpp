@@ -3,13 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <string>
 #include <vector>
 
 #include "base/existence.h"
 #include "base/windows.h"
 #include "tests/support/captured_console.h"
+#include "tests/support/expected_records.h"
 #include "tests/support/fake_log_library.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
@@ -22,20 +22,24 @@ namespace nhupdate {
 namespace {
 
 using nhupdate_test::CapturedConsole;
+using nhupdate_test::CheckForUpdateLines;
 using nhupdate_test::FakeLogLibrary;
 using nhupdate_test::InstalledProduct;
 using nhupdate_test::Interposer;
+using nhupdate_test::Join;
+using nhupdate_test::Lines;
 using nhupdate_test::ListTree;
 using nhupdate_test::LogCall;
 using nhupdate_test::QuietSystem;
+using nhupdate_test::StartUpLines;
 using nhupdate_test::WriteFileBytes;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::SizeIs;
 
-// How many records the start-up writes, without any string file, before the workflow's first.
-constexpr std::size_t kStartRecords = 5;
+const Lines kNotElevatedLine = {L"4|Process not been elevated for install."};
+const Lines kNoConfigLine = {
+    L"4|Updater config file note found : {root}\\Nimba Hub\\Updater\\Config\\ut.ini"};
+const Lines kReturn10Line = {L"2|Return 10"};
 
 class ProgramWorkflowTest : public testing::Test {
  protected:
@@ -44,26 +48,40 @@ class ProgramWorkflowTest : public testing::Test {
 };
 
 TEST_F(ProgramWorkflowTest, IsTheOneThatTheSwitchesAskFor) {
+  // Without elevation, and without an updater, every workflow ends at once.
+  const Lines download = Join({{L"2|Function : Check and background download"},
+                               CheckForUpdateLines(),
+                               {L"4|Update.exe not found : "
+                                L"{root}\\Nimba Hub\\Updater\\Updater.exe",
+                                L"2|Return 14"}});
+  const Lines install = Join({{L"2|Function : Install"}, kNotElevatedLine, kReturn10Line});
+  const Lines update =
+      Join({{L"2|Function : Update"}, kNotElevatedLine, kNoConfigLine, kReturn10Line});
+  const Lines self_update = Join({{L"2|Function : Self Update"},
+                                  kNotElevatedLine,
+                                  {L"4|Updater config file note found : {root}\\Config\\ut.ini"},
+                                  kReturn10Line});
+  const Lines final_update =
+      Join({{L"2|Function : Final Update"}, kNotElevatedLine, kNoConfigLine, kReturn10Line});
   struct Case {
     const wchar_t* arguments;
-    const wchar_t* heading;
+    const Lines& workflow;
     int result;
   };
-  // Without elevation, and without an updater, every workflow ends at once.
   const Case cases[] = {
-      {L"-download", L"2|Function : Check and background download", 14},
-      {L"/DOWNLOAD", L"2|Function : Check and background download", 14},
-      {L"-install", L"2|Function : Install", 10},
-      {L"-INSTALL", L"2|Function : Install", 10},
-      {L"-update", L"2|Function : Update", 10},
-      {L"/UPDATE", L"2|Function : Update", 10},
-      {L"-self_update", L"2|Function : Self Update", 10},
-      {L"/Self_Update", L"2|Function : Self Update", 10},
-      {L"-final_update", L"2|Function : Final Update", 10},
-      {L"\"-final_update\"", L"2|Function : Final Update", 10},
-      {L"-install -download", L"2|Function : Check and background download", 14},
-      {L"-final_update -self_update", L"2|Function : Self Update", 10},
-      {L"help -update C:\\x", L"2|Function : Update", 10},
+      {L"-download", download, 14},
+      {L"/DOWNLOAD", download, 14},
+      {L"-install", install, 10},
+      {L"-INSTALL", install, 10},
+      {L"-update", update, 10},
+      {L"/UPDATE", update, 10},
+      {L"-self_update", self_update, 10},
+      {L"/Self_Update", self_update, 10},
+      {L"-final_update", final_update, 10},
+      {L"\"-final_update\"", final_update, 10},
+      {L"-install -download", download, 14},
+      {L"-final_update -self_update", self_update, 10},
+      {L"help -update C:\\x", update, 10},
   };
 
   for (const Case& c : cases) {
@@ -72,15 +90,7 @@ TEST_F(ProgramWorkflowTest, IsTheOneThatTheSwitchesAskFor) {
 
     EXPECT_EQ(product.RunProgram(c.arguments), c.result);
 
-    const std::vector<std::wstring> transcript = product.Transcript();
-    ASSERT_GT(transcript.size(), kStartRecords + 1);
-    EXPECT_EQ(transcript[kStartRecords], c.heading);
-    EXPECT_EQ(transcript.back(), L"2|Return " + std::to_wstring(c.result));
-    int headings = 0;
-    for (const std::wstring& record : transcript) {
-      headings += record.starts_with(L"2|Function : ") ? 1 : 0;
-    }
-    EXPECT_EQ(headings, 1);
+    EXPECT_EQ(product.Transcript(), Join({StartUpLines({.elevated = false}), c.workflow}));
   }
 }
 
@@ -102,18 +112,12 @@ TEST_F(ProgramWorkflowTest, LogsAFinalUpdateWithoutElevationWhole) {
 
   EXPECT_EQ(product.RunProgram(L"-final_update"), 10);
 
-  EXPECT_THAT(
-      product.Transcript(),
-      ElementsAre(L"2|Process NOT elevated.", L"2|Steam language setting not found.",
-                  L"2|Found System language setting : en-US",
-                  L"2|Load strings from "
-                  L"{root}\\Nimba Hub\\NHUpdateManager\\Config\\NHUpdateManager.Default.json",
-                  L"4|Fail to open string file : "
-                  L"{root}\\Nimba Hub\\NHUpdateManager\\Config\\NHUpdateManager.Default.json",
-                  L"2|Function : Final Update", L"4|Process not been elevated for install.",
-                  L"2|Updater config file delete ok : "
-                  L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini",
-                  L"2|Return 10"));
+  EXPECT_EQ(product.Transcript(),
+            Join({StartUpLines({.elevated = false}),
+                  {L"2|Function : Final Update", L"4|Process not been elevated for install.",
+                   L"2|Updater config file delete ok : "
+                   L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini",
+                   L"2|Return 10"}}));
   EXPECT_FALSE(Exists(product.Base() + L"\\Updater\\Config\\ut.ini"));
 }
 
@@ -154,46 +158,6 @@ TEST_F(ProgramWorkflowTest, UnloadsTheLogBeforeItEndsCom) {
   EXPECT_EQ(product.RunProgram(L"-install"), 10);
 
   EXPECT_THAT(events, ElementsAre("WriteLog", "Stop", "Stop", "Free", "CoUninitialize"));
-}
-
-TEST_F(ProgramWorkflowTest, RunsWithoutALogLibrary) {
-  InstalledProduct product({.elevated = false, .log_library = L""});
-  WriteFileBytes(product.Base() + L"\\Updater\\Config\\ut.ini", "x");
-
-  EXPECT_EQ(product.RunProgram(L"-update"), 10);
-
-  EXPECT_EQ(console_.Text(),
-            L"Fail to load library : " + product.Module() + L"\\NSWLogDynamic64U.dll\n");
-  EXPECT_THAT(product.LogCalls(), IsEmpty());
-  EXPECT_FALSE(Exists(product.Base() + L"\\Updater\\Config\\ut.ini"));
-}
-
-TEST_F(ProgramWorkflowTest, RunsWithAnIncompleteLogLibrary) {
-  InstalledProduct product({.elevated = false, .log_library = L"recording_log_without_flush"});
-
-  EXPECT_EQ(product.RunProgram(L"-install"), 10);
-
-  EXPECT_EQ(console_.Bytes(), "Fail to load Flush from library\n");
-  ASSERT_THAT(product.LogCalls(), SizeIs(1));
-  EXPECT_EQ(product.LogCalls().front().entry, L"Stop");
-}
-
-TEST_F(ProgramWorkflowTest, WritesToALogLibraryThatRefusedToStart) {
-  InstalledProduct product({.elevated = false, .log_library = L"recording_log_start_fails"});
-
-  EXPECT_EQ(product.RunProgram(L"-install"), 10);
-
-  EXPECT_EQ(console_.Bytes(), "Log start fail : 7\n");
-  EXPECT_THAT(product.Transcript(), Contains(L"2|Return 10"));
-}
-
-TEST_F(ProgramWorkflowTest, RunsWithoutAProgramDataFolder) {
-  InstalledProduct product({.elevated = false, .has_program_data = false});
-
-  EXPECT_EQ(product.RunProgram(L"-install"), 10);
-
-  EXPECT_EQ(product.Transcript().back(), L"2|Return 10");
-  EXPECT_THAT(ListTree(product.ProgramData()), IsEmpty());
 }
 
 }  // namespace

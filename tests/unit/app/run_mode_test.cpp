@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -49,15 +50,24 @@ TEST(ChooseRunModeTest, KnowsEverySwitchInBothFormsAndAnyLetterCase) {
   }
 }
 
-TEST(ChooseRunModeTest, PrefersTheFirstModeInEitherOrder) {
-  for (const Switch& first : kSwitches) {
-    for (const Switch& second : kSwitches) {
-      const RunMode expected = first.mode < second.mode ? first.mode : second.mode;
+TEST(ChooseRunModeTest, PrefersTheModeThatStandsFirstInTheTable) {
+  for (std::size_t first = 0; first < std::size(kSwitches); ++first) {
+    for (std::size_t later = first; later < std::size(kSwitches); ++later) {
+      const Switch& preferred = kSwitches[first];
+      const Switch& other = kSwitches[later];
 
-      EXPECT_EQ(ChooseRunMode({L"-" + first.name, L"/" + second.name}), expected)
-          << testing::PrintToString(first.name) << " and " << testing::PrintToString(second.name);
+      EXPECT_EQ(ChooseRunMode({L"-" + preferred.name, L"/" + other.name}), preferred.mode)
+          << testing::PrintToString(preferred.name) << " before "
+          << testing::PrintToString(other.name);
+      EXPECT_EQ(ChooseRunMode({L"/" + other.name, L"-" + preferred.name}), preferred.mode)
+          << testing::PrintToString(preferred.name) << " after "
+          << testing::PrintToString(other.name);
     }
   }
+}
+
+TEST(ChooseRunModeTest, PrefersAnInstallationToAnUpdate) {
+  EXPECT_EQ(ChooseRunMode({L"-update", L"-install"}), RunMode::kInstall);
 }
 
 TEST(ChooseRunModeTest, FindsASwitchAmongOtherArguments) {

@@ -1,9 +1,15 @@
 #include "tests/support/interposer.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <thread>
+#include <vector>
+
 #include "base/existence.h"
+#include "base/folder_listing.h"
 #include "tests/support/files.h"
+#include "tests/support/log_journal.h"
 #include "tests/support/scratch_folder.h"
 
 namespace nhupdate_test {
@@ -60,8 +66,58 @@ TEST(InterposerTest, ReachesTheCallsOfTheProgramsOwnObjects) {
                                                 return INVALID_HANDLE_VALUE;
                                               });
 
-  EXPECT_TRUE(ListTree(scratch.Path()).empty());
+  nhupdate::CFolderListing listing(scratch.Path() + L"\\*");
+
+  EXPECT_FALSE(listing.Next());
   EXPECT_EQ(find.Calls(), 1);
+}
+
+TEST(InterposerTest, ReplacesAFunctionForALoadedLibraryOnly) {
+  const ScratchFolder scratch;
+  const std::wstring journal = scratch.Path() + L"\\journal";
+  ::SetEnvironmentVariableW(kLogJournalVariable, journal.c_str());
+  const HMODULE library = ::LoadLibraryW((TestProgramFolder() + L"\\recording_log.dll").c_str());
+  ASSERT_NE(library, nullptr);
+  const auto stop = reinterpret_cast<void (*)()>(::GetProcAddress(library, "Stop"));
+  {
+    const Interposer<decltype(::CreateFileW)> open(
+        library, "CreateFileW",
+        [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
+          ::SetLastError(ERROR_ACCESS_DENIED);
+          return INVALID_HANDLE_VALUE;
+        });
+
+    stop();
+    WriteFileBytes(scratch.Path() + L"\\own", "");
+
+    EXPECT_EQ(open.Calls(), 1);
+    EXPECT_THAT(ListTree(scratch.Path()), testing::ElementsAre(L"own"));
+  }
+  stop();
+  EXPECT_EQ(ReadLogJournal(journal).size(), 1u);
+
+  ::FreeLibrary(library);
+  ::SetEnvironmentVariableW(kLogJournalVariable, nullptr);
+}
+
+TEST(InterposerTest, CountsTheCallsOfSeveralThreads) {
+  constexpr int kThreads = 4;
+  constexpr int kCallsOfEach = 500'000;
+  const Interposer<decltype(::GetTickCount)> tick_count("GetTickCount", [] { return DWORD{1}; });
+  std::vector<std::thread> threads;
+
+  for (int number = 0; number < kThreads; ++number) {
+    threads.emplace_back([] {
+      for (int call = 0; call < kCallsOfEach; ++call) {
+        ::GetTickCount();
+      }
+    });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+
+  EXPECT_EQ(tick_count.Calls(), kThreads * kCallsOfEach);
 }
 
 TEST(InterposerDeathTest, RefusesAFunctionThatIsNotImported) {

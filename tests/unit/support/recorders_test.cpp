@@ -4,6 +4,7 @@
 #include "base/registry.h"
 #include "tests/support/recorded_boxes.h"
 #include "tests/support/recorded_sleeps.h"
+#include "tests/support/recorded_tools.h"
 #include "tests/support/scratch_local_machine.h"
 
 namespace nhupdate_test {
@@ -22,6 +23,14 @@ TEST(RecordedBoxesTest, WritesDownEveryBox) {
   EXPECT_THAT(boxes.Shown(), ElementsAre(first, ShownBox()));
 }
 
+TEST(RecordedBoxesTest, KnowTheProgramsErrorBoxes) {
+  const RecordedBoxes boxes;
+
+  ::MessageBoxW(::GetDesktopWindow(), L"text", L"caption", MB_ICONERROR | MB_TOPMOST);
+
+  EXPECT_THAT(boxes.Shown(), ElementsAre(ErrorBoxOf(L"text", L"caption")));
+}
+
 TEST(RecordedSleepsTest, DoesNotSleep) {
   const RecordedSleeps sleeps;
   const ULONGLONG start = ::GetTickCount64();
@@ -30,6 +39,27 @@ TEST(RecordedSleepsTest, DoesNotSleep) {
 
   EXPECT_LT(::GetTickCount64() - start, 60'000u);
   EXPECT_THAT(sleeps.Milliseconds(), ElementsAre(3'600'000u));
+}
+
+TEST(RecordedSleepsTest, LetsSomethingHappenMeanwhile) {
+  int calls = 0;
+  const RecordedSleeps sleeps([&] { ++calls; });
+
+  ::Sleep(1);
+  ::Sleep(2);
+
+  EXPECT_EQ(calls, 2);
+  EXPECT_THAT(sleeps.Milliseconds(), ElementsAre(1u, 2u));
+}
+
+TEST(RecordedToolsTest, WritesDownWhatIsStartedAndCallsItASuccess) {
+  const RecordedTools tools;
+
+  const HINSTANCE result =
+      ::ShellExecuteW(nullptr, nullptr, L"tool.exe", L"\"a b\" /c", nullptr, SW_HIDE);
+
+  EXPECT_GT(reinterpret_cast<INT_PTR>(result), 32);
+  EXPECT_THAT(tools.Started(), ElementsAre(L"tool.exe \"a b\" /c"));
 }
 
 TEST(ScratchLocalMachineTest, TakesWhatIsWrittenAndForgetsItAfterwards) {

@@ -8,6 +8,7 @@ namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 
 SHELLEXECUTEINFOW Execution() {
   SHELLEXECUTEINFOW execution = {};
@@ -56,6 +57,18 @@ TEST(ScriptedShellTest, GivesNoProcessForWorkThatIsHandedOver) {
   EXPECT_EQ(execution.hProcess, nullptr);
 }
 
+TEST(ScriptedShellTest, LetsAProcessDoSomethingWhileItIsWaitedFor) {
+  int deeds = 0;
+  ScriptedShell shell({EndsWith(0, [&] { ++deeds; })});
+  SHELLEXECUTEINFOW execution = Execution();
+  ASSERT_TRUE(::ShellExecuteExW(&execution));
+  EXPECT_EQ(deeds, 0);
+
+  ::WaitForSingleObject(execution.hProcess, INFINITE);
+
+  EXPECT_EQ(deeds, 1);
+}
+
 void LaunchTooOften() {
   ScriptedShell shell({});
   SHELLEXECUTEINFOW execution = Execution();
@@ -70,7 +83,10 @@ TEST(ScriptedShellTest, FailsTheTestAtALaunchTooMany) {
     LaunchTooOften();
   }
 
-  EXPECT_GE(failures.size(), 1);
+  // The second is of the script's end.
+  ASSERT_EQ(failures.size(), 2);
+  EXPECT_THAT(failures.GetTestPartResult(0).message(), HasSubstr("Nobody expects a launch of"));
+  EXPECT_THAT(failures.GetTestPartResult(0).message(), HasSubstr("program.exe"));
 }
 
 TEST(ScriptedShellTest, FailsTheTestWhenALaunchIsMissing) {
@@ -81,7 +97,8 @@ TEST(ScriptedShellTest, FailsTheTestWhenALaunchIsMissing) {
     const ScriptedShell shell({EndsWith(0)});
   }
 
-  EXPECT_EQ(failures.size(), 1);
+  ASSERT_EQ(failures.size(), 1);
+  EXPECT_THAT(failures.GetTestPartResult(0).message(), HasSubstr("launches in the script"));
 }
 
 TEST(ScriptedShellTest, AnswersByLaunchAsOftenAsNeeded) {

@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "tests/unit/update/workflow_test.h"
+#include "tests/unit/update/check_and_download_test.h"
 
 namespace nhupdate_test {
 namespace {
 
-const Lines kFunctionLine = {L"2|Function : Check and background download"};
 const Lines kSkipLine = {L"2|Skip background download due to no update or error."};
 
 Lines Matching(const std::wstring& version) {
@@ -17,66 +16,43 @@ Lines Differing(const std::wstring& installed, const std::wstring& staged) {
           L")."};
 }
 
-Lines Download() {
-  return Join({{L"2|Begin background download."},
-               BackgroundDownloadLines(),
-               {L"2|Launch updater success for baclground download."}});
-}
+// Counts how often values of files in INI format are read.
+class CountedReads {
+ public:
+  [[nodiscard]] int Count() const { return read_.Calls(); }
 
-class CheckAndDownloadTest : public WorkflowTest {
- protected:
-  CheckAndDownloadTest() { AddUpdater(); }
-
-  void SetVersions(const std::string& installed, const std::string& staged) {
-    WriteFileBytes(product_.Base() + L"\\Version.txt", VersionFile(installed));
-    WriteFileBytes(product_.App() + L"\\Version.txt", VersionFile(staged));
-  }
-
-  static std::string VersionFile(const std::string& version) {
-    return "[ProductVersion]\r\nVersion=" + version + "\r\n";
-  }
+ private:
+  Interposer<decltype(::GetPrivateProfileStringW)> read_{
+      "GetPrivateProfileStringW",
+      [this](const wchar_t* section, const wchar_t* key, const wchar_t* missing, wchar_t* value,
+             DWORD units, const wchar_t* file) {
+        return read_.Original()(section, key, missing, value, units, file);
+      }};
 };
 
 TEST_F(CheckAndDownloadTest, DownloadsWhatTheCheckFoundWithoutReadingVersions) {
   SetVersions("1.0.0", "1.0.0");
   ScriptedShell shell({EndsWith(0), EndsWith(0)});
-  Interposer<decltype(::GetPrivateProfileStringW)> read(
-      "GetPrivateProfileStringW",
-      [&](const wchar_t* section, const wchar_t* key, const wchar_t* missing, wchar_t* value,
-          DWORD units, const wchar_t* file) {
-        return read.Original()(section, key, missing, value, units, file);
-      });
+  const CountedReads reads;
 
   const int result = Manager().CheckAndDownload();
 
   EXPECT_EQ(result, 12);
-  EXPECT_EQ(read.Calls(), 0);
-  EXPECT_EQ(product_.Transcript(), Join({kFunctionLine,
-                                         CheckForUpdateLines(),
-                                         {L"2|Launch updater success for check.",
-                                          L"2|Updater exit = 0", L"2|New update available."},
-                                         Download()}));
+  EXPECT_EQ(reads.Count(), 0);
+  EXPECT_EQ(product_.Transcript(), Join({FoundLines(), DownloadLines()}));
 }
 
 TEST_F(CheckAndDownloadTest, EndsAtOnceWithoutAnUpdater) {
   SetVersions("1.0.0", "2.0.0");
-  ::DeleteFileW((product_.Base() + L"\\Updater\\Updater.exe").c_str());
+  RemoveUpdater();
   ScriptedShell shell({});
-  Interposer<decltype(::GetPrivateProfileStringW)> read(
-      "GetPrivateProfileStringW",
-      [&](const wchar_t* section, const wchar_t* key, const wchar_t* missing, wchar_t* value,
-          DWORD units, const wchar_t* file) {
-        return read.Original()(section, key, missing, value, units, file);
-      });
+  const CountedReads reads;
 
   const int result = Manager().CheckAndDownload();
 
   EXPECT_EQ(result, 14);
-  EXPECT_EQ(read.Calls(), 0);
-  EXPECT_EQ(product_.Transcript(),
-            Join({kFunctionLine,
-                  CheckForUpdateLines(),
-                  {L"4|Update.exe not found : {root}\\Nimba Hub\\Updater\\Updater.exe"}}));
+  EXPECT_EQ(reads.Count(), 0);
+  EXPECT_EQ(product_.Transcript(), CheckLines({kNoUpdaterLine}));
 }
 
 // What a check says that found nothing, and the result when the versions match.
@@ -130,18 +106,19 @@ TEST_P(CheckWithoutFindTest, DownloadsNothingWhenTheVersionsMatch) {
   const int result = Manager().CheckAndDownload();
 
   EXPECT_EQ(result, GetParam().result);
-  EXPECT_EQ(product_.Transcript(), Join({kFunctionLine, CheckForUpdateLines(), GetParam().lines,
-                                         Matching(L"1.10.2"), kSkipLine}));
+  EXPECT_EQ(product_.Transcript(),
+            Join({CheckLines(GetParam().lines), Matching(L"1.10.2"), kSkipLine}));
 }
 
 TEST_P(CheckWithoutFindTest, TakesTwoMissingVersionsForAMatch) {
   ScriptedShell shell({GetParam().answer});
+  const CountedReads reads;
 
   const int result = Manager().CheckAndDownload();
 
   EXPECT_EQ(result, GetParam().result);
-  EXPECT_EQ(product_.Transcript(), Join({kFunctionLine, CheckForUpdateLines(), GetParam().lines,
-                                         Matching(L""), kSkipLine}));
+  EXPECT_EQ(reads.Count(), 2);
+  EXPECT_EQ(product_.Transcript(), Join({CheckLines(GetParam().lines), Matching(L""), kSkipLine}));
 }
 
 TEST_P(CheckWithoutFindTest, DownloadsWhenTheStagedVersionDiffers) {
@@ -168,58 +145,13 @@ TEST_P(CheckWithoutFindTest, DownloadsWhenTheStagedVersionDiffers) {
 
     EXPECT_EQ(result, 12);
     EXPECT_EQ(product_.Transcript(),
-              Join({kFunctionLine, CheckForUpdateLines(), GetParam().lines,
-                    Differing(versions.installed_text, versions.staged_text), Download()}));
+              Join({CheckLines(GetParam().lines),
+                    Differing(versions.installed_text, versions.staged_text), DownloadLines()}));
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(AllChecks, CheckWithoutFindTest, testing::ValuesIn(kCheckCases),
                          [](const auto& row) { return std::string(row.param.name); });
-
-TEST_F(CheckAndDownloadTest, KeepsItsResultWhenTheDownloadCannotBeLaunched) {
-  ScriptedShell shell({EndsWith(0), FailsWith(ERROR_ACCESS_DENIED)});
-
-  const int result = Manager().CheckAndDownload();
-
-  EXPECT_EQ(result, 12);
-  EXPECT_EQ(product_.Transcript().back(), L"4|Fail to launch updater for download : 5");
-}
-
-TEST_F(CheckAndDownloadTest, KeepsItsResultWhenTheUpdaterIsGoneBeforeTheDownload) {
-  ScriptedShell shell({EndsWith(0)});
-  Interposer<decltype(::WaitForSingleObject)> wait(
-      "WaitForSingleObject", [&](HANDLE handle, DWORD milliseconds) {
-        ::DeleteFileW((product_.Base() + L"\\Updater\\Updater.exe").c_str());
-        return wait.Original()(handle, milliseconds);
-      });
-
-  const int result = Manager().CheckAndDownload();
-
-  EXPECT_EQ(result, 12);
-  EXPECT_EQ(product_.Transcript().back(),
-            L"4|Update.exe not found : {root}\\Nimba Hub\\Updater\\Updater.exe");
-}
-
-TEST_F(CheckAndDownloadTest, ShowsNoBoxWhateverFails) {
-  ScriptedShell shell({EndsWith(2)});
-
-  std::ignore = Manager().CheckAndDownload();
-
-  EXPECT_TRUE(boxes_.Shown().empty());
-}
-
-class DownloadWithoutElevationTest : public WorkflowTest {
- protected:
-  DownloadWithoutElevationTest() : WorkflowTest({.elevated = false}) { AddUpdater(); }
-};
-
-TEST_F(DownloadWithoutElevationTest, ChecksAndDownloadsAllTheSame) {
-  ScriptedShell shell({EndsWith(0), EndsWith(0)});
-
-  const int result = Manager().CheckAndDownload();
-
-  EXPECT_EQ(result, 12);
-}
 
 }  // namespace
 }  // namespace nhupdate_test

@@ -151,56 +151,5 @@ TEST_P(ChildLaunchTest, LeavesItToTheShellToRefuseAFolder) {
 INSTANTIATE_TEST_SUITE_P(AllLaunches, ChildLaunchTest, testing::ValuesIn(kMessageRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
-class UpdaterLaunchTest : public WorkflowTest {
- protected:
-  LaunchOutcome Launch() {
-    return Manager().Launch(nhupdate::kCheckForUpdate, product_.Base() + L"\\Updater");
-  }
-};
-
-TEST_F(UpdaterLaunchTest, ShowsExitCodesSigned) {
-  struct Case {
-    DWORD code;
-    const wchar_t* line;
-  };
-  const Case cases[] = {
-      {0, L"2|Updater exit = 0"},           {1, L"2|Updater exit = 1"},
-      {2, L"2|Updater exit = 2"},           {259, L"2|Updater exit = 259"},
-      {0xFFFFFFFF, L"2|Updater exit = -1"}, {0x80000000, L"2|Updater exit = -2147483648"},
-  };
-  AddUpdater();
-  for (const Case& test_case : cases) {
-    product_.ForgetRecords();
-    ScriptedShell shell({EndsWith(test_case.code)});
-
-    const LaunchOutcome outcome = Launch();
-
-    EXPECT_EQ(outcome.exit_code, test_case.code);
-    EXPECT_EQ(product_.Transcript().back(), test_case.line);
-  }
-}
-
-TEST_F(UpdaterLaunchTest, ShowsErrorsSigned) {
-  struct Case {
-    DWORD error;
-    const wchar_t* line;
-  };
-  const Case cases[] = {
-      {ERROR_SUCCESS, L"4|Fail to launch updater for download : 0"},
-      {ERROR_CANCELLED, L"4|Fail to launch updater for download : 1223"},
-      {0x80070005, L"4|Fail to launch updater for download : -2147024891"},
-  };
-  AddUpdater();
-  for (const Case& test_case : cases) {
-    product_.ForgetRecords();
-    ScriptedShell shell({FailsWith(test_case.error)});
-
-    const LaunchOutcome outcome = Launch();
-
-    EXPECT_EQ(outcome.state, LaunchState::kFailed);
-    EXPECT_EQ(product_.Transcript().back(), test_case.line);
-  }
-}
-
 }  // namespace
 }  // namespace nhupdate_test

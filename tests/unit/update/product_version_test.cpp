@@ -4,6 +4,7 @@
 
 #include "tests/support/files.h"
 #include "tests/support/scratch_folder.h"
+#include "tests/support/version_file.h"
 
 namespace nhupdate_test {
 namespace {
@@ -54,8 +55,7 @@ TEST_F(ProductVersionTest, CutsALongVersionAt255Characters) {
   for (const std::size_t length : {254u, 255u, 256u, 1000u}) {
     // Wine and Windows keep versions apart by file, so every length has its own folder.
     const ScratchFolder folder;
-    WriteFileBytes(folder.Path() + L"\\Version.txt",
-                   "[ProductVersion]\r\nVersion=" + std::string(length, '7') + "\r\n");
+    WriteFileBytes(folder.Path() + L"\\Version.txt", VersionFile(std::string(length, '7')));
 
     const std::wstring version = ReadProductVersion(folder.Path());
 

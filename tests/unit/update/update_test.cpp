@@ -8,19 +8,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The refresh with a check that found nothing and no folder to copy.
-Lines Refresh() {
-  return Join({{L"2|Begin update updater."},
-               CheckForUpdaterLines(),
-               {L"2|Launch updater success for check.", L"2|Updater exit = 1",
-                L"2|No new updater available.",
-                L"2|Copy folder from {root}\\Nimba Hub\\Updater\\NewUpdater to "
-                L"{root}\\Nimba Hub\\Updater",
-                L"2|Copy complete.", L"2|Update updater complete."}});
-}
-
 Lines UntilUpdate() {
-  return Join({{L"2|Function : Update"}, Refresh(), UpdateProductLines()});
+  return Join({{L"2|Function : Update"}, FruitlessRefreshLines(), UpdateProductLines()});
 }
 
 Lines UntilNextStage() {
@@ -35,8 +24,6 @@ class UpdateTest : public WorkflowTest {
     AddUpdater();
     AddFile(kStagedManager);
   }
-
-  void Remove(const std::wstring& path) { ::DeleteFileW((product_.Base() + path).c_str()); }
 
   static constexpr wchar_t kStagedManager[] =
       L"\\Updater\\App\\NHUpdateManager\\NHUpdateManager.exe";
@@ -74,7 +61,7 @@ TEST_F(UpdateTest, IgnoresThatTheRefreshFailed) {
 }
 
 TEST_F(UpdateTest, EndsWithoutABoxWhenTheUpdaterIsMissing) {
-  Remove(L"\\Updater\\Updater.exe");
+  RemoveUpdater();
   ScriptedShell shell({});
 
   const int result = Manager().Update();
@@ -97,7 +84,7 @@ TEST_F(UpdateTest, TellsTheUserWhenTheUpdaterCannotBeLaunched) {
   EXPECT_EQ(result, 14);
   EXPECT_EQ(product_.Transcript(),
             Join({UntilUpdate(), {L"4|Fail to launch updater for update : 1223"}}));
-  EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(kCommonErrorText)));
+  EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(kCommonErrorText, kCaption)));
 }
 
 TEST_F(UpdateTest, TellsTheUserWhenTheUpdaterFails) {
@@ -117,7 +104,7 @@ TEST_F(UpdateTest, TellsTheUserWhenTheUpdaterFails) {
 
     const int result = Manager().Update();
 
-    expected_boxes.push_back(ErrorBoxOf(kCommonErrorText));
+    expected_boxes.push_back(ErrorBoxOf(kCommonErrorText, kCaption));
     EXPECT_EQ(result, 13);
     EXPECT_EQ(product_.Transcript(),
               Join({UntilUpdate(),
@@ -160,7 +147,7 @@ TEST_F(UpdateTest, TellsTheUserWhenTheNextStageCannotBeLaunched) {
   EXPECT_EQ(result, 16);
   EXPECT_EQ(product_.Transcript(),
             Join({UntilNextStage(), {L"4|Fail to launch NHUpdateManager for self update : 5"}}));
-  EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(kCommonErrorText)));
+  EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(kCommonErrorText, kCaption)));
 }
 
 class UpdateWithoutElevationTest : public WorkflowTest {

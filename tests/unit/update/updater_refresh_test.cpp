@@ -1,44 +1,19 @@
-#include <gtest/gtest.h>
+#include "tests/unit/update/updater_refresh_test.h"
 
-#include "tests/unit/update/workflow_test.h"
+#include <gtest/gtest.h>
 
 namespace nhupdate_test {
 namespace {
 
-const Lines kBeginLine = {L"2|Begin update updater."};
-const Lines kCheckedLine = {L"2|Launch updater success for check."};
-
-// One file waits to be copied.
-const Lines kCopyLines = {
-    L"2|Copy folder from {root}\\Nimba Hub\\Updater\\NewUpdater to {root}\\Nimba Hub\\Updater",
-    L"2|Copy file from {root}\\Nimba Hub\\Updater\\NewUpdater\\Updater.exe to "
-    L"{root}\\Nimba Hub\\Updater\\Updater.exe",
-};
-const Lines kCopiedLines = {L"2|Copy complete.", L"2|Update updater complete."};
-
-class UpdaterRefreshTest : public WorkflowTest {
- protected:
-  UpdaterRefreshTest() {
-    WriteFileBytes(product_.Base() + L"\\Updater\\Updater.exe", "old");
-    WriteFileBytes(product_.Base() + L"\\Updater\\NewUpdater\\Updater.exe", "new");
-  }
-
-  std::string InstalledUpdater() {
-    return ReadFileBytes(product_.Base() + L"\\Updater\\Updater.exe");
-  }
-};
-
 TEST_F(UpdaterRefreshTest, EndsWithoutAnUpdater) {
-  ::DeleteFileW((product_.Base() + L"\\Updater\\Updater.exe").c_str());
+  RemoveUpdater();
   ScriptedShell shell({});
 
   const int result = Manager().RefreshUpdater();
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(product_.Transcript(),
-            Join({kBeginLine,
-                  CheckForUpdaterLines(),
-                  {L"4|Update.exe not found : {root}\\Nimba Hub\\Updater\\Updater.exe"}}));
+            CheckLines({L"4|Update.exe not found : {root}\\Nimba Hub\\Updater\\Updater.exe"}));
 }
 
 struct RefreshCase {
@@ -78,7 +53,7 @@ TEST_P(RefreshAfterCheckTest, CopiesWhatWasFetchedEarlier) {
   EXPECT_EQ(result, 1);
   EXPECT_EQ(InstalledUpdater(), "new");
   EXPECT_EQ(product_.Transcript(),
-            Join({kBeginLine, CheckForUpdaterLines(), GetParam().lines, kCopyLines, kCopiedLines}));
+            Join({CheckLines(GetParam().lines), CopyLines(), CopiedLines()}));
 }
 
 INSTANTIATE_TEST_SUITE_P(AllChecks, RefreshAfterCheckTest, testing::ValuesIn(kCheckCases),
@@ -100,14 +75,8 @@ TEST_P(RefreshAfterUpdateTest, CopiesTheNewUpdater) {
 
   EXPECT_EQ(result, 1);
   EXPECT_EQ(InstalledUpdater(), "new");
-  EXPECT_EQ(product_.Transcript(), Join({kBeginLine,
-                                         CheckForUpdaterLines(),
-                                         kCheckedLine,
-                                         {L"2|Updater exit = 0", L"2|New updater available."},
-                                         UpdateUpdaterLines(),
-                                         GetParam().lines,
-                                         kCopyLines,
-                                         kCopiedLines}));
+  EXPECT_EQ(product_.Transcript(),
+            Join({UpdateLines(GetParam().lines), CopyLines(), CopiedLines()}));
 }
 
 INSTANTIATE_TEST_SUITE_P(AllUpdates, RefreshAfterUpdateTest, testing::ValuesIn(kUpdateCases),
@@ -134,12 +103,7 @@ TEST_P(RefreshAfterFailedUpdateTest, CopiesNothing) {
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(InstalledUpdater(), "old");
-  EXPECT_EQ(product_.Transcript(), Join({kBeginLine,
-                                         CheckForUpdaterLines(),
-                                         kCheckedLine,
-                                         {L"2|Updater exit = 0", L"2|New updater available."},
-                                         UpdateUpdaterLines(),
-                                         GetParam().lines}));
+  EXPECT_EQ(product_.Transcript(), UpdateLines(GetParam().lines));
 }
 
 INSTANTIATE_TEST_SUITE_P(AllUpdates, RefreshAfterFailedUpdateTest,
@@ -147,80 +111,13 @@ INSTANTIATE_TEST_SUITE_P(AllUpdates, RefreshAfterFailedUpdateTest,
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(UpdaterRefreshTest, EndsWhenTheUpdaterIsGoneBeforeItsUpdate) {
-  ScriptedShell shell({EndsWith(0)});
-  Interposer<decltype(::WaitForSingleObject)> wait(
-      "WaitForSingleObject", [&](HANDLE handle, DWORD milliseconds) {
-        ::DeleteFileW((product_.Base() + L"\\Updater\\Updater.exe").c_str());
-        return wait.Original()(handle, milliseconds);
-      });
+  ScriptedShell shell({EndsWith(0, [this] { RemoveUpdater(); })});
 
   const int result = Manager().RefreshUpdater();
 
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(product_.Transcript().back(),
-            L"4|Update.exe not found : {root}\\Nimba Hub\\Updater\\Updater.exe");
-}
-
-TEST_F(UpdaterRefreshTest, CopiesAgainUntilItSucceeds) {
-  ScriptedShell shell({EndsWith(1)});
-  Interposer<decltype(::CopyFileW)> copy(
-      "CopyFileW", [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_exists) -> BOOL {
-        if (copy.Calls() == 10) {
-          return copy.Original()(source, target, fail_if_exists);
-        }
-        ::SetLastError(ERROR_SHARING_VIOLATION);
-        return FALSE;
-      });
-
-  const int result = Manager().RefreshUpdater();
-
-  EXPECT_EQ(result, 1);
-  EXPECT_EQ(InstalledUpdater(), "new");
-  EXPECT_EQ(sleeps_.Milliseconds(), std::vector<DWORD>(9, 3000));
-}
-
-TEST_F(UpdaterRefreshTest, GivesUpAfterTenFailedCopiesAndTheirSleeps) {
-  ScriptedShell shell({EndsWith(1)});
-  Interposer<decltype(::CopyFileW)> copy("CopyFileW",
-                                         [](const wchar_t*, const wchar_t*, BOOL) -> BOOL {
-                                           ::SetLastError(ERROR_SHARING_VIOLATION);
-                                           return FALSE;
-                                         });
-
-  const int result = Manager().RefreshUpdater();
-
-  Lines expected = Join({kBeginLine,
-                         CheckForUpdaterLines(),
-                         kCheckedLine,
-                         {L"2|Updater exit = 1", L"2|No new updater available."}});
-  for (int attempt = 0; attempt < 10; ++attempt) {
-    expected = Join({expected,
-                     kCopyLines,
-                     {L"4|Fail to copy file = 32", L"3|Copy fail, sleep 3 seconds and retry."}});
-  }
-  expected.push_back(L"4|Fail to copy folder.");
-  EXPECT_EQ(result, 0);
-  EXPECT_EQ(sleeps_.Milliseconds(), std::vector<DWORD>(10, 3000));
-  EXPECT_EQ(product_.Transcript(), expected);
-}
-
-TEST_F(UpdaterRefreshTest, NeverDeletesSubFoldersOfTheUpdater) {
-  AddFile(L"\\Updater\\NewUpdater\\Data\\new.txt");
-  AddFile(L"\\Updater\\Data\\old.txt");
-  ScriptedShell shell({EndsWith(1)});
-
-  std::ignore = Manager().RefreshUpdater();
-
-  EXPECT_THAT(ListTree(product_.Base() + L"\\Updater\\Data"),
-              testing::ElementsAre(L"new.txt", L"old.txt"));
-}
-
-TEST_F(UpdaterRefreshTest, ShowsNoBox) {
-  ScriptedShell shell({EndsWith(0), EndsWith(9)});
-
-  std::ignore = Manager().RefreshUpdater();
-
-  EXPECT_TRUE(boxes_.Shown().empty());
+  EXPECT_EQ(product_.Transcript(),
+            UpdateLines({L"4|Update.exe not found : {root}\\Nimba Hub\\Updater\\Updater.exe"}));
 }
 
 }  // namespace

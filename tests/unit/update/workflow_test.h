@@ -1,14 +1,14 @@
 #pragma once
 
 // What the tests of the workflows share: an installed product whose manager has started, texts for
-// its boxes, and the expected records of the launches.
+// its boxes, and a desktop on which nobody waits.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
+#include "tests/support/expected_records.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/recorded_boxes.h"
@@ -17,27 +17,8 @@
 
 namespace nhupdate_test {
 
-using Lines = std::vector<std::wstring>;
-
-// One after the other.
-[[nodiscard]] Lines Join(std::initializer_list<Lines> parts);
-
-// The three records that announce a launch.
-[[nodiscard]] Lines LaunchLines(const std::wstring& folder, const std::wstring& executable,
-                                const std::wstring& parameters);
-
-// The announcements of all launches, as the transcript has them.
-[[nodiscard]] Lines CheckForUpdateLines();
-[[nodiscard]] Lines BackgroundDownloadLines();
-[[nodiscard]] Lines CheckForUpdaterLines();
-[[nodiscard]] Lines UpdateUpdaterLines();
-[[nodiscard]] Lines UpdateProductLines();
-[[nodiscard]] Lines StartSelfUpdateLines();
-[[nodiscard]] Lines DownloadNimbaCastLines();
-[[nodiscard]] Lines InstallNimbaCastLines();
-
-// An error box with a text of the string table.
-[[nodiscard]] ShownBox ErrorBoxOf(const std::wstring& text);
+// The texts of the boxes.
+inline constexpr wchar_t kCaption[] = L"Update";
 inline constexpr wchar_t kCommonErrorText[] = L"The update failed.";
 inline constexpr wchar_t kNeedStopText[] = L"Close the update manager.";
 
@@ -47,9 +28,14 @@ class WorkflowTest : public testing::Test {
 
   [[nodiscard]] nhupdate::CManagerCenter& Manager() { return product_.Manager(); }
 
-  // Creates an empty file, given relative to the base folder.
+  // Creates an empty file, or deletes a file, given relative to the base folder.
   void AddFile(const std::wstring& path) { WriteFileBytes(product_.Base() + path, ""); }
-  void AddUpdater() { AddFile(L"\\Updater\\Updater.exe"); }
+  void Remove(const std::wstring& path);
+
+  void AddUpdater() { AddFile(kUpdater); }
+  void RemoveUpdater() { Remove(kUpdater); }
+
+  static constexpr wchar_t kUpdater[] = L"\\Updater\\Updater.exe";
 
   InstalledProduct product_;
   RecordedBoxes boxes_;

@@ -1,0 +1,31 @@
+#pragma once
+
+// Copies of files that fail with an error, for as long as the object lives: all of them, or those
+// that are chosen.
+
+#include <functional>
+#include <string>
+
+#include "base/windows.h"
+#include "tests/support/interposer.h"
+
+namespace nhupdate_test {
+
+class FailingCopy {
+ public:
+  using Choice = std::function<bool(const std::wstring& target)>;
+
+  // Asks `fails` at each copy; Calls() counts the one it is asked about.
+  explicit FailingCopy(
+      DWORD error, Choice fails = [](const std::wstring&) { return true; });
+  FailingCopy(const FailingCopy&) = delete;
+  FailingCopy& operator=(const FailingCopy&) = delete;
+
+  // The copies that were tried, those that succeeded too.
+  [[nodiscard]] int Calls() const { return copy_.Calls(); }
+
+ private:
+  Interposer<decltype(::CopyFileW)> copy_;
+};
+
+}  // namespace nhupdate_test

@@ -1,0 +1,37 @@
+#pragma once
+
+// Takes the place of the tools that are started without a process to wait for: each is written down
+// and counts as started.
+
+#include <string>
+#include <vector>
+
+#include "base/windows.h"
+#include "tests/support/interposer.h"
+
+#include <shellapi.h>  // needs <windows.h> first
+
+namespace nhupdate_test {
+
+class RecordedTools {
+ public:
+  RecordedTools()
+      : execute_("ShellExecuteW", [this](HWND, const wchar_t*, const wchar_t* file,
+                                         const wchar_t* parameters, const wchar_t*, int) {
+          started_.push_back(std::wstring(file) + L" " + parameters);
+          return reinterpret_cast<HINSTANCE>(INT_PTR{kResult});
+        }) {}
+  RecordedTools(const RecordedTools&) = delete;
+  RecordedTools& operator=(const RecordedTools&) = delete;
+
+  // Each as L"file parameters".
+  [[nodiscard]] const std::vector<std::wstring>& Started() const { return started_; }
+
+ private:
+  static constexpr int kResult = 42;  // above 32 is success
+
+  std::vector<std::wstring> started_;
+  Interposer<decltype(::ShellExecuteW)> execute_;
+};
+
+}  // namespace nhupdate_test

@@ -1,0 +1,158 @@
+#include "tests/support/files.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest-spi.h>
+#include <gtest/gtest.h>
+
+#include "base/unique_handle.h"
+#include "tests/support/interposer.h"
+#include "tests/support/scratch_folder.h"
+
+namespace nhupdate_test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class FilesTest : public testing::Test {
+ protected:
+  [[nodiscard]] std::wstring Path(const std::wstring& relative) const {
+    return scratch_.Path() + L"\\" + relative;
+  }
+
+  ScratchFolder scratch_;
+};
+
+TEST_F(FilesTest, ReadsWhatWasWritten) {
+  const std::string bytes("a\0\r\n\xFF", 5);
+
+  WriteFileBytes(Path(L"new\\folder\\file"), bytes);
+
+  EXPECT_EQ(ReadFileBytes(Path(L"new\\folder\\file")), bytes);
+}
+
+TEST_F(FilesTest, FailsTheTestWhenAFileCannotBeWritten) {
+  CreateFolders(Path(L"folder"));
+
+  EXPECT_NONFATAL_FAILURE(WriteFileBytes(Path(L"folder"), "x"), "Can't write");
+}
+
+TEST_F(FilesTest, FailsTheTestWhenThereIsNoFileToRead) {
+  std::string bytes = "before";
+
+  EXPECT_NONFATAL_FAILURE(bytes = ReadFileBytes(Path(L"missing")), "Can't read");
+
+  EXPECT_EQ(bytes, "");
+}
+
+TEST_F(FilesTest, FailsTheTestWhenReadingFails) {
+  WriteFileBytes(Path(L"file"), "content");
+  const Interposer<decltype(::ReadFile)> read(
+      "ReadFile", [](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
+        ::SetLastError(ERROR_LOCK_VIOLATION);
+        return FALSE;
+      });
+
+  EXPECT_NONFATAL_FAILURE(std::ignore = ReadFileBytes(Path(L"file")), "error 33");
+}
+
+TEST_F(FilesTest, FailsTheTestWhenAFileIsNotReadWhole) {
+  WriteFileBytes(Path(L"file"), "content");
+  const Interposer<decltype(::ReadFile)> read(
+      "ReadFile", [](HANDLE, void*, DWORD, DWORD* count, OVERLAPPED*) -> BOOL {
+        *count = 3;
+        return TRUE;
+      });
+
+  EXPECT_NONFATAL_FAILURE(std::ignore = ReadFileBytes(Path(L"file")), "Read 3 of 7 bytes");
+}
+
+TEST_F(FilesTest, CreatesFoldersThatMayBeThereAlready) {
+  CreateFolders(Path(L"a\\b"));
+  CreateFolders(Path(L"a\\b\\c"));
+  CreateFolders(Path(L"a\\b"));
+
+  EXPECT_THAT(ListTree(scratch_.Path()), ElementsAre(L"a\\", L"a\\b\\", L"a\\b\\c\\"));
+}
+
+TEST_F(FilesTest, FailsTheTestWhenAFileStandsInTheWayOfAFolder) {
+  WriteFileBytes(Path(L"file"), "");
+
+  EXPECT_NONFATAL_FAILURE(CreateFolders(Path(L"file")), "Can't create");
+}
+
+TEST_F(FilesTest, ListsFilesAndFoldersAtAnyDepthInOrder) {
+  WriteFileBytes(Path(L"b.txt"), "");
+  WriteFileBytes(Path(L"a\\.hidden"), "");
+  WriteFileBytes(Path(L"a\\c\\\u00FC"), "");
+  ::SetFileAttributesW(Path(L"a\\.hidden").c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+
+  EXPECT_THAT(ListTree(scratch_.Path()),
+              ElementsAre(L"a\\", L"a\\.hidden", L"a\\c\\", L"a\\c\\\u00FC", L"b.txt"));
+}
+
+TEST_F(FilesTest, ListsNothingWhereThereIsNoFolder) {
+  EXPECT_THAT(ListTree(Path(L"missing")), IsEmpty());
+}
+
+TEST_F(FilesTest, FailsTheTestWhenAListingBreaksOff) {
+  WriteFileBytes(Path(L"file"), "");
+  const Interposer<decltype(::FindNextFileW)> next("FindNextFileW",
+                                                   [](HANDLE, WIN32_FIND_DATAW*) -> BOOL {
+                                                     ::SetLastError(ERROR_NETNAME_DELETED);
+                                                     return FALSE;
+                                                   });
+
+  EXPECT_NONFATAL_FAILURE(std::ignore = ListTree(scratch_.Path()), "64");
+}
+
+TEST_F(FilesTest, RemovesAFolderWithAllInIt) {
+  WriteFileBytes(Path(L"folder\\inner\\read-only"), "");
+  ::SetFileAttributesW(Path(L"folder\\inner\\read-only").c_str(), FILE_ATTRIBUTE_READONLY);
+  WriteFileBytes(Path(L"folder.txt"), "");
+
+  RemoveTree(Path(L"folder"));
+
+  EXPECT_THAT(ListTree(scratch_.Path()), ElementsAre(L"folder.txt"));
+}
+
+// A scratch folder comes and goes, but the file or folder of that name in it stays open.
+void LeaveOpen(const std::wstring& name, nhupdate::UniqueFile& held, std::wstring& folder) {
+  const ScratchFolder scratch;
+  folder = scratch.Path();
+  WriteFileBytes(folder + L"\\folder\\file", "");
+  held.Reset(::CreateFileW((folder + L"\\" + name).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+}
+
+TEST(ScratchFolderTest, FailsTheTestThatStillHoldsSomethingInIt) {
+  for (const wchar_t* name : {L"folder\\file", L"folder", L""}) {
+    nhupdate::UniqueFile held;
+    std::wstring folder;
+
+    EXPECT_NONFATAL_FAILURE(LeaveOpen(name, held, folder), "Something is left");
+
+    held.Reset();
+    RemoveTree(folder);
+  }
+}
+
+TEST(ScratchFolderTest, HasANameOfItsOwnAndIsGoneAfterwards) {
+  std::wstring first;
+  std::wstring second;
+  {
+    const ScratchFolder scratch;
+    first = scratch.Path();
+    EXPECT_THAT(ListTree(first), IsEmpty());
+  }
+  {
+    const ScratchFolder scratch;
+    second = scratch.Path();
+  }
+
+  EXPECT_NE(first, second);
+  EXPECT_EQ(::GetFileAttributesW(first.c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
+}  // namespace
+}  // namespace nhupdate_test
