@@ -44,12 +44,14 @@ bool RunOutsideOfWine(const wchar_t* program, std::wstring command_line, const s
   }
   ::CloseHandle(information.hThread);
   const nhupdate::UniqueKernelHandle process(information.hProcess);
-  constexpr int kTries = 500;
-  for (int tries = 0; tries < kTries; ++tries) {
+  constexpr DWORD kPollMs = 10;
+  constexpr ULONGLONG kTimeLimitMs = 30'000;
+  const ULONGLONG end = ::GetTickCount64() + kTimeLimitMs;
+  while (::GetTickCount64() < end) {
     if ((::GetFileAttributesW(link.c_str()) != INVALID_FILE_ATTRIBUTES) == is_link_wanted) {
       return true;
     }
-    ::Sleep(10);
+    ::Sleep(kPollMs);
   }
   return false;
 }
