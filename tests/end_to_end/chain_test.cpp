@@ -50,7 +50,7 @@ class ChainEndToEndTest : public EndToEndTest {
 )";
   }
 
-  static std::string FinalUpdateRecords() {
+  static std::string FinalStageRecords() {
     return StartUp() + "2|Function : Final Update\n" + NoOtherManager() +
            "2|Stop associates OK.\n" + Grants() + TopLevelFilesReplaced() + ReleaseCopied() +
            Registered() + R"(2|Remove empty folder in path : {base}
@@ -114,7 +114,7 @@ Nimba Hub\Version.txt = [ProductVersion]\r\nVersion=2.0.0\r\n
 
     EXPECT_EQ(TranscriptOf(run.managers[0].id), UpdateRecords());
     EXPECT_EQ(TranscriptOf(run.managers[1].id), SelfUpdateRecords());
-    EXPECT_EQ(TranscriptOf(run.managers[2].id), FinalUpdateRecords());
+    EXPECT_EQ(TranscriptOf(run.managers[2].id), FinalStageRecords());
 
     EXPECT_EQ(DescribeTree(hub_.Root()), UpdatedTree(script, updater));
     EXPECT_EQ(DescribeProductKeys(), ExpectedProductKeys(hub_));

@@ -130,10 +130,7 @@ TEST_F(FinalUpdateEndToEndTest, PassesTheRunningProgramsOwnFolderOver) {
   const ProgramRun run = Run(L"-final_update");
 
   EXPECT_EQ(run.exit_code, 0U);
-  EXPECT_EQ(Transcript(), StartUp() + "2|Function : Final Update\n" + NoOtherManager() +
-                              "2|Stop associates OK.\n" + Grants() + TopLevelFilesReplaced() +
-                              ReleaseCopied() + Registered() + TemporaryFolderRemoved() +
-                              "2|Return 0\n");
+  EXPECT_EQ(Transcript(), FinalUpdateRecords());
   EXPECT_EQ(DescribeTree(hub_.Module()), DescribeManager("", "1.0.0") + "own.txt = stays\n");
 }
 

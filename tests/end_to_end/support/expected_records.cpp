@@ -191,4 +191,10 @@ std::string TemporaryFolderRemoved() {
 )";
 }
 
+std::string FinalUpdateRecords() {
+  return StartUp() + "2|Function : Final Update\n" + NoOtherManager() + "2|Stop associates OK.\n" +
+         Grants() + TopLevelFilesReplaced() + ReleaseCopied() + Registered() +
+         TemporaryFolderRemoved() + "2|Return 0\n";
+}
+
 }  // namespace nhupdate_test

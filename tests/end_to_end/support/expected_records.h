@@ -69,4 +69,7 @@ inline constexpr char kConfigDeleted[] =
 // The search for empty folders finds the one that the grants have made.
 [[nodiscard]] std::string TemporaryFolderRemoved();
 
+// The whole of a "-final_update" that nothing disturbs.
+[[nodiscard]] std::string FinalUpdateRecords();
+
 }  // namespace nhupdate_test

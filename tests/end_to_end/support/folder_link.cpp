@@ -100,11 +100,4 @@ void RemoveFolderLink(const std::wstring& link) {
       << "Can't remove the link " << ToUtf8(link);
 }
 
-bool IsKindOfLinkTold(const std::wstring& link) {
-  WIN32_FIND_DATAW entry = {};
-  const nhupdate::UniqueFindHandle search(::FindFirstFileW(link.c_str(), &entry));
-  return search.IsValid() && (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-         entry.dwReserved0 != 0;
-}
-
 }  // namespace nhupdate_test

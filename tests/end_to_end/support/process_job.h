@@ -9,6 +9,7 @@
 
 #include "base/unique_handle.h"
 #include "base/windows.h"
+#include "tests/end_to_end/support/child_journal.h"
 
 namespace nhupdate_test {
 
@@ -29,9 +30,12 @@ class CProcessJob {
   void Add(HANDLE process);
 
   // Calls `meanwhile`, when there is one, again and again until all processes have ended. Returns
-  // false, and ends what is left, when the time is over first. A process that nobody could look at
-  // before it was gone is a test failure.
+  // false, and ends what is left, when the time is over first.
   [[nodiscard]] bool WaitForAll(DWORD time_limit_ms, const std::function<void()>& meanwhile);
+
+  // A process that was gone before anybody could look at it, and that is not among the given
+  // stand-ins either, is a test failure.
+  void ExpectToKnowAll(const std::vector<ChildStart>& stand_ins) const;
 
   // The program's own processes, in the order in which they began.
   [[nodiscard]] std::vector<ManagerProcess> Managers() const;
@@ -43,8 +47,8 @@ class CProcessJob {
   // Returns whether that was the last message.
   bool TakeMessage(DWORD message, DWORD process_id);
   void Note(DWORD process_id);
-  void LearnPaths();
-  void ExpectAllPaths() const;
+  // Returns whether all are known.
+  bool LearnPaths();
 
   nhupdate::UniqueKernelHandle job_;
   nhupdate::UniqueKernelHandle port_;

@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstddef>
 #include <thread>
 
 #include "base/paths.h"
 #include "base/unique_handle.h"
+#include "tests/end_to_end/support/child_journal.h"
 #include "tests/end_to_end/support/program_end.h"
 
 namespace nhupdate_test {
@@ -59,6 +61,14 @@ bool Create(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& proce
                                 &process);
 }
 
+// How stand-ins were started, behind as many earlier ones.
+std::vector<ChildStart> StandInsSince(std::size_t count) {
+  std::array<wchar_t, 1024> path = {};
+  ::GetEnvironmentVariableW(kChildJournalVariable, path.data(), static_cast<DWORD>(path.size()));
+  const std::vector<ChildStart> starts = ReadChildJournal(path.data());
+  return {starts.begin() + static_cast<std::ptrdiff_t>(count), starts.end()};
+}
+
 // The desktop is there before the program is, and so no child of it.
 void PrepareDesktop() {
   const UniqueKernelHandle used(::OpenEventW(EVENT_MODIFY_STATE, FALSE, L"nhupdate-desktop-used"));
@@ -81,6 +91,7 @@ HANDLE OpenUnelevatedToken() {
 
 ProgramRun RunToTheEnd(const ProgramStart& start) {
   PrepareDesktop();
+  const std::size_t earlier_stand_ins = StandInsSince(0).size();
   ProgramRun run;
   CProcessJob job;
   Pipe pipe = CreateOutputPipe();
@@ -109,6 +120,7 @@ ProgramRun RunToTheEnd(const ProgramStart& start) {
   run.has_ended = job.WaitForAll(start.time_limit_ms, start.while_running);
   reader.join();
   run.boxes = watcher.Finish();
+  job.ExpectToKnowAll(StandInsSince(earlier_stand_ins));
   run.managers = job.Managers();
   run.ends = job.Ends();
   EXPECT_TRUE(::GetExitCodeProcess(process.Get(), &run.exit_code));
