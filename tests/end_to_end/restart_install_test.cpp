@@ -1,4 +1,5 @@
 #include "tests/end_to_end/support/restart_test.h"
+#include "tests/support/files.h"
 
 namespace nhupdate_test {
 namespace {
@@ -14,9 +15,11 @@ class RestartInstallEndToEndTest : public RestartTest {
 
   [[nodiscard]] std::wstring Cast() const { return hub_.Scratch() + L"\\Cast"; }
 
+  // Without a staged program: the installed one passes it over, and it would only be one more folder
+  // to copy with the updater.
   void PrepareInstall() const {
     hub_.StageRelease();
-    PutTracesOfUse();
+    RemoveTree(hub_.App() + L"\\NHUpdateManager");
     hub_.Script(L"NIMBACS", {.exit_code = 0, .stage = Cast()});
   }
 };
@@ -27,7 +30,7 @@ TEST_F(RestartInstallEndToEndTest, InstallCanBeEndedBeforeAnyChange) {
                                                   .arguments = L"-install",
                                                   .product_keys = ExpectedProductKeys(hub_)});
 
-  EXPECT_GT(changes, 70);
+  EXPECT_GT(changes, 60);
   RecordProperty("changes", changes);
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
-// A run of the program is ended, as by a power failure, right before each of its changes in turn.
-// Started again with the same switch it has to leave what an undisturbed run leaves.
+// A run of the program is ended right before each of its changes in turn. Started again with the
+// same switch it has to leave what an undisturbed run leaves, in files and registry alike. The one
+// exception is what stands in the log, which tells of both runs.
 
 #include <functional>
 #include <string>
