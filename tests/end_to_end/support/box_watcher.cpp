@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <tuple>
 
 #include "base/windows.h"
 #include "tests/end_to_end/support/utf8_text.h"
