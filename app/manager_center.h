@@ -103,7 +103,7 @@ class CManagerCenter {
   // `final_update` is 0 for an installation and 1 for the last stage of an update, for which the
   // caller has tested the elevation.
   [[nodiscard]] int InstallSequence(int final_update);
-  // Brings the updater itself up to date. Returns 1 when a new one was put into place, else 0.
+  // Brings the updater itself up to date. Returns 1 when nothing is left to be copied, else 0.
   [[nodiscard]] int RefreshUpdater();
   // Installs the sibling product beside the base folder. Its result code stays within the program.
   [[nodiscard]] int InstallNimbaCast();
@@ -127,10 +127,10 @@ class CManagerCenter {
 
   // --- folder copy
 
-  // Copies what is in `source` over `destination`, whose parent must exist, up to the first file
-  // that can't be copied. A source that can't be listed is an empty one. Folders are copied only
-  // with `recurse`; with `delete_existing` the sub-folders of the destination are deleted before
-  // they are copied, though no deeper ones. The folder of the running program is passed over.
+  // Copies what is in `source` over `destination`, whose parent must exist, up to the first thing
+  // that can't be copied or listed. A missing source is an empty one. Folders are copied only with
+  // `recurse`; with `delete_existing` a sub-folder of the destination is deleted before one of that
+  // name is copied, unless it may hold the source. The folder of the running program stays.
   [[nodiscard]] int CopyFolder(const std::wstring& destination, const std::wstring& source,
                                int recurse, int log_details, int delete_existing);
 
@@ -140,7 +140,7 @@ class CManagerCenter {
   // --- folder removal
 
   // Notes the sub-folders that hold no file at any depth for removal, the deepest first. Returns 1
-  // when the folder itself holds none. A link counts as a file.
+  // when the folder itself holds none, or can't be listed. A link counts as a file.
   [[nodiscard]] int CollectEmptyFolders(const std::wstring& folder);
 
   // Deletes the folder with all its content, as far as possible. Links are removed, but what they
@@ -162,24 +162,28 @@ class CManagerCenter {
  private:
   void PrepareDataFolders();
 
-  CheckOutcome CheckWithUpdater(const ChildLaunch& launch, const std::wstring& updater_folder,
-                                FormatString<> found_message, FormatString<> nothing_found_message);
-  UpdateOutcome UpdateWithUpdater(const ChildLaunch& launch, const std::wstring& updater_folder);
-  bool StagedVersionDiffers();
-  bool CopySelfTo(const std::wstring& installed_folder);
-  int StartInstalledCopy(const std::wstring& installed_folder);
-  int PutIntoPlace();
+  [[nodiscard]] CheckOutcome CheckWithUpdater(const ChildLaunch& launch,
+                                              const std::wstring& updater_folder,
+                                              FormatString<> found_message,
+                                              FormatString<> nothing_found_message);
+  [[nodiscard]] UpdateOutcome UpdateWithUpdater(const ChildLaunch& launch,
+                                                const std::wstring& updater_folder);
+  [[nodiscard]] bool StagedVersionDiffers();
+  [[nodiscard]] bool CopySelfTo(const std::wstring& installed_folder);
+  [[nodiscard]] int StartInstalledCopy(const std::wstring& installed_folder);
+  [[nodiscard]] int PutIntoPlace();
   void RemoveEmptyFolders();
-  int DownloadNimbaCast(const std::wstring& updater_folder);
-  int RunNimbaCastManager(const std::wstring& manager_folder);
+  [[nodiscard]] int DownloadNimbaCast(const std::wstring& updater_folder);
+  [[nodiscard]] int RunNimbaCastManager(const std::wstring& manager_folder);
 
-  int CopyFolderWithRetries(const std::wstring& destination, const std::wstring& source,
-                            int delete_existing);
-  int CopyOneFile(const std::wstring& target, const std::wstring& source, int log_details);
-  int CopySubFolder(const std::wstring& target, const std::wstring& source, int log_details,
-                    int delete_existing);
-  int DeleteInstalledFiles();
-  int CopyStagedFiles();
+  [[nodiscard]] int CopyFolderWithRetries(const std::wstring& destination,
+                                          const std::wstring& source, int delete_existing);
+  [[nodiscard]] int CopyOneFile(const std::wstring& target, const std::wstring& source,
+                                int log_details);
+  [[nodiscard]] int CopySubFolder(const std::wstring& target, const std::wstring& source,
+                                  int log_details, int delete_existing);
+  [[nodiscard]] int DeleteInstalledFiles();
+  [[nodiscard]] int CopyStagedFiles();
   void DeleteContentOf(const std::wstring& folder);
   void ShowCopyErrorBox(const std::wstring& path) const;
   void GrantUsersFullAccess(const std::wstring& folder);

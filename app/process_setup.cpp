@@ -7,8 +7,9 @@
 namespace nhupdate {
 
 bool SetUpProcess() {
-  std::ignore = ::SetErrorMode(::GetErrorMode() | SEM_FAILCRITICALERRORS |
-                               SEM_NOOPENFILEERRORBOX);  // old mode
+  // SEM_NOGPFAULTERRORBOX is left out: it would also turn off the dumps of crashes.
+  constexpr UINT kNoDialogs = SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX;
+  std::ignore = ::SetErrorMode(::GetErrorMode() | kNoDialogs);  // the old mode never comes back
   return ::SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_DEFAULT_DIRS) != FALSE;
 }
 

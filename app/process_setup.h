@@ -5,8 +5,8 @@
 namespace nhupdate {
 
 // Turns off the system's own error dialogs, which would stop a background program until somebody
-// answers them, and keeps the current folder and PATH out of the search for DLLs. Child programs
-// inherit the former. Returns false when Windows refuses the latter.
+// answers them, and keeps the current folder and PATH out of the search for DLLs. Returns false
+// when Windows refuses the latter.
 [[nodiscard]] bool SetUpProcess();
 
 }  // namespace nhupdate

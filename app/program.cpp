@@ -29,7 +29,9 @@ constexpr int kLastUpdateStage = 1;
 struct ArgumentArrayTraits {
   using Value = wchar_t**;
   static Value None() { return nullptr; }
-  static void Close(Value arguments) { ::LocalFree(arguments); }
+  static void Close(Value arguments) {
+    std::ignore = ::LocalFree(arguments);  // there is nothing left to be done about it
+  }
 };
 
 // The arguments of the process without its own path.
@@ -84,7 +86,8 @@ int RunProgram() {
     return kStartFailed;
   }
   if (!SetUpProcess()) {
-    PrintConsoleError(L"Fatal Error: MFC initialization failed\n");  // sic
+    // The text stays: who reads the console of the program may look for it.
+    PrintConsoleError(L"Fatal Error: MFC initialization failed\n");
     return kStartFailed;
   }
 

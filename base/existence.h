@@ -6,7 +6,7 @@
 
 namespace nhupdate {
 
-// True when a file or a folder of that name is there, whatever the rights to it.
+// True when a file or a folder of that name is there; a file that may not be read counts too.
 [[nodiscard]] bool Exists(const std::wstring& path);
 
 }  // namespace nhupdate

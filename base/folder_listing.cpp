@@ -12,11 +12,22 @@ bool IsDotEntry(const WIN32_FIND_DATAW& entry) {
   return std::wcscmp(entry.cFileName, L".") == 0 || std::wcscmp(entry.cFileName, L"..") == 0;
 }
 
+bool MeansNothingThere(DWORD error) {
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ||
+         error == ERROR_NO_MORE_FILES;
+}
+
 }  // namespace
 
 CFolderListing::CFolderListing(const std::wstring& pattern)
-    : entry_(std::make_unique<WIN32_FIND_DATAW>()),
-      search_(::FindFirstFileW(pattern.c_str(), entry_.get())) {}
+    : entry_(std::make_unique<WIN32_FIND_DATAW>()) {
+  const HANDLE search = ::FindFirstFileW(pattern.c_str(), entry_.get());
+  const DWORD error = ::GetLastError();
+  search_.Reset(search);
+  if (!search_.IsValid() && !MeansNothingThere(error)) {
+    error_ = error;
+  }
+}
 
 bool CFolderListing::Next() {
   if (!search_.IsValid()) {

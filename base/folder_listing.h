@@ -11,19 +11,25 @@
 
 namespace nhupdate {
 
+// What makes a pattern for all entries of a folder.
+inline constexpr wchar_t kAllEntries[] = L"\\*.*";
+
 class CFolderListing {
  public:
-  // `pattern` is the folder followed by a wildcard, such as L"C:\\Folder\\*.*". A folder that can't
-  // be listed simply has no entries.
+  // `pattern` is the folder followed by a wildcard, as in folder + kAllEntries. A folder that can't
+  // be listed has no entries.
   explicit CFolderListing(const std::wstring& pattern);
 
   // Steps to the next entry, passing over "." and "..". Returns false at the end, and also when
   // Windows can't go on. The three questions below are about the entry of the last successful step.
   [[nodiscard]] bool Next();
 
-  // Why the listing broke off, so that there may be more in the folder than was seen; nothing when
-  // it came to its end or never began.
+  // Why the listing could not begin or broke off, so that there may be more in the folder than was
+  // seen; nothing when it came to its end or there is no such folder.
   [[nodiscard]] std::optional<DWORD> Error() const { return error_; }
+
+  // True when the error came behind an entry that was seen, if only "." or "..".
+  [[nodiscard]] bool HasBrokenOff() const { return search_.IsValid() && error_.has_value(); }
 
   [[nodiscard]] std::wstring Name() const;
   [[nodiscard]] bool IsFolder() const;

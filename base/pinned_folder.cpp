@@ -1,7 +1,6 @@
 #include "base/pinned_folder.h"
 
-#include <vector>
-
+#include "base/folder_place.h"
 #include "base/paths.h"
 #include "base/reparse_tag.h"
 #include "base/windows.h"
@@ -9,13 +8,6 @@
 namespace nhupdate {
 
 namespace {
-
-// Read access, without which Windows doesn't look at the sharing, and no sharing for deletion.
-UniqueFile OpenFolder(const std::wstring& folder, DWORD flags) {
-  return UniqueFile(::CreateFileW(folder.c_str(), FILE_LIST_DIRECTORY,
-                                  FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
-                                  FILE_FLAG_BACKUP_SEMANTICS | flags, nullptr));
-}
 
 bool IsLink(const UniqueFile& folder) {
   FILE_ATTRIBUTE_TAG_INFO information = {};
@@ -26,31 +18,17 @@ bool IsLink(const UniqueFile& folder) {
   return MeansLink(information.FileAttributes, information.ReparseTag);
 }
 
-// The path with all links on the way resolved, in the kernel's form, which every volume has; empty
-// when it can't be had.
-std::wstring FinalPath(const UniqueFile& folder) {
-  constexpr DWORD kForm = FILE_NAME_NORMALIZED | VOLUME_NAME_NT;
-  const DWORD size = ::GetFinalPathNameByHandleW(folder.Get(), nullptr, 0, kForm);
-  std::vector<wchar_t> path(size + 1, L'\0');
-  const DWORD length = ::GetFinalPathNameByHandleW(folder.Get(), path.data(), size, kForm);
-  if (length == 0 || length >= path.size()) {
-    return {};
-  }
-  // Only a drive's root has a trailing backslash.
-  return std::wstring(path.data(), path[length - 1] == L'\\' ? length - 1 : length);
-}
-
-bool IsSameFileName(const std::wstring& left, const std::wstring& right) {
-  return ::CompareStringOrdinal(left.c_str(), static_cast<int>(left.size()), right.c_str(),
-                                static_cast<int>(right.size()), TRUE) == CSTR_EQUAL;
-}
-
 }  // namespace
 
-CPinnedFolder::CPinnedFolder(const std::wstring& folder)
-    : path_(folder), folder_(OpenFolder(folder, FILE_FLAG_OPEN_REPARSE_POINT)) {}
+CPinnedFolder::CPinnedFolder(const std::wstring& folder) : path_(folder) {
+  folder_ = OpenFolder(folder, FILE_FLAG_OPEN_REPARSE_POINT);
+  const DWORD error = ::GetLastError();
+  if (!folder_.IsValid()) {
+    error_ = error;
+  }
+}
 
-bool CPinnedFolder::IsBelow(const std::wstring& anchor) const {
+bool CPinnedFolder::IsAtOrBelow(const std::wstring& anchor) const {
   if (!folder_.IsValid() || IsLink(folder_) || !IsSameOrInside(path_, anchor)) {
     return false;
   }
@@ -62,7 +40,20 @@ bool CPinnedFolder::IsBelow(const std::wstring& anchor) const {
   }
   const std::wstring anchor_path = FinalPath(anchor_folder);
   return !anchor_path.empty() &&
-         IsSameFileName(FinalPath(folder_), anchor_path + path_.substr(anchor.size()));
+         IsSamePlace(FinalPath(folder_), anchor_path + path_.substr(anchor.size()));
+}
+
+bool CPinnedFolder::MayHold(const std::wstring& path) const {
+  if (!folder_.IsValid()) {
+    return error_ != ERROR_FILE_NOT_FOUND && error_ != ERROR_PATH_NOT_FOUND;
+  }
+  const UniqueFile other = OpenFolder(path, 0);
+  if (!other.IsValid()) {
+    return true;
+  }
+  const std::wstring own_path = FinalPath(folder_);
+  const std::wstring other_path = FinalPath(other);
+  return own_path.empty() || other_path.empty() || IsAtOrBelowPlace(other_path, own_path);
 }
 
 }  // namespace nhupdate

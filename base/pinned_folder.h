@@ -2,8 +2,11 @@
 
 // Deleting by path is only safe as long as the path leads where it seems to. Everybody may write to
 // some of the folders that the program cleans up, and could put a link in the place of a folder
-// between the look at it and the deletion. A pinned folder can't be exchanged.
+// between the look at it and the deletion. A pinned folder stays in its place, and so do those
+// above it. The limit of that: whoever may write its attributes can still turn it into a link where
+// it is, once it is empty; Windows has no sharing mode against that.
 
+#include <optional>
 #include <string>
 
 #include "base/unique_handle.h"
@@ -16,13 +19,21 @@ class CPinnedFolder {
   // neither the folder nor one above it can be renamed or removed.
   explicit CPinnedFolder(const std::wstring& folder);
 
-  // True when it is an ordinary folder, and no link stands between it and `anchor`, which is above
-  // it. False also when that can't be found out.
-  [[nodiscard]] bool IsBelow(const std::wstring& anchor) const;
+  // Why the folder could not be opened; nothing when it is pinned.
+  [[nodiscard]] std::optional<DWORD> Error() const { return error_; }
+
+  // True when it is an ordinary folder, and is `anchor` or lies below it with no link between the
+  // two. False also when that can't be found out.
+  [[nodiscard]] bool IsAtOrBelow(const std::wstring& anchor) const;
+
+  // True when what the path leads to is this folder or lies below it, by whatever names the two are
+  // called. True also when that can't be found out; but a folder that isn't there holds nothing.
+  [[nodiscard]] bool MayHold(const std::wstring& path) const;
 
  private:
   std::wstring path_;
   UniqueFile folder_;
+  std::optional<DWORD> error_;
 };
 
 }  // namespace nhupdate

@@ -2,7 +2,9 @@
 
 // Owners for what Windows hands out: each closes its resource exactly once, in the way that
 // belongs to its kind. The kinds differ in how they are closed and in the value that means "none".
+// That something can't be closed is passed over: there is nothing left to be done about it.
 
+#include <tuple>
 #include <utility>
 
 #include "base/windows.h"
@@ -52,7 +54,7 @@ class UniqueHandle {
 struct KernelHandleTraits {
   using Value = HANDLE;
   static Value None() { return nullptr; }
-  static void Close(Value handle) { ::CloseHandle(handle); }
+  static void Close(Value handle) { std::ignore = ::CloseHandle(handle); }
 };
 // A process or a token.
 using UniqueKernelHandle = UniqueHandle<KernelHandleTraits>;
@@ -60,28 +62,28 @@ using UniqueKernelHandle = UniqueHandle<KernelHandleTraits>;
 struct FileHandleTraits {
   using Value = HANDLE;
   static Value None() { return INVALID_HANDLE_VALUE; }
-  static void Close(Value handle) { ::CloseHandle(handle); }
+  static void Close(Value handle) { std::ignore = ::CloseHandle(handle); }
 };
 using UniqueFile = UniqueHandle<FileHandleTraits>;
 
 struct FindHandleTraits {
   using Value = HANDLE;
   static Value None() { return INVALID_HANDLE_VALUE; }
-  static void Close(Value handle) { ::FindClose(handle); }
+  static void Close(Value handle) { std::ignore = ::FindClose(handle); }
 };
 using UniqueFindHandle = UniqueHandle<FindHandleTraits>;
 
 struct RegistryKeyTraits {
   using Value = HKEY;
   static Value None() { return nullptr; }
-  static void Close(Value key) { ::RegCloseKey(key); }
+  static void Close(Value key) { std::ignore = ::RegCloseKey(key); }
 };
 using UniqueRegistryKey = UniqueHandle<RegistryKeyTraits>;
 
 struct LibraryTraits {
   using Value = HMODULE;
   static Value None() { return nullptr; }
-  static void Close(Value library) { ::FreeLibrary(library); }
+  static void Close(Value library) { std::ignore = ::FreeLibrary(library); }
 };
 using UniqueLibrary = UniqueHandle<LibraryTraits>;
 

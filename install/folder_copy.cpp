@@ -4,10 +4,20 @@
 #include "app/manager_center.h"
 #include "base/folder_listing.h"
 #include "base/paths.h"
+#include "base/pinned_folder.h"
 #include "base/windows.h"
 #include "install/copy_retry.h"
 
 namespace nhupdate {
+
+namespace {
+
+// The texts alone could only say yes for certain: one folder can go by many names.
+bool MayHold(const std::wstring& folder, const std::wstring& path) {
+  return IsSameOrInside(path, folder) || CPinnedFolder(folder).MayHold(path);
+}
+
+}  // namespace
 
 int CManagerCenter::CopyFolder(const std::wstring& destination, const std::wstring& source,
                                int recurse, int log_details, int delete_existing) {
@@ -16,7 +26,7 @@ int CManagerCenter::CopyFolder(const std::wstring& destination, const std::wstri
   }
   std::ignore = ::CreateDirectoryW(destination.c_str(), nullptr);  // usually there already
 
-  CFolderListing listing(source + L"\\*.*");
+  CFolderListing listing(source + kAllEntries);
   while (listing.Next()) {
     const std::wstring entry = source + L"\\" + listing.Name();
     const std::wstring target = destination + L"\\" + listing.Name();
@@ -75,7 +85,7 @@ int CManagerCenter::CopySubFolder(const std::wstring& target, const std::wstring
     return 1;
   }
   // What is to be copied must not be deleted with the folder that it lies in.
-  if (delete_existing != 0 && !IsSameOrInside(source, target)) {
+  if (delete_existing != 0 && !MayHold(target, source)) {
     if (log_details != 0) {
       LogText(LogLevel::kInformation, L"Delete Dir : " + target);
     }

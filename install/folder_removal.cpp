@@ -13,7 +13,10 @@ namespace {
 
 void DeleteFileEvenIfReadOnly(const std::wstring& file) {
   const DWORD attributes = ::GetFileAttributesW(file.c_str());
-  ::SetFileAttributesW(file.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
+  if (attributes != INVALID_FILE_ATTRIBUTES) {
+    const DWORD writable = attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY);
+    std::ignore = ::SetFileAttributesW(file.c_str(), writable);  // the deletion shows it
+  }
   std::ignore = ::DeleteFileW(file.c_str());  // a file that stays keeps its folder, which shows
 }
 
@@ -21,7 +24,7 @@ void DeleteFileEvenIfReadOnly(const std::wstring& file) {
 
 int CManagerCenter::CollectEmptyFolders(const std::wstring& folder) {
   int is_empty = 1;
-  CFolderListing listing(folder + L"\\*.*");
+  CFolderListing listing(folder + kAllEntries);
   while (listing.Next()) {
     if (!listing.IsFolder() || listing.IsLink()) {
       is_empty = 0;
@@ -36,7 +39,7 @@ int CManagerCenter::CollectEmptyFolders(const std::wstring& folder) {
     }
   }
   // A folder of which only a part was seen must not be taken for an empty one.
-  return listing.Error() ? 0 : is_empty;
+  return listing.HasBrokenOff() ? 0 : is_empty;
 }
 
 int CManagerCenter::DeleteFolderTree(const std::wstring& folder) {
@@ -50,7 +53,7 @@ void CManagerCenter::DeleteContentOf(const std::wstring& folder) {
   const CPinnedFolder pinned(folder);
   const std::wstring anchor =
       IsSameOrInside(folder, paths_.base_folder) ? paths_.base_folder : ParentFolder(folder);
-  if (!pinned.IsBelow(anchor)) {
+  if (!pinned.IsAtOrBelow(anchor)) {
     return;
   }
   CFolderListing listing(folder + L"/*.*");

@@ -13,7 +13,7 @@ namespace {
 
 std::vector<std::wstring> FilesIn(const std::wstring& folder) {
   std::vector<std::wstring> files;
-  CFolderListing listing(folder + L"\\*.*");
+  CFolderListing listing(folder + kAllEntries);
   while (listing.Next()) {
     if (!listing.IsFolder()) {
       files.push_back(folder + L"\\" + listing.Name());
@@ -37,6 +37,8 @@ int CManagerCenter::InstallCopy() {
   return 1;
 }
 
+// A listing that can't begin or breaks off is no reason to stop, here or for the staged files: the
+// folder copy brings what is missing, or fails and is tried again.
 int CManagerCenter::DeleteInstalledFiles() {
   // Without a base folder there is nothing installed; the listing would be of the drive's root.
   if (paths_.base_folder.empty()) {
@@ -58,7 +60,7 @@ int CManagerCenter::DeleteInstalledFiles() {
 }
 
 int CManagerCenter::CopyStagedFiles() {
-  CFolderListing listing(paths_.app_folder + L"\\*.*");
+  CFolderListing listing(paths_.app_folder + kAllEntries);
   while (listing.Next()) {
     if (listing.IsFolder()) {
       continue;

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "app/manager_center.h"
-#include "app/program_file_name.h"
 #include "base/paths.h"
+#include "base/program_file_name.h"
 #include "base/strings.h"
 #include "base/unique_handle.h"
 #include "base/windows.h"
@@ -68,7 +68,8 @@ int CManagerCenter::GetProcessImageName(unsigned long process_id, std::wstring& 
 
   // A process that is just starting or ending often gives its path to one of these.
   if (::K32GetModuleFileNameExW(process.Get(), nullptr, path_buffer.data(), kImagePathUnits) == 0) {
-    ::K32GetProcessImageFileNameW(process.Get(), path_buffer.data(), kImagePathUnits);
+    // A path that can't be had stays empty.
+    std::ignore = ::K32GetProcessImageFileNameW(process.Get(), path_buffer.data(), kImagePathUnits);
   }
   path = path_buffer.data();
   std::array<wchar_t, kImagePathUnits + 1> name_buffer = {};

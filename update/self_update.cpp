@@ -1,9 +1,9 @@
 #include <string>
 
 #include "app/manager_center.h"
-#include "app/program_file_name.h"
 #include "app/result_code.h"
 #include "base/paths.h"
+#include "base/program_file_name.h"
 #include "base/windows.h"
 #include "install/copy_retry.h"
 #include "text/string_keys.h"
@@ -43,7 +43,10 @@ int CManagerCenter::SelfUpdate() {
 }
 
 bool CManagerCenter::CopySelfTo(const std::wstring& installed_folder) {
-  for (int attempt = 0; attempt < kSelfCopyAttempts; ++attempt) {
+  // Without a base folder this copy lies in a drive's root or nobody knows where: the folder to be
+  // copied would be the whole drive.
+  const int attempts = paths_.base_folder.empty() ? 0 : kSelfCopyAttempts;
+  for (int attempt = 0; attempt < attempts; ++attempt) {
     if (CopyFolder(installed_folder, paths_.module_folder, 1, 1, 1) != 0) {
       Log(LogLevel::kInformation, L"Copy NHUpdateManager success.");
       return true;

@@ -16,7 +16,10 @@ namespace {
 // Returns the error, or nothing when the file is deleted.
 std::optional<DWORD> DeleteFileBelow(const std::wstring& file, const std::wstring& anchor) {
   const CPinnedFolder folder(ParentFolder(file));
-  if (!folder.IsBelow(anchor)) {
+  if (folder.Error()) {
+    return folder.Error();
+  }
+  if (!folder.IsAtOrBelow(anchor)) {
     return ERROR_CANT_ACCESS_FILE;
   }
   if (!::DeleteFileW(file.c_str())) {

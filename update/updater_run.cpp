@@ -53,7 +53,7 @@ UpdateOutcome CManagerCenter::UpdateWithUpdater(const ChildLaunch& launch,
   }
   if (update.exit_code.value_or(kExitDone) != kExitDone) {
     Log(LogLevel::kInformation, L"Update fail.");
-    std::ignore = update.process.Release();  // left open: this process is about to end
+    std::ignore = update.process.Release();  // left open until this process ends
     return UpdateOutcome::kFailed;
   }
   return UpdateOutcome::kDone;

@@ -2,11 +2,19 @@
 #                              SOURCES ...)
 #
 # A GoogleTest executable whose tests are known to ctest one by one. LANE is the Wine prefix that
-# its tests share; each lane runs one test at a time.
+# its tests share; each lane runs one test at a time. A portable executable is one of the unit tests
+# when it is built for Windows.
 function(nhupdate_add_test_executable name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "RING;LANE;TIMEOUT" "SOURCES;LIBRARIES")
   if(NOT arg_LANE)
     set(arg_LANE unit)
+  endif()
+  set(name_prefix)
+  if(WIN32 AND arg_RING STREQUAL "portable")
+    set(arg_RING unit)
+  elseif(NOT WIN32)
+    # The same tests are in the other build.
+    set(name_prefix Portable.)
   endif()
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 60)
@@ -21,7 +29,8 @@ function(nhupdate_add_test_executable name)
   if(WIN32)
     set(lane_properties RESOURCE_LOCK lane-${arg_LANE} ENVIRONMENT NHUPDATE_LANE=${arg_LANE})
   endif()
-  gtest_discover_tests(${name}
+  gtest_discover_tests(${name} TEST_PREFIX "${name_prefix}"
     DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES LABELS ${arg_RING} TIMEOUT ${arg_TIMEOUT} ${lane_properties})
+    # What may take long begins first, so that a run doesn't end in waiting for it.
+    PROPERTIES LABELS ${arg_RING} TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT} ${lane_properties})
 endfunction()

@@ -9,7 +9,7 @@ build_preset() {
   shift
   local folder=$nhupdate_root/build/$preset log
   log=$(mktemp)
-  if [ ! -e "$folder/build.ninja" ]; then
+  if [ ! -e "$folder/build.ninja" ] || [ "$nhupdate_root/CMakePresets.json" -nt "$folder/CMakeCache.txt" ]; then
     echo "Configuring $preset" >&2
     if ! (cd "$nhupdate_root" && cmake --preset "$preset") >"$log" 2>&1; then
       cat "$log" >&2

@@ -5,13 +5,10 @@
 nhupdate_packages=(
   cmake ninja-build
   g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
-  wine64 xvfb xauth
+  wine64 xvfb
   g++ googletest python3
   git zip unzip
 )
-
-# What only single tools need.
-nhupdate_lint_packages=(clang-format clang-tidy)
 
 ensure_packages() {
   local missing=() package
@@ -28,9 +25,10 @@ ensure_packages() {
   local log
   log=$(mktemp)
   if ! {
+    # A machine that has just been set up is often still busy with its own updates.
     "${as_root[@]}" apt-get -q update &&
-      "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-        apt-get -q install -y --no-install-recommends "${missing[@]}"
+      "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q install -y \
+        --no-install-recommends -o DPkg::Lock::Timeout=300 "${missing[@]}"
   } </dev/null >"$log" 2>&1; then
     cat "$log" >&2
     rm -f "$log"

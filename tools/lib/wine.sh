@@ -14,6 +14,15 @@ export WINEDEBUG=${WINEDEBUG:--all}
 export LC_ALL=C.UTF-8
 export WINEDLLOVERRIDES='mscoree,mshtml='
 
+# The lanes of the tests. What runs in a quiet one shows no window: either it never does, or whatever
+# would is replaced.
+nhupdate_quiet_lanes=(unit log_library cycles)
+nhupdate_window_lanes=(e2e waits restarts)
+nhupdate_test_lanes=("${nhupdate_quiet_lanes[@]}" "${nhupdate_window_lanes[@]}")
+
+# Longer than all that is done with one needs, even on a machine under load.
+nhupdate_wine_limit='timeout 300'
+
 # Makes the lane's prefix if there is none. Safe to call from several processes at once.
 ensure_lane() {
   local lane=$1
@@ -24,17 +33,20 @@ ensure_lane() {
     if [ ! -e "$nhupdate_wine_folder/template/.ready" ]; then
       rm -rf "$nhupdate_wine_folder/template"
       export WINEPREFIX=$nhupdate_wine_folder/template
-      env -u DISPLAY "$nhupdate_wine" wineboot -i >/dev/null 2>&1
+      env -u DISPLAY $nhupdate_wine_limit "$nhupdate_wine" wineboot -i </dev/null >/dev/null 2>&1
       # Without a window manager a managed window takes seconds to close.
-      "$nhupdate_wine" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1
+      $nhupdate_wine_limit "$nhupdate_wine" reg add 'HKCU\Software\Wine\X11 Driver' \
+        /v Managed /d N /f </dev/null >/dev/null 2>&1
       "$nhupdate_wineserver" -k
-      "$nhupdate_wineserver" -w
+      $nhupdate_wine_limit "$nhupdate_wineserver" -w
       [ -e "$WINEPREFIX/system.reg" ] || { echo "Wine could not make a prefix." >&2; exit 1; }
       touch "$WINEPREFIX/.ready"
     fi
     if [ ! -e "$nhupdate_wine_folder/$lane/.ready" ]; then
-      rm -rf "${nhupdate_wine_folder:?}/$lane"
-      cp -a --reflink=auto "$nhupdate_wine_folder/template" "$nhupdate_wine_folder/$lane"
+      # Under its own name only when it is whole: the mark is copied before much of the rest.
+      rm -rf "${nhupdate_wine_folder:?}/$lane" "$nhupdate_wine_folder/$lane.new"
+      cp -a --reflink=auto "$nhupdate_wine_folder/template" "$nhupdate_wine_folder/$lane.new" &&
+        mv "$nhupdate_wine_folder/$lane.new" "$nhupdate_wine_folder/$lane"
     fi
   ) 9>"$nhupdate_wine_folder/lock"
 }
@@ -49,7 +61,7 @@ start_lane() {
   rm -f "$WINEPREFIX/drive_c/desktop_kept"
   # Its services would keep the streams of the first program open as long as they live.
   "$nhupdate_wineserver" -p60 </dev/null >/dev/null 2>&1
-  "$nhupdate_wine" cmd /c exit </dev/null >/dev/null 2>&1
+  $nhupdate_wine_limit "$nhupdate_wine" cmd /c exit </dev/null >/dev/null 2>&1
 }
 
 # Keeps the running lane's desktop alive with the given program (tests/stand_ins/desktop_keeper), so
@@ -59,20 +71,21 @@ keep_desktop() {
   local ready=$WINEPREFIX/drive_c/desktop_kept tries=0
   [ -n "${DISPLAY:-}" ] && [ -e "$1" ] && [ ! -e "$ready" ] || return 0
   "$nhupdate_wine" "$1" 'C:\desktop_kept' </dev/null >/dev/null 2>&1 &
-  until [ -e "$ready" ] || [ $tries -ge 200 ]; do
+  until [ -e "$ready" ]; do
     sleep 0.05
     tries=$((tries + 1))
+    [ $tries -lt 600 ] || { echo "The lane's desktop can't be kept." >&2; return 1; }
   done
 }
 
 stop_lane() {
   WINEPREFIX=$nhupdate_wine_folder/$1 "$nhupdate_wineserver" -k
-  WINEPREFIX=$nhupdate_wine_folder/$1 "$nhupdate_wineserver" -w
+  WINEPREFIX=$nhupdate_wine_folder/$1 $nhupdate_wine_limit "$nhupdate_wineserver" -w
 }
 
 # Starts an X server on a free display and points DISPLAY to it.
 start_display() {
-  local number_file
+  local number_file number
   number_file=$(mktemp)
   Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$number_file" </dev/null >/dev/null 2>&1 &
   nhupdate_display_process=$!
@@ -80,9 +93,10 @@ start_display() {
   until [ -s "$number_file" ]; do
     sleep 0.05
     tries=$((tries + 1))
-    [ $tries -lt 400 ] || { echo "Xvfb does not start." >&2; return 1; }
+    [ $tries -lt 400 ] || { echo "Xvfb does not start." >&2; rm -f "$number_file"; return 1; }
   done
-  export DISPLAY=:$(cat "$number_file")
+  number=$(<"$number_file")
+  export DISPLAY=:$number
   rm -f "$number_file"
 }
 

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,11 +11,13 @@
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
+#include "tests/unit/base/fake_places.h"
 
 namespace nhupdate {
 namespace {
 
 using nhupdate_test::CreateFolders;
+using nhupdate_test::FakePlaces;
 using nhupdate_test::Interposer;
 using nhupdate_test::ScratchFolder;
 using nhupdate_test::WriteFileBytes;
@@ -28,39 +31,61 @@ class PinnedFolderTest : public testing::Test {
   std::wstring inner_ = outer_ + L"\\Middle\\Inner";
 };
 
-TEST_F(PinnedFolderTest, IsBelowEveryFolderAboveIt) {
+TEST_F(PinnedFolderTest, IsAtItselfAndBelowEveryFolderAboveIt) {
   const CPinnedFolder pinned(inner_);
 
-  EXPECT_TRUE(pinned.IsBelow(inner_));
-  EXPECT_TRUE(pinned.IsBelow(outer_ + L"\\Middle"));
-  EXPECT_TRUE(pinned.IsBelow(outer_));
-  EXPECT_TRUE(pinned.IsBelow(scratch_.Path()));
+  EXPECT_TRUE(pinned.IsAtOrBelow(inner_));
+  EXPECT_TRUE(pinned.IsAtOrBelow(outer_ + L"\\Middle"));
+  EXPECT_TRUE(pinned.IsAtOrBelow(outer_));
+  EXPECT_TRUE(pinned.IsAtOrBelow(scratch_.Path()));
 }
 
 TEST_F(PinnedFolderTest, IsBelowWhateverTheLetterCase) {
   const CPinnedFolder pinned(outer_ + L"\\MIDDLE\\inner");
 
-  EXPECT_TRUE(pinned.IsBelow(scratch_.Path() + L"\\OUTER"));
+  EXPECT_TRUE(pinned.IsAtOrBelow(scratch_.Path() + L"\\OUTER"));
 }
 
 TEST_F(PinnedFolderTest, IsBelowADrivesRoot) {
   const CPinnedFolder pinned(inner_);
 
-  EXPECT_TRUE(pinned.IsBelow(inner_.substr(0, 2)));
+  EXPECT_TRUE(pinned.IsAtOrBelow(inner_.substr(0, 2)));
 }
 
 TEST_F(PinnedFolderTest, IsNotBelowAFolderBesideIt) {
   CreateFolders(outer_ + L"\\Mid");
   const CPinnedFolder pinned(inner_);
 
-  EXPECT_FALSE(pinned.IsBelow(outer_ + L"\\Mid"));
-  EXPECT_FALSE(pinned.IsBelow(inner_ + L"\\Below"));
+  EXPECT_FALSE(pinned.IsAtOrBelow(outer_ + L"\\Mid"));
+  EXPECT_FALSE(pinned.IsAtOrBelow(inner_ + L"\\Below"));
 }
 
 TEST_F(PinnedFolderTest, IsBelowNothingWhenItIsNotThere) {
   const CPinnedFolder pinned(outer_ + L"\\Missing");
 
-  EXPECT_FALSE(pinned.IsBelow(outer_));
+  EXPECT_FALSE(pinned.IsAtOrBelow(outer_));
+  EXPECT_EQ(pinned.Error(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+}
+
+TEST_F(PinnedFolderTest, TellsWhyItCouldNotBeOpened) {
+  Interposer<decltype(::CreateFileW)> open(
+      "CreateFileW",
+      [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
+        ::SetLastError(ERROR_SHARING_VIOLATION);
+        return INVALID_HANDLE_VALUE;
+      });
+
+  const CPinnedFolder pinned(inner_);
+
+  EXPECT_EQ(pinned.Error(), static_cast<DWORD>(ERROR_SHARING_VIOLATION));
+}
+
+TEST_F(PinnedFolderTest, HasNoErrorWhenItIsOpen) {
+  ::SetLastError(ERROR_ACCESS_DENIED);
+
+  const CPinnedFolder pinned(inner_);
+
+  EXPECT_EQ(pinned.Error(), std::nullopt);
 }
 
 TEST_F(PinnedFolderTest, IsNotBelowAnAnchorThatCannotBeOpened) {
@@ -72,7 +97,7 @@ TEST_F(PinnedFolderTest, IsNotBelowAnAnchorThatCannotBeOpened) {
         return INVALID_HANDLE_VALUE;
       });
 
-  EXPECT_FALSE(pinned.IsBelow(outer_));
+  EXPECT_FALSE(pinned.IsAtOrBelow(outer_));
 }
 
 TEST_F(PinnedFolderTest, CannotBeRemovedOrRenamedWhileItIsPinned) {
@@ -104,7 +129,7 @@ TEST_F(PinnedFolderTest, OpensTheFolderItselfAndTheAnchorAsItIsReached) {
       });
 
   const CPinnedFolder pinned(inner_);
-  EXPECT_TRUE(pinned.IsBelow(outer_));
+  EXPECT_TRUE(pinned.IsAtOrBelow(outer_));
 
   EXPECT_THAT(flags, testing::ElementsAre(FILE_FLAG_OPEN_REPARSE_POINT, 0U));
 }
@@ -137,7 +162,7 @@ TEST_F(PinnedFolderTest, IsNotBelowWhenItIsALink) {
           return c.can_be_asked;
         });
 
-    EXPECT_EQ(pinned.IsBelow(outer_), c.expected) << c.name;
+    EXPECT_EQ(pinned.IsAtOrBelow(outer_), c.expected) << c.name;
   }
 }
 
@@ -162,28 +187,9 @@ TEST_F(PinnedFolderTest, IsNotBelowWhenALinkLeadsElsewhere) {
 
   for (const Case& c : cases) {
     const CPinnedFolder pinned(inner_);
-    HANDLE anchor_handle = nullptr;
-    Interposer<decltype(::CreateFileW)> open(
-        "CreateFileW",
-        [&](const wchar_t* path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
-            DWORD creation, DWORD flag, HANDLE model) {
-          anchor_handle = open.Original()(path, access, sharing, security, creation, flag, model);
-          return anchor_handle;
-        });
-    Interposer<decltype(::GetFinalPathNameByHandleW)> final_path(
-        "GetFinalPathNameByHandleW",
-        [&](HANDLE handle, wchar_t* buffer, DWORD units, DWORD) -> DWORD {
-          const std::wstring path = handle == anchor_handle ? c.anchor : c.folder;
-          const DWORD length = static_cast<DWORD>(path.size());
-          if (units <= length) {
-            return path.empty() ? 0 : length + 1;
-          }
-          path.copy(buffer, length);
-          buffer[length] = L'\0';
-          return length;
-        });
+    const FakePlaces places(c.folder, c.anchor);
 
-    EXPECT_EQ(pinned.IsBelow(outer_), c.expected)
+    EXPECT_EQ(pinned.IsAtOrBelow(outer_), c.expected)
         << testing::PrintToString(c.folder) << " below " << testing::PrintToString(c.anchor);
   }
 }

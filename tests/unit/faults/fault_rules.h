@@ -4,6 +4,7 @@
 // reason for having none.
 
 #include <optional>
+#include <span>
 
 #include "tests/unit/faults/call_ledger.h"
 
@@ -13,13 +14,16 @@ struct FaultRule {
   const char* scenarios;  // the names of those it is for, separated by blanks; empty for all
   const char* function;
   const wchar_t* detail;      // the end of the call's detail after a "*", else a part of it
-  int occurrence;             // 0 for all
+  int occurrences;            // the first so many; 0 for all
   std::optional<int> result;  // where it isn't that of a clean run
   const wchar_t* record;      // how a record begins; "{error}" stands for the error
-  const char* why_no_record;  // where there is none
+  const char* why_no_record;  // where there is none, and no other failure or retry is recorded
+  std::optional<DWORD> error = std::nullopt;  // where the rule is for this error alone
 };
 
-// The rule for the call; null when nobody thought of it.
-[[nodiscard]] const FaultRule* FindRule(const char* scenario, const Call& call);
+[[nodiscard]] std::span<const FaultRule> AllRules();
+
+// The rule for a call that fails with that error; null when nobody thought of it.
+[[nodiscard]] const FaultRule* FindRule(const char* scenario, const Call& call, DWORD error);
 
 }  // namespace nhupdate_test

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "base/strings.h"
 #include "tests/unit/faults/fault_rules.h"
@@ -32,6 +33,21 @@ bool HasRecord(const RunReport& report, const std::wstring& beginning) {
                      [&](const std::wstring& record) { return record.starts_with(beginning); });
 }
 
+// The records of retries and failures that a clean run doesn't have, or not as often.
+std::vector<std::wstring> NewComplaints(const RunReport& clean, const RunReport& report) {
+  std::vector<std::wstring> known = clean.transcript;
+  std::vector<std::wstring> complaints;
+  for (const std::wstring& record : report.transcript) {
+    const auto same = std::find(known.begin(), known.end(), record);
+    if (same != known.end()) {
+      known.erase(same);
+    } else if (record.starts_with(L"3|") || record.starts_with(L"4|")) {
+      complaints.push_back(record);
+    }
+  }
+  return complaints;
+}
+
 // A failed update leaves its updater's process open on purpose.
 std::size_t ProcessesLeftOpen(const Scenario& scenario, const RunReport& report) {
   return scenario.update_exit_code != 0 && report.result == 13 ? 1 : 0;
@@ -53,6 +69,7 @@ void ExpectTheRuleIsKept(const FaultRule& rule, DWORD error, const Scenario& sce
   EXPECT_EQ(report.result, rule.result.value_or(scenario.clean_result));
   if (rule.record == nullptr) {
     EXPECT_NE(rule.why_no_record, nullptr);
+    EXPECT_THAT(NewComplaints(clean, report), testing::IsEmpty());
     return;
   }
   std::wstring record = rule.record;
@@ -72,9 +89,9 @@ class FaultsTest : public testing::TestWithParam<Scenario> {
       SCOPED_TRACE(testing::Message()
                    << "call " << index << ": " << call.function << " "
                    << testing::PrintToString(call.detail) << ", occurrence " << call.occurrence);
-      const FaultRule* rule = FindRule(scenario.name, call);
-      ASSERT_NE(rule, nullptr) << "There is no rule for this call.";
       const DWORD error = index % 2 == 0 ? error_of_even_calls : error_of_odd_calls;
+      const FaultRule* rule = FindRule(scenario.name, call, error);
+      ASSERT_NE(rule, nullptr) << "There is no rule for this call.";
 
       const RunReport report =
           RunWithFault(scenario, {.call = index, .function = {}, .error = error});
@@ -118,6 +135,22 @@ TEST_P(FaultsTest, AFunctionThatAlwaysFailsIsSurvived) {
         RunWithFault(GetParam(), {.call = {}, .function = function, .error = ERROR_ACCESS_DENIED});
 
     ExpectTheRunIsSound(GetParam(), clean, report);
+  }
+}
+
+TEST(FaultRulesTest, EveryRuleIsForSomeCall) {
+  std::set<const FaultRule*> needed;
+  for (const Scenario& scenario : kScenarios) {
+    for (const Call& call : RunWithFault(scenario, {}).calls) {
+      for (const DWORD error : {DWORD{ERROR_FILE_NOT_FOUND}, DWORD{ERROR_ACCESS_DENIED}}) {
+        needed.insert(FindRule(scenario.name, call, error));
+      }
+    }
+  }
+
+  for (const FaultRule& rule : AllRules()) {
+    EXPECT_TRUE(needed.contains(&rule)) << rule.scenarios << ": " << rule.function << " "
+                                        << testing::PrintToString(std::wstring(rule.detail));
   }
 }
 

@@ -44,6 +44,11 @@ inline std::wstring DetailOfOpenProcess(DWORD access, BOOL, DWORD process_id) {
          ((access & PROCESS_TERMINATE) != 0 ? L" to end it" : L" to read it");
 }
 
+// Its text is bytes without a terminator.
+inline std::wstring DetailOfConversion(UINT, DWORD, const char*, int, const wchar_t*, int units) {
+  return units == 0 ? L"to measure it" : L"to convert it";
+}
+
 template <typename... Arguments>
 std::wstring DetailOfCall(const CallLedger& ledger, const Arguments&... arguments) {
   std::wstring detail;
@@ -74,6 +79,9 @@ class FaultyFunction<Result(Arguments...)> {
           std::wstring detail;
           if constexpr (std::is_same_v<Result(Arguments...), decltype(::OpenProcess)>) {
             detail = faulty_function_detail::DetailOfOpenProcess(arguments...);
+          } else if constexpr (std::is_same_v<Result(Arguments...),
+                                              decltype(::MultiByteToWideChar)>) {
+            detail = faulty_function_detail::DetailOfConversion(arguments...);
           } else {
             detail = faulty_function_detail::DetailOfCall(ledger, arguments...);
           }

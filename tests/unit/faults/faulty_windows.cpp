@@ -131,6 +131,7 @@ FaultyWindows::FaultyWindows(CallLedger& ledger)
       shell_execute_(ledger, "ShellExecuteW", FailShellExecute),
       get_known_folder_path_(ledger, "SHGetKnownFolderPath", FailKnownFolder),
       get_ui_languages_(ledger, "GetUserPreferredUILanguages", kFalse),
+      to_wide_(ledger, "MultiByteToWideChar", kZero),
       message_box_(ledger, "MessageBoxW", kZero),
       get_module_handle_(ledger, "GetModuleHandleW", kNull),
       set_default_dll_directories_(ledger, "SetDefaultDllDirectories", kFalse),

@@ -1,7 +1,12 @@
 #pragma once
 
-// All functions of Windows through which the program can meet a failure, counted together. What
+// The functions of Windows through which the program can meet a failure, counted together. What
 // closes something is watched but never fails: nobody could do anything about it.
+//
+// Left out are GetModuleFileNameW, without whose answer the program works in the root of the real
+// drive (its tests are in install/no_base_folder_test.cpp), and K32GetModuleFileNameExW,
+// K32GetProcessImageFileNameW and K32GetModuleBaseNameW, which are only called when another call
+// has failed already (install/process_image_name_test.cpp).
 
 #include "tests/unit/faults/call_ledger.h"
 #include "tests/unit/faults/faulty_function.h"
@@ -57,6 +62,7 @@ class FaultyWindows {
   FaultyFunction<decltype(::ShellExecuteW)> shell_execute_;
   FaultyFunction<decltype(::SHGetKnownFolderPath)> get_known_folder_path_;
   FaultyFunction<decltype(::GetUserPreferredUILanguages)> get_ui_languages_;
+  FaultyFunction<decltype(::MultiByteToWideChar)> to_wide_;
   FaultyFunction<decltype(::MessageBoxW)> message_box_;
 
   // The program's own start.

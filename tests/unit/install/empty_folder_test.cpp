@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/existence.h"
+#include "base/reparse_tag.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/unit/install/fake_listing.h"
@@ -114,7 +115,7 @@ TEST_F(CollectEmptyFoldersTest, TakesAMissingFolderForEmpty) {
   EXPECT_THAT(product_.Transcript(), IsEmpty());
 }
 
-// That is harmless: a folder with something in it can't be removed.
+// As long as it can't be listed it can't be emptied either, and so stays.
 TEST_F(CollectEmptyFoldersTest, TakesAFolderThatCannotBeListedForEmpty) {
   WriteFileBytes(folder_ + L"\\secret\\file", "x");
   FakeListing listing;
@@ -127,9 +128,23 @@ TEST_F(CollectEmptyFoldersTest, TakesAFolderThatCannotBeListedForEmpty) {
   EXPECT_TRUE(nhupdate::Exists(folder_ + L"\\secret\\file"));
 }
 
+// The removal doesn't stop at empty folders: it deletes what it finds by then.
+TEST_F(CollectEmptyFoldersTest, CostsAFolderItsContentWhenOnlyTheScanCouldNotListIt) {
+  WriteFileBytes(folder_ + L"\\secret\\file", "x");
+  {
+    FakeListing listing;
+    listing.Forbid(folder_ + L"\\secret", ERROR_SHARING_VIOLATION);
+    EXPECT_EQ(Collect(), 1);
+  }
+
+  EXPECT_NE(product_.Manager().DeleteFolderTree(folder_ + L"\\secret"), 0);
+
+  EXPECT_FALSE(nhupdate::Exists(folder_ + L"\\secret"));
+}
+
 TEST_F(CollectEmptyFoldersTest, CountsALinkAsContentAndDoesNotLookBehindIt) {
   constexpr DWORD kTags[] = {IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK,
-                             IO_REPARSE_TAG_RESERVED_ZERO};
+                             nhupdate::kNoReparseTag};
   for (const DWORD tag : kTags) {
     CreateFolders(folder_ + L"\\link\\behind");
     FakeListing listing;

@@ -21,14 +21,17 @@ std::wstring Hexadecimal(DWORD value) {
   return L"0x" + digits;
 }
 
+// Fills the buffer to its last unit and leaves out a terminator for which there is no room.
 DWORD Answer(const std::wstring& text, wchar_t* buffer, DWORD units) {
   if (text.empty()) {
     ::SetLastError(ERROR_GEN_FAILURE);
     return 0;
   }
-  const std::size_t length = std::min<std::size_t>(text.size(), units - 1);
+  const std::size_t length = std::min<std::size_t>(text.size(), units);
   text.copy(buffer, length);
-  buffer[length] = L'\0';
+  if (length < units) {
+    buffer[length] = L'\0';
+  }
   return static_cast<DWORD>(length);
 }
 

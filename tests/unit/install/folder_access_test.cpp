@@ -21,6 +21,22 @@ namespace {
 using nhupdate::Exists;
 using testing::ElementsAre;
 
+constexpr wchar_t kSuccess[] = L"2|ShellExecute ICACLS success on ICACLS.exe, Params = ";
+constexpr wchar_t kFailure[] = L"4|ShellExecute ICACLS fail on ICACLS.exe, Params = ";
+
+constexpr wchar_t kConfigFolder[] = L"{root}\\Nimba Hub\\Updater\\Config";
+constexpr wchar_t kTempFolder[] = L"{root}\\Nimba Hub\\Updater\\Temp";
+constexpr wchar_t kDataFolder[] = L"{data}\\Shared\\Corvane";
+
+std::wstring ParametersFor(const std::wstring& folder) {
+  return L"\"" + folder + L"\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e";
+}
+
+std::wstring Record(const std::wstring& beginning, const std::wstring& folder,
+                    const std::wstring& return_code) {
+  return beginning + ParametersFor(folder) + L", Return Code = " + return_code;
+}
+
 class GrantFolderAccessTest : public testing::Test {
  protected:
   GrantFolderAccessTest() {
@@ -28,10 +44,6 @@ class GrantFolderAccessTest : public testing::Test {
     product_.ForgetRecords();
     CreateFolders(product_.Base() + L"\\Updater");
     events_.clear();
-  }
-
-  std::wstring ParametersFor(const std::wstring& folder) const {
-    return L"\"" + folder + L"\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e";
   }
 
   InstalledProduct product_;
@@ -110,12 +122,7 @@ TEST_F(GrantFolderAccessTest, LogsTheToolTheParametersAndTheReturnCode) {
       ElementsAre(L"2|ShellExecute ICACLS success on ICACLS.exe, Params = \"{root}\\Nimba Hub"
                   L"\\Updater\\Config\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e, "
                   L"Return Code = 42",
-                  L"2|ShellExecute ICACLS success on ICACLS.exe, Params = \"{root}\\Nimba Hub"
-                  L"\\Updater\\Temp\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e, "
-                  L"Return Code = 42",
-                  L"2|ShellExecute ICACLS success on ICACLS.exe, Params = \"{data}\\Shared"
-                  L"\\Corvane\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e, "
-                  L"Return Code = 42"));
+                  Record(kSuccess, kTempFolder, L"42"), Record(kSuccess, kDataFolder, L"42")));
 }
 
 TEST_F(GrantFolderAccessTest, GrantsAlsoFoldersThatCannotBeCreated) {
@@ -138,34 +145,31 @@ TEST_F(GrantFolderAccessTest, StartsTheThirdGrantWithAnEmptyPathWithoutProgramDa
                                    L"start " + ParametersFor(updater_ + L"\\Temp"),  //
                                    L"known folder", L"free",                         //
                                    L"start " + ParametersFor(L"")));
-  ASSERT_EQ(product_.Transcript().size(), 3u);
-  EXPECT_EQ(product_.Transcript()[2],
-            L"2|ShellExecute ICACLS success on ICACLS.exe, Params = \"\" /grant "
-            L"\"*S-1-5-32-545\":(OI)(CI)F /inheritance:e, Return Code = 42");
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(Record(kSuccess, kConfigFolder, L"42"),
+                          Record(kSuccess, kTempFolder, L"42"), Record(kSuccess, L"", L"42")));
 }
 
 struct ReturnCodeCase {
   std::intptr_t shell_result;
   const wchar_t* beginning;
-  const wchar_t* end;
+  const wchar_t* number;
 };
 
 TEST_F(GrantFolderAccessTest, JudgesTheLowHalfOfTheReturnCode) {
-  constexpr wchar_t kSuccess[] = L"2|ShellExecute ICACLS success on ICACLS.exe, Params = \"";
-  constexpr wchar_t kFailure[] = L"4|ShellExecute ICACLS fail on ICACLS.exe, Params = \"";
   const ReturnCodeCase kCases[] = {
-      {0, kFailure, L" Return Code = 0"},
-      {2, kFailure, L" Return Code = 2"},
-      {32, kFailure, L" Return Code = 32"},
-      {33, kSuccess, L" Return Code = 33"},
-      {0x7FFFFFFF, kSuccess, L" Return Code = 2147483647"},
-      {0x80000000, kFailure, L" Return Code = -2147483648"},
-      {0xFFFFFFFF, kFailure, L" Return Code = -1"},
-      {-1, kFailure, L" Return Code = -1"},
-      {0x100000000, kFailure, L" Return Code = 0"},
-      {0x100000020, kFailure, L" Return Code = 32"},
-      {0x100000021, kSuccess, L" Return Code = 33"},
-      {-0x7FFFFFFFFFFFFFDF, kSuccess, L" Return Code = 33"},
+      {0, kFailure, L"0"},
+      {2, kFailure, L"2"},
+      {32, kFailure, L"32"},
+      {33, kSuccess, L"33"},
+      {0x7FFFFFFF, kSuccess, L"2147483647"},
+      {0x80000000, kFailure, L"-2147483648"},
+      {0xFFFFFFFF, kFailure, L"-1"},
+      {-1, kFailure, L"-1"},
+      {0x100000000, kFailure, L"0"},
+      {0x100000020, kFailure, L"32"},
+      {0x100000021, kSuccess, L"33"},
+      {-0x7FFFFFFFFFFFFFDF, kSuccess, L"33"},
   };
 
   for (const ReturnCodeCase& example : kCases) {
@@ -174,10 +178,10 @@ TEST_F(GrantFolderAccessTest, JudgesTheLowHalfOfTheReturnCode) {
 
     product_.Manager().GrantFolderAccess();
 
-    EXPECT_THAT(
-        product_.Transcript(),
-        testing::AllOf(testing::SizeIs(3), testing::Each(testing::StartsWith(example.beginning)),
-                       testing::Each(testing::EndsWith(example.end))))
+    EXPECT_THAT(product_.Transcript(),
+                ElementsAre(Record(example.beginning, kConfigFolder, example.number),
+                            Record(example.beginning, kTempFolder, example.number),
+                            Record(example.beginning, kDataFolder, example.number)))
         << example.shell_result;
   }
 }

@@ -101,42 +101,5 @@ TEST_F(CopyFolderDeletionTest, PassesOverTheRunningProgramsFolderAtAnyDepth) {
   EXPECT_TRUE(Exists(deeper.Base() + L"\\Tools\\b.txt"));
 }
 
-struct HoldingFolderTest : CopyFolderDeletionTest, testing::WithParamInterface<const wchar_t*> {};
-
-TEST_P(HoldingFolderTest, IsCopiedIntoButNeverDeleted) {
-  const std::wstring name = GetParam();
-  WriteFileBytes(staged_ + L"\\" + name + L"\\Updater.exe", "new");
-  WriteFileBytes(staged_ + L"\\zz.txt", "Z");
-  WriteFileBytes(installed_ + L"\\Updater\\Updater.exe", "old");
-  WriteFileBytes(installed_ + L"\\Updater\\Config\\ut.ini", "ini");
-
-  EXPECT_EQ(Copy(1), 1);
-
-  EXPECT_THAT(
-      product_.Transcript(),
-      ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-                  L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\" + name +
-                      L" to {root}\\Nimba Hub\\" + name,
-                  L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\" + name +
-                      L"\\Updater.exe to {root}\\Nimba Hub\\" + name + L"\\Updater.exe",
-                  L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\zz.txt to "
-                  L"{root}\\Nimba Hub\\zz.txt"));
-  EXPECT_EQ(ReadFileBytes(installed_ + L"\\Updater\\Updater.exe"), "new");
-  EXPECT_TRUE(Exists(installed_ + L"\\Updater\\Config\\ut.ini"));
-  EXPECT_TRUE(Exists(staged_ + L"\\zz.txt"));
-}
-
-INSTANTIATE_TEST_SUITE_P(InAnyLetterCase, HoldingFolderTest,
-                         testing::Values(L"Updater", L"UPDATER", L"updater"));
-
-TEST_F(CopyFolderDeletionTest, IsNotMistakenAboutAFolderWhoseNameOnlyBeginsAlike) {
-  WriteFileBytes(staged_ + L"\\Up\\new.txt", "N");
-  WriteFileBytes(installed_ + L"\\Up\\old.txt", "O");
-
-  EXPECT_EQ(Copy(1), 1);
-
-  EXPECT_THAT(ListTree(installed_ + L"\\Up"), ElementsAre(L"new.txt"));
-}
-
 }  // namespace
 }  // namespace nhupdate_test

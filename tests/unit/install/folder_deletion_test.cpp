@@ -6,9 +6,8 @@
 
 #include "base/existence.h"
 #include "tests/support/files.h"
-#include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/support/open_handles.h"
+#include "tests/unit/install/delete_folder_tree_test.h"
 #include "tests/unit/install/fake_listing.h"
 #include "tests/unit/install/file_lock.h"
 
@@ -18,20 +17,6 @@ namespace {
 using nhupdate::Exists;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class DeleteFolderTreeTest : public testing::Test {
- protected:
-  DeleteFolderTreeTest() {
-    product_.Start();
-    product_.ForgetRecords();
-    CreateFolders(folder_);
-  }
-
-  int Delete() { return product_.Manager().DeleteFolderTree(folder_); }
-
-  InstalledProduct product_;
-  const std::wstring folder_ = product_.Root() + L"\\top";
-};
 
 TEST_F(DeleteFolderTreeTest, DeletesEverythingInSilence) {
   WriteFileBytes(folder_ + L"\\a", "A");
@@ -88,6 +73,23 @@ TEST_F(DeleteFolderTreeTest, ClearsTheReadOnlyAttributeAndNoOther) {
   EXPECT_THAT(attributes_set, ElementsAre(FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE));
 }
 
+TEST_F(DeleteFolderTreeTest, SetsNoAttributesWhereItDoesNotKnowThem) {
+  WriteFileBytes(folder_ + L"\\file", "x");
+  Interposer<decltype(::GetFileAttributesW)> get_attributes("GetFileAttributesW",
+                                                            [](const wchar_t*) -> DWORD {
+                                                              ::SetLastError(ERROR_ACCESS_DENIED);
+                                                              return INVALID_FILE_ATTRIBUTES;
+                                                            });
+  Interposer<decltype(::SetFileAttributesW)> set_attributes(
+      "SetFileAttributesW", [](const wchar_t*, DWORD) -> BOOL { return TRUE; });
+
+  EXPECT_NE(Delete(), 0);
+
+  EXPECT_EQ(get_attributes.Calls(), 1);
+  EXPECT_EQ(set_attributes.Calls(), 0);
+  EXPECT_FALSE(Exists(folder_));
+}
+
 TEST_F(DeleteFolderTreeTest, LeavesTheReadOnlyAttributeOfFoldersAlone) {
   CreateFolders(folder_ + L"\\read-only");
   FakeListing listing;
@@ -125,71 +127,6 @@ TEST_F(DeleteFolderTreeTest, LeavesAFileAlone) {
   EXPECT_EQ(product_.Manager().DeleteFolderTree(folder_ + L"\\file"), 0);
 
   EXPECT_TRUE(Exists(folder_ + L"\\file"));
-}
-
-TEST_F(DeleteFolderTreeTest, RemovesAnEmptyFolderThatCannotBeListed) {
-  FakeListing listing;
-  listing.Forbid(folder_, ERROR_ACCESS_DENIED);
-
-  EXPECT_NE(Delete(), 0);
-
-  EXPECT_FALSE(Exists(folder_));
-}
-
-TEST_F(DeleteFolderTreeTest, LeavesTheContentOfAFolderThatCannotBeOpened) {
-  WriteFileBytes(folder_ + L"\\file", "x");
-  Interposer<decltype(::CreateFileW)> create_file(
-      "CreateFileW", [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
-        ::SetLastError(ERROR_SHARING_VIOLATION);
-        return INVALID_HANDLE_VALUE;
-      });
-
-  EXPECT_EQ(Delete(), 0);
-
-  EXPECT_TRUE(Exists(folder_ + L"\\file"));
-}
-
-// The arguments are looked at: Wine, unlike Windows, keeps every folder in place that is listed.
-TEST_F(DeleteFolderTreeTest, HoldsTheFolderInItsPlaceWhileItsContentIsDeleted) {
-  const std::wstring inner = folder_ + L"\\inner";
-  WriteFileBytes(inner + L"\\file", "x");
-  HANDLE held = nullptr;
-  Interposer<decltype(::CreateFileW)> create_file(
-      "CreateFileW",
-      [&](const wchar_t* path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
-          DWORD disposition, DWORD flags, HANDLE model) {
-        const HANDLE file =
-            create_file.Original()(path, access, sharing, security, disposition, flags, model);
-        if (path == inner) {
-          EXPECT_EQ(access, static_cast<DWORD>(FILE_LIST_DIRECTORY));
-          EXPECT_EQ(sharing & FILE_SHARE_DELETE, 0u);
-          EXPECT_NE(flags & FILE_FLAG_OPEN_REPARSE_POINT, 0u);
-          held = file;
-        }
-        return file;
-      });
-  Interposer<decltype(::CloseHandle)> close("CloseHandle", [&](HANDLE handle) {
-    held = handle == held ? nullptr : held;
-    return close.Original()(handle);
-  });
-  Interposer<decltype(::DeleteFileW)> delete_file("DeleteFileW", [&](const wchar_t* file) {
-    EXPECT_NE(held, nullptr);
-    return delete_file.Original()(file);
-  });
-
-  EXPECT_NE(Delete(), 0);
-
-  EXPECT_EQ(delete_file.Calls(), 1);
-  EXPECT_EQ(held, nullptr);
-}
-
-TEST_F(DeleteFolderTreeTest, LeavesNoHandlesBehind) {
-  WriteFileBytes(folder_ + L"\\a\\b\\c", "x");
-  const int handles_before = CountOpenHandles();
-
-  EXPECT_NE(Delete(), 0);
-
-  EXPECT_EQ(CountOpenHandles(), handles_before);
 }
 
 TEST_F(DeleteFolderTreeTest, PassesOnTheLastResultAsItIs) {

@@ -9,11 +9,14 @@
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
+#include "tests/unit/install/fake_listing.h"
 #include "tests/unit/install/file_lock.h"
 #include "tests/unit/install/quiet_desktop.h"
 
 namespace nhupdate_test {
 namespace {
+
+using testing::ElementsAre;
 
 class InstallCopyRetryTest : public testing::Test {
  protected:
@@ -74,6 +77,7 @@ TEST_F(InstallCopyRetryTest, GivesUpAfterTheTenthAttemptAndItsWait) {
   FileLock lock(installed_);
   const QuietDesktop desktop([&](int sleep) {
     if (sleep == 10) {
+      EXPECT_TRUE(desktop.Boxes().empty());
       lock.Release();  // too late
     }
   });
@@ -84,11 +88,7 @@ TEST_F(InstallCopyRetryTest, GivesUpAfterTheTenthAttemptAndItsWait) {
   expected.push_back(L"4|Fail to copy folder.");
   EXPECT_EQ(product_.Transcript(), expected);
   EXPECT_EQ(desktop.Sleeps(), std::vector<DWORD>(10, 3000));
-  ASSERT_EQ(desktop.Boxes().size(), 1u);
-  EXPECT_EQ(desktop.Boxes()[0].owner, ::GetDesktopWindow());
-  EXPECT_EQ(desktop.Boxes()[0].text, L"KEY_FAIL_COMMON_ERROR\n" + installed_);
-  EXPECT_EQ(desktop.Boxes()[0].caption, L"KEY_UPDATE_TITLE");
-  EXPECT_EQ(desktop.Boxes()[0].style, 0x40010u);
+  EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(installed_)));
 }
 
 TEST_F(InstallCopyRetryTest, NamesTheFileThatFailedLast) {
@@ -110,9 +110,38 @@ TEST_F(InstallCopyRetryTest, NamesTheFileThatFailedLast) {
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 
-  ASSERT_EQ(desktop.Boxes().size(), 1u);
-  EXPECT_EQ(desktop.Boxes()[0].text,
-            L"KEY_FAIL_COMMON_ERROR\n" + product_.Base() + L"\\Sub\\z.dll");
+  EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(product_.Base() + L"\\Sub\\z.dll")));
+}
+
+TEST_F(InstallCopyRetryTest, NamesTheFolderWhoseCopyCouldNotSeeAllOfItsSource) {
+  const QuietDesktop desktop;
+  FakeListing listing;
+  listing.BreakOff(product_.App() + L"\\Sub", ERROR_NETNAME_DELETED);
+
+  EXPECT_EQ(product_.Manager().InstallCopy(), 0);
+
+  EXPECT_EQ(desktop.Sleeps(), std::vector<DWORD>(10, 3000));
+  EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(product_.Base() + L"\\Sub")));
+}
+
+// The installed files are gone by then, so it must not look like a success.
+TEST_F(InstallCopyRetryTest, FailsWhenTheStagedFolderCannotBeListedAtAll) {
+  WriteFileBytes(product_.Base() + L"\\a.exe", "old");
+  const QuietDesktop desktop;
+  FakeListing listing;
+  listing.Forbid(product_.App(), ERROR_ACCESS_DENIED);
+
+  EXPECT_EQ(product_.Manager().InstallCopy(), 0);
+
+  std::vector<std::wstring> expected = {L"2|Delete OK : {root}\\Nimba Hub\\a.exe"};
+  for (int attempt = 0; attempt < 10; ++attempt) {
+    expected.insert(expected.end(),
+                    {L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
+                     L"4|Fail to copy file = 5", L"3|Copy fail, sleep 3 seconds and retry."});
+  }
+  expected.push_back(L"4|Fail to copy folder.");
+  EXPECT_EQ(product_.Transcript(), expected);
+  EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(product_.Base())));
 }
 
 }  // namespace

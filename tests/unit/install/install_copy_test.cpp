@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -23,14 +22,6 @@ class InstallCopyTest : public testing::Test {
   InstallCopyTest() {
     product_.Start();
     product_.ForgetRecords();
-  }
-
-  void ExpectOneErrorBoxFor(const QuietDesktop& desktop, const std::wstring& path) {
-    ASSERT_EQ(desktop.Boxes().size(), 1u);
-    EXPECT_EQ(desktop.Boxes()[0].owner, ::GetDesktopWindow());
-    EXPECT_EQ(desktop.Boxes()[0].text, L"KEY_FAIL_COMMON_ERROR\n" + path);
-    EXPECT_EQ(desktop.Boxes()[0].caption, L"KEY_UPDATE_TITLE");
-    EXPECT_EQ(desktop.Boxes()[0].style, 0x40010u);
   }
 
   InstalledProduct product_;
@@ -113,7 +104,7 @@ TEST_F(InstallCopyTest, EndsAtAnInstalledFileThatCannotBeDeleted) {
   EXPECT_THAT(product_.Transcript(),
               ElementsAre(L"2|Delete OK : {root}\\Nimba Hub\\a.exe",
                           L"4|Fail to delete (32) : {root}\\Nimba Hub\\held 100%s.exe"));
-  ExpectOneErrorBoxFor(desktop, base_ + L"\\held 100%s.exe");
+  EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(base_ + L"\\held 100%s.exe")));
   EXPECT_FALSE(Exists(base_ + L"\\a.exe"));
   EXPECT_TRUE(Exists(base_ + L"\\z.exe"));
   EXPECT_TRUE(desktop.Sleeps().empty());
@@ -128,7 +119,7 @@ TEST_F(InstallCopyTest, DoesNotClearReadOnlyAttributesOfTheOldFiles) {
 
   EXPECT_THAT(product_.Transcript(),
               ElementsAre(L"4|Fail to delete (5) : {root}\\Nimba Hub\\a.exe"));
-  ExpectOneErrorBoxFor(desktop, base_ + L"\\a.exe");
+  EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(base_ + L"\\a.exe")));
 }
 
 TEST_F(InstallCopyTest, PassesOverAnInstalledFileThatIsGoneMeanwhile) {
@@ -168,7 +159,7 @@ TEST_F(InstallCopyTest, EndsAtAStagedFileThatCannotBeCopied) {
       ElementsAre(L"2|Copy OK : {root}\\Nimba Hub\\Updater\\App\\a.exe => {root}\\Nimba Hub\\a.exe",
                   L"4|Fail to copy (32) : {root}\\Nimba Hub\\Updater\\App\\b.exe => "
                   L"{root}\\Nimba Hub\\b.exe"));
-  ExpectOneErrorBoxFor(desktop, base_ + L"\\b.exe");
+  EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(base_ + L"\\b.exe")));
   EXPECT_FALSE(Exists(base_ + L"\\c.exe"));
   EXPECT_TRUE(desktop.Sleeps().empty());
 }
@@ -183,9 +174,8 @@ TEST_F(InstallCopyTest, ShowsTheTextsOfTheStringTable) {
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 
-  ASSERT_EQ(desktop.Boxes().size(), 1u);
-  EXPECT_EQ(desktop.Boxes()[0].text, L"Oh %s\n" + base_ + L"\\a.exe");
-  EXPECT_EQ(desktop.Boxes()[0].caption, L"The title");
+  EXPECT_THAT(desktop.Boxes(),
+              ElementsAre(ShownBox{L"Oh %s\n" + base_ + L"\\a.exe", L"The title", 0x40010, true}));
 }
 
 // A release may bring files for the folder in which it is staged.

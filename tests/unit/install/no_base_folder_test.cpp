@@ -1,14 +1,18 @@
-// An executable in a drive's root has no folder above its own: there is no product to clean up, and
-// what lies on the drive is none of the program's business.
+// An executable in a drive's root has no folder above its own, and one whose path isn't known has
+// none either: there is no product to clean up, and what lies on the drive is none of the program's
+// business.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
 #include <vector>
 
 #include "app/manager_center.h"
 #include "tests/support/interposer.h"
+#include "tests/unit/install/quiet_desktop.h"
 
 // These need <windows.h> first.
 #include <psapi.h>
@@ -18,49 +22,77 @@
 namespace nhupdate_test {
 namespace {
 
-TEST(NoBaseFolderTest, AFinalUpdateNeverLooksAtTheDrivesRoot) {
-  const std::wstring executable = L"C:\\NHUpdateManager.exe";
-  std::vector<std::wstring> patterns;
-  int deletions = 0;
-  nhupdate::CManagerCenter manager;
-  Interposer<decltype(::GetModuleFileNameW)> module_file_name(
-      "GetModuleFileNameW", [&](HMODULE, wchar_t* buffer, DWORD) -> DWORD {
-        executable.copy(buffer, executable.size());
-        return static_cast<DWORD>(executable.size());
-      });
-  Interposer<decltype(::SHGetKnownFolderPath)> known_folder(
+using testing::ElementsAre;
+
+class NoBaseFolderTest : public testing::TestWithParam<std::wstring> {
+ protected:
+  std::vector<std::wstring> patterns_;
+  nhupdate::CManagerCenter manager_;
+  const QuietDesktop desktop_;
+  Interposer<decltype(::GetModuleFileNameW)> module_file_name_{
+      "GetModuleFileNameW", [](HMODULE, wchar_t* buffer, DWORD units) -> DWORD {
+        const std::wstring& executable = GetParam();
+        const std::size_t length = std::min<std::size_t>(executable.size(), units - 1);
+        executable.copy(buffer, length);
+        buffer[length] = L'\0';
+        return length == executable.size() ? static_cast<DWORD>(length) : units;
+      }};
+  Interposer<decltype(::SHGetKnownFolderPath)> known_folder_{
       "SHGetKnownFolderPath", [](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
         *path = nullptr;
         return E_FAIL;
-      });
-  Interposer<decltype(::K32EnumProcesses)> processes("K32EnumProcesses",
-                                                     [](DWORD*, DWORD, DWORD*) { return FALSE; });
-  Interposer<decltype(::ShellExecuteW)> shell(
+      }};
+  Interposer<decltype(::GetTokenInformation)> token_information_{
+      "GetTokenInformation",
+      [](HANDLE, TOKEN_INFORMATION_CLASS, void* information, DWORD, DWORD*) -> BOOL {
+        static_cast<TOKEN_ELEVATION*>(information)->TokenIsElevated = 1;
+        return TRUE;
+      }};
+  Interposer<decltype(::K32EnumProcesses)> processes_{"K32EnumProcesses",
+                                                      [](DWORD*, DWORD, DWORD*) { return FALSE; }};
+  Interposer<decltype(::ShellExecuteW)> shell_{
       "ShellExecuteW", [](HWND, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*,
-                          int) { return reinterpret_cast<HINSTANCE>(INT_PTR{33}); });
-  Interposer<decltype(::CreateDirectoryW)> create(
-      "CreateDirectoryW", [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return FALSE; });
-  Interposer<decltype(::RegCreateKeyExW)> key(
+                          int) { return reinterpret_cast<HINSTANCE>(INT_PTR{33}); }};
+  Interposer<decltype(::CreateDirectoryW)> create_{
+      "CreateDirectoryW", [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return FALSE; }};
+  Interposer<decltype(::RegCreateKeyExW)> key_{
       "RegCreateKeyExW",
       [](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM, SECURITY_ATTRIBUTES*, HKEY*,
-         DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; });
-  Interposer<decltype(::FindFirstFileW)> find(
-      "FindFirstFileW", [&](const wchar_t* pattern, WIN32_FIND_DATAW*) -> HANDLE {
-        patterns.push_back(pattern);
+         DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; }};
+  Interposer<decltype(::FindFirstFileW)> find_{
+      "FindFirstFileW", [this](const wchar_t* pattern, WIN32_FIND_DATAW*) -> HANDLE {
+        patterns_.push_back(pattern);
         ::SetLastError(ERROR_PATH_NOT_FOUND);
         return INVALID_HANDLE_VALUE;
-      });
-  Interposer<decltype(::DeleteFileW)> delete_file("DeleteFileW", [&](const wchar_t*) -> BOOL {
-    ++deletions;
-    return TRUE;
-  });
-  manager.Initialize();
+      }};
+  Interposer<decltype(::DeleteFileW)> delete_file_{"DeleteFileW",
+                                                   [](const wchar_t*) -> BOOL { return TRUE; }};
+};
 
-  EXPECT_EQ(manager.InstallSequence(1), 0);
+TEST_P(NoBaseFolderTest, AFinalUpdateNeverLooksAtTheDrivesRoot) {
+  manager_.Initialize();
 
-  EXPECT_THAT(patterns, testing::ElementsAre(L"\\Updater\\App\\*.*", L"\\Updater\\App\\*.*"));
-  EXPECT_EQ(deletions, 0);
+  EXPECT_EQ(manager_.InstallSequence(1), 0);
+
+  EXPECT_THAT(patterns_, ElementsAre(L"\\Updater\\App\\*.*", L"\\Updater\\App\\*.*"));
+  EXPECT_EQ(delete_file_.Calls(), 0);
 }
+
+TEST_P(NoBaseFolderTest, ASelfUpdateNeverCopiesTheDrive) {
+  manager_.Initialize();
+
+  EXPECT_EQ(manager_.SelfUpdate(), 16);
+
+  EXPECT_TRUE(patterns_.empty());
+  EXPECT_THAT(desktop_.Boxes(),
+              ElementsAre(ShownBox{L"KEY_FAIL_COMMON_ERROR", L"KEY_UPDATE_TITLE", 0x40010, true}));
+}
+
+// The last is too long to be told; cut off it would make C:\Corvane the base folder.
+INSTANTIATE_TEST_SUITE_P(WhereverItIs, NoBaseFolderTest,
+                         testing::Values(L"C:\\NHUpdateManager.exe", L"",
+                                         L"C:\\Corvane\\Hub\\" + std::wstring(300, L'd') +
+                                             L"\\NHUpdateManager\\NHUpdateManager.exe"));
 
 }  // namespace
 }  // namespace nhupdate_test

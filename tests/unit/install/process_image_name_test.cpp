@@ -66,7 +66,7 @@ TEST(GetProcessImageNameTest, AsksForTheDevicePathLast) {
 struct ImageNameCase {
   const char* situation;
   FakeProcess process;
-  const wchar_t* name;
+  std::wstring name;
   std::wstring path;
 };
 
@@ -76,6 +76,7 @@ std::ostream& operator<<(std::ostream& stream, const ImageNameCase& example) {
 
 TEST(GetProcessImageNameTest, TakesNameAndPathFromTheFirstAnswer) {
   const std::wstring longest_path = L"C:\\" + std::wstring(251, L'd') + L"\\a.exe";  // 260 units
+  const std::wstring longest_name(260, L'n');
   const ImageNameCase kCases[] = {
       {"image path", {.id = 7, .image_path = L"C:\\Tools\\a.exe"}, L"a.exe", L"C:\\Tools\\a.exe"},
       {"image path without a backslash", {.id = 7, .image_path = L"a.exe"}, L"a.exe", L"a.exe"},
@@ -105,10 +106,15 @@ TEST(GetProcessImageNameTest, TakesNameAndPathFromTheFirstAnswer) {
        L"\\Device\\Volume1\\a.exe"},
       {"base name alone", {.id = 7, .image_path = L"", .base_name = L"b.exe"}, L"b.exe", L""},
       {"nothing at all", {.id = 7, .image_path = L""}, L"", L""},
-      {"longest path",
-       {.id = 7, .image_path = longest_path.substr(0, 259)},
-       L"a.ex",
-       longest_path.substr(0, 259)},
+      {"longest image path", {.id = 7, .image_path = longest_path}, L"a.exe", longest_path},
+      {"longest module path and base name",
+       {.id = 7, .image_path = L"", .module_path = longest_path, .base_name = longest_name},
+       longest_name,
+       longest_path},
+      {"longest device path",
+       {.id = 7, .image_path = L"", .device_path = longest_path},
+       L"a.exe",
+       longest_path},
   };
 
   for (const ImageNameCase& example : kCases) {

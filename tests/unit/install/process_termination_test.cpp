@@ -6,7 +6,6 @@
 
 #include "tests/support/installed_product.h"
 #include "tests/unit/install/fake_process_table.h"
-#include "tests/unit/install/quiet_desktop.h"
 
 namespace nhupdate_test {
 namespace {
@@ -174,43 +173,6 @@ TEST_F(TerminateProcessByNameTest, ExaminesNoFurtherProcess) {
   EXPECT_EQ(product_.Manager().TerminateProcessByName(L"target.exe"), 1);
 
   EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|Target process target.exe not found."));
-}
-
-class StopUpdateManagersTest : public TerminateProcessByNameTest {};
-
-TEST_F(StopUpdateManagersTest, ShowsNoBoxWhenAllOthersAreGone) {
-  const QuietDesktop desktop;
-  const FakeProcessTable table({{.id = own_id_, .image_path = L"C:\\new\\NHUpdateManager.exe"},
-                                {.id = 8, .image_path = L"C:\\nhupdatemanager.EXE"}});
-
-  EXPECT_EQ(product_.Manager().StopUpdateManagers(), 1);
-
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Skip terminate current process NHUpdateManager.exe({pid}).",
-                          L"2|Target process nhupdatemanager.EXE(8) found, terminate it."));
-  EXPECT_TRUE(desktop.Boxes().empty());
-}
-
-TEST_F(StopUpdateManagersTest, TellsTheUserOnceWhenOthersStay) {
-  const QuietDesktop desktop;
-  const FakeProcessTable table(
-      {{.id = 8, .image_path = L"C:\\NHUpdateManager.exe", .ends_when_terminated = false},
-       {.id = 12, .image_path = L"C:\\NHUpdateManager.exe", .can_be_terminated = false}});
-
-  EXPECT_EQ(product_.Manager().StopUpdateManagers(), 0);
-
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Target process NHUpdateManager.exe(8) found, terminate it.",
-                          L"2|Target process NHUpdateManager.exe(12) found, terminate it.",
-                          L"4|Process NHUpdateManager.exe(8) still found.",
-                          L"4|Process NHUpdateManager.exe(12) still found.",
-                          L"4|Fail to terminate NHUpdateManager."));
-  ASSERT_EQ(desktop.Boxes().size(), 1u);
-  EXPECT_EQ(desktop.Boxes()[0].owner, ::GetDesktopWindow());
-  EXPECT_EQ(desktop.Boxes()[0].text, L"KEY_FAIL_NEED_STOP_NHUPDATEMANAGER");
-  EXPECT_EQ(desktop.Boxes()[0].caption, L"KEY_UPDATE_TITLE");
-  EXPECT_EQ(desktop.Boxes()[0].style, 0x40010u);
-  EXPECT_TRUE(desktop.Sleeps().empty());
 }
 
 }  // namespace

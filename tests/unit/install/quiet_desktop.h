@@ -9,15 +9,9 @@
 
 #include "base/windows.h"
 #include "tests/support/interposer.h"
+#include "tests/support/recorded_boxes.h"
 
 namespace nhupdate_test {
-
-struct ShownBox {
-  HWND owner = nullptr;
-  std::wstring text;
-  std::wstring caption;
-  UINT style = 0;
-};
 
 class QuietDesktop {
  public:
@@ -25,18 +19,13 @@ class QuietDesktop {
   explicit QuietDesktop(std::function<void(int)> during_sleep = nullptr)
       : during_sleep_(std::move(during_sleep)) {}
 
-  [[nodiscard]] const std::vector<ShownBox>& Boxes() const { return boxes_; }
+  [[nodiscard]] const std::vector<ShownBox>& Boxes() const { return boxes_.Shown(); }
   [[nodiscard]] const std::vector<DWORD>& Sleeps() const { return sleeps_; }
 
  private:
   std::function<void(int)> during_sleep_;
-  std::vector<ShownBox> boxes_;
+  RecordedBoxes boxes_;
   std::vector<DWORD> sleeps_;
-  Interposer<decltype(::MessageBoxW)> message_box_{
-      "MessageBoxW", [this](HWND owner, const wchar_t* text, const wchar_t* caption, UINT style) {
-        boxes_.push_back({owner, text, caption, style});
-        return IDOK;
-      }};
   Interposer<decltype(::Sleep)> sleep_{"Sleep", [this](DWORD milliseconds) {
                                          sleeps_.push_back(milliseconds);
                                          if (during_sleep_) {
@@ -44,5 +33,10 @@ class QuietDesktop {
                                          }
                                        }};
 };
+
+// The box that tells of the file or folder at which a copy failed.
+[[nodiscard]] inline ShownBox CopyErrorBox(const std::wstring& path) {
+  return {L"KEY_FAIL_COMMON_ERROR\n" + path, L"KEY_UPDATE_TITLE", 0x40010, true};
+}
 
 }  // namespace nhupdate_test

@@ -129,45 +129,6 @@ TEST_F(RegisterProductTest, WritesTheSameAgainAndDeletesNothing) {
             Text(kUninstallKey, L"Comments", L"of somebody else"));
 }
 
-TEST_F(RegisterProductTest, SaysNothingWhenNoKeyCanBeOpened) {
-  Interposer<decltype(::RegCreateKeyExW)> create(
-      "RegCreateKeyExW",
-      [](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM, SECURITY_ATTRIBUTES*, HKEY*,
-         DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; });
-
-  EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
-
-  EXPECT_EQ(create.Calls(), 12);
-  EXPECT_EQ(product_.Transcript().size(), 2u);
-}
-
-TEST_F(RegisterProductTest, WritesTheRestWhenOneValueCannotBeWritten) {
-  for (int failing = 1; failing <= 12; ++failing) {
-    RegistryRecorder recorder;
-    recorder.FailAtValue(failing);
-
-    EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
-
-    std::vector<WrittenValue> expected = ExpectedRows();
-    expected.erase(expected.begin() + failing - 1);
-    EXPECT_EQ(recorder.Written(), expected) << failing;
-    EXPECT_EQ(recorder.OpenKeys(), 0) << failing;
-  }
-}
-
-TEST_F(RegisterProductTest, WritesAnUnknownLogFolderAsNoBytes) {
-  InstalledProduct without_data({.has_program_data = false});
-  without_data.Start();
-  without_data.ForgetRecords();
-  const RegistryRecorder recorder;
-
-  EXPECT_EQ(without_data.Manager().RegisterProduct(), 1);
-
-  EXPECT_EQ(recorder.Written()[3], Text(kDumpKey, L"DumpFolder", L""));
-  EXPECT_EQ(recorder.Written()[3].bytes.size(), 0u);
-  EXPECT_EQ(without_data.Transcript()[1], L"2|NHUpdateManager crash dump folder set to : ");
-}
-
 // The collect-log tool lies with the running program, the others with the installed product.
 TEST_F(RegisterProductTest, TellsTheRunningProgramsFolderFromTheInstalledOne) {
   InstalledProduct elsewhere({.module = L"\\Other"});

@@ -1,0 +1,200 @@
+#include "tests/unit/faults/fault_rules.h"
+
+namespace nhupdate_test {
+
+namespace {
+
+constexpr std::nullopt_t kSame = std::nullopt;
+constexpr int kAll = 0;
+
+// Reasons why a failure leaves no record.
+constexpr char kConsole[] = "there is no log: the console is told";
+constexpr char kNoArguments[] = "arguments that can't be told ask for nothing";
+constexpr char kCom[] = "only some shell calls profit from COM";
+constexpr char kNoData[] = "the empty log folder shows in the records of the grant and the dumps";
+constexpr char kThere[] = "the folder is usually there; when it isn't, what needs it fails";
+constexpr char kMissing[] = "a folder that isn't there has nothing in it";
+constexpr char kCopiedOver[] = "what isn't deleted or copied alone is copied with its folder";
+constexpr char kScan[] = "a folder that can't be listed counts as empty, one seen in part does not";
+constexpr char kRemoval[] = "what can't be deleted is copied over, or does no harm";
+constexpr char kRegistration[] = "single values are no reason to call an installation failed";
+constexpr char kWait[] = "the exit code, or the check afterwards, tells whether it has ended";
+constexpr char kExitCode[] = "a child that can't be asked is judged without a record";
+constexpr char kInvisible[] = "a process that can't be read is invisible";
+constexpr char kInforms[] = "the box only informs";
+
+constexpr wchar_t kStillFound[] = L"4|Process NHUpdateManager.exe(4242) still found.";
+constexpr wchar_t kCopyFailed[] = L"4|Fail to copy file = {error}";
+constexpr wchar_t kCopyRetried[] = L"3|Copy fail, sleep 3 seconds and retry.";
+constexpr wchar_t kConfigNotOpened[] = L"4|Updater config file delete fail ({error}) : ";
+constexpr wchar_t kConfigElsewhere[] = L"4|Updater config file delete fail (1920) : ";
+constexpr wchar_t kNimbaCastManagerMissing[] = L"4|CSUpdateManager.exe not found : ";
+constexpr wchar_t kNimbaCastNotCopied[] = L"4|Failed to copy NCS updater folder.";
+
+// The first that fits counts.
+const FaultRule kRules[] = {
+    // The start of the program.
+    {"", "GetModuleHandleW", L"", kAll, 1, nullptr, kConsole},
+    {"", "SetDefaultDllDirectories", L"", kAll, 1, nullptr, kConsole},
+    {"", "CommandLineToArgvW", L"", kAll, 0, nullptr, kNoArguments},
+    {"", "CoInitialize", L"", kAll, kSame, nullptr, kCom},
+    {"", "SHGetKnownFolderPath", L"", kAll, kSame, nullptr, kNoData},
+    {"", "LoadLibraryW", L"", kAll, kSame, nullptr, kConsole},
+    {"", "GetProcAddress", L"", kAll, kSame, nullptr, kConsole},
+    {"Download NoUpdate", "OpenProcessToken", L"", kAll, kSame, L"2|Process NOT elevated.",
+     nullptr},
+    {"", "OpenProcessToken", L"", kAll, 10, L"2|Process NOT elevated.", nullptr},
+    {"Download NoUpdate", "GetTokenInformation", L"", kAll, kSame, L"2|Process NOT elevated.",
+     nullptr},
+    {"", "GetTokenInformation", L"", kAll, 10, L"2|Process NOT elevated.", nullptr},
+
+    // Language and texts.
+    {"NoUpdate", "RegOpenKeyExW", L"", kAll, kSame, nullptr, "there is no Steam here anyway"},
+    {"", "RegOpenKeyExW", L"", kAll, kSame, L"2|Steam language setting not found.", nullptr},
+    {"", "RegQueryValueExW", L"", kAll, kSame, L"2|Steam language setting not found.", nullptr},
+    {"", "GetPrivateProfileStringW", L"*\\SteamLanguageMapping.ini", kAll, kSame,
+     L"2|Steam language mapping fail.", nullptr},
+    {"", "GetUserPreferredUILanguages", L"", kAll, kSame, L"2|Use default language.", nullptr},
+    {"", "CreateFileW", L"*.json", kAll, kSame, L"4|Fail to open string file : ", nullptr},
+    {"", "GetFileSizeEx", L"*.json", kAll, kSame, L"2|Total 0 strings loaded.", nullptr},
+    {"", "ReadFile", L"*.json", kAll, kSame, L"2|Total 0 strings loaded.", nullptr},
+    {"", "MultiByteToWideChar", L"", kAll, kSame, L"2|Total 0 strings loaded.", nullptr},
+
+    // Check and download.
+    {"Download", "GetPrivateProfileStringW", L"*{root}\\Nimba Hub\\Version.txt", kAll, kSame,
+     L"2|Version mismatch between installed () and app folder (2.0.0).", nullptr},
+    {"Download", "GetPrivateProfileStringW", L"*\\App\\Version.txt", kAll, kSame,
+     L"2|Version mismatch between installed (1.0.0) and app folder ().", nullptr},
+    {"NoUpdate", "GetPrivateProfileStringW", L"*{root}\\Nimba Hub\\Version.txt", kAll, 12,
+     L"2|Version mismatch between installed () and app folder (1.0.0).", nullptr},
+    {"NoUpdate", "GetPrivateProfileStringW", L"*\\App\\Version.txt", kAll, 12,
+     L"2|Version mismatch between installed (1.0.0) and app folder ().", nullptr},
+    {"NoUpdate", "ShellExecuteExW", L"-CheckTask NIMBAHUB", kAll, 13,
+     L"4|Fail to launch updater for download : {error}", nullptr},
+    {"NoUpdate", "GetExitCodeProcess", L"-CheckTask NIMBAHUB", kAll, 13, nullptr, kExitCode},
+
+    // Launches.
+    {"", "ShellExecuteExW", L"-CheckTask NIMBAHUB", kAll, kSame,
+     L"4|Fail to launch updater for download : {error}", nullptr},
+    {"", "ShellExecuteExW", L"-DownloadOnly", kAll, kSame,
+     L"4|Fail to launch updater for download : {error}", nullptr},
+    {"", "ShellExecuteExW", L"-CheckTask NIMBA_SOFTWARE", kAll, kSame,
+     L"4|Fail to launch updater for check : {error}", nullptr},
+    {"", "ShellExecuteExW", L"| NIMBA_SOFTWARE", kAll, kSame,
+     L"4|Fail to launch updater for update : {error}", nullptr},
+    {"", "ShellExecuteExW", L"| NIMBAHUB", kAll, 14,
+     L"4|Fail to launch updater for update : {error}", nullptr},
+    {"", "ShellExecuteExW", L"*-self_update", kAll, 16,
+     L"4|Fail to launch NHUpdateManager for self update : {error}", nullptr},
+    {"", "ShellExecuteExW", L"*-final_update", kAll, 16,
+     L"4|Fail to launch NHUpdateManager for final update : {error}", nullptr},
+    {"", "ShellExecuteExW", L"-NoUI NIMBACS", kAll, kSame,
+     L"4|Fail to launch updater for download : {error}", nullptr},
+    {"", "ShellExecuteExW", L"*-Install", kAll, kSame,
+     L"4|Fail to launch CSUpdateManager for install : {error}", nullptr},
+    {"", "WaitForSingleObject", L"", kAll, kSame, nullptr, kWait},
+    {"FailedUpdate", "GetExitCodeProcess", L"| NIMBAHUB", kAll, 0, nullptr, kExitCode},
+    {"", "GetExitCodeProcess", L"", kAll, kSame, nullptr, kExitCode},
+    {"", "MessageBoxW", L"", kAll, kSame, nullptr, kInforms},
+
+    // Stopping the other copy. One that is overlooked at first is found by the check afterwards.
+    {"Install FinalUpdate", "K32EnumProcesses", L"", 1, 1, kStillFound, nullptr},
+    {"SelfUpdate", "K32EnumProcesses", L"", 1, 16, kStillFound, nullptr},
+    {"", "K32EnumProcesses", L"", kAll, kSame, nullptr, kInvisible},
+    {"", "OpenProcess", L"{pid}", kAll, kSame, nullptr, kInvisible},
+    {"Install FinalUpdate", "OpenProcess", L"4242", kAll, 1, kStillFound, nullptr},
+    {"SelfUpdate", "OpenProcess", L"4242", kAll, 16, kStillFound, nullptr},
+    {"", "QueryFullProcessImageNameW", L"{pid}", kAll, kSame, nullptr, kInvisible},
+    {"Install FinalUpdate", "QueryFullProcessImageNameW", L"4242", kAll, 1, kStillFound, nullptr},
+    {"SelfUpdate", "QueryFullProcessImageNameW", L"4242", kAll, 16, kStillFound, nullptr},
+    {"Install FinalUpdate", "TerminateProcess", L"4242", kAll, 1, kStillFound, nullptr},
+    {"SelfUpdate", "TerminateProcess", L"4242", kAll, 16, kStillFound, nullptr},
+
+    // Folders. A folder that isn't there shows when its first file is copied.
+    {"", "CreateDirectoryW", L"*{root}\\Nimba Hub\\CSUpdateManager", kAll, kSame, kCopyRetried,
+     nullptr},
+    {"", "CreateDirectoryW", L"*{root}\\Nimba Hub\\Data", kAll, kSame, kCopyRetried, nullptr},
+    {"SelfUpdate", "CreateDirectoryW", L"*{root}\\Nimba Hub\\NHUpdateManager\\Config", kAll, kSame,
+     L"3|Fail to copy NHUpdateManager, sleep and try again.", nullptr},
+    {"", "CreateDirectoryW", L"*{root}\\NimbaCast", kAll, kSame, kNimbaCastNotCopied, nullptr},
+    {"", "CreateDirectoryW", L"{root}\\NimbaCast\\Updater\\App", kAll, kSame, kNimbaCastNotCopied,
+     nullptr},
+    {"", "CreateDirectoryW", L"*{root}\\NimbaCast\\Updater\\Config", kAll, kSame,
+     kNimbaCastNotCopied, nullptr},
+    {"", "CreateDirectoryW", L"*{root}\\NimbaCast\\Updater\\NewUpdater", kAll, kSame,
+     kNimbaCastNotCopied, nullptr},
+    {"", "CreateDirectoryW", L"*{root}\\NimbaCast\\CSUpdateManager", kAll, kSame,
+     kNimbaCastManagerMissing, nullptr},
+    {"", "CreateDirectoryW", L"", kAll, kSame, nullptr, kThere},
+    {"", "RemoveDirectoryW", L"", kAll, kSame, nullptr, kRemoval},
+
+    // Listings of what is to be deleted, and of the files of the top level, which are copied alone
+    // and then with their folder.
+    {"", "FindFirstFileW", L"*/*.*", kAll, kSame, nullptr, kRemoval},
+    {"", "FindNextFileW", L"*/*.*", kAll, kSame, nullptr, kRemoval},
+    {"", "FindFirstFileW", L"*\\Nimba Hub\\*.*", 1, kSame, nullptr, kCopiedOver},
+    {"Install", "FindNextFileW", L"*\\Nimba Hub\\*.*", kAll, kSame, nullptr, kCopiedOver},
+    {"", "FindFirstFileW", L"*\\Nimba Hub\\Updater\\App\\*.*", 1, kSame, nullptr, kCopiedOver},
+    {"", "FindNextFileW", L"*\\Nimba Hub\\Updater\\App\\*.*", 6, kSame, nullptr, kCopiedOver},
+
+    // Listings of what is to be copied: for the product, for its sibling, and by the other modes;
+    // after the product's the last stage of an update scans for empty folders.
+    {"Install", "FindFirstFileW", L"*\\Nimba Hub\\Updater\\App\\*.*", 2, kSame, nullptr, kMissing,
+     ERROR_FILE_NOT_FOUND},
+    {"Install", "FindFirstFileW", L"*\\Nimba Hub\\Updater\\App\\CSUpdateManager\\*.*", 1, kSame,
+     nullptr, kMissing, ERROR_FILE_NOT_FOUND},
+    {"Install", "FindFirstFileW", L"*\\Nimba Hub\\Updater\\*.*", kAll, kSame,
+     L"4|Update.exe not found : ", nullptr, ERROR_FILE_NOT_FOUND},
+    {"Install", "FindFirstFileW", L"*\\App\\*.*", kAll, kSame, kNimbaCastManagerMissing, nullptr,
+     ERROR_FILE_NOT_FOUND},
+    {"Install", "FindFirstFileW", L"*\\App\\CSUpdateManager\\*.*", kAll, kSame,
+     kNimbaCastManagerMissing, nullptr, ERROR_FILE_NOT_FOUND},
+    {"", "FindFirstFileW", L"", kAll, kSame, nullptr, kMissing, ERROR_FILE_NOT_FOUND},
+    {"FinalUpdate", "FindFirstFileW", L"*\\Updater\\App\\*.*", 2, kSame, kCopyFailed, nullptr},
+    {"FinalUpdate", "FindNextFileW", L"*\\Updater\\App\\*.*", 12, kSame, kCopyFailed, nullptr},
+    {"FinalUpdate", "FindFirstFileW", L"*\\App\\CSUpdateManager\\*.*", 1, kSame, kCopyFailed,
+     nullptr},
+    {"FinalUpdate", "FindNextFileW", L"*\\App\\CSUpdateManager\\*.*", 3, kSame, kCopyFailed,
+     nullptr},
+    {"FinalUpdate", "FindFirstFileW", L"*\\App\\Data\\*.*", 1, kSame, kCopyFailed, nullptr},
+    {"FinalUpdate", "FindNextFileW", L"*\\App\\Data\\*.*", 3, kSame, kCopyFailed, nullptr},
+    {"FinalUpdate", "FindFirstFileW", L"", kAll, kSame, nullptr, kScan},
+    {"FinalUpdate", "FindNextFileW", L"", kAll, kSame, nullptr, kScan},
+    {"", "FindFirstFileW", L"", kAll, kSame, kCopyFailed, nullptr},
+    {"", "FindNextFileW", L"", kAll, kSame, kCopyFailed, nullptr},
+
+    // Making sure that what is to be deleted lies where it seems to.
+    {"FailedUpdate", "CreateFileW", L"*\\Config", kAll, kSame, kConfigNotOpened, nullptr},
+    {"FailedUpdate", "CreateFileW", L"", kAll, kSame, kConfigElsewhere, nullptr},
+    {"FailedUpdate", "GetFileInformationByHandleEx", L"", kAll, kSame, kConfigElsewhere, nullptr},
+    {"FailedUpdate", "GetFinalPathNameByHandleW", L"", kAll, kSame, kConfigElsewhere, nullptr},
+    {"", "CreateFileW", L"", kAll, kSame, nullptr, kRemoval},
+    {"", "GetFileInformationByHandleEx", L"", kAll, kSame, nullptr, kRemoval},
+    {"", "GetFinalPathNameByHandleW", L"", kAll, kSame, nullptr, kRemoval},
+
+    // Files. The staged files of the top level are copied alone and then with their folder.
+    {"", "GetFileAttributesW", L"", kAll, kSame, nullptr, kRemoval},
+    {"", "SetFileAttributesW", L"", kAll, kSame, nullptr, kRemoval},
+    {"", "DeleteFileW", L"*\\ut.ini", kAll, kSame,
+     L"4|Updater config file delete fail ({error}) : ", nullptr},
+    {"", "DeleteFileW", L"*{root}\\Nimba Hub\\Version.txt", kAll, 2,
+     L"4|Fail to delete ({error}) : {root}\\Nimba Hub\\Version.txt", nullptr},
+    {"", "DeleteFileW", L"*\\Data\\old.txt", kAll, kSame, nullptr, kRemoval},
+    {"", "CopyFileW", L"*| {root}\\Nimba Hub\\Version.txt", 1, 2, L"4|Fail to copy ({error}) : ",
+     nullptr},
+    {"", "CopyFileW", L"", kAll, kSame, kCopyFailed, nullptr},
+
+    // Registration and folder access.
+    {"", "RegCreateKeyExW", L"", kAll, kSame, nullptr, kRegistration},
+    {"", "RegSetValueExW", L"", kAll, kSame, nullptr, kRegistration},
+    {"", "ShellExecuteW", L"ICACLS.exe", kAll, kSame, L"4|ShellExecute ICACLS fail on ICACLS.exe",
+     nullptr},
+};
+
+}  // namespace
+
+std::span<const FaultRule> AllRules() {
+  return kRules;
+}
+
+}  // namespace nhupdate_test
