@@ -10,6 +10,15 @@
 
 namespace nhupdate_test {
 
+namespace {
+
+bool IsAmong(const std::vector<ChildStart>& starts, DWORD process_id) {
+  return std::any_of(starts.begin(), starts.end(),
+                     [&](const ChildStart& start) { return start.process_id == process_id; });
+}
+
+}  // namespace
+
 CProcessJob::CProcessJob()
     : job_(::CreateJobObjectW(nullptr, nullptr)),
       port_(::CreateIoCompletionPort(INVALID_HANDLE_VALUE, nullptr, 0, 1)) {
@@ -47,23 +56,15 @@ bool CProcessJob::WaitForAll(DWORD time_limit_ms, const std::function<void()>& m
   return false;
 }
 
-void CProcessJob::ExpectToKnowAll(const std::vector<ChildStart>& stand_ins) const {
-  for (const auto& [manager, process] : processes_) {
-    const DWORD id = manager.id;
-    const bool is_stand_in =
-        std::any_of(stand_ins.begin(), stand_ins.end(),
-                    [&](const ChildStart& start) { return start.process_id == id; });
-    EXPECT_TRUE(is_stand_in || !manager.path.empty())
-        << "Process " << id << " had ended before it was seen what it is.";
-  }
-}
-
-std::vector<ManagerProcess> CProcessJob::Managers() const {
+std::vector<ManagerProcess> CProcessJob::Managers(const std::vector<ChildStart>& stand_ins) const {
   std::vector<ManagerProcess> managers;
   for (const auto& [manager, process] : processes_) {
-    if (nhupdate::EqualsIgnoringCase(nhupdate::FileName(manager.path), L"NHUpdateManager.exe")) {
+    if (manager.path.empty() ? !IsAmong(stand_ins, manager.id)
+                             : nhupdate::EqualsIgnoringCase(nhupdate::FileName(manager.path),
+                                                            L"NHUpdateManager.exe")) {
       managers.push_back(manager);
-      EXPECT_TRUE(::GetExitCodeProcess(process.Get(), &managers.back().exit_code));
+      EXPECT_TRUE(!process.IsValid() ||
+                  ::GetExitCodeProcess(process.Get(), &managers.back().exit_code));
     }
   }
   return managers;

@@ -33,12 +33,11 @@ class CProcessJob {
   // false, and ends what is left, when the time is over first.
   [[nodiscard]] bool WaitForAll(DWORD time_limit_ms, const std::function<void()>& meanwhile);
 
-  // A process that was gone before anybody could look at it, and that is not among the given
-  // stand-ins either, is a test failure.
-  void ExpectToKnowAll(const std::vector<ChildStart>& stand_ins) const;
-
-  // The program's own processes, in the order in which they began.
-  [[nodiscard]] std::vector<ManagerProcess> Managers() const;
+  // The program's own processes, in the order in which they began. Among them is, with no path,
+  // each that was gone before anybody could look at it and that is not one of the given stand-ins:
+  // it might have been one of the program's.
+  [[nodiscard]] std::vector<ManagerProcess> Managers(
+      const std::vector<ChildStart>& stand_ins) const;
 
   // The ids of all processes, in the order in which they ended.
   [[nodiscard]] const std::vector<DWORD>& Ends() const { return ends_; }

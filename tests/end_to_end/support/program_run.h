@@ -37,7 +37,7 @@ struct ProgramRun {
   DWORD process_id = 0;
   std::string output;
   std::vector<WatchedBox> boxes;
-  // The program's own processes, in the order in which they began.
+  // The program's own processes, in the order in which they began; see process_job.h.
   std::vector<ManagerProcess> managers;
   // The ids of all processes, in the order in which they ended.
   std::vector<DWORD> ends;
