@@ -5,23 +5,7 @@
 namespace nhupdate_test {
 namespace {
 
-class DownloadEndToEndTest : public EndToEndTest {
- protected:
-  static std::string Check() {
-    return "2|Function : Check and background download\n" +
-           Launch("{base}\\Updater", "Updater.exe",
-                  "-NoUI -CheckTask NIMBAHUB -SkipAdditionTasks -ExitWhenParentDie:{pid}");
-  }
-
-  static std::string Download() {
-    return "2|Begin background download.\n" +
-           Launch("{base}\\Updater", "Updater.exe",
-                  "-NoUI NIMBAHUB \"-AdditionTask:NIMBA_SOFTWARE "
-                  "com.corvane.windows.nimba_internal.new_updater\" -SkipAdditionTasks "
-                  "-DownloadOnly -KillBrothers") +
-           "2|Launch updater success for baclground download.\n";
-  }
-};
+class DownloadEndToEndTest : public EndToEndTest {};
 
 TEST_F(DownloadEndToEndTest, StartsTheDownloadWhenThereIsAnUpdate) {
   hub_.Script(L"check NIMBAHUB", {.exit_code = 0});
@@ -30,17 +14,29 @@ TEST_F(DownloadEndToEndTest, StartsTheDownloadWhenThereIsAnUpdate) {
   const ProgramRun run = Run(L"-download");
 
   EXPECT_EQ(run.exit_code, 12U);
-  EXPECT_EQ(Transcript(), StartUp() + Check() + R"(2|Launch updater success for check.
+  EXPECT_EQ(Transcript(), StartUp() + HubCheck() + R"(2|Launch updater success for check.
 2|Updater exit = 0
 2|New update available.
-)" + Download() + "2|Return 12\n");
+)" + HubDownload() + "2|Return 12\n");
   EXPECT_EQ(
       Children(run),
       R"({base}\Updater\Updater.exe in {base}\Updater show 0 by {pid}: "{base}\Updater\Updater.exe" -NoUI -CheckTask NIMBAHUB -SkipAdditionTasks -ExitWhenParentDie:{pid}
 {base}\Updater\Updater.exe in {base}\Updater show 0 by {pid}: "{base}\Updater\Updater.exe" -NoUI NIMBAHUB "-AdditionTask:NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater" -SkipAdditionTasks -DownloadOnly -KillBrothers
 )");
-  EXPECT_EQ(hub_.DescribeTree(hub_.App()), hub_.DescribeTree(hub_.Release()));
+  EXPECT_EQ(DescribeTree(hub_.App()), DescribeTree(hub_.Release()));
   EXPECT_TRUE(run.boxes.empty());
+}
+
+TEST_F(DownloadEndToEndTest, DoesNotWaitForTheDownload) {
+  hub_.Script(L"check NIMBAHUB", {.exit_code = 0});
+  hub_.Script(L"download NIMBAHUB", {.exit_code = 0, .delay_ms = 1500});
+
+  const ProgramRun run = Run(L"-download");
+
+  const std::vector<ChildStart> children = ReadChildJournal(hub_.ChildJournal());
+  ASSERT_EQ(children.size(), 2U);
+  EXPECT_THAT(run.ends,
+              testing::ElementsAre(children[0].process_id, run.process_id, children[1].process_id));
 }
 
 TEST_F(DownloadEndToEndTest, EndsWith11WhenThereIsNothingNew) {
@@ -50,7 +46,7 @@ TEST_F(DownloadEndToEndTest, EndsWith11WhenThereIsNothingNew) {
   const ProgramRun run = Run(L"-download");
 
   EXPECT_EQ(run.exit_code, 11U);
-  EXPECT_EQ(Transcript(), StartUp() + Check() + R"(2|Launch updater success for check.
+  EXPECT_EQ(Transcript(), StartUp() + HubCheck() + R"(2|Launch updater success for check.
 2|Updater exit = 1
 2|No update available.
 2|Version match between installed and app folder : 1.0.0
@@ -68,11 +64,11 @@ TEST_F(DownloadEndToEndTest, DownloadsWhenTheStagedVersionDiffersAfterAnUpdaterE
   const ProgramRun run = Run(L"-download");
 
   EXPECT_EQ(run.exit_code, 12U);
-  EXPECT_EQ(Transcript(), StartUp() + Check() + R"(2|Launch updater success for check.
+  EXPECT_EQ(Transcript(), StartUp() + HubCheck() + R"(2|Launch updater success for check.
 2|Updater exit = -1
 4|Updater error.
 2|Version mismatch between installed (1.0.0) and app folder (1.0).
-)" + Download() + "2|Return 12\n");
+)" + HubDownload() + "2|Return 12\n");
 }
 
 TEST_F(DownloadEndToEndTest, EndsWith13WhenTheCheckFails) {
@@ -82,7 +78,7 @@ TEST_F(DownloadEndToEndTest, EndsWith13WhenTheCheckFails) {
   const ProgramRun run = Run(L"-download");
 
   EXPECT_EQ(run.exit_code, 13U);
-  EXPECT_EQ(Transcript(), StartUp() + Check() + R"(2|Launch updater success for check.
+  EXPECT_EQ(Transcript(), StartUp() + HubCheck() + R"(2|Launch updater success for check.
 2|Updater exit = 2
 4|Updater error.
 2|Version match between installed and app folder : 
@@ -100,7 +96,7 @@ TEST_F(DownloadEndToEndTest, EndsWith14WithoutAnUpdater) {
 
   EXPECT_EQ(run.exit_code, 14U);
   EXPECT_EQ(Transcript(),
-            StartUp() + Check() + R"(4|Update.exe not found : {base}\Updater\Updater.exe
+            StartUp() + HubCheck() + R"(4|Update.exe not found : {base}\Updater\Updater.exe
 2|Return 14
 )");
   EXPECT_TRUE(run.boxes.empty());
@@ -114,11 +110,7 @@ TEST_F(DownloadEndToEndTest, NeedsNoElevation) {
   const ProgramRun run = RunUnelevated(L"-download");
 
   EXPECT_EQ(run.exit_code, 12U);
-  EXPECT_EQ(Transcript(), UnelevatedStartUp() + Check() + R"(2|Launch updater success for check.
-2|Updater exit = 1
-2|No update available.
-2|Version mismatch between installed (1.0.0) and app folder (2.0.0).
-)" + Download() + "2|Return 12\n");
+  EXPECT_EQ(Transcript(), UnelevatedStartUp() + AnotherVersionDownloaded("2.0.0"));
 }
 
 }  // namespace

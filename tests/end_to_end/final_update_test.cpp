@@ -1,13 +1,11 @@
+#include "base/existence.h"
 #include "tests/end_to_end/support/end_to_end_test.h"
+#include "tests/end_to_end/support/log_source.h"
 #include "tests/end_to_end/support/stand_in_process.h"
-#include "tests/end_to_end/support/utf8_text.h"
 #include "tests/support/files.h"
 
 namespace nhupdate_test {
 namespace {
-
-constexpr char kConfigDeleted[] =
-    "2|Updater config file delete ok : {base}\\Updater\\Config\\ut.ini\n";
 
 class FinalUpdateEndToEndTest : public EndToEndTest {
  protected:
@@ -38,9 +36,8 @@ TEST_F(FinalUpdateEndToEndTest, EndsWith1AndABoxWhenAnotherCopyCannotBeStopped) 
 4|Process NHUpdateManager.exe({stubborn}) still found.
 4|Fail to terminate NHUpdateManager.
 4|Fail to stop associates.
-)" + Grants() + R"(2|Remove empty folder in path : {base}
-2|Remove empty folder : {base}\Updater\Temp
-)" + kConfigDeleted + "2|Return 1\n");
+)" + Grants() + TemporaryFolderRemoved() +
+                              kConfigDeleted + "2|Return 1\n");
   ExpectErrorBox(run, kCloseManager);
   EXPECT_EQ(DescribeProductKeys(), "");
   EXPECT_THAT(GrantParameters(), testing::UnorderedElementsAreArray(ExpectedGrantParameters()));
@@ -67,13 +64,8 @@ TEST_F(FinalUpdateEndToEndTest, EndsAnotherCopyThatCanBeStopped) {
 2|Copy folder from {base}\Updater\App to {base}
 2|Copy complete.
 2|Copy files OK.
-2|Nimba Hub registry set.
-2|NHUpdateManager crash dump folder set to : {data}\Corvane\NimbaSoftware\NimbaHub\Log
-2|Update registry OK.
-2|Remove empty folder in path : {base}
-2|Remove empty folder : {base}\Updater\Temp
-2|Return 0
-)");
+)" + Registered() + TemporaryFolderRemoved() +
+                              "2|Return 0\n");
 }
 
 TEST_F(FinalUpdateEndToEndTest, EndsWith2AndABoxWhenAnInstalledFileIsHeld) {
@@ -87,12 +79,10 @@ TEST_F(FinalUpdateEndToEndTest, EndsWith2AndABoxWhenAnInstalledFileIsHeld) {
                               R"(2|Delete OK : {base}\NHHub.exe
 4|Fail to delete (32) : {base}\Version.txt
 4|Fail to copy files.
-2|Remove empty folder in path : {base}
-2|Remove empty folder : {base}\Updater\Temp
-)" + kConfigDeleted + "2|Return 2\n");
-  ASSERT_EQ(run.boxes.size(), 1U);
-  EXPECT_EQ(hub_.WithPlaceholders(ToWide(run.boxes[0].text)),
-            std::string(kCommonError) + "\n{base}\\Version.txt");
+)" + TemporaryFolderRemoved() +
+                              kConfigDeleted + "2|Return 2\n");
+  ExpectErrorBox(run, std::string(kCommonError) + "\n{base}\\Version.txt");
+  EXPECT_FALSE(nhupdate::Exists(hub_.Updater() + L"\\Temp"));
   EXPECT_EQ(DescribeProductKeys(), "");
 }
 
@@ -109,52 +99,28 @@ TEST_F(FinalUpdateEndToEndTest, EndsWith2AndABoxWhenAStagedFileIsHeld) {
 2|Copy OK : {base}\Updater\App\NHHub.exe => {base}\NHHub.exe
 4|Fail to copy (32) : {base}\Updater\App\Version.txt => {base}\Version.txt
 4|Fail to copy files.
-2|Remove empty folder in path : {base}
-2|Remove empty folder : {base}\Updater\Temp
-)" + kConfigDeleted + "2|Return 2\n");
-  ASSERT_EQ(run.boxes.size(), 1U);
-  EXPECT_EQ(hub_.WithPlaceholders(ToWide(run.boxes[0].text)),
-            std::string(kCommonError) + "\n{base}\\Version.txt");
+)" + TemporaryFolderRemoved() +
+                              kConfigDeleted + "2|Return 2\n");
+  ExpectErrorBox(run, std::string(kCommonError) + "\n{base}\\Version.txt");
+  EXPECT_FALSE(nhupdate::Exists(hub_.Updater() + L"\\Temp"));
 }
 
-// The one run with a real retry: the file is free again before the second attempt, 3 s later.
+// The one run with a real retry: the file is free again while the program waits for 3 s.
 TEST_F(FinalUpdateEndToEndTest, TriesAgainWhileAFileIsHeld) {
-  const CHeldFile held(hub_.Base() + L"\\Plugins\\Cameras\\cam.dll", FILE_SHARE_READ, 2500);
+  CHeldFile held(hub_.Base() + L"\\Plugins\\Cameras\\cam.dll");
 
-  const ProgramRun run = Run(L"-final_update");
+  const ProgramRun run = RunToTheEnd(
+      {.executable = hub_.Manager(), .arguments = L"-final_update", .while_running = [&] {
+         if (held.IsRunning() && LogHolds(hub_, "Copy fail, sleep 3 seconds")) {
+           held.End();
+         }
+       }});
 
   EXPECT_EQ(run.exit_code, 0U);
   EXPECT_EQ(Transcript(), StartUp() + "2|Function : Final Update\n" + NoOtherManager() +
-                              "2|Stop associates OK.\n" + Grants() +
-                              R"(2|Delete OK : {base}\NHHub.exe
-2|Delete OK : {base}\Version.txt
-2|Copy OK : {base}\Updater\App\NHHub.exe => {base}\NHHub.exe
-2|Copy OK : {base}\Updater\App\Version.txt => {base}\Version.txt
-2|Copy folder from {base}\Updater\App to {base}
-2|Copy file from {base}\Updater\App\NHHub.exe to {base}\NHHub.exe
-2|Delete Dir : {base}\Plugins
-2|Copy folder from {base}\Updater\App\Plugins to {base}\Plugins
-2|Copy folder from {base}\Updater\App\Plugins\Cameras to {base}\Plugins\Cameras
-2|Copy file from {base}\Updater\App\Plugins\Cameras\cam.dll to {base}\Plugins\Cameras\cam.dll
-4|Fail to copy file = 32
-3|Copy fail, sleep 3 seconds and retry.
-2|Copy folder from {base}\Updater\App to {base}
-2|Copy file from {base}\Updater\App\NHHub.exe to {base}\NHHub.exe
-2|Delete Dir : {base}\Plugins
-2|Copy folder from {base}\Updater\App\Plugins to {base}\Plugins
-2|Copy folder from {base}\Updater\App\Plugins\Cameras to {base}\Plugins\Cameras
-2|Copy file from {base}\Updater\App\Plugins\Cameras\cam.dll to {base}\Plugins\Cameras\cam.dll
-2|Copy file from {base}\Updater\App\Plugins\sound.dll to {base}\Plugins\sound.dll
-2|Copy file from {base}\Updater\App\Version.txt to {base}\Version.txt
-2|Copy complete.
-2|Copy files OK.
-2|Nimba Hub registry set.
-2|NHUpdateManager crash dump folder set to : {data}\Corvane\NimbaSoftware\NimbaHub\Log
-2|Update registry OK.
-2|Remove empty folder in path : {base}
-2|Remove empty folder : {base}\Updater\Temp
-2|Return 0
-)");
+                              "2|Stop associates OK.\n" + Grants() + TopLevelFilesReplaced() +
+                              CopyFailedAtTheCameras() + ReleaseCopied() + Registered() +
+                              TemporaryFolderRemoved() + "2|Return 0\n");
   EXPECT_TRUE(run.boxes.empty());
 }
 
@@ -164,13 +130,8 @@ TEST_F(FinalUpdateEndToEndTest, PassesTheRunningProgramsOwnFolderOver) {
   const ProgramRun run = Run(L"-final_update");
 
   EXPECT_EQ(run.exit_code, 0U);
-  EXPECT_EQ(hub_.DescribeTree(hub_.Module()), R"(Config\
-Config\NHUpdateManager.Default.json
-LogConfig.ini
-NHUpdateManager.exe = program 1.0.0
-NSWLogDynamic64U.dll
-own.txt
-)");
+  EXPECT_EQ(Transcript(), FinalUpdateRecords());
+  EXPECT_EQ(DescribeTree(hub_.Module()), DescribeManager("", "1.0.0") + "own.txt = stays\n");
 }
 
 }  // namespace

@@ -5,30 +5,9 @@
 namespace nhupdate_test {
 namespace {
 
-constexpr char kStagedModule[] = "{base}\\Updater\\App\\NHUpdateManager";
-constexpr char kConfigDeleted[] =
-    "2|Updater config file delete ok : {base}\\Updater\\Config\\ut.ini\n";
-
 class SelfUpdateEndToEndTest : public EndToEndTest {
  protected:
   SelfUpdateEndToEndTest() { hub_.StageRelease(); }
-
-  static std::string LaunchNextStage() {
-    return Launch("{base}\\NHUpdateManager", "NHUpdateManager.exe", "-final_update");
-  }
-
-  static std::string Copied(const std::string& program) {
-    return R"(2|Copy folder from {base}\Updater\App\NHUpdateManager to {base}\NHUpdateManager
-2|Delete Dir : {base}\NHUpdateManager\Config
-2|Copy folder from {base}\Updater\App\NHUpdateManager\Config to {base}\NHUpdateManager\Config
-2|Copy file from {base}\Updater\App\NHUpdateManager\Config\NHUpdateManager.Default.json to {base}\NHUpdateManager\Config\NHUpdateManager.Default.json
-2|Copy file from {base}\Updater\App\NHUpdateManager\LogConfig.ini to {base}\NHUpdateManager\LogConfig.ini
-2|Copy file from {base}\Updater\App\NHUpdateManager\)" +
-           program + R"( to {base}\NHUpdateManager\)" + program + R"(
-2|Copy file from {base}\Updater\App\NHUpdateManager\NSWLogDynamic64U.dll to {base}\NHUpdateManager\NSWLogDynamic64U.dll
-2|Copy NHUpdateManager success.
-)";
-  }
 };
 
 TEST_F(SelfUpdateEndToEndTest, EndsWith10WhenNotElevated) {
@@ -54,8 +33,8 @@ TEST_F(SelfUpdateEndToEndTest, EndsWith15AndABoxWhenTheInstalledProgramIsMissing
   EXPECT_EQ(
       Transcript(),
       StartUp(kStagedModule) + "2|Function : Self Update\n" +
-          "2|Target process NHUpdateManager.exe not found.\n" + Copied("Manager.exe") +
-          LaunchNextStage() +
+          "2|Target process NHUpdateManager.exe not found.\n" + SelfCopied("Manager.exe") +
+          LaunchFinalUpdate() +
           R"(4|NHUpdateManager.exe not found for final update : {base}\NHUpdateManager\NHUpdateManager.exe
 )" + kConfigDeleted +
           "2|Return 15\n");
@@ -73,7 +52,7 @@ TEST_F(SelfUpdateEndToEndTest, EndsWith16AndABoxWhenTheInstalledProgramCannotBeS
   EXPECT_EQ(run.exit_code, 16U);
   EXPECT_EQ(Transcript(), StartUp(kStagedModule) + "2|Function : Self Update\n" +
                               "2|Target process NHUpdateManager.exe not found.\n" +
-                              Copied("Manager.exe") + LaunchNextStage() +
+                              SelfCopied("Manager.exe") + LaunchFinalUpdate() +
                               "4|Fail to launch NHUpdateManager for final update : " +
                               WithoutSharing() + "\n" + kConfigDeleted + "2|Return 16\n");
   ExpectErrorBoxAfterTheShells(run, kCommonError);

@@ -13,40 +13,10 @@ class UpdateEndToEndTest : public EndToEndTest {
     hub_.Script(L"NIMBAHUB", {.exit_code = 0});
   }
 
-  static std::string RefreshCheck() {
-    return "2|Function : Update\n2|Begin update updater.\n" +
-           Launch("{base}\\Updater", "Updater.exe",
-                  "-NoUI -CheckTask NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater "
-                  "-SkipAdditionTasks -ExitWhenParentDie:{pid}");
-  }
-
-  // A refresh that finds nothing, and has nothing to copy either.
-  static std::string Refresh() {
-    return RefreshCheck() + R"(2|Launch updater success for check.
-2|Updater exit = 1
-2|No new updater available.
-2|Copy folder from {base}\Updater\NewUpdater to {base}\Updater
-2|Copy complete.
-2|Update updater complete.
-)";
-  }
-
-  static std::string LaunchUpdater() {
-    return Launch("{base}\\Updater", "Updater.exe",
-                  "NIMBAHUB -SkipAdditionTasks -KillBrothers -ExitWhenParentDie:{pid}");
-  }
-
   static std::string Updated() {
-    return LaunchUpdater() + "2|Launch updater success for update.\n2|Updater exit = 0\n";
-  }
-
-  static std::string LaunchNextStage() {
-    return Launch("{base}\\Updater\\App\\NHUpdateManager", "NHUpdateManager.exe", "-self_update");
+    return LaunchHubUpdate() + "2|Launch updater success for update.\n2|Updater exit = 0\n";
   }
 };
-
-constexpr char kConfigDeleted[] =
-    "2|Updater config file delete ok : {base}\\Updater\\Config\\ut.ini\n";
 
 TEST_F(UpdateEndToEndTest, EndsWith10WhenNotElevated) {
   const ProgramRun run = RunUnelevated(L"/UPDATE");
@@ -66,7 +36,7 @@ TEST_F(UpdateEndToEndTest, EndsWith13AndABoxWhenTheUpdaterFails) {
   const ProgramRun run = Run(L"-update");
 
   EXPECT_EQ(run.exit_code, 13U);
-  EXPECT_EQ(Transcript(), StartUp() + Refresh() + LaunchUpdater() +
+  EXPECT_EQ(Transcript(), StartUp() + RefreshFoundNothing() + LaunchHubUpdate() +
                               R"(2|Launch updater success for update.
 2|Updater exit = -5
 2|Update fail.
@@ -83,7 +53,7 @@ TEST_F(UpdateEndToEndTest, EndsWith14WithoutAnUpdater) {
   EXPECT_EQ(run.exit_code, 14U);
   EXPECT_EQ(Transcript(),
             StartUp() + RefreshCheck() + "4|Update.exe not found : {base}\\Updater\\Updater.exe\n" +
-                LaunchUpdater() + "4|Update.exe not found : {base}\\Updater\\Updater.exe\n" +
+                LaunchHubUpdate() + "4|Update.exe not found : {base}\\Updater\\Updater.exe\n" +
                 kConfigDeleted + "2|Return 14\n");
   EXPECT_TRUE(run.boxes.empty());
 }
@@ -99,7 +69,7 @@ TEST_F(UpdateEndToEndTest, EndsWith14AndABoxWhenTheUpdaterCannotBeStarted) {
 2|Copy folder from {base}\Updater\NewUpdater to {base}\Updater
 2|Copy complete.
 2|Update updater complete.
-)" + LaunchUpdater() + "4|Fail to launch updater for update : " +
+)" + LaunchHubUpdate() + "4|Fail to launch updater for update : " +
                               WithoutSharing() + "\n" + kConfigDeleted + "2|Return 14\n");
   ExpectErrorBoxAfterTheShells(run, kCommonError);
 }
@@ -110,7 +80,7 @@ TEST_F(UpdateEndToEndTest, EndsWith15WithoutABoxWhenNothingWasStaged) {
   EXPECT_EQ(run.exit_code, 15U);
   EXPECT_EQ(
       Transcript(),
-      StartUp() + Refresh() + Updated() + LaunchNextStage() +
+      StartUp() + RefreshFoundNothing() + Updated() + LaunchSelfUpdate() +
           R"(4|NHUpdateManager.exe not found : {base}\Updater\App\NHUpdateManager\NHUpdateManager.exe
 )" + kConfigDeleted +
           "2|Return 15\n");
@@ -124,7 +94,7 @@ TEST_F(UpdateEndToEndTest, EndsWith16AndABoxWhenTheStagedProgramCannotBeStarted)
   const ProgramRun run = Run(L"-update");
 
   EXPECT_EQ(run.exit_code, 16U);
-  EXPECT_EQ(Transcript(), StartUp() + Refresh() + Updated() + LaunchNextStage() +
+  EXPECT_EQ(Transcript(), StartUp() + RefreshFoundNothing() + Updated() + LaunchSelfUpdate() +
                               "4|Fail to launch NHUpdateManager for self update : " +
                               WithoutSharing() + "\n" + kConfigDeleted + "2|Return 16\n");
   ExpectErrorBoxAfterTheShells(run, kCommonError);
@@ -133,13 +103,13 @@ TEST_F(UpdateEndToEndTest, EndsWith16AndABoxWhenTheStagedProgramCannotBeStarted)
 TEST_F(UpdateEndToEndTest, EndsWith0AndKeepsTheConfigurationWhenTheNextStageWasStarted) {
   // Only this stage counts here: what it starts is a stand-in.
   hub_.PutStandIn(L"updater", hub_.StagedManager());
-  WriteFileBytes(hub_.App() + L"\\NHUpdateManager\\Script.ini", "\xFF\xFE");
-  hub_.ScriptIn(hub_.App() + L"\\NHUpdateManager", L"-self_update", {.exit_code = 77});
+  PutScript(hub_.App() + L"\\NHUpdateManager");
+  WriteTask(hub_.App() + L"\\NHUpdateManager", L"-self_update", {.exit_code = 77});
 
   const ProgramRun run = Run(L"-update");
 
   EXPECT_EQ(run.exit_code, 0U);
-  EXPECT_EQ(Transcript(), StartUp() + Refresh() + Updated() + LaunchNextStage() +
+  EXPECT_EQ(Transcript(), StartUp() + RefreshFoundNothing() + Updated() + LaunchSelfUpdate() +
                               "2|Launch NHUpdateManager success for self update.\n2|Return 0\n");
   EXPECT_EQ(
       Children(run),
@@ -162,15 +132,12 @@ TEST_F(UpdateEndToEndTest, GoesOnWithTheOldUpdaterWhenTheNewOneFails) {
       StartUp() + RefreshCheck() + R"(2|Launch updater success for check.
 2|Updater exit = 0
 2|New updater available.
-)" +
-          Launch("{base}\\Updater", "Updater.exe",
-                 "NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks "
-                 "-KillBrothers -ExitWhenParentDie:{pid}") +
+)" + LaunchUpdaterUpdate() +
           R"(2|Launch updater success for update.
 2|Updater exit = 3
 2|Update fail.
 )" + Updated() +
-          LaunchNextStage() +
+          LaunchSelfUpdate() +
           R"(4|NHUpdateManager.exe not found : {base}\Updater\App\NHUpdateManager\NHUpdateManager.exe
 )" + kConfigDeleted +
           "2|Return 15\n");

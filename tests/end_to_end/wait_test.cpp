@@ -1,6 +1,6 @@
+#include "base/existence.h"
 #include "tests/end_to_end/support/end_to_end_test.h"
 #include "tests/end_to_end/support/stand_in_process.h"
-#include "tests/end_to_end/support/utf8_text.h"
 
 namespace nhupdate_test {
 namespace {
@@ -37,12 +37,10 @@ TEST_F(WaitEndToEndTest, SelfUpdateEndsWith16AndABoxAfterThreeAttempts) {
 4|Fail to copy file = 32
 3|Fail to copy NHUpdateManager, sleep and try again.
 )";
-  EXPECT_EQ(Transcript(), StartUp("{base}\\Updater\\App\\NHUpdateManager") +
-                              "2|Function : Self Update\n" + NoOtherManager() + attempt + attempt +
-                              attempt + R"(4|Fail to copy NHUpdateManager finally.
-2|Updater config file delete ok : {base}\Updater\Config\ut.ini
-2|Return 16
-)");
+  EXPECT_EQ(Transcript(), StartUp(kStagedModule) + "2|Function : Self Update\n" + NoOtherManager() +
+                              attempt + attempt + attempt +
+                              "4|Fail to copy NHUpdateManager finally.\n" + kConfigDeleted +
+                              "2|Return 16\n");
   ExpectErrorBox(run, kCommonError);
   EXPECT_GE(elapsed_ms_, 10'000U);
 }
@@ -55,32 +53,14 @@ TEST_F(WaitEndToEndTest, FinalUpdateEndsWith2AndABoxAfterTenAttempts) {
   EXPECT_EQ(run.exit_code, 2U);
   std::string attempts;
   for (int attempt = 0; attempt < 10; ++attempt) {
-    attempts += R"(2|Copy folder from {base}\Updater\App to {base}
-2|Copy file from {base}\Updater\App\NHHub.exe to {base}\NHHub.exe
-2|Delete Dir : {base}\Plugins
-2|Copy folder from {base}\Updater\App\Plugins to {base}\Plugins
-2|Copy folder from {base}\Updater\App\Plugins\Cameras to {base}\Plugins\Cameras
-2|Copy file from {base}\Updater\App\Plugins\Cameras\cam.dll to {base}\Plugins\Cameras\cam.dll
-4|Fail to copy file = 32
-3|Copy fail, sleep 3 seconds and retry.
-)";
+    attempts += CopyFailedAtTheCameras();
   }
   EXPECT_EQ(Transcript(), StartUp() + "2|Function : Final Update\n" + NoOtherManager() +
-                              "2|Stop associates OK.\n" + Grants() +
-                              R"(2|Delete OK : {base}\NHHub.exe
-2|Delete OK : {base}\Version.txt
-2|Copy OK : {base}\Updater\App\NHHub.exe => {base}\NHHub.exe
-2|Copy OK : {base}\Updater\App\Version.txt => {base}\Version.txt
-)" + attempts + R"(4|Fail to copy folder.
-4|Fail to copy files.
-2|Remove empty folder in path : {base}
-2|Remove empty folder : {base}\Updater\Temp
-2|Updater config file delete ok : {base}\Updater\Config\ut.ini
-2|Return 2
-)");
-  ASSERT_EQ(run.boxes.size(), 1U);
-  EXPECT_EQ(hub_.WithPlaceholders(ToWide(run.boxes[0].text)),
-            std::string(kCommonError) + "\n{base}\\Plugins\\Cameras\\cam.dll");
+                              "2|Stop associates OK.\n" + Grants() + TopLevelFilesReplaced() +
+                              attempts + "4|Fail to copy folder.\n4|Fail to copy files.\n" +
+                              TemporaryFolderRemoved() + kConfigDeleted + "2|Return 2\n");
+  ExpectErrorBox(run, std::string(kCommonError) + "\n{base}\\Plugins\\Cameras\\cam.dll");
+  EXPECT_FALSE(nhupdate::Exists(hub_.Updater() + L"\\Temp"));
   EXPECT_GE(elapsed_ms_, 30'000U);
   EXPECT_EQ(DescribeProductKeys(), "");
 }

@@ -6,7 +6,7 @@
 #include <cctype>
 #include <cstdint>
 
-#include "tests/support/files.h"
+#include "tests/support/packaged_folder.h"
 
 #include <winver.h>  // needs <windows.h> first
 
@@ -22,9 +22,10 @@ std::uintptr_t AddressOf(HMODULE module) {
 }  // namespace
 
 CPeImage::CPeImage(const std::wstring& file_name)
-    : library_(::LoadLibraryExW((TestProgramFolder() + L"\\" + file_name).c_str(), nullptr,
+    : library_(::LoadLibraryExW((PackagedFolder() + L"\\" + file_name).c_str(), nullptr,
                                 LOAD_LIBRARY_AS_IMAGE_RESOURCE)) {
-  EXPECT_TRUE(library_.IsValid()) << "Can't map " << testing::PrintToString(file_name);
+  EXPECT_TRUE(library_.IsValid()) << "Can't map " << testing::PrintToString(file_name)
+                                  << "; tools/package makes it.";
 }
 
 template <typename Type>

@@ -10,8 +10,8 @@
 
 namespace nhupdate_test {
 
-// Maps a file of the test program folder as it would lie in memory, without running any of it. A
-// file that can't be mapped is a test failure.
+// Maps a file of the packaged folder as it would lie in memory, without running any of it. A file
+// that can't be mapped is a test failure.
 class CPeImage {
  public:
   explicit CPeImage(const std::wstring& file_name);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <tuple>
 
 #include "base/windows.h"
 #include "tests/end_to_end/support/utf8_text.h"
@@ -13,6 +14,7 @@ namespace {
 
 constexpr int kTextId = 0xFFFF;
 constexpr DWORD kPollMs = 10;
+constexpr int kDrawingTries = 20;
 constexpr UINT kMessageTimeLimitMs = 2000;
 
 std::string TextOf(HWND window) {
@@ -57,6 +59,10 @@ bool IsMostlyRed(HWND icon) {
   return red_pixels > 50 && red_pixels * 2 > coloured_pixels;
 }
 
+bool Contains(const std::vector<HWND>& boxes, HWND box) {
+  return std::find(boxes.begin(), boxes.end(), box) != boxes.end();
+}
+
 std::vector<HWND> VisibleBoxes() {
   std::vector<HWND> boxes;
   ::EnumWindows(
@@ -80,7 +86,7 @@ CBoxWatcher::~CBoxWatcher() {
   std::ignore = Finish();
 }
 
-std::vector<ShownBox> CBoxWatcher::Finish() {
+std::vector<WatchedBox> CBoxWatcher::Finish() {
   is_finished_ = true;
   if (thread_.joinable()) {
     thread_.join();
@@ -92,23 +98,33 @@ void CBoxWatcher::Watch() {
   std::vector<HWND> answered;
   while (!is_finished_) {
     const std::vector<HWND> visible = VisibleBoxes();
+    // A box that is gone is forgotten: the next one may get its handle.
+    std::erase_if(answered, [&](HWND box) { return !Contains(visible, box); });
     for (const HWND box : visible) {
-      const bool is_new = std::find(answered.begin(), answered.end(), box) == answered.end();
-      if (is_new && ::GetDlgItem(box, kTextId) != nullptr) {
-        // A box is drawn a moment after it becomes visible.
-        const HWND icon = FindIcon(box);
-        bool is_red = IsMostlyRed(icon);
-        for (int tries = 0; icon != nullptr && !is_red && tries < 20; ++tries) {
-          ::Sleep(kPollMs);
-          is_red = IsMostlyRed(icon);
-        }
-        boxes_.push_back({TextOf(box), TextOf(::GetDlgItem(box, kTextId)), is_red});
-        ::PostMessageW(box, WM_COMMAND, IDOK, 0);
+      if (!Contains(answered, box) && Answer(box)) {
+        answered.push_back(box);
       }
     }
-    answered = visible;
     ::Sleep(kPollMs);
   }
+}
+
+// Returns false when the box is not complete yet.
+bool CBoxWatcher::Answer(HWND box) {
+  const HWND text = ::GetDlgItem(box, kTextId);
+  if (text == nullptr) {
+    return false;
+  }
+  // A box is drawn a moment after it becomes visible.
+  const HWND icon = FindIcon(box);
+  bool is_red = IsMostlyRed(icon);
+  for (int tries = 0; icon != nullptr && !is_red && tries < kDrawingTries; ++tries) {
+    ::Sleep(kPollMs);
+    is_red = IsMostlyRed(icon);
+  }
+  boxes_.push_back({TextOf(box), TextOf(text), is_red});
+  ::PostMessageW(box, WM_COMMAND, IDOK, 0);
+  return true;
 }
 
 }  // namespace nhupdate_test

@@ -7,9 +7,11 @@
 #include <thread>
 #include <vector>
 
+#include "base/windows.h"
+
 namespace nhupdate_test {
 
-struct ShownBox {
+struct WatchedBox {
   std::string caption;
   std::string text;
   // What the picture beside the text mostly is: red for the error icon.
@@ -24,12 +26,13 @@ class CBoxWatcher {
   CBoxWatcher& operator=(const CBoxWatcher&) = delete;
 
   // Ends the watching and returns what was seen, in order.
-  [[nodiscard]] std::vector<ShownBox> Finish();
+  [[nodiscard]] std::vector<WatchedBox> Finish();
 
  private:
   void Watch();
+  bool Answer(HWND box);
 
-  std::vector<ShownBox> boxes_;
+  std::vector<WatchedBox> boxes_;
   std::atomic<bool> is_finished_ = false;
   std::thread thread_;  // the last member: it uses the others from its first moment
 };

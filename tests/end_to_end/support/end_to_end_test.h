@@ -6,20 +6,26 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "tests/end_to_end/support/child_journal.h"
+#include "tests/end_to_end/support/expected_product_keys.h"
+#include "tests/end_to_end/support/expected_records.h"
 #include "tests/end_to_end/support/installed_hub.h"
 #include "tests/end_to_end/support/product_registry.h"
 #include "tests/end_to_end/support/program_run.h"
+#include "tests/end_to_end/support/texts.h"
+#include "tests/end_to_end/support/tree_description.h"
 
 namespace nhupdate_test {
 
 class EndToEndTest : public testing::Test {
  protected:
-  EndToEndTest();
+  // The length of the root folder's path counts when it is not 0.
+  explicit EndToEndTest(std::size_t root_length = 0);
 
   // Runs the installed program, or another one, elevated.
   [[nodiscard]] ProgramRun Run(const std::wstring& arguments) const;
@@ -38,21 +44,6 @@ class EndToEndTest : public testing::Test {
   // parent is the given process, and the command line.
   [[nodiscard]] std::string Children(const ProgramRun& run) const;
 
-  // The records with which every run begins.
-  [[nodiscard]] std::string StartUp(const std::string& module = "{base}\\NHUpdateManager") const;
-  [[nodiscard]] std::string UnelevatedStartUp(
-      const std::string& module = "{base}\\NHUpdateManager") const;
-
-  // The three records of a launch.
-  [[nodiscard]] static std::string Launch(const std::string& folder, const std::string& program,
-                                          const std::string& parameters);
-
-  // The records of the three grants.
-  [[nodiscard]] static std::string Grants();
-
-  // The records of a search for other copies of the program that finds none.
-  [[nodiscard]] static std::string NoOtherManager();
-
   // What the grants were started with, in any order: they run at the same time.
   [[nodiscard]] std::vector<std::string> GrantParameters() const;
   [[nodiscard]] static std::vector<std::string> ExpectedGrantParameters();
@@ -61,8 +52,12 @@ class EndToEndTest : public testing::Test {
   // shows a box of its own for that, which costs it the error.
   [[nodiscard]] static std::string WithoutSharing();
 
-  // What the product's keys hold after it was registered.
-  [[nodiscard]] std::string ExpectedProductKeys() const;
+  // Exactly one box with the error icon. The text has the names of folders as a transcript has.
+  void ExpectErrorBox(const ProgramRun& run, const std::string& text,
+                      const std::string& caption = kTitle) const;
+
+  // The same, with boxes of the shell before it, which has reported the failed launch itself.
+  void ExpectErrorBoxAfterTheShells(const ProgramRun& run, const std::string& text) const;
 
   // A process id that shows as {name} in the transcripts.
   void NameProcess(DWORD id, const std::string& name) { names_.emplace_back(id, name); }
@@ -71,19 +66,10 @@ class EndToEndTest : public testing::Test {
 
  private:
   [[nodiscard]] std::string Records(DWORD process_id) const;
+  void ExpectErrorBox(const WatchedBox& box, const std::string& text,
+                      const std::string& caption) const;
 
   std::vector<std::pair<DWORD, std::string>> names_;
 };
-
-// The texts of the string file.
-inline constexpr char kTitle[] = "Nimba Hub \u2013 Aktualisierung";
-inline constexpr char kCommonError[] = "Das hat nicht geklappt \U0001F61E";
-inline constexpr char kCloseManager[] = "Bitte NHUpdateManager schlie\u00DFen";
-
-// Exactly one box with the error icon.
-void ExpectErrorBox(const ProgramRun& run, const std::string& text);
-
-// The same, with boxes of the shell before it, which has reported the failed launch itself.
-void ExpectErrorBoxAfterTheShells(const ProgramRun& run, const std::string& text);
 
 }  // namespace nhupdate_test

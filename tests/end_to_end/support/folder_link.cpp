@@ -44,12 +44,14 @@ bool RunOutsideOfWine(const wchar_t* program, std::wstring command_line, const s
   }
   ::CloseHandle(information.hThread);
   const nhupdate::UniqueKernelHandle process(information.hProcess);
-  constexpr int kTries = 500;
-  for (int tries = 0; tries < kTries; ++tries) {
+  constexpr DWORD kPollMs = 10;
+  constexpr ULONGLONG kTimeLimitMs = 30'000;
+  const ULONGLONG end = ::GetTickCount64() + kTimeLimitMs;
+  while (::GetTickCount64() < end) {
     if ((::GetFileAttributesW(link.c_str()) != INVALID_FILE_ATTRIBUTES) == is_link_wanted) {
       return true;
     }
-    ::Sleep(10);
+    ::Sleep(kPollMs);
   }
   return false;
 }
@@ -96,13 +98,6 @@ void RemoveFolderLink(const std::wstring& link) {
   const UnixFileName unix_file_name = FindUnixFileName();
   EXPECT_TRUE(unix_file_name != nullptr && RemoveOutsideOfWine(unix_file_name, link))
       << "Can't remove the link " << ToUtf8(link);
-}
-
-bool IsKindOfLinkTold(const std::wstring& link) {
-  WIN32_FIND_DATAW entry = {};
-  const nhupdate::UniqueFindHandle search(::FindFirstFileW(link.c_str(), &entry));
-  return search.IsValid() && (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-         entry.dwReserved0 != 0;
 }
 
 }  // namespace nhupdate_test

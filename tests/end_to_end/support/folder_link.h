@@ -10,7 +10,4 @@ void CreateLink(const std::wstring& link, const std::wstring& target);
 // Removes the link to a folder, if it still is one, and not the folder. Wine itself can't.
 void RemoveFolderLink(const std::wstring& link);
 
-// Whether a listing tells what kind of link that is. Wine only says that it is some kind.
-[[nodiscard]] bool IsKindOfLinkTold(const std::wstring& link);
-
 }  // namespace nhupdate_test

@@ -13,30 +13,24 @@
 // ProgramData is the real one of the machine: what the product leaves there is deleted before and
 // after.
 
+#include <cstddef>
 #include <string>
-#include <vector>
 
+#include "tests/end_to_end/support/updater_script.h"
 #include "tests/support/scratch_folder.h"
 
 namespace nhupdate_test {
 
-// What the stand-in for Updater.exe does for a task; see there.
-struct UpdaterTask {
-  int exit_code = 0;
-  int delay_ms = 0;
-  std::wstring stage = {};
-  std::wstring new_updater = {};
-};
-
 class CInstalledHub {
  public:
-  CInstalledHub();
+  // A root folder whose path has `root_length` characters, when that is not 0.
+  explicit CInstalledHub(std::size_t root_length = 0);
   ~CInstalledHub();
   CInstalledHub(const CInstalledHub&) = delete;
   CInstalledHub& operator=(const CInstalledHub&) = delete;
 
   [[nodiscard]] const std::wstring& Scratch() const { return scratch_.Path(); }
-  [[nodiscard]] std::wstring Root() const { return Scratch() + L"\\Corvane"; }
+  [[nodiscard]] const std::wstring& Root() const { return root_; }
   [[nodiscard]] std::wstring Base() const { return Root() + L"\\Nimba Hub"; }
   [[nodiscard]] std::wstring Module() const { return Base() + L"\\NHUpdateManager"; }
   [[nodiscard]] std::wstring Manager() const { return Module() + L"\\NHUpdateManager.exe"; }
@@ -67,10 +61,8 @@ class CInstalledHub {
   // Copies the release to where the updater stages it.
   void StageRelease() const;
 
-  // Tells the updater in the folder, by default the installed one, what to do.
+  // Tells the installed updater what to do.
   void Script(const std::wstring& task, const UpdaterTask& what) const;
-  static void ScriptIn(const std::wstring& folder, const std::wstring& task,
-                       const UpdaterTask& what);
 
   // Copies a stand-in to a path, with the folders above it.
   static void PutStandIn(const std::wstring& name, const std::wstring& path);
@@ -78,14 +70,11 @@ class CInstalledHub {
   // The text with the names of the folders replaced: {base}, {root}, {scratch} and {data}.
   [[nodiscard]] std::string WithPlaceholders(std::wstring text) const;
 
-  // All files and folders below the folder, one line each: the path and, for a short file, its
-  // content, for the program its version.
-  [[nodiscard]] std::string DescribeTree(const std::wstring& folder) const;
-
  private:
   void PutRelease() const;
 
   ScratchFolder scratch_;
+  std::wstring root_;
 };
 
 }  // namespace nhupdate_test

@@ -18,16 +18,13 @@ std::wstring LevelNumber(const std::wstring& name) {
   return name == L"INFO" ? L"2" : name == L"WARN" ? L"3" : name == L"ERROR" ? L"4" : name;
 }
 
-std::vector<LogRecord> ReadLogFile(const std::wstring& path) {
+std::vector<HubLogRecord> ReadLogFile(const std::wstring& path) {
   static const std::wregex line_form(
       LR"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}[+-]\d\d:\d\d \[(\d+):\d+\] (\w+) +\[(\w+)\] (.*))");
-  std::vector<LogRecord> records;
+  std::vector<HubLogRecord> records;
   std::wistringstream lines(ToWide(ReadFileBytes(path)));
   std::wstring line;
   while (std::getline(lines, line)) {
-    if (!line.empty() && line.back() == L'\r') {
-      line.pop_back();
-    }
     std::wsmatch match;
     if (!std::regex_match(line, match, line_form)) {
       ADD_FAILURE() << "Not a line of the log: " << ToUtf8(line);
@@ -41,17 +38,22 @@ std::vector<LogRecord> ReadLogFile(const std::wstring& path) {
 
 }  // namespace
 
-std::vector<LogRecord> ReadLog(const CInstalledHub& hub) {
+std::vector<HubLogRecord> ReadLog(const CInstalledHub& hub) {
   if (nhupdate::Exists(hub.LogFile())) {
     return ReadLogFile(hub.LogFile());
   }
-  std::vector<LogRecord> records;
+  std::vector<HubLogRecord> records;
   for (const LogCall& call : ReadLogJournal(hub.LogJournal())) {
     for (const std::wstring& text : RecordsOf({call})) {
       records.push_back({call.process_id, call.arguments[1], text});
     }
   }
   return records;
+}
+
+bool LogHolds(const CInstalledHub& hub, const std::string& text) {
+  return nhupdate::Exists(hub.LogFile()) &&
+         ReadFileBytes(hub.LogFile()).find(text) != std::string::npos;
 }
 
 }  // namespace nhupdate_test

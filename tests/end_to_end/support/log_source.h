@@ -10,7 +10,7 @@
 
 namespace nhupdate_test {
 
-struct LogRecord {
+struct HubLogRecord {
   DWORD process_id = 0;
   std::wstring tag;
   std::wstring text;  // L"level|text"
@@ -21,6 +21,9 @@ inline constexpr wchar_t kHeaderTag[] = L"NSWLogDynamic64U";
 
 // All records in the order in which they were written: those in the packaged library's file when
 // there is one, else those that a recording library got.
-[[nodiscard]] std::vector<LogRecord> ReadLog(const CInstalledHub& hub);
+[[nodiscard]] std::vector<HubLogRecord> ReadLog(const CInstalledHub& hub);
+
+// Whether the packaged library's file has the text in it already; for while the program runs.
+[[nodiscard]] bool LogHolds(const CInstalledHub& hub, const std::string& text);
 
 }  // namespace nhupdate_test

@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstddef>
 #include <thread>
-#include <utility>
 
 #include "base/paths.h"
-#include "base/strings.h"
 #include "base/unique_handle.h"
+#include "tests/end_to_end/support/child_journal.h"
 #include "tests/end_to_end/support/program_end.h"
 
 namespace nhupdate_test {
@@ -16,77 +16,6 @@ namespace nhupdate_test {
 namespace {
 
 using nhupdate::UniqueKernelHandle;
-
-// Holds the program and everything that it starts, and tells when all of it has ended.
-class CJob {
- public:
-  CJob()
-      : job_(::CreateJobObjectW(nullptr, nullptr)),
-        port_(::CreateIoCompletionPort(INVALID_HANDLE_VALUE, nullptr, 0, 1)) {
-    JOBOBJECT_ASSOCIATE_COMPLETION_PORT association = {};
-    association.CompletionKey = job_.Get();
-    association.CompletionPort = port_.Get();
-    EXPECT_TRUE(::SetInformationJobObject(job_.Get(), JobObjectAssociateCompletionPortInformation,
-                                          &association, sizeof(association)));
-  }
-
-  void Add(HANDLE process) { EXPECT_TRUE(::AssignProcessToJobObject(job_.Get(), process)); }
-
-  // Returns false, and ends what is left, when the time is over first.
-  bool WaitForAll(DWORD time_limit_ms) {
-    constexpr DWORD kPollMs = 5;
-    const ULONGLONG end = ::GetTickCount64() + time_limit_ms;
-    while (::GetTickCount64() < end) {
-      DWORD message = 0;
-      ULONG_PTR key = 0;
-      OVERLAPPED* process_id = nullptr;
-      if (::GetQueuedCompletionStatus(port_.Get(), &message, &key, &process_id, kPollMs)) {
-        if (message == JOB_OBJECT_MSG_ACTIVE_PROCESS_ZERO) {
-          return true;
-        }
-        if (message == JOB_OBJECT_MSG_NEW_PROCESS) {
-          Note(static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(process_id)));
-        }
-      }
-      LearnPaths();
-    }
-    ::TerminateJobObject(job_.Get(), 1);
-    return false;
-  }
-
-  [[nodiscard]] std::vector<ManagerProcess> Managers() const {
-    std::vector<ManagerProcess> managers;
-    for (const auto& [manager, process] : processes_) {
-      if (nhupdate::EqualsIgnoringCase(nhupdate::FileName(manager.path), L"NHUpdateManager.exe")) {
-        managers.push_back(manager);
-        ::GetExitCodeProcess(process.Get(), &managers.back().exit_code);
-      }
-    }
-    return managers;
-  }
-
- private:
-  void Note(DWORD id) {
-    processes_.emplace_back(ManagerProcess{id, {}, 0},
-                            ::OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, id));
-  }
-
-  // A process has no path yet while it is being created.
-  void LearnPaths() {
-    for (auto& [manager, process] : processes_) {
-      std::array<wchar_t, 1024> path = {};
-      DWORD units = static_cast<DWORD>(path.size());
-      if (manager.path.empty() &&
-          ::QueryFullProcessImageNameW(process.Get(), 0, path.data(), &units)) {
-        manager.path = path.data();
-      }
-    }
-  }
-
-  UniqueKernelHandle job_;
-  UniqueKernelHandle port_;
-  std::vector<std::pair<ManagerProcess, UniqueKernelHandle>> processes_;
-};
 
 struct Pipe {
   UniqueKernelHandle reading;
@@ -132,6 +61,14 @@ bool Create(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& proce
                                 &process);
 }
 
+// How stand-ins were started, behind as many earlier ones.
+std::vector<ChildStart> StandInsSince(std::size_t count) {
+  std::array<wchar_t, 1024> path = {};
+  ::GetEnvironmentVariableW(kChildJournalVariable, path.data(), static_cast<DWORD>(path.size()));
+  const std::vector<ChildStart> starts = ReadChildJournal(path.data());
+  return {starts.begin() + static_cast<std::ptrdiff_t>(count), starts.end()};
+}
+
 // The desktop is there before the program is, and so no child of it.
 void PrepareDesktop() {
   const UniqueKernelHandle used(::OpenEventW(EVENT_MODIFY_STATE, FALSE, L"nhupdate-desktop-used"));
@@ -154,8 +91,9 @@ HANDLE OpenUnelevatedToken() {
 
 ProgramRun RunToTheEnd(const ProgramStart& start) {
   PrepareDesktop();
+  const std::size_t earlier_stand_ins = StandInsSince(0).size();
   ProgramRun run;
-  CJob job;
+  CProcessJob job;
   Pipe pipe = CreateOutputPipe();
   CBoxWatcher watcher;
 
@@ -179,11 +117,12 @@ ProgramRun RunToTheEnd(const ProgramStart& start) {
   ::ResumeThread(thread.Get());
 
   run.process_id = information.dwProcessId;
-  run.has_ended = job.WaitForAll(start.time_limit_ms);
+  run.has_ended = job.WaitForAll(start.time_limit_ms, start.while_running);
   reader.join();
   run.boxes = watcher.Finish();
-  run.managers = job.Managers();
-  ::GetExitCodeProcess(process.Get(), &run.exit_code);
+  run.managers = job.Managers(StandInsSince(earlier_stand_ins));
+  run.ends = job.Ends();
+  EXPECT_TRUE(::GetExitCodeProcess(process.Get(), &run.exit_code));
   EXPECT_TRUE(run.has_ended) << "The time limit was reached.";
   return run;
 }

@@ -2,11 +2,13 @@
 
 // Runs the program, and all that it starts, to the end.
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "base/windows.h"
 #include "tests/end_to_end/support/box_watcher.h"
+#include "tests/end_to_end/support/process_job.h"
 
 namespace nhupdate_test {
 
@@ -24,13 +26,8 @@ struct ProgramStart {
   DWORD time_limit_ms = 30'000;
   // When not 0, the program is ended right before that change; see program_end.h.
   int end_before_change = 0;
-};
-
-// A process of the program, the one that was started itself or a later stage.
-struct ManagerProcess {
-  DWORD id = 0;
-  std::wstring path;
-  DWORD exit_code = 0;
+  // Called again and again while anything is running.
+  std::function<void()> while_running = {};
 };
 
 struct ProgramRun {
@@ -39,8 +36,11 @@ struct ProgramRun {
   DWORD exit_code = 0;
   DWORD process_id = 0;
   std::string output;
-  std::vector<ShownBox> boxes;
+  std::vector<WatchedBox> boxes;
+  // The program's own processes, in the order in which they began; see process_job.h.
   std::vector<ManagerProcess> managers;
+  // The ids of all processes, in the order in which they ended.
+  std::vector<DWORD> ends;
 };
 
 [[nodiscard]] ProgramRun RunToTheEnd(const ProgramStart& start);

@@ -10,18 +10,30 @@ namespace nhupdate_test {
 namespace {
 
 constexpr DWORD kTimeLimitMs = 20'000;
+constexpr DWORD kLongestTestMs = 120'000;  // nothing is left behind when a test is killed
 
-std::wstring NextEventName() {
+// A name that was never used before. A process id would not do: what an earlier test has left
+// running may still hold events that have the id of this process in their names.
+std::wstring UnusedEventName() {
   static int count = 0;
-  return nhupdate::Format(L"nhupdate-%d-%d", ::GetCurrentProcessId(), ++count);
+  FILETIME now = {};
+  ::GetSystemTimePreciseAsFileTime(&now);
+  const ULONGLONG time = (ULONGLONG{now.dwHighDateTime} << 32) | now.dwLowDateTime;
+  return L"nhupdate-" + std::to_wstring(time) + L"-" + std::to_wstring(++count);
+}
+
+nhupdate::UniqueKernelHandle CreateNewEvent(const std::wstring& name) {
+  nhupdate::UniqueKernelHandle event(::CreateEventW(nullptr, TRUE, FALSE, name.c_str()));
+  EXPECT_NE(::GetLastError(), DWORD{ERROR_ALREADY_EXISTS});
+  return event;
 }
 
 }  // namespace
 
 CStandInProcess::CStandInProcess(const std::wstring& executable, const std::wstring& arguments) {
-  const std::wstring events = NextEventName();
-  ready_.Reset(::CreateEventW(nullptr, TRUE, FALSE, (events + L".ready").c_str()));
-  end_.Reset(::CreateEventW(nullptr, TRUE, FALSE, (events + L".end").c_str()));
+  const std::wstring events = UnusedEventName();
+  ready_ = CreateNewEvent(events + L".ready");
+  end_ = CreateNewEvent(events + L".end");
 
   std::wstring command_line = L"\"" + executable + L"\" " + events + L" " + arguments;
   STARTUPINFOW startup = {};
@@ -36,16 +48,20 @@ CStandInProcess::CStandInProcess(const std::wstring& executable, const std::wstr
 }
 
 CStandInProcess::~CStandInProcess() {
+  End();
+}
+
+void CStandInProcess::End() {
   ::SetEvent(end_.Get());
-  ::WaitForSingleObject(process_.Get(), kTimeLimitMs);
+  EXPECT_EQ(::WaitForSingleObject(process_.Get(), kTimeLimitMs), WAIT_OBJECT_0);
 }
 
 bool CStandInProcess::IsRunning() const {
   return ::WaitForSingleObject(process_.Get(), 0) == WAIT_TIMEOUT;
 }
 
-CHeldFile::CHeldFile(const std::wstring& path, int sharing, int milliseconds)
+CHeldFile::CHeldFile(const std::wstring& path, int sharing)
     : CStandInProcess(TestProgramFolder() + L"\\file_holder.exe",
-                      L"\"" + path + nhupdate::Format(L"\" %d %d", sharing, milliseconds)) {}
+                      L"\"" + path + nhupdate::Format(L"\" %d %d", sharing, kLongestTestMs)) {}
 
 }  // namespace nhupdate_test

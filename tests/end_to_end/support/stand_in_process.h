@@ -17,6 +17,10 @@ class CStandInProcess {
   CStandInProcess(const CStandInProcess&) = delete;
   CStandInProcess& operator=(const CStandInProcess&) = delete;
 
+  // Lets it end, and waits until it has; a test failure when it doesn't. Does nothing the second
+  // time.
+  void End();
+
   [[nodiscard]] DWORD Id() const { return id_; }
   [[nodiscard]] bool IsRunning() const;
 
@@ -30,8 +34,7 @@ class CStandInProcess {
 // A file that another process holds open; see tests/stand_ins/file_holder for the sharing.
 class CHeldFile : public CStandInProcess {
  public:
-  explicit CHeldFile(const std::wstring& path, int sharing = FILE_SHARE_READ,
-                     int milliseconds = 60'000);
+  explicit CHeldFile(const std::wstring& path, int sharing = FILE_SHARE_READ);
 };
 
 }  // namespace nhupdate_test

@@ -3,8 +3,8 @@
 //
 //   process_watch.exe PROGRAM ARGUMENTS...
 //
-// Ends with the exit code of the program itself when all of them have ended, or with 255 when that
-// takes longer than two minutes.
+// Ends with the exit code of the program itself when all of them have ended. When they have not
+// after two minutes it ends those that are left, and itself with 255.
 
 #include <map>
 #include <string>
@@ -23,7 +23,7 @@ namespace {
 
 using nhupdate::UniqueKernelHandle;
 
-constexpr DWORD kLimitMs = 120000;
+constexpr DWORD kLimitMs = 120'000;  // for all of them together
 constexpr int kWatchFailed = 255;
 
 struct WatchedProcess {
@@ -125,7 +125,7 @@ class ProcessWatch {
     DWORD message = 0;
     ULONG_PTR key = 0;
     OVERLAPPED* process_id = nullptr;
-    while (::GetQueuedCompletionStatus(port_.Get(), &message, &key, &process_id, kLimitMs)) {
+    while (::GetQueuedCompletionStatus(port_.Get(), &message, &key, &process_id, TimeLeft())) {
       const DWORD id = static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(process_id));
       if (message == JOB_OBJECT_MSG_NEW_PROCESS) {
         Add(id);
@@ -139,10 +139,17 @@ class ProcessWatch {
         }
       }
     }
+    ::TerminateJobObject(job_.Get(), kWatchFailed);
+    nhupdate::PrintConsoleError(L"  ended after %d seconds\n", kLimitMs / 1000);
     return kWatchFailed;
   }
 
  private:
+  [[nodiscard]] DWORD TimeLeft() const {
+    const ULONGLONG now = ::GetTickCount64();
+    return now < end_ ? static_cast<DWORD>(end_ - now) : 0;
+  }
+
   void Add(DWORD id) {
     UniqueKernelHandle process(
         ::OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ | SYNCHRONIZE, FALSE, id));
@@ -161,12 +168,13 @@ class ProcessWatch {
       return;
     }
     DWORD exit_code = 0;
-    ::WaitForSingleObject(found->second.handle.Get(), kLimitMs);
+    ::WaitForSingleObject(found->second.handle.Get(), TimeLeft());
     ::GetExitCodeProcess(found->second.handle.Get(), &exit_code);
     nhupdate::PrintConsoleError(L"  exit %d   %s\n", exit_code, found->second.description);
     processes_.erase(found);
   }
 
+  const ULONGLONG end_ = ::GetTickCount64() + kLimitMs;
   UniqueKernelHandle job_;
   UniqueKernelHandle port_;
   UniqueKernelHandle first_;

@@ -1,6 +1,6 @@
 // Stands in for ICACLS.exe: writes down how it was started and changes nothing.
 
-#include "tests/stand_ins/support/journal.h"
+#include "tests/stand_ins/support/own_start.h"
 
 int main() {
   nhupdate_stand_in::RecordOwnStart();

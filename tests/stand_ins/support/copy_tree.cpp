@@ -1,28 +1,16 @@
 #include "tests/stand_ins/support/copy_tree.h"
 
-#include "base/paths.h"
 #include "base/unique_handle.h"
 #include "base/windows.h"
 
+#include <shlobj.h>  // needs <windows.h> first
+
 namespace nhupdate_stand_in {
 
-namespace {
-
-void CreateFolders(const std::wstring& folder) {
-  const std::wstring parent = nhupdate::ParentFolder(folder);
-  if (parent.find(L'\\') != std::wstring::npos) {
-    CreateFolders(parent);
-  }
-  ::CreateDirectoryW(folder.c_str(), nullptr);
-}
-
-}  // namespace
-
 bool CopyTree(const std::wstring& source, const std::wstring& destination) {
-  CreateFolders(destination);
+  ::SHCreateDirectoryExW(nullptr, destination.c_str(), nullptr);
   WIN32_FIND_DATAW entry = {};
-  const nhupdate::UniqueHandle<nhupdate::FindHandleTraits> search(
-      ::FindFirstFileW((source + L"\\*").c_str(), &entry));
+  const nhupdate::UniqueFindHandle search(::FindFirstFileW((source + L"\\*").c_str(), &entry));
   if (!search.IsValid()) {
     return false;
   }

@@ -17,7 +17,7 @@
 
 #include "base/windows.h"
 #include "tests/stand_ins/support/copy_tree.h"
-#include "tests/stand_ins/support/journal.h"
+#include "tests/stand_ins/support/own_start.h"
 
 #include <shellapi.h>  // needs <windows.h> first
 

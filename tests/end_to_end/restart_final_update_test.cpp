@@ -1,0 +1,27 @@
+#include "tests/end_to_end/support/restart_test.h"
+
+namespace nhupdate_test {
+namespace {
+
+class RestartFinalUpdateEndToEndTest : public RestartTest {
+ protected:
+  // The product as the new installed program finds it.
+  void PrepareFinalUpdate() const {
+    hub_.StageRelease();
+    PutTracesOfUse();
+    hub_.PutManager(hub_.Module(), "2.0.0");
+  }
+};
+
+TEST_F(RestartFinalUpdateEndToEndTest, FinalUpdateCanBeEndedBeforeAnyChange) {
+  const int changes = EndAndRestartAtEveryChange({.prepare = [this] { PrepareFinalUpdate(); },
+                                                  .executable = hub_.Manager(),
+                                                  .arguments = L"-final_update",
+                                                  .product_keys = ExpectedProductKeys(hub_)});
+
+  EXPECT_GT(changes, 50);
+  RecordProperty("changes", changes);
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,26 @@
+#include "tests/end_to_end/support/restart_test.h"
+
+namespace nhupdate_test {
+namespace {
+
+class RestartSelfUpdateEndToEndTest : public RestartTest {
+ protected:
+  void PrepareSelfUpdate() const {
+    hub_.StageRelease();
+    PutTracesOfUse();
+  }
+};
+
+// The program of this stage is ended; the last stage follows its restart.
+TEST_F(RestartSelfUpdateEndToEndTest, SelfUpdateCanBeEndedBeforeAnyChange) {
+  const int changes = EndAndRestartAtEveryChange({.prepare = [this] { PrepareSelfUpdate(); },
+                                                  .executable = hub_.StagedManager(),
+                                                  .arguments = L"-self_update",
+                                                  .product_keys = ExpectedProductKeys(hub_)});
+
+  EXPECT_GT(changes, 10);
+  RecordProperty("changes", changes);
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,50 @@
+#include "tests/end_to_end/support/expected_product_keys.h"
+
+#include "base/windows.h"
+#include "tests/end_to_end/support/product_registry.h"
+#include "tests/end_to_end/support/utf8_text.h"
+
+namespace nhupdate_test {
+
+namespace {
+
+constexpr wchar_t kCollectLogKey[] = L"SOFTWARE\\WOW6432Node\\CorvaneNimba\\NimbaCollectLog";
+constexpr wchar_t kHubKey[] = L"SOFTWARE\\WOW6432Node\\CorvaneNimbaHub";
+constexpr wchar_t kDumpsKey[] =
+    L"SOFTWARE\\Microsoft\\Windows\\Windows Error Reporting\\LocalDumps\\NHUpdateManager.exe";
+constexpr wchar_t kUninstallKey[] =
+    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\NIMBA HUB";
+
+std::string Text(const std::wstring& key, const std::wstring& name, const std::wstring& data) {
+  return ToUtf8(key + L"|" + name) + "|REG_SZ|" + StoredBytes(data.size()) + "|" + ToUtf8(data) +
+         "\n";
+}
+
+std::string Two(const std::wstring& key, const std::wstring& name) {
+  return ToUtf8(key + L"|" + name) + "|REG_DWORD|4|2\n";
+}
+
+std::wstring Today() {
+  SYSTEMTIME now = {};
+  ::GetLocalTime(&now);
+  return std::to_wstring(now.wYear * 10000 + now.wMonth * 100 + now.wDay);
+}
+
+}  // namespace
+
+std::string ExpectedProductKeys(const CInstalledHub& hub) {
+  const std::wstring uninstaller = hub.Module() + L"\\NHUninstaller\\NHUninstaller.exe";
+  const std::wstring log_folder = hub.DataFolder() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log";
+  return Text(kCollectLogKey, L"CorvaneNimbaHub",
+              hub.Module() + L"\\NHCollectLog\\NHCollectLog.exe") +
+         Text(kHubKey, L"AppPath", hub.Root()) + Text(kHubKey, L"UpdateManager", hub.Manager()) +
+         Two(kDumpsKey, L"DumpCount") + Text(kDumpsKey, L"DumpFolder", log_folder) +
+         Two(kDumpsKey, L"DumpType") + Text(kUninstallKey, L"DisplayIcon", uninstaller) +
+         Text(kUninstallKey, L"DisplayName", L"Nimba Hub") +
+         Text(kUninstallKey, L"InstallDate", Today()) +
+         Text(kUninstallKey, L"InstallLocation", hub.Root()) +
+         Text(kUninstallKey, L"Publisher", L"Corvane") +
+         Text(kUninstallKey, L"UninstallString", L"\"" + uninstaller + L"\" -uninstall");
+}
+
+}  // namespace nhupdate_test

@@ -1,0 +1,200 @@
+#include "tests/end_to_end/support/expected_records.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "base/windows.h"
+#include "tests/end_to_end/support/utf8_text.h"
+
+namespace nhupdate_test {
+
+namespace {
+
+constexpr char kUpdaterFolder[] = "{base}\\Updater";
+constexpr char kUpdater[] = "Updater.exe";
+
+// The first of the languages that Windows tells every process.
+std::string SystemLanguage() {
+  std::vector<wchar_t> names(1024);
+  ULONG count = 0;
+  ULONG units = static_cast<ULONG>(names.size());
+  EXPECT_TRUE(::GetUserPreferredUILanguages(MUI_LANGUAGE_NAME, &count, names.data(), &units));
+  return ToUtf8(names.data());
+}
+
+std::string LanguageAndTexts(const std::string& module) {
+  return LanguageWithoutSteam() +
+         TextsLoaded(module + "\\Config\\NHUpdateManager.Default.json", kTextCount);
+}
+
+}  // namespace
+
+std::string SystemLanguageFound() {
+  return "2|Found System language setting : " + SystemLanguage() + "\n";
+}
+
+std::string LanguageWithoutSteam() {
+  return "2|Steam language setting not found.\n" + SystemLanguageFound();
+}
+
+std::string TextsLoaded(const std::string& path, int count) {
+  return "2|Load strings from " + path + "\n2|Total " + std::to_string(count) +
+         " strings loaded.\n";
+}
+
+std::string StartUp(const std::string& module) {
+  return kElevated + LanguageAndTexts(module);
+}
+
+std::string UnelevatedStartUp(const std::string& module) {
+  return "2|Process NOT elevated.\n" + LanguageAndTexts(module);
+}
+
+std::string Launch(const std::string& folder, const std::string& program,
+                   const std::string& parameters) {
+  return "2|Launch folder : " + folder + "\n" + "2|Launch path : " + folder + "\\" + program +
+         "\n" + "2|Launch param : " + parameters + "\n";
+}
+
+std::string LaunchHubUpdate() {
+  return Launch(kUpdaterFolder, kUpdater,
+                "NIMBAHUB -SkipAdditionTasks -KillBrothers -ExitWhenParentDie:{pid}");
+}
+
+std::string LaunchSelfUpdate() {
+  return Launch(kStagedModule, "NHUpdateManager.exe", "-self_update");
+}
+
+std::string LaunchFinalUpdate() {
+  return Launch(kInstalledModule, "NHUpdateManager.exe", "-final_update");
+}
+
+std::string HubCheck() {
+  return "2|Function : Check and background download\n" +
+         Launch(kUpdaterFolder, kUpdater,
+                "-NoUI -CheckTask NIMBAHUB -SkipAdditionTasks -ExitWhenParentDie:{pid}");
+}
+
+std::string HubDownload() {
+  return "2|Begin background download.\n" +
+         Launch(kUpdaterFolder, kUpdater,
+                "-NoUI NIMBAHUB \"-AdditionTask:NIMBA_SOFTWARE "
+                "com.corvane.windows.nimba_internal.new_updater\" -SkipAdditionTasks "
+                "-DownloadOnly -KillBrothers") +
+         "2|Launch updater success for baclground download.\n";
+}
+
+std::string AnotherVersionDownloaded(const std::string& staged_version) {
+  return HubCheck() + R"(2|Launch updater success for check.
+2|Updater exit = 1
+2|No update available.
+2|Version mismatch between installed (1.0.0) and app folder ()" +
+         staged_version + ").\n" + HubDownload() + "2|Return 12\n";
+}
+
+std::string RefreshCheck() {
+  return "2|Function : Update\n2|Begin update updater.\n" +
+         Launch(kUpdaterFolder, kUpdater,
+                "-NoUI -CheckTask NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater "
+                "-SkipAdditionTasks -ExitWhenParentDie:{pid}");
+}
+
+std::string RefreshFoundNothing() {
+  return RefreshCheck() + R"(2|Launch updater success for check.
+2|Updater exit = 1
+2|No new updater available.
+2|Copy folder from {base}\Updater\NewUpdater to {base}\Updater
+2|Copy complete.
+2|Update updater complete.
+)";
+}
+
+std::string LaunchUpdaterUpdate() {
+  return Launch(kUpdaterFolder, kUpdater,
+                "NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks "
+                "-KillBrothers -ExitWhenParentDie:{pid}");
+}
+
+std::string NoOtherManager() {
+  return "2|Skip terminate current process NHUpdateManager.exe({pid}).\n"
+         "2|Target process NHUpdateManager.exe not found.\n";
+}
+
+std::string Grants() {
+  std::string records;
+  for (const char* folder :
+       {"{base}\\Updater\\Config", "{base}\\Updater\\Temp", "{data}\\Corvane"}) {
+    records += std::string("2|ShellExecute ICACLS success on ICACLS.exe, Params = \"") + folder +
+               "\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e, Return Code = 33\n";
+  }
+  return records;
+}
+
+std::string SelfCopied(const std::string& program) {
+  return R"(2|Copy folder from {base}\Updater\App\NHUpdateManager to {base}\NHUpdateManager
+2|Delete Dir : {base}\NHUpdateManager\Config
+2|Copy folder from {base}\Updater\App\NHUpdateManager\Config to {base}\NHUpdateManager\Config
+2|Copy file from {base}\Updater\App\NHUpdateManager\Config\NHUpdateManager.Default.json to {base}\NHUpdateManager\Config\NHUpdateManager.Default.json
+2|Copy file from {base}\Updater\App\NHUpdateManager\LogConfig.ini to {base}\NHUpdateManager\LogConfig.ini
+2|Copy file from {base}\Updater\App\NHUpdateManager\)" +
+         program + R"( to {base}\NHUpdateManager\)" + program + R"(
+2|Copy file from {base}\Updater\App\NHUpdateManager\NSWLogDynamic64U.dll to {base}\NHUpdateManager\NSWLogDynamic64U.dll
+2|Copy NHUpdateManager success.
+)";
+}
+
+std::string TopLevelFilesReplaced() {
+  return R"(2|Delete OK : {base}\NHHub.exe
+2|Delete OK : {base}\Version.txt
+2|Copy OK : {base}\Updater\App\NHHub.exe => {base}\NHHub.exe
+2|Copy OK : {base}\Updater\App\Version.txt => {base}\Version.txt
+)";
+}
+
+std::string ReleaseCopied() {
+  return R"(2|Copy folder from {base}\Updater\App to {base}
+2|Copy file from {base}\Updater\App\NHHub.exe to {base}\NHHub.exe
+2|Delete Dir : {base}\Plugins
+2|Copy folder from {base}\Updater\App\Plugins to {base}\Plugins
+2|Copy folder from {base}\Updater\App\Plugins\Cameras to {base}\Plugins\Cameras
+2|Copy file from {base}\Updater\App\Plugins\Cameras\cam.dll to {base}\Plugins\Cameras\cam.dll
+2|Copy file from {base}\Updater\App\Plugins\sound.dll to {base}\Plugins\sound.dll
+2|Copy file from {base}\Updater\App\Version.txt to {base}\Version.txt
+2|Copy complete.
+2|Copy files OK.
+)";
+}
+
+std::string CopyFailedAtTheCameras() {
+  return R"(2|Copy folder from {base}\Updater\App to {base}
+2|Copy file from {base}\Updater\App\NHHub.exe to {base}\NHHub.exe
+2|Delete Dir : {base}\Plugins
+2|Copy folder from {base}\Updater\App\Plugins to {base}\Plugins
+2|Copy folder from {base}\Updater\App\Plugins\Cameras to {base}\Plugins\Cameras
+2|Copy file from {base}\Updater\App\Plugins\Cameras\cam.dll to {base}\Plugins\Cameras\cam.dll
+4|Fail to copy file = 32
+3|Copy fail, sleep 3 seconds and retry.
+)";
+}
+
+std::string Registered() {
+  return R"(2|Nimba Hub registry set.
+2|NHUpdateManager crash dump folder set to : {data}\Corvane\NimbaSoftware\NimbaHub\Log
+2|Update registry OK.
+)";
+}
+
+std::string TemporaryFolderRemoved() {
+  return R"(2|Remove empty folder in path : {base}
+2|Remove empty folder : {base}\Updater\Temp
+)";
+}
+
+std::string FinalUpdateRecords() {
+  return StartUp() + "2|Function : Final Update\n" + NoOtherManager() + "2|Stop associates OK.\n" +
+         Grants() + TopLevelFilesReplaced() + ReleaseCopied() + Registered() +
+         TemporaryFolderRemoved() + "2|Return 0\n";
+}
+
+}  // namespace nhupdate_test
