@@ -73,7 +73,7 @@ TEST(LinkedFolderTest, TheFolderCantBeExchangedWhileTheLogIsOpen) {
 
 TEST(LinkedFolderTest, AFolderThatOthersMayExchangeIsRefused) {
   const LogPlace place;
-  const nhupdate::UniqueFile other(::CreateFileW(
+  nhupdate::UniqueFile other(::CreateFileW(
       place.Folder().c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
       nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
   ASSERT_TRUE(other.IsValid());
@@ -82,6 +82,7 @@ TEST(LinkedFolderTest, AFolderThatOthersMayExchangeIsRefused) {
   const int result = library.Start(place.Settings(), place.Folder());
 
   EXPECT_EQ(result, 3);
+  other.Reset();  // nobody could list the folder otherwise
   EXPECT_THAT(ListTree(place.Folder()), IsEmpty());
 }
 
