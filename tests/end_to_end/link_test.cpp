@@ -1,7 +1,7 @@
 #include "base/existence.h"
 #include "tests/end_to_end/support/end_to_end_test.h"
-#include "tests/end_to_end/support/folder_link.h"
 #include "tests/support/files.h"
+#include "tests/support/folder_link.h"
 
 namespace nhupdate_test {
 namespace {

@@ -1,6 +1,6 @@
 #include "tests/end_to_end/support/end_to_end_test.h"
-#include "tests/end_to_end/support/utf8_text.h"
 #include "tests/support/log_journal.h"
+#include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 namespace {

@@ -8,10 +8,10 @@
 
 #include "base/unique_handle.h"
 #include "base/windows.h"
-#include "tests/end_to_end/support/folder_link.h"
 #include "tests/log_library/loaded_log_library.h"
 #include "tests/log_library/log_records.h"
 #include "tests/support/files.h"
+#include "tests/support/folder_link.h"
 
 namespace nhupdate_test {
 namespace {

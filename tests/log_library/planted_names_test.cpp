@@ -5,10 +5,10 @@
 #include <gtest/gtest.h>
 
 #include "base/existence.h"
-#include "tests/end_to_end/support/folder_link.h"
 #include "tests/log_library/loaded_log_library.h"
 #include "tests/log_library/log_records.h"
 #include "tests/support/files.h"
+#include "tests/support/folder_link.h"
 #include "tests/support/interposer.h"
 
 namespace nhupdate_test {

@@ -6,7 +6,7 @@
 #include <tuple>
 
 #include "base/windows.h"
-#include "tests/end_to_end/support/utf8_text.h"
+#include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 

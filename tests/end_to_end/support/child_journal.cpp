@@ -5,8 +5,8 @@
 #include <sstream>
 
 #include "base/existence.h"
-#include "tests/end_to_end/support/utf8_text.h"
 #include "tests/support/files.h"
+#include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 

@@ -4,8 +4,8 @@
 
 #include "base/paths.h"
 #include "base/windows.h"
-#include "tests/end_to_end/support/utf8_text.h"
 #include "tests/support/files.h"
+#include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 

@@ -3,7 +3,7 @@
 #include "base/paths.h"
 #include "base/strings.h"
 #include "tests/end_to_end/support/log_source.h"
-#include "tests/end_to_end/support/utf8_text.h"
+#include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 

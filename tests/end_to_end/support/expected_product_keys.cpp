@@ -2,7 +2,7 @@
 
 #include "base/windows.h"
 #include "tests/end_to_end/support/product_registry.h"
-#include "tests/end_to_end/support/utf8_text.h"
+#include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 

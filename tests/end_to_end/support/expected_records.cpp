@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "base/windows.h"
-#include "tests/end_to_end/support/utf8_text.h"
+#include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 

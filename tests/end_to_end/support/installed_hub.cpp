@@ -15,10 +15,10 @@
 #include "tests/end_to_end/support/icacls_stand_in.h"
 #include "tests/end_to_end/support/product_registry.h"
 #include "tests/end_to_end/support/texts.h"
-#include "tests/end_to_end/support/utf8_text.h"
 #include "tests/support/files.h"
 #include "tests/support/log_journal.h"
 #include "tests/support/packaged_folder.h"
+#include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 

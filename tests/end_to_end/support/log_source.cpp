@@ -6,9 +6,9 @@
 #include <sstream>
 
 #include "base/existence.h"
-#include "tests/end_to_end/support/utf8_text.h"
 #include "tests/support/files.h"
 #include "tests/support/log_journal.h"
+#include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 

@@ -8,9 +8,9 @@
 #include "base/paths.h"
 #include "base/strings.h"
 #include "tests/end_to_end/support/texts.h"
-#include "tests/end_to_end/support/utf8_text.h"
 #include "tests/support/files.h"
 #include "tests/support/packaged_folder.h"
+#include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 

@@ -4,7 +4,7 @@
 
 #include "base/unique_handle.h"
 #include "base/windows.h"
-#include "tests/end_to_end/support/utf8_text.h"
+#include "tests/support/utf8_text.h"
 
 namespace nhupdate_stand_in {
 

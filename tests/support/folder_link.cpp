@@ -1,4 +1,4 @@
-#include "tests/end_to_end/support/folder_link.h"
+#include "tests/support/folder_link.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 
 #include "base/unique_handle.h"
 #include "base/windows.h"
-#include "tests/end_to_end/support/utf8_text.h"
+#include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 

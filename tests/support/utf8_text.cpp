@@ -1,4 +1,4 @@
-#include "tests/end_to_end/support/utf8_text.h"
+#include "tests/support/utf8_text.h"
 
 #include <cstddef>
 
