@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 
 #include "log_library/record_time.h"
 #include "tests/log_library/loaded_log_library.h"
@@ -37,6 +38,25 @@ TEST(LogHeaderTest, TellsWhoWritesOnWhatSystem) {
                                             "Windows \\d+\\.\\d+\\.\\d+, "
                                             "time zone \\w.* \\(UTC.\\d\\d:\\d\\d\\)"));
   EXPECT_THAT(records[0].text, EndsWith("(UTC" + offset + ")"));
+}
+
+TEST(LogHeaderTest, SaysThatTheVersionOfWindowsIsUnknown) {
+  const LogPlace place;
+  LoadedLogLibrary library;
+  int result = 1;
+  {
+    Interposer<decltype(::GetProcAddress)> entry(
+        library.Module(), "GetProcAddress", [&](HMODULE module, const char* name) -> FARPROC {
+          return name == std::string_view("RtlGetVersion") ? nullptr
+                                                           : entry.Original()(module, name);
+        });
+    result = library.Start(place.Settings(), place.Folder());
+  }
+
+  EXPECT_EQ(result, 0);
+  const auto records = ReadRecords(place.CurrentFile());
+  ASSERT_EQ(records.size(), 1u);
+  EXPECT_THAT(records[0].text, HasSubstr(", Windows of unknown version, time zone "));
 }
 
 TEST(LogHeaderTest, IsWrittenWhateverTheLevel) {
