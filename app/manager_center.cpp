@@ -1,6 +1,8 @@
 #include "app/manager_center.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <tuple>
 
@@ -17,13 +19,12 @@ namespace {
 
 constexpr wchar_t kLogTag[] = L"NHUpdateManager";
 
-// At most 259 characters. A path that is cut off would name folders that aren't the product's, so
-// it counts as unknown, which is an empty path.
+// At most 259 characters: a longer path is cut off.
 std::wstring ExecutablePath() {
   std::array<wchar_t, MAX_PATH> buffer = {};
   const DWORD length =
       ::GetModuleFileNameW(nullptr, buffer.data(), static_cast<DWORD>(buffer.size()));
-  return length < buffer.size() ? std::wstring(buffer.data(), length) : std::wstring();
+  return std::wstring(buffer.data(), std::min<std::size_t>(length, buffer.size() - 1));
 }
 
 void CreateFolder(const std::wstring& path) {

@@ -15,8 +15,8 @@ namespace {
 
 constexpr std::uint64_t kFileTimeUnitsPerDay = 24ULL * 60 * 60 * 10'000'000;  // of 100 ns
 
-// The log folder is ProgramData\Corvane\NimbaSoftware\NimbaHub\Log. Every user may write to each of
-// these but ProgramData itself.
+// The log folder is ProgramData\Corvane\NimbaSoftware\NimbaHub\Log. Users may make or exchange each
+// of these but ProgramData itself.
 constexpr int kLevelsBelowProgramData = 4;
 
 // Relative names would mean another folder as soon as the program changes its current one.

@@ -19,8 +19,8 @@ class CLogFolder {
   // Takes the folder after making sure that it is one, that neither it nor one of the three above
   // it is a link (users may write there; whoever may write further up may put links there), and
   // keeps it open. Until the object is gone the folder and those above it can't be renamed, removed
-  // or exchanged: a path that was good stays good. Of a path without a drive letter only the folder
-  // itself is looked at.
+  // or exchanged: a path that was good stays good. Of a path without a drive letter, and of a drive
+  // itself, only the folder is looked at, and it is kept open where Windows allows that.
   [[nodiscard]] StartResult Open(const std::wstring& path);
 
   [[nodiscard]] std::wstring CurrentFile() const;

@@ -45,9 +45,9 @@ int CManagerCenter::SelfUpdate() {
 bool CManagerCenter::CopySelfTo(const std::wstring& installed_folder) {
   // Without a base folder this copy lies in a drive's root or nobody knows where: the folder to be
   // copied would be the whole drive.
-  const int attempts = paths_.base_folder.empty() ? 0 : kSelfCopyAttempts;
-  for (int attempt = 0; attempt < attempts; ++attempt) {
-    if (CopyFolder(installed_folder, paths_.module_folder, 1, 1, 1) != 0) {
+  const bool may_copy = !paths_.base_folder.empty();
+  for (int attempt = 0; attempt < kSelfCopyAttempts; ++attempt) {
+    if (may_copy && CopyFolder(installed_folder, paths_.module_folder, 1, 1, 1) != 0) {
       Log(LogLevel::kInformation, L"Copy NHUpdateManager success.");
       return true;
     }
