@@ -1,37 +1,27 @@
 #include "app/manager_center.h"
 
-#include <algorithm>
-#include <array>
-#include <cstddef>
 #include <optional>
 #include <tuple>
 
 #include "app/elevation.h"
+#include "base/executable_path.h"
 #include "base/known_folder.h"
 #include "base/windows.h"
+#include "install/empty_folders.h"
+#include "install/folder_access.h"
+#include "install/folder_copy.h"
+#include "install/folder_removal.h"
+#include "install/install_copy.h"
+#include "install/process_image.h"
+#include "install/process_stop.h"
+#include "install/registration.h"
+#include "text/language_selection.h"
 #include "text/string_file.h"
+#include "update/updater_config.h"
 
 #include <objbase.h>  // needs <windows.h> first
 
 namespace nhupdate {
-
-namespace {
-
-constexpr wchar_t kLogTag[] = L"NHUpdateManager";
-
-// At most 259 characters: a longer path is cut off.
-std::wstring ExecutablePath() {
-  std::array<wchar_t, MAX_PATH> buffer = {};
-  const DWORD length =
-      ::GetModuleFileNameW(nullptr, buffer.data(), static_cast<DWORD>(buffer.size()));
-  return std::wstring(buffer.data(), std::min<std::size_t>(length, buffer.size() - 1));
-}
-
-void CreateFolder(const std::wstring& path) {
-  std::ignore = ::CreateDirectoryW(path.c_str(), nullptr);  // it usually exists already
-}
-
-}  // namespace
 
 CManagerCenter::CManagerCenter() {
   std::ignore = ::CoInitialize(nullptr);  // only some shell calls profit from COM
@@ -70,22 +60,76 @@ void CManagerCenter::PrepareDataFolders() {
   std::wstring folder = *program_data;
   for (const wchar_t* name : {L"\\Corvane", L"\\NimbaSoftware", L"\\NimbaHub"}) {
     folder += name;
-    CreateFolder(folder);
+    ::CreateDirectoryW(folder.c_str(), nullptr);  // usually there already
   }
   paths_.product_data_folder = folder;
   paths_.log_folder = folder + L"\\Log";
-  CreateFolder(paths_.log_folder);
+  ::CreateDirectoryW(paths_.log_folder.c_str(), nullptr);
 }
 
-bool CManagerCenter::RequireElevation() {
-  if (!IsElevated()) {
-    Log(LogLevel::kError, L"Process not been elevated for install.");  // sic
-  }
-  return IsElevated();
+void CManagerCenter::EndLog() {
+  log_center_.StopLog();
+  log_center_.UnloadLogLibrary();
 }
 
-void CManagerCenter::LogText(LogLevel level, const std::wstring& message) {
-  log_center_.WriteRecord(static_cast<int>(level), kLogTag, message);
+int CManagerCenter::DeleteUpdaterConfig(int staged) {
+  const std::wstring updater_folder =
+      staged == 0 ? paths_.UpdaterFolder() : paths_.UpdaterFolderSeenFromStagedCopy();
+  return nhupdate::DeleteUpdaterConfig(updater_folder, Records()) ? 1 : 0;
+}
+
+void CManagerCenter::LoadStrings(const std::wstring& path) {
+  nhupdate::LoadStrings(strings_, path, Records());
+}
+
+std::wstring CManagerCenter::GetString(const std::wstring& key) const {
+  return nhupdate::GetString(strings_, key);
+}
+
+std::wstring CManagerCenter::SelectLanguage() {
+  return nhupdate::SelectLanguage(paths_.configuration_folder, Records());
+}
+
+int CManagerCenter::GetProcessImageName(unsigned long process_id, std::wstring& name,
+                                        std::wstring& path) {
+  return nhupdate::GetProcessImageName(process_id, name, path) ? 1 : 0;
+}
+
+int CManagerCenter::TerminateProcessByName(const std::wstring& file_name) {
+  return nhupdate::TerminateProcessByName(file_name, Records()) ? 1 : 0;
+}
+
+int CManagerCenter::StopUpdateManagers() {
+  return nhupdate::StopUpdateManagers(strings_, Records()) ? 1 : 0;
+}
+
+int CManagerCenter::CopyFolder(const std::wstring& destination, const std::wstring& source,
+                               int recurse, int log_details, int delete_existing) {
+  CFolderCopy copy(paths_.module_folder, paths_.base_folder, Records(), last_failed_copy_path_);
+  const CopyOptions options = {.recurse = recurse != 0,
+                               .log_details = log_details != 0,
+                               .delete_existing_sub_folders = delete_existing != 0};
+  return copy.Copy(destination, source, options) ? 1 : 0;
+}
+
+int CManagerCenter::InstallCopy() {
+  return nhupdate::InstallCopy(paths_, strings_, Records(), last_failed_copy_path_) ? 1 : 0;
+}
+
+int CManagerCenter::CollectEmptyFolders(const std::wstring& folder) {
+  return nhupdate::CollectEmptyFolders(folder, folders_to_remove_, Records()) ? 1 : 0;
+}
+
+int CManagerCenter::DeleteFolderTree(const std::wstring& folder) {
+  return nhupdate::DeleteFolderTree(folder, paths_.base_folder) ? 1 : 0;
+}
+
+int CManagerCenter::RegisterProduct() {
+  return nhupdate::RegisterProduct(paths_, Records()) ? 1 : 0;
+}
+
+void CManagerCenter::GrantFolderAccess() {
+  nhupdate::GrantFolderAccess(paths_.base_folder, Records());
 }
 
 }  // namespace nhupdate

@@ -6,11 +6,11 @@
 
 #include "app/manager_center.h"
 #include "app/process_setup.h"
-#include "app/result_code.h"
 #include "app/run_mode.h"
 #include "base/console.h"
 #include "base/unique_handle.h"
 #include "base/windows.h"
+#include "update/result_code.h"
 
 #include <shellapi.h>  // needs <windows.h> first
 
@@ -21,10 +21,6 @@ namespace {
 // For DeleteUpdaterConfig: which copy of the program is running.
 constexpr int kInstalledCopy = 0;
 constexpr int kStagedCopy = 1;
-
-// For InstallSequence.
-constexpr int kInstallation = 0;
-constexpr int kLastUpdateStage = 1;
 
 struct ArgumentArrayTraits {
   using Value = wchar_t**;
@@ -45,14 +41,6 @@ std::vector<std::wstring> CommandLineArguments() {
   return std::vector<std::wstring>(arguments.Get() + 1, arguments.Get() + count);
 }
 
-int FinalUpdate(CManagerCenter& manager) {
-  manager.Log(LogLevel::kInformation, L"Function : Final Update");
-  if (!manager.RequireElevation()) {
-    return kNotElevated;
-  }
-  return manager.InstallSequence(kLastUpdateStage);
-}
-
 int CleanUpAfterFailure(CManagerCenter& manager, int result, int running_copy) {
   if (result != kSucceeded) {
     std::ignore = manager.DeleteUpdaterConfig(running_copy);  // the first failure counts
@@ -65,13 +53,13 @@ int RunWorkflow(CManagerCenter& manager, RunMode mode) {
     case RunMode::kDownload:
       return manager.CheckAndDownload();
     case RunMode::kInstall:
-      return manager.InstallSequence(kInstallation);
+      return manager.InstallSequence(InstallKind::kInstallation);
     case RunMode::kUpdate:
       return CleanUpAfterFailure(manager, manager.Update(), kInstalledCopy);
     case RunMode::kSelfUpdate:
       return CleanUpAfterFailure(manager, manager.SelfUpdate(), kStagedCopy);
     case RunMode::kFinalUpdate:
-      return CleanUpAfterFailure(manager, FinalUpdate(manager), kInstalledCopy);
+      return CleanUpAfterFailure(manager, manager.FinalUpdate(), kInstalledCopy);
     case RunMode::kNone:
       break;
   }
@@ -100,8 +88,7 @@ int RunProgram() {
 
   const int result = RunWorkflow(manager, mode);
   manager.Log(LogLevel::kInformation, L"Return %d", result);
-  manager.LogCenter().StopLog();
-  manager.LogCenter().UnloadLogLibrary();
+  manager.EndLog();
   return result;
 }
 

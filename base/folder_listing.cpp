@@ -2,7 +2,7 @@
 
 #include <cwchar>
 
-#include "base/reparse_tag.h"
+#include "base/folder_place.h"
 
 namespace nhupdate {
 

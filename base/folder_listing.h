@@ -34,7 +34,7 @@ class CFolderListing {
   [[nodiscard]] std::wstring Name() const;
   [[nodiscard]] bool IsFolder() const;
 
-  [[nodiscard]] bool IsLink() const;  // see base/reparse_tag.h
+  [[nodiscard]] bool IsLink() const;  // see MeansLink in base/folder_place.h
 
  private:
   // On the heap: listings are nested as deep as the folders are.

@@ -1,26 +1,52 @@
 #pragma once
 
-// Where a folder really is. One folder can go by many names: through links, as a short name, in
-// another letter case, or as seen from the current drive.
+// Where a file or folder really is. One can go by many names: through links, as a short name, in
+// another letter case, or as seen from the current drive. Two questions are answered here: is it a
+// link, and is its place the same as, or below, another one. Both are put to an open handle, since
+// what a path leads to may change at any moment.
 
 #include <string>
 
 #include "base/unique_handle.h"
+#include "base/windows.h"
 
 namespace nhupdate {
 
+// True for the attributes and reparse tag of a junction, symbolic link or mount point. Placeholders
+// of cloud storage are no links; a reparse point that doesn't say what it is counts as one.
+[[nodiscard]] bool MeansLink(DWORD attributes, DWORD reparse_tag);
+
 // Opens the folder for listing and, as long as the handle lives, keeps others from renaming or
-// removing it. `flags` are further ones of CreateFileW; without any, links are followed.
-[[nodiscard]] UniqueFile OpenFolder(const std::wstring& folder, DWORD flags);
+// removing it, and with it those above it. The first opens the folder itself, even if it is a link,
+// the second what the path leads to.
+[[nodiscard]] UniqueFile HoldFolderItself(const std::wstring& folder);
+[[nodiscard]] UniqueFile HoldFolder(const std::wstring& folder);
 
-// The path of an open folder with all links on the way resolved, in the kernel's form, which every
-// volume has, and without a trailing backslash. Empty when it can't be had.
-[[nodiscard]] std::wstring FinalPath(const UniqueFile& folder);
+// True when what is open is a link; also when that can't be found out. A file system without links
+// is asked only what it can answer.
+[[nodiscard]] bool IsLink(const UniqueFile& opened);
 
-// True when two final paths are one, in the eyes of Windows, which ignores the letter case.
-[[nodiscard]] bool IsSamePlace(const std::wstring& left, const std::wstring& right);
+// The place of something that was open when the object was made. Without anything to compare
+// nothing is said to be the same: an unknown place is not even the same as itself.
+class CPlace {
+ public:
+  CPlace() = default;  // unknown
+  explicit CPlace(const UniqueFile& opened);
 
-// True when the first is the second, or lies below it; both are final paths.
-[[nodiscard]] bool IsAtOrBelowPlace(const std::wstring& path, const std::wstring& folder);
+  [[nodiscard]] bool IsKnown() const { return !path_.empty(); }
+  [[nodiscard]] bool IsSameAs(const CPlace& other) const;
+
+  // True when it is that folder's place, or lies below it.
+  [[nodiscard]] bool IsWithin(const CPlace& folder) const;
+
+  // What lies below by that relative path, which begins with a backslash or is empty, if no link is
+  // on the way.
+  [[nodiscard]] CPlace Below(const std::wstring& relative_path) const;
+
+ private:
+  // All links on the way resolved, in the kernel's form, which every volume has, and without a
+  // trailing backslash.
+  std::wstring path_;
+};
 
 }  // namespace nhupdate

@@ -1,97 +1,102 @@
-#include <string>
+#include "install/folder_copy.h"
+
 #include <tuple>
 
-#include "app/manager_center.h"
 #include "base/folder_listing.h"
+#include "base/held_folder.h"
 #include "base/paths.h"
-#include "base/pinned_folder.h"
 #include "base/windows.h"
-#include "install/copy_retry.h"
+#include "install/folder_removal.h"
 
 namespace nhupdate {
 
 namespace {
 
+constexpr int kCopyAttempts = 10;
+
 // The texts alone could only say yes for certain: one folder can go by many names.
 bool MayHold(const std::wstring& folder, const std::wstring& path) {
-  return IsSameOrInside(path, folder) || CPinnedFolder(folder).MayHold(path);
+  return IsSameOrInside(path, folder) || CHeldFolder(folder).MayHold(path);
 }
 
 }  // namespace
 
-int CManagerCenter::CopyFolder(const std::wstring& destination, const std::wstring& source,
-                               int recurse, int log_details, int delete_existing) {
-  if (log_details != 0) {
-    LogText(LogLevel::kInformation, L"Copy folder from " + source + L" to " + destination);
+bool CFolderCopy::Copy(const std::wstring& destination, const std::wstring& source,
+                       const CopyOptions& options) {
+  if (options.log_details) {
+    log_.WriteText(LogLevel::kInformation, L"Copy folder from " + source + L" to " + destination);
   }
-  std::ignore = ::CreateDirectoryW(destination.c_str(), nullptr);  // usually there already
+  ::CreateDirectoryW(destination.c_str(), nullptr);  // usually there already
 
   CFolderListing listing(source + kAllEntries);
   while (listing.Next()) {
     const std::wstring entry = source + L"\\" + listing.Name();
     const std::wstring target = destination + L"\\" + listing.Name();
-    const int copied = !listing.IsFolder() ? CopyOneFile(target, entry, log_details)
-                       : recurse != 0 ? CopySubFolder(target, entry, log_details, delete_existing)
-                                      : 1;
-    if (copied == 0) {
-      return 0;
+    if (listing.IsFolder()) {
+      if (options.recurse && !CopySubFolder(target, entry, options)) {
+        return false;
+      }
+    } else if (!CopyOneFile(target, entry, options)) {
+      return false;
     }
   }
   if (listing.Error()) {
     // What wasn't seen wasn't copied either.
-    if (log_details != 0) {
-      Log(LogLevel::kError, L"Fail to copy file = %d", *listing.Error());
+    if (options.log_details) {
+      log_.Write(LogLevel::kError, L"Fail to copy file = %d", *listing.Error());
     }
-    last_failed_copy_path_ = destination;
-    return 0;
+    last_failed_path_ = destination;
+    return false;
   }
-  return 1;
+  return true;
 }
 
-int CManagerCenter::CopyFolderWithRetries(const std::wstring& destination,
-                                          const std::wstring& source, int delete_existing) {
+bool CFolderCopy::CopyWithRetries(const std::wstring& destination, const std::wstring& source,
+                                  const CopyOptions& options) {
   for (int attempt = 0; attempt < kCopyAttempts; ++attempt) {
-    if (CopyFolder(destination, source, 1, 1, delete_existing) != 0) {
-      Log(LogLevel::kInformation, L"Copy complete.");
-      return 1;
+    if (Copy(destination, source, options)) {
+      log_.Write(LogLevel::kInformation, L"Copy complete.");
+      return true;
     }
-    Log(LogLevel::kWarning, L"Copy fail, sleep 3 seconds and retry.");
-    ::Sleep(kRetryDelayMs);
+    log_.Write(LogLevel::kWarning, L"Copy fail, sleep 3 seconds and retry.");
+    ::Sleep(kCopyRetryDelayMs);
   }
-  Log(LogLevel::kError, L"Fail to copy folder.");
-  return 0;
+  log_.Write(LogLevel::kError, L"Fail to copy folder.");
+  return false;
 }
 
-int CManagerCenter::CopyOneFile(const std::wstring& target, const std::wstring& source,
-                                int log_details) {
-  if (log_details != 0) {
-    LogText(LogLevel::kInformation, L"Copy file from " + source + L" to " + target);
+bool CFolderCopy::CopyOneFile(const std::wstring& target, const std::wstring& source,
+                              const CopyOptions& options) {
+  if (options.log_details) {
+    log_.WriteText(LogLevel::kInformation, L"Copy file from " + source + L" to " + target);
   }
   if (::CopyFileW(source.c_str(), target.c_str(), FALSE)) {
-    return 1;
+    return true;
   }
   const DWORD error = ::GetLastError();
-  if (log_details != 0) {
-    Log(LogLevel::kError, L"Fail to copy file = %d", error);
+  if (options.log_details) {
+    log_.Write(LogLevel::kError, L"Fail to copy file = %d", error);
   }
-  last_failed_copy_path_ = target;
-  return 0;
+  last_failed_path_ = target;
+  return false;
 }
 
-int CManagerCenter::CopySubFolder(const std::wstring& target, const std::wstring& source,
-                                  int log_details, int delete_existing) {
+bool CFolderCopy::CopySubFolder(const std::wstring& target, const std::wstring& source,
+                                const CopyOptions& options) {
   // The program that is running can't replace itself; an earlier stage has done that.
-  if (target == paths_.module_folder) {
-    return 1;
+  if (target == running_folder_) {
+    return true;
   }
   // What is to be copied must not be deleted with the folder that it lies in.
-  if (delete_existing != 0 && !MayHold(target, source)) {
-    if (log_details != 0) {
-      LogText(LogLevel::kInformation, L"Delete Dir : " + target);
+  if (options.delete_existing_sub_folders && !MayHold(target, source)) {
+    if (options.log_details) {
+      log_.WriteText(LogLevel::kInformation, L"Delete Dir : " + target);
     }
-    std::ignore = DeleteFolderTree(target);  // what stays is copied over
+    std::ignore = DeleteFolderTree(target, owned_root_);  // what stays is copied over
   }
-  return CopyFolder(target, source, 1, log_details, 0);
+  CopyOptions deeper = options;
+  deeper.delete_existing_sub_folders = false;
+  return Copy(target, source, deeper);
 }
 
 }  // namespace nhupdate

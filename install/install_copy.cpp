@@ -1,10 +1,12 @@
-#include <string>
+#include "install/install_copy.h"
+
 #include <vector>
 
-#include "app/manager_center.h"
 #include "base/existence.h"
 #include "base/folder_listing.h"
 #include "base/windows.h"
+#include "install/failure_notice.h"
+#include "install/folder_copy.h"
 #include "text/string_keys.h"
 
 namespace nhupdate {
@@ -16,70 +18,70 @@ std::vector<std::wstring> FilesIn(const std::wstring& folder) {
   CFolderListing listing(folder + kAllEntries);
   while (listing.Next()) {
     if (!listing.IsFolder()) {
-      files.push_back(folder + L"\\" + listing.Name());
+      files.push_back(listing.Name());
     }
   }
   return files;
+}
+
+// A listing that can't begin or breaks off is no reason to stop, here or for the staged files: the
+// folder copy brings what is missing, or fails and is tried again.
+bool DeleteInstalledFiles(const std::wstring& base_folder, const StringTable& strings,
+                          const CLog& log) {
+  for (const std::wstring& name : FilesIn(base_folder)) {
+    const std::wstring file = base_folder + L"\\" + name;
+    if (!Exists(file)) {
+      continue;
+    }
+    if (!::DeleteFileW(file.c_str())) {
+      const DWORD error = ::GetLastError();
+      log.Write(LogLevel::kError, L"Fail to delete (%d) : %s", error, file);
+      TellFailure(strings, kKeyFailCommonError, file);
+      return false;
+    }
+    log.Write(LogLevel::kInformation, L"Delete OK : %s", file);
+  }
+  return true;
+}
+
+bool CopyStagedFiles(const ProductFolders& folders, const StringTable& strings, const CLog& log) {
+  CFolderListing listing(folders.app_folder + kAllEntries);
+  while (listing.Next()) {
+    if (listing.IsFolder()) {
+      continue;
+    }
+    const std::wstring source = folders.app_folder + L"\\" + listing.Name();
+    const std::wstring target = folders.base_folder + L"\\" + listing.Name();
+    if (!::CopyFileW(source.c_str(), target.c_str(), FALSE)) {
+      const DWORD error = ::GetLastError();
+      log.Write(LogLevel::kError, L"Fail to copy (%d) : %s => %s", error, source, target);
+      TellFailure(strings, kKeyFailCommonError, target);
+      return false;
+    }
+    log.Write(LogLevel::kInformation, L"Copy OK : %s => %s", source, target);
+  }
+  return true;
 }
 
 }  // namespace
 
 // The top-level files go first, so that no old program file can be started while the rest is being
 // replaced, and come back first. That the folder copy brings them once more does no harm.
-int CManagerCenter::InstallCopy() {
-  if (DeleteInstalledFiles() == 0 || CopyStagedFiles() == 0) {
-    return 0;
+bool InstallCopy(const ProductFolders& folders, const StringTable& strings, const CLog& log,
+                 std::wstring& last_failed_copy_path) {
+  if (folders.HasBaseFolder() && !DeleteInstalledFiles(folders.base_folder, strings, log)) {
+    return false;
   }
-  if (CopyFolderWithRetries(paths_.base_folder, paths_.app_folder, 1) == 0) {
-    ShowCopyErrorBox(last_failed_copy_path_);
-    return 0;
+  if (!CopyStagedFiles(folders, strings, log)) {
+    return false;
   }
-  return 1;
-}
-
-// A listing that can't begin or breaks off is no reason to stop, here or for the staged files: the
-// folder copy brings what is missing, or fails and is tried again.
-int CManagerCenter::DeleteInstalledFiles() {
-  // Without a base folder there is nothing installed; the listing would be of the drive's root.
-  if (paths_.base_folder.empty()) {
-    return 1;
+  CFolderCopy copy(folders.module_folder, folders.base_folder, log, last_failed_copy_path);
+  const bool is_copied = copy.CopyWithRetries(folders.base_folder, folders.app_folder,
+                                              {.delete_existing_sub_folders = true});
+  if (!is_copied) {
+    TellFailure(strings, kKeyFailCommonError, last_failed_copy_path);
   }
-  for (const std::wstring& file : FilesIn(paths_.base_folder)) {
-    if (!Exists(file)) {
-      continue;
-    }
-    if (!::DeleteFileW(file.c_str())) {
-      const DWORD error = ::GetLastError();
-      Log(LogLevel::kError, L"Fail to delete (%d) : %s", error, file);
-      ShowCopyErrorBox(file);
-      return 0;
-    }
-    Log(LogLevel::kInformation, L"Delete OK : %s", file);
-  }
-  return 1;
-}
-
-int CManagerCenter::CopyStagedFiles() {
-  CFolderListing listing(paths_.app_folder + kAllEntries);
-  while (listing.Next()) {
-    if (listing.IsFolder()) {
-      continue;
-    }
-    const std::wstring source = paths_.app_folder + L"\\" + listing.Name();
-    const std::wstring target = paths_.base_folder + L"\\" + listing.Name();
-    if (!::CopyFileW(source.c_str(), target.c_str(), FALSE)) {
-      const DWORD error = ::GetLastError();
-      Log(LogLevel::kError, L"Fail to copy (%d) : %s => %s", error, source, target);
-      ShowCopyErrorBox(target);
-      return 0;
-    }
-    Log(LogLevel::kInformation, L"Copy OK : %s => %s", source, target);
-  }
-  return 1;
-}
-
-void CManagerCenter::ShowCopyErrorBox(const std::wstring& path) const {
-  ShowErrorBox(GetString(kKeyFailCommonError) + L"\n" + path);
+  return is_copied;
 }
 
 }  // namespace nhupdate

@@ -1,10 +1,11 @@
+#include "install/registration.h"
+
 #include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <tuple>
 #include <variant>
 
-#include "app/manager_center.h"
 #include "base/format.h"
 #include "base/registry.h"
 #include "base/windows.h"
@@ -48,23 +49,23 @@ std::wstring Today() {
 
 }  // namespace
 
-int CManagerCenter::RegisterProduct() {
-  const std::wstring manager_folder = paths_.base_folder + L"\\NHUpdateManager";
+bool RegisterProduct(const ProductFolders& folders, const CLog& log) {
+  const std::wstring manager_folder = folders.base_folder + kProgramFolder;
   Write({
-      {kProductKey, L"AppPath", paths_.root_folder},
-      {kProductKey, L"UpdateManager", manager_folder + L"\\NHUpdateManager.exe"},
+      {kProductKey, L"AppPath", folders.root_folder},
+      {kProductKey, L"UpdateManager", manager_folder + L"\\" + kProgramFileName},
   });
-  Log(LogLevel::kInformation, L"Nimba Hub registry set.");
+  log.Write(LogLevel::kInformation, L"Nimba Hub registry set.");
 
   Write({
       {kCollectLogKey, L"CorvaneNimbaHub",
-       paths_.module_folder + L"\\NHCollectLog\\NHCollectLog.exe"},
-      {kCrashDumpKey, L"DumpFolder", paths_.log_folder},
+       folders.module_folder + L"\\NHCollectLog\\NHCollectLog.exe"},
+      {kCrashDumpKey, L"DumpFolder", folders.log_folder},
       {kCrashDumpKey, L"DumpCount", kDumpsKept},
       {kCrashDumpKey, L"DumpType", kFullDump},
   });
-  LogText(LogLevel::kInformation,
-          L"NHUpdateManager crash dump folder set to : " + paths_.log_folder);
+  log.WriteText(LogLevel::kInformation,
+                L"NHUpdateManager crash dump folder set to : " + folders.log_folder);
 
   const std::wstring uninstaller = manager_folder + L"\\NHUninstaller\\NHUninstaller.exe";
   Write({
@@ -72,10 +73,10 @@ int CManagerCenter::RegisterProduct() {
       {kUninstallKey, L"UninstallString", L"\"" + uninstaller + L"\" -uninstall"},
       {kUninstallKey, L"DisplayIcon", uninstaller},
       {kUninstallKey, L"Publisher", L"Corvane"},
-      {kUninstallKey, L"InstallLocation", paths_.root_folder},
+      {kUninstallKey, L"InstallLocation", folders.root_folder},
   });
   Write({{kUninstallKey, L"InstallDate", Today()}});
-  return 1;
+  return true;
 }
 
 }  // namespace nhupdate

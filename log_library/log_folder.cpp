@@ -44,7 +44,7 @@ StartResult CLogFolder::Open(const std::wstring& path) {
   // Without a backslash the name of a drive means the drive itself; with one, the name of a link
   // could mean what it leads to.
   const std::wstring own_name = path_.ends_with(L':') ? path_ + L"\\" : path_;
-  pinned_.emplace(own_name);
+  held_.emplace(own_name);
   const UniqueFile folder = OpenUnfollowed(own_name, 0, OPEN_EXISTING);
   OpenedFile opened;
   if (!folder.IsValid() || !Inspect(folder, opened) || !opened.IsFolder()) {
@@ -100,7 +100,7 @@ bool CLogFolder::IsReachedWithoutUsersLinks() const {
   for (int level = 0; level < kLevelsBelowProgramData && !anchor.ends_with(L':'); ++level) {
     anchor = ParentFolder(anchor);
   }
-  return pinned_->IsAtOrBelow(anchor);
+  return held_->IsPlainWithin(anchor);
 }
 
 bool CLogFolder::IsNamed(const UniqueFile& file, const std::wstring& name) const {

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "base/pinned_folder.h"
+#include "base/held_folder.h"
 #include "base/unique_handle.h"
 #include "log_library/start_result.h"
 
@@ -44,7 +44,7 @@ class CLogFolder {
 
   std::wstring path_;
   std::wstring resolved_path_;
-  std::optional<CPinnedFolder> pinned_;
+  std::optional<CHeldFolder> held_;
 };
 
 }  // namespace nhupdate

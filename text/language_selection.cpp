@@ -1,10 +1,11 @@
+#include "text/language_selection.h"
+
 #include <array>
 #include <optional>
 #include <string>
 #include <tuple>
 #include <vector>
 
-#include "app/manager_center.h"
 #include "base/registry.h"
 #include "base/strings.h"
 #include "base/windows.h"
@@ -28,10 +29,8 @@ std::wstring SteamLanguage() {
 std::wstring MapSteamLanguage(const std::wstring& mapping_file,
                               const std::wstring& steam_language) {
   std::array<wchar_t, 256> buffer = {};
-  // The length tells nothing that the text doesn't.
-  std::ignore =
-      ::GetPrivateProfileStringW(kMappingSection, steam_language.c_str(), L"", buffer.data(),
-                                 static_cast<DWORD>(buffer.size()), mapping_file.c_str());
+  ::GetPrivateProfileStringW(kMappingSection, steam_language.c_str(), L"", buffer.data(),
+                             static_cast<DWORD>(buffer.size()), mapping_file.c_str());
   std::wstring code = buffer.data();
   std::ignore = ReplaceAll(code, L"_", L"-");  // zh_TW means zh-TW
   return code;
@@ -54,27 +53,27 @@ std::optional<std::wstring> SystemLanguage() {
 
 }  // namespace
 
-std::wstring CManagerCenter::SelectLanguage() {
+std::wstring SelectLanguage(const std::wstring& configuration_folder, const CLog& log) {
   const std::wstring steam_language = SteamLanguage();
   if (steam_language.empty()) {
-    Log(LogLevel::kInformation, L"Steam language setting not found.");
+    log.Write(LogLevel::kInformation, L"Steam language setting not found.");
   } else {
-    Log(LogLevel::kInformation, L"Found steam language setting : %s", steam_language);
-    std::wstring mapped = MapSteamLanguage(
-        paths_.configuration_folder + L"\\SteamLanguageMapping.ini", steam_language);
+    log.Write(LogLevel::kInformation, L"Found steam language setting : %s", steam_language);
+    std::wstring mapped =
+        MapSteamLanguage(configuration_folder + L"\\SteamLanguageMapping.ini", steam_language);
     if (!mapped.empty()) {
-      Log(LogLevel::kInformation, L"Mapping steam language to %s.", mapped);
+      log.Write(LogLevel::kInformation, L"Mapping steam language to %s.", mapped);
       return mapped;
     }
-    Log(LogLevel::kInformation, L"Steam language mapping fail.");
+    log.Write(LogLevel::kInformation, L"Steam language mapping fail.");
   }
 
   const std::optional<std::wstring> system_language = SystemLanguage();
   if (system_language) {
-    LogText(LogLevel::kInformation, L"Found System language setting : " + *system_language);
+    log.WriteText(LogLevel::kInformation, L"Found System language setting : " + *system_language);
     return *system_language;
   }
-  Log(LogLevel::kInformation, L"Use default language.");
+  log.Write(LogLevel::kInformation, L"Use default language.");
   return L"Default";
 }
 

@@ -1,17 +1,55 @@
 #include "text/string_file.h"
 
 #include <cstddef>
+#include <limits>
+#include <vector>
 
 #include "base/existence.h"
 #include "base/strings.h"
+#include "base/unique_handle.h"
+#include "base/windows.h"
+#include "text/utf8.h"
 
 namespace nhupdate {
 
 namespace {
 
+constexpr char kUtf8Mark[] = {'\xEF', '\xBB', '\xBF'};
+constexpr int kUtf8MarkBytes = sizeof(kUtf8Mark);
+
 std::wstring StringFilePath(const std::wstring& configuration_folder,
                             const std::wstring& language) {
   return configuration_folder + L"\\NHUpdateManager." + language + L".json";
+}
+
+UniqueFile OpenForReading(const std::wstring& path) {
+  return UniqueFile(::CreateFileW(path.c_str(), GENERIC_READ,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+// A file that can't be read, or whose size the reader can't count (it needs one number more for the
+// end), counts as empty: it holds no texts.
+std::vector<char> ReadWhole(const UniqueFile& file) {
+  LARGE_INTEGER size = {};
+  if (!::GetFileSizeEx(file.Get(), &size) || size.QuadPart >= std::numeric_limits<int>::max()) {
+    return {};
+  }
+  std::vector<char> bytes(static_cast<std::size_t>(size.QuadPart));
+  DWORD read = 0;
+  if (!::ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr)) {
+    return {};
+  }
+  bytes.resize(read);
+  return bytes;
+}
+
+std::wstring Decode(const std::vector<char>& bytes) {
+  const int byte_count = static_cast<int>(bytes.size());
+  const bool has_mark = byte_count >= kUtf8MarkBytes && bytes[0] == kUtf8Mark[0] &&
+                        bytes[1] == kUtf8Mark[1] && bytes[2] == kUtf8Mark[2];
+  return has_mark ? Utf8ToWide(bytes.data() + kUtf8MarkBytes, byte_count - kUtf8MarkBytes)
+                  : Utf8ToWide(bytes.data(), byte_count);
 }
 
 }  // namespace
@@ -31,6 +69,16 @@ std::wstring ChooseStringFile(const std::wstring& configuration_folder,
     }
   }
   return StringFilePath(configuration_folder, L"Default");
+}
+
+std::optional<StringFileText> ReadStringFile(const std::wstring& path) {
+  UniqueFile file = OpenForReading(path);
+  if (!file.IsValid()) {
+    return std::nullopt;
+  }
+  const std::vector<char> bytes = ReadWhole(file);
+  file.Reset();
+  return StringFileText{Decode(bytes), static_cast<int>(bytes.size())};
 }
 
 }  // namespace nhupdate

@@ -2,64 +2,55 @@
 #include <tuple>
 
 #include "app/manager_center.h"
-#include "app/result_code.h"
 #include "update/child_launch.h"
 #include "update/launch_catalog.h"
 #include "update/product_version.h"
-#include "update/updater_folder.h"
+#include "update/result_code.h"
 #include "update/updater_run.h"
 
 namespace nhupdate {
 
 namespace {
 
-int ResultOf(CheckOutcome outcome) {
-  switch (outcome) {
-    case CheckOutcome::kUpdaterMissing:
-      return kCheckUpdaterMissing;
-    case CheckOutcome::kFound:
-      return kUpdateFound;
-    case CheckOutcome::kNothingFound:
-      return kNoUpdateAvailable;
-    case CheckOutcome::kFailed:
-      break;
+bool StagedVersionDiffers(const ProductFolders& folders, const CLog& log) {
+  const std::wstring installed = ReadProductVersion(folders.base_folder);
+  const std::wstring staged = ReadProductVersion(folders.app_folder);
+  if (installed == staged) {
+    log.Write(LogLevel::kInformation, L"Version match between installed and app folder : %s",
+              installed);
+    return false;
   }
-  return kCheckFailed;
+  log.Write(LogLevel::kInformation, L"Version mismatch between installed (%s) and app folder (%s).",
+            installed, staged);
+  return true;
+}
+
+// What the workflow ends with when there turns out to be nothing new.
+int ResultWithoutUpdate(CheckOutcome check) {
+  return check == CheckOutcome::kNothingFound ? kNoUpdateAvailable : kCheckFailed;
 }
 
 }  // namespace
 
 int CManagerCenter::CheckAndDownload() {
-  Log(LogLevel::kInformation, L"Function : Check and background download");
-  const std::wstring updater_folder = paths_.base_folder + kUpdaterFolder;
-  int result = ResultOf(CheckWithUpdater(kCheckForUpdate, updater_folder, L"New update available.",
-                                         L"No update available."));
-  if (result == kCheckUpdaterMissing) {
-    return result;
+  const CLog log = Records();
+  log.Write(LogLevel::kInformation, L"Function : Check and background download");
+  const CheckMessages messages = {.found = L"New update available.",
+                                  .nothing_found = L"No update available."};
+  const CheckOutcome check =
+      CheckWithUpdater(kCheckForUpdate, paths_.UpdaterFolder(), messages, log);
+  if (check == CheckOutcome::kUpdaterMissing) {
+    return kCheckUpdaterMissing;
   }
   // An updater that found nothing, or failed, may have staged a new version at another time.
-  if (result != kUpdateFound && StagedVersionDiffers()) {
-    result = kUpdateFound;
+  if (check != CheckOutcome::kFound && !StagedVersionDiffers(paths_, log)) {
+    log.Write(LogLevel::kInformation, L"Skip background download due to no update or error.");
+    return ResultWithoutUpdate(check);
   }
-  if (result != kUpdateFound) {
-    Log(LogLevel::kInformation, L"Skip background download due to no update or error.");
-    return result;
-  }
-  Log(LogLevel::kInformation, L"Begin background download.");
-  std::ignore = Launch(kBackgroundDownload, updater_folder);  // something is new in any case
-  return result;
-}
-
-bool CManagerCenter::StagedVersionDiffers() {
-  const std::wstring installed = ReadProductVersion(paths_.base_folder);
-  const std::wstring staged = ReadProductVersion(paths_.app_folder);
-  if (installed == staged) {
-    Log(LogLevel::kInformation, L"Version match between installed and app folder : %s", installed);
-    return false;
-  }
-  Log(LogLevel::kInformation, L"Version mismatch between installed (%s) and app folder (%s).",
-      installed, staged);
-  return true;
+  log.Write(LogLevel::kInformation, L"Begin background download.");
+  std::ignore =
+      Launch(kBackgroundDownload, paths_.UpdaterFolder(), log);  // something is new anyway
+  return kUpdateFound;
 }
 
 }  // namespace nhupdate

@@ -1,9 +1,7 @@
 #include "update/child_launch.h"
 
-#include <tuple>
 #include <utility>
 
-#include "app/manager_center.h"
 #include "base/existence.h"
 
 #include <shellapi.h>  // needs <windows.h> first
@@ -11,13 +9,6 @@
 namespace nhupdate {
 
 namespace {
-
-std::wstring ParametersOf(const ChildLaunch& launch) {
-  if (const auto* with_parent = std::get_if<FormatString<DWORD>>(&launch.parameters)) {
-    return Format(*with_parent, ::GetCurrentProcessId());
-  }
-  return Format(std::get<FormatString<>>(launch.parameters));
-}
 
 // Starts the program without a window. Returns the error, or nothing and the process, which is
 // none when the shell handed the work to a process that was running already.
@@ -41,7 +32,7 @@ std::optional<DWORD> Execute(const std::wstring& folder, const std::wstring& pat
 
 // There is no time limit: an update takes as long as the network and the user let it.
 std::optional<DWORD> WaitForExitCode(const UniqueKernelHandle& process) {
-  std::ignore = ::WaitForSingleObject(process.Get(), INFINITE);  // the exit code tells
+  ::WaitForSingleObject(process.Get(), INFINITE);  // the exit code tells
   DWORD exit_code = 0;
   if (!::GetExitCodeProcess(process.Get(), &exit_code)) {
     return std::nullopt;
@@ -51,33 +42,37 @@ std::optional<DWORD> WaitForExitCode(const UniqueKernelHandle& process) {
 
 }  // namespace
 
-LaunchOutcome CManagerCenter::Launch(const ChildLaunch& launch, const std::wstring& folder) {
+std::wstring LaunchParameters::Text() const {
+  return with_process_id_ ? Format(*with_process_id_, ::GetCurrentProcessId()) : Format(*plain_);
+}
+
+LaunchOutcome Launch(const ChildLaunch& launch, const std::wstring& folder, const CLog& log) {
   const std::wstring path = folder + launch.executable;
-  const std::wstring parameters = ParametersOf(launch);
-  LogText(LogLevel::kInformation, L"Launch folder : " + folder);
-  LogText(LogLevel::kInformation, L"Launch path : " + path);
-  LogText(LogLevel::kInformation, L"Launch param : " + parameters);
+  const std::wstring parameters = launch.parameters.Text();
+  log.WriteText(LogLevel::kInformation, L"Launch folder : " + folder);
+  log.WriteText(LogLevel::kInformation, L"Launch path : " + path);
+  log.WriteText(LogLevel::kInformation, L"Launch param : " + parameters);
 
   LaunchOutcome outcome;
   if (!Exists(path)) {
-    Log(LogLevel::kError, launch.not_found_message, path);
+    log.Write(LogLevel::kError, launch.not_found_message, path);
     return outcome;
   }
 
   UniqueKernelHandle process;
   const std::optional<DWORD> error = Execute(folder, path, parameters, process);
   if (error) {
-    Log(LogLevel::kError, launch.failure_message, *error);
-    outcome.state = LaunchState::kFailed;
+    log.Write(LogLevel::kError, launch.failure_message, *error);
+    outcome.state = LaunchState::kNotLaunched;
     return outcome;
   }
 
-  Log(LogLevel::kInformation, launch.success_message);
-  outcome.state = LaunchState::kStarted;
-  if (launch.exit_message) {
+  log.Write(LogLevel::kInformation, launch.success_message);
+  outcome.state = LaunchState::kLaunched;
+  if (launch.waits) {
     outcome.exit_code = WaitForExitCode(process);
     if (outcome.exit_code) {
-      Log(LogLevel::kInformation, *launch.exit_message, *outcome.exit_code);
+      log.Write(LogLevel::kInformation, launch.exit_message, *outcome.exit_code);
     }
     outcome.process = std::move(process);
   }

@@ -3,66 +3,85 @@
 #include <vector>
 
 #include "app/manager_center.h"
-#include "app/result_code.h"
+#include "install/empty_folders.h"
+#include "install/folder_access.h"
+#include "install/folder_copy.h"
+#include "install/folder_removal.h"
+#include "install/install_copy.h"
+#include "install/process_stop.h"
+#include "install/registration.h"
+#include "update/elevation_requirement.h"
+#include "update/nimba_cast_installation.h"
+#include "update/result_code.h"
 
 namespace nhupdate {
 
-int CManagerCenter::InstallSequence(int final_update) {
-  if (final_update == 0) {
-    Log(LogLevel::kInformation, L"Function : Install");
-    if (!RequireElevation()) {
+namespace {
+
+int PutIntoPlace(const ProductFolders& folders, const StringTable& strings, const CLog& log,
+                 std::wstring& last_failed_copy_path) {
+  if (!InstallCopy(folders, strings, log, last_failed_copy_path)) {
+    log.Write(LogLevel::kError, L"Fail to copy files.");
+    return kFilesNotCopied;
+  }
+  log.Write(LogLevel::kInformation, L"Copy files OK.");
+  if (!RegisterProduct(folders, log)) {
+    log.Write(LogLevel::kError, L"Fail to update registry.");
+    return kRegistryNotUpdated;
+  }
+  log.Write(LogLevel::kInformation, L"Update registry OK.");
+  return kSucceeded;
+}
+
+void RemoveEmptyFolders(const ProductFolders& folders, std::vector<std::wstring>& to_remove,
+                        const CLog& log) {
+  log.Write(LogLevel::kInformation, L"Remove empty folder in path : %s", folders.base_folder);
+  // Without a base folder the scan would be one of the whole drive.
+  if (folders.HasBaseFolder()) {
+    // The base folder itself stays, also when it is empty.
+    std::ignore = CollectEmptyFolders(folders.base_folder, to_remove, log);
+  }
+  for (const std::wstring& folder : to_remove) {
+    // An empty folder that stays does no harm.
+    std::ignore = DeleteFolderTree(folder, folders.base_folder);
+  }
+  std::vector<std::wstring>().swap(to_remove);  // gives the memory back, too
+}
+
+}  // namespace
+
+int CManagerCenter::InstallSequence(InstallKind kind) {
+  const CLog log = Records();
+  if (kind == InstallKind::kInstallation) {
+    log.Write(LogLevel::kInformation, L"Function : Install");
+    if (!RequireElevation(IsElevated(), log)) {
       return kNotElevated;
     }
   }
 
   int result = kSucceeded;
-  if (StopUpdateManagers() != 0) {
-    Log(LogLevel::kInformation, L"Stop associates OK.");
+  if (nhupdate::StopUpdateManagers(strings_, log)) {
+    log.Write(LogLevel::kInformation, L"Stop associates OK.");
   } else {
-    Log(LogLevel::kError, L"Fail to stop associates.");
+    log.Write(LogLevel::kError, L"Fail to stop associates.");
     result = kProcessesNotStopped;
   }
   if (IsElevated()) {
-    GrantFolderAccess();
+    nhupdate::GrantFolderAccess(paths_.base_folder, log);
   }
   if (result == kSucceeded) {
-    result = PutIntoPlace();
+    result = PutIntoPlace(paths_, strings_, log, last_failed_copy_path_);
   }
 
-  if (final_update != 0) {
-    RemoveEmptyFolders();
+  if (kind == InstallKind::kLastUpdateStage) {
+    RemoveEmptyFolders(paths_, folders_to_remove_, log);
     return result;
   }
-  std::ignore = InstallNimbaCast();  // this product works without its sibling
-  Log(LogLevel::kInformation, L"Install ND begin.");
-  Log(LogLevel::kInformation, L"Install ND end.");
+  CFolderCopy copy(paths_.module_folder, paths_.base_folder, log, last_failed_copy_path_);
+  std::ignore = InstallNimbaCast(paths_, copy, log);  // this product works without its sibling
+  log.Write(LogLevel::kInformation, L"Install ND begin.");
+  log.Write(LogLevel::kInformation, L"Install ND end.");
   return result;
-}
-
-int CManagerCenter::PutIntoPlace() {
-  if (InstallCopy() == 0) {
-    Log(LogLevel::kError, L"Fail to copy files.");
-    return kFilesNotCopied;
-  }
-  Log(LogLevel::kInformation, L"Copy files OK.");
-  if (RegisterProduct() == 0) {
-    Log(LogLevel::kError, L"Fail to update registry.");
-    return kRegistryNotUpdated;
-  }
-  Log(LogLevel::kInformation, L"Update registry OK.");
-  return kSucceeded;
-}
-
-void CManagerCenter::RemoveEmptyFolders() {
-  Log(LogLevel::kInformation, L"Remove empty folder in path : %s", paths_.base_folder);
-  // Without a base folder the scan would be one of the whole drive.
-  if (!paths_.base_folder.empty()) {
-    std::ignore = CollectEmptyFolders(paths_.base_folder);  // the base folder itself stays
-  }
-  for (const std::wstring& folder : folders_to_remove_) {
-    std::ignore = DeleteFolderTree(folder);  // an empty folder that stays does no harm
-  }
-  std::vector<std::wstring>().swap(folders_to_remove_);
 }
 
 }  // namespace nhupdate

@@ -18,92 +18,94 @@ namespace nhupdate {
 
 inline constexpr ChildLaunch kCheckForUpdate = {
     .executable = L"\\Updater.exe",
-    .parameters =
-        FormatString<DWORD>(L"-NoUI -CheckTask NIMBAHUB -SkipAdditionTasks -ExitWhenParentDie:%d"),
+    .parameters = LaunchParameters::WithProcessId(
+        L"-NoUI -CheckTask NIMBAHUB -SkipAdditionTasks -ExitWhenParentDie:%d"),
     .not_found_message = L"Update.exe not found : %s",               // sic
     .failure_message = L"Fail to launch updater for download : %d",  // sic: used for the check too
     .success_message = L"Launch updater success for check.",
-    .exit_message = FormatString<DWORD>(L"Updater exit = %d"),
+    .waits = true,
 };
 
 inline constexpr ChildLaunch kBackgroundDownload = {
     .executable = L"\\Updater.exe",
-    .parameters = FormatString<>(
+    .parameters = LaunchParameters::Plain(
         L"-NoUI NIMBAHUB \"-AdditionTask:NIMBA_SOFTWARE "
         L"com.corvane.windows.nimba_internal.new_updater\" -SkipAdditionTasks -DownloadOnly "
         L"-KillBrothers"),
     .not_found_message = L"Update.exe not found : %s",  // sic
     .failure_message = L"Fail to launch updater for download : %d",
     .success_message = L"Launch updater success for baclground download.",  // sic
-    .exit_message = {},
+    .waits = false,
 };
 
 inline constexpr ChildLaunch kCheckForUpdater = {
     .executable = L"\\Updater.exe",
-    .parameters = FormatString<DWORD>(
+    .parameters = LaunchParameters::WithProcessId(
         L"-NoUI -CheckTask NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater "
         L"-SkipAdditionTasks -ExitWhenParentDie:%d"),
     .not_found_message = L"Update.exe not found : %s",  // sic
     .failure_message = L"Fail to launch updater for check : %d",
     .success_message = L"Launch updater success for check.",
-    .exit_message = FormatString<DWORD>(L"Updater exit = %d"),
+    .waits = true,
 };
 
 inline constexpr ChildLaunch kUpdateUpdater = {
     .executable = L"\\Updater.exe",
-    .parameters = FormatString<DWORD>(
+    .parameters = LaunchParameters::WithProcessId(
         L"NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks "
         L"-KillBrothers -ExitWhenParentDie:%d"),
     .not_found_message = L"Update.exe not found : %s",  // sic
     .failure_message = L"Fail to launch updater for update : %d",
     .success_message = L"Launch updater success for update.",
-    .exit_message = FormatString<DWORD>(L"Updater exit = %d"),
+    .waits = true,
 };
 
 inline constexpr ChildLaunch kUpdateProduct = {
     .executable = L"\\Updater.exe",
-    .parameters =
-        FormatString<DWORD>(L"NIMBAHUB -SkipAdditionTasks -KillBrothers -ExitWhenParentDie:%d"),
+    .parameters = LaunchParameters::WithProcessId(
+        L"NIMBAHUB -SkipAdditionTasks -KillBrothers -ExitWhenParentDie:%d"),
     .not_found_message = L"Update.exe not found : %s",  // sic
     .failure_message = L"Fail to launch updater for update : %d",
     .success_message = L"Launch updater success for update.",
-    .exit_message = FormatString<DWORD>(L"Updater exit = %d"),
+    .waits = true,
 };
 
 inline constexpr ChildLaunch kStartSelfUpdate = {
     .executable = L"\\NHUpdateManager.exe",
-    .parameters = FormatString<>(L"-self_update"),
+    .parameters = LaunchParameters::Plain(L"-self_update"),
     .not_found_message = L"NHUpdateManager.exe not found : %s",
     .failure_message = L"Fail to launch NHUpdateManager for self update : %d",
     .success_message = L"Launch NHUpdateManager success for self update.",
-    .exit_message = {},
+    .waits = false,
 };
 
 inline constexpr ChildLaunch kStartFinalUpdate = {
     .executable = L"\\NHUpdateManager.exe",
-    .parameters = FormatString<>(L"-final_update"),
+    .parameters = LaunchParameters::Plain(L"-final_update"),
     .not_found_message = L"NHUpdateManager.exe not found for final update : %s",
     .failure_message = L"Fail to launch NHUpdateManager for final update : %d",
     .success_message = L"Launch NHUpdateManager success for final update.",
-    .exit_message = {},
+    .waits = false,
 };
 
 inline constexpr ChildLaunch kDownloadNimbaCast = {
     .executable = L"\\Updater.exe",
-    .parameters = FormatString<DWORD>(L"-NoUI NIMBACS -SkipAdditionTasks -ExitWhenParentDie:%d"),
+    .parameters =
+        LaunchParameters::WithProcessId(L"-NoUI NIMBACS -SkipAdditionTasks -ExitWhenParentDie:%d"),
     .not_found_message = L"Update.exe not found : %s",  // sic
     .failure_message = L"Fail to launch updater for download : %d",
     .success_message = L"Launch updater success for download.",
-    .exit_message = FormatString<DWORD>(L"Updater exit = %d"),
+    .waits = true,
 };
 
 inline constexpr ChildLaunch kInstallNimbaCast = {
     .executable = L"\\CSUpdateManager.exe",
-    .parameters = FormatString<>(L"-Install"),
+    .parameters = LaunchParameters::Plain(L"-Install"),
     .not_found_message = L"CSUpdateManager.exe not found : %s",
     .failure_message = L"Fail to launch CSUpdateManager for install : %d",
     .success_message = L"Launch CSUpdateManager success for install.",
-    .exit_message = FormatString<DWORD>(L"CSUpdateManager exit = %d"),
+    .waits = true,
+    .exit_message = L"CSUpdateManager exit = %d",
 };
 
 }  // namespace nhupdate

@@ -1,7 +1,6 @@
 #include "update/product_version.h"
 
 #include <array>
-#include <tuple>
 
 #include "base/windows.h"
 
@@ -10,9 +9,8 @@ namespace nhupdate {
 std::wstring ReadProductVersion(const std::wstring& folder) {
   const std::wstring file = folder + L"\\Version.txt";
   std::array<wchar_t, 256> buffer = {};
-  // The length tells nothing that the text doesn't.
-  std::ignore = ::GetPrivateProfileStringW(L"ProductVersion", L"Version", L"", buffer.data(),
-                                           static_cast<DWORD>(buffer.size()), file.c_str());
+  ::GetPrivateProfileStringW(L"ProductVersion", L"Version", L"", buffer.data(),
+                             static_cast<DWORD>(buffer.size()), file.c_str());
   return buffer.data();
 }
 

@@ -1,14 +1,15 @@
 #include <string>
 
 #include "app/manager_center.h"
-#include "app/result_code.h"
-#include "base/paths.h"
-#include "base/program_file_name.h"
 #include "base/windows.h"
-#include "install/copy_retry.h"
+#include "install/failure_notice.h"
+#include "install/folder_copy.h"
+#include "install/process_stop.h"
 #include "text/string_keys.h"
 #include "update/child_launch.h"
+#include "update/elevation_requirement.h"
 #include "update/launch_catalog.h"
+#include "update/result_code.h"
 
 namespace nhupdate {
 
@@ -19,52 +20,54 @@ constexpr DWORD kSettleDelayMs = 1000;
 
 constexpr int kSelfCopyAttempts = 3;
 
+// Without a base folder the folder to be copied would be a whole drive, or nobody knows which.
+bool CopySelf(const ProductFolders& folders, const std::wstring& installed_folder,
+              CFolderCopy& copy, const CLog& log) {
+  for (int attempt = 0; attempt < kSelfCopyAttempts; ++attempt) {
+    if (folders.HasBaseFolder() &&
+        copy.Copy(installed_folder, folders.module_folder, {.delete_existing_sub_folders = true})) {
+      log.Write(LogLevel::kInformation, L"Copy NHUpdateManager success.");
+      return true;
+    }
+    log.Write(LogLevel::kWarning, L"Fail to copy NHUpdateManager, sleep and try again.");
+    ::Sleep(kCopyRetryDelayMs);
+  }
+  log.Write(LogLevel::kError, L"Fail to copy NHUpdateManager finally.");
+  return false;
+}
+
 }  // namespace
 
 int CManagerCenter::SelfUpdate() {
-  Log(LogLevel::kInformation, L"Function : Self Update");
-  if (!RequireElevation()) {
+  const CLog log = Records();
+  log.Write(LogLevel::kInformation, L"Function : Self Update");
+  if (!RequireElevation(IsElevated(), log)) {
     return kNotElevated;
   }
-  if (TerminateProcessByName(kProgramFileName) == 0) {
-    ShowErrorBox(GetString(kKeyFailNeedStopNHUpdateManager));
+  if (!nhupdate::TerminateProcessByName(kProgramFileName, log)) {
+    TellFailure(strings_, kKeyFailNeedStopNHUpdateManager);
     return kNextStageNotReady;
   }
   ::Sleep(kSettleDelayMs);
 
-  // This copy runs from base\Updater\App\NHUpdateManager.
-  const std::wstring base_folder = ParentFolder(ParentFolder(ParentFolder(paths_.module_folder)));
-  const std::wstring installed_folder = base_folder + L"\\NHUpdateManager";
-  if (!CopySelfTo(installed_folder)) {
-    ShowErrorBox(GetString(kKeyFailCommonError));
+  const std::wstring installed_folder = paths_.InstalledProgramFolderSeenFromStagedCopy();
+  CFolderCopy copy(paths_.module_folder, paths_.base_folder, log, last_failed_copy_path_);
+  if (!CopySelf(paths_, installed_folder, copy, log)) {
+    TellFailure(strings_, kKeyFailCommonError);
     return kNextStageNotReady;
   }
-  return StartInstalledCopy(installed_folder);
-}
 
-bool CManagerCenter::CopySelfTo(const std::wstring& installed_folder) {
-  // Without a base folder this copy lies in a drive's root or nobody knows where: the folder to be
-  // copied would be the whole drive.
-  const bool may_copy = !paths_.base_folder.empty();
-  for (int attempt = 0; attempt < kSelfCopyAttempts; ++attempt) {
-    if (may_copy && CopyFolder(installed_folder, paths_.module_folder, 1, 1, 1) != 0) {
-      Log(LogLevel::kInformation, L"Copy NHUpdateManager success.");
-      return true;
-    }
-    Log(LogLevel::kWarning, L"Fail to copy NHUpdateManager, sleep and try again.");
-    ::Sleep(kRetryDelayMs);
+  switch (Launch(kStartFinalUpdate, installed_folder, log).state) {
+    case LaunchState::kMissing:
+      TellFailure(strings_, kKeyFailCommonError);
+      return kNextStageMissing;
+    case LaunchState::kNotLaunched:
+      TellFailure(strings_, kKeyFailCommonError);
+      return kNextStageNotReady;
+    case LaunchState::kLaunched:
+      break;
   }
-  Log(LogLevel::kError, L"Fail to copy NHUpdateManager finally.");
-  return false;
-}
-
-int CManagerCenter::StartInstalledCopy(const std::wstring& installed_folder) {
-  const LaunchOutcome next = Launch(kStartFinalUpdate, installed_folder);
-  if (next.state == LaunchState::kStarted) {
-    return kSucceeded;
-  }
-  ShowErrorBox(GetString(kKeyFailCommonError));
-  return next.state == LaunchState::kMissing ? kNextStageMissing : kNextStageNotReady;
+  return kSucceeded;
 }
 
 }  // namespace nhupdate

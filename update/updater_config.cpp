@@ -1,12 +1,11 @@
-#include <optional>
-#include <string>
+#include "update/updater_config.h"
 
-#include "app/manager_center.h"
+#include <optional>
+
 #include "base/existence.h"
+#include "base/held_folder.h"
 #include "base/paths.h"
-#include "base/pinned_folder.h"
 #include "base/windows.h"
-#include "update/updater_folder.h"
 
 namespace nhupdate {
 
@@ -15,11 +14,11 @@ namespace {
 // Everybody may write to the folder of the file, so it could have been exchanged for a link.
 // Returns the error, or nothing when the file is deleted.
 std::optional<DWORD> DeleteFileBelow(const std::wstring& file, const std::wstring& anchor) {
-  const CPinnedFolder folder(ParentFolder(file));
+  const CHeldFolder folder(ParentFolder(file));
   if (folder.Error()) {
     return folder.Error();
   }
-  if (!folder.IsAtOrBelow(anchor)) {
+  if (!folder.IsPlainWithin(anchor)) {
     return ERROR_CANT_ACCESS_FILE;
   }
   if (!::DeleteFileW(file.c_str())) {
@@ -31,23 +30,19 @@ std::optional<DWORD> DeleteFileBelow(const std::wstring& file, const std::wstrin
 
 }  // namespace
 
-int CManagerCenter::DeleteUpdaterConfig(int staged) {
-  // The staged copy runs from base\Updater\App\NHUpdateManager.
-  const std::wstring updater_folder = staged == 0
-                                          ? paths_.base_folder + kUpdaterFolder
-                                          : ParentFolder(ParentFolder(paths_.module_folder));
+bool DeleteUpdaterConfig(const std::wstring& updater_folder, const CLog& log) {
   const std::wstring file = updater_folder + L"\\Config\\ut.ini";
   if (!Exists(file)) {
-    Log(LogLevel::kError, L"Updater config file note found : %s", file);  // sic
-    return 0;
+    log.Write(LogLevel::kError, L"Updater config file note found : %s", file);  // sic
+    return false;
   }
   const std::optional<DWORD> error = DeleteFileBelow(file, updater_folder);
   if (error) {
-    Log(LogLevel::kError, L"Updater config file delete fail (%d) : %s", *error, file);
+    log.Write(LogLevel::kError, L"Updater config file delete fail (%d) : %s", *error, file);
   } else {
-    Log(LogLevel::kInformation, L"Updater config file delete ok : %s", file);
+    log.Write(LogLevel::kInformation, L"Updater config file delete ok : %s", file);
   }
-  return 1;
+  return true;
 }
 
 }  // namespace nhupdate

@@ -1,33 +1,31 @@
-#include <string>
+#include "update/updater_refresh.h"
 
-#include "app/manager_center.h"
 #include "update/launch_catalog.h"
-#include "update/updater_folder.h"
 #include "update/updater_run.h"
 
 namespace nhupdate {
 
-int CManagerCenter::RefreshUpdater() {
-  Log(LogLevel::kInformation, L"Begin update updater.");
-  const std::wstring updater_folder = paths_.base_folder + kUpdaterFolder;
-  switch (CheckWithUpdater(kCheckForUpdater, updater_folder, L"New updater available.",
-                           L"No new updater available.")) {
+bool RefreshUpdater(const std::wstring& updater_folder, CFolderCopy& copy, const CLog& log) {
+  log.Write(LogLevel::kInformation, L"Begin update updater.");
+  const CheckMessages messages = {.found = L"New updater available.",
+                                  .nothing_found = L"No new updater available."};
+  switch (CheckWithUpdater(kCheckForUpdater, updater_folder, messages, log)) {
     case CheckOutcome::kUpdaterMissing:
-      return 0;
+      return false;
     case CheckOutcome::kFound:
-      if (UpdateWithUpdater(kUpdateUpdater, updater_folder) != UpdateOutcome::kDone) {
-        return 0;
+      if (UpdateWithUpdater(kUpdateUpdater, updater_folder, log) != UpdateOutcome::kDone) {
+        return false;
       }
       break;
     case CheckOutcome::kNothingFound:
     case CheckOutcome::kFailed:
       break;  // an updater that was fetched at another time may still wait to be copied
   }
-  if (CopyFolderWithRetries(updater_folder, updater_folder + L"\\NewUpdater", 0) == 0) {
-    return 0;
+  if (!copy.CopyWithRetries(updater_folder, updater_folder + L"\\NewUpdater", {})) {
+    return false;
   }
-  Log(LogLevel::kInformation, L"Update updater complete.");
-  return 1;
+  log.Write(LogLevel::kInformation, L"Update updater complete.");
+  return true;
 }
 
 }  // namespace nhupdate

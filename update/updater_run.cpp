@@ -2,7 +2,6 @@
 
 #include <tuple>
 
-#include "app/manager_center.h"
 #include "update/child_launch.h"
 
 namespace nhupdate {
@@ -13,47 +12,44 @@ namespace {
 constexpr DWORD kExitFound = 0;
 constexpr DWORD kExitNothingFound = 1;
 
-// Of an update.
-constexpr DWORD kExitDone = 0;
-
 }  // namespace
 
-CheckOutcome CManagerCenter::CheckWithUpdater(const ChildLaunch& launch,
-                                              const std::wstring& updater_folder,
-                                              FormatString<> found_message,
-                                              FormatString<> nothing_found_message) {
-  const LaunchOutcome check = Launch(launch, updater_folder);
+CheckOutcome CheckWithUpdater(const ChildLaunch& launch, const std::wstring& updater_folder,
+                              const CheckMessages& messages, const CLog& log) {
+  const LaunchOutcome check = Launch(launch, updater_folder, log);
   if (check.state == LaunchState::kMissing) {
     return CheckOutcome::kUpdaterMissing;
   }
-  if (check.state == LaunchState::kFailed || !check.exit_code) {
+  if (check.state == LaunchState::kNotLaunched || !check.exit_code) {
     return CheckOutcome::kFailed;
   }
   switch (*check.exit_code) {
     case kExitFound:
-      Log(LogLevel::kInformation, found_message);
+      log.Write(LogLevel::kInformation, messages.found);
       return CheckOutcome::kFound;
     case kExitNothingFound:
-      Log(LogLevel::kInformation, nothing_found_message);
+      log.Write(LogLevel::kInformation, messages.nothing_found);
       return CheckOutcome::kNothingFound;
     default:
-      Log(LogLevel::kError, L"Updater error.");
+      log.Write(LogLevel::kError, L"Updater error.");
       return CheckOutcome::kFailed;
   }
 }
 
-UpdateOutcome CManagerCenter::UpdateWithUpdater(const ChildLaunch& launch,
-                                                const std::wstring& updater_folder) {
-  LaunchOutcome update = Launch(launch, updater_folder);
-  if (update.state == LaunchState::kMissing) {
-    return UpdateOutcome::kUpdaterMissing;
+UpdateOutcome UpdateWithUpdater(const ChildLaunch& launch, const std::wstring& updater_folder,
+                                const CLog& log) {
+  LaunchOutcome update = Launch(launch, updater_folder, log);
+  switch (update.state) {
+    case LaunchState::kMissing:
+      return UpdateOutcome::kUpdaterMissing;
+    case LaunchState::kNotLaunched:
+      return UpdateOutcome::kNotLaunched;
+    case LaunchState::kLaunched:
+      break;
   }
-  if (update.state == LaunchState::kFailed) {
-    return UpdateOutcome::kNotLaunched;
-  }
-  if (update.exit_code.value_or(kExitDone) != kExitDone) {
-    Log(LogLevel::kInformation, L"Update fail.");
-    std::ignore = update.process.Release();  // left open until this process ends
+  if (!update.IsSuccess()) {
+    log.Write(LogLevel::kInformation, L"Update fail.");
+    std::ignore = update.process.Release();
     return UpdateOutcome::kFailed;
   }
   return UpdateOutcome::kDone;

@@ -25,7 +25,7 @@ class ManagerLogTest : public testing::Test {
 
 TEST_F(ManagerLogTest, TagsEveryRecordWithTheProgramsName) {
   manager_.Log(LogLevel::kInformation, L"formatted %d", 1);
-  manager_.LogText(LogLevel::kError, L"put together");
+  manager_.Records().WriteText(LogLevel::kError, L"put together");
 
   const std::vector<LogCall> calls = product_.LogCalls();
   ASSERT_EQ(calls.size(), 2U);
@@ -45,7 +45,7 @@ TEST_F(ManagerLogTest, TakesNoPlaceholderFromATextThatIsKnownOnlyNow) {
   const std::wstring path = L"C:\\100%s\\%d";
 
   manager_.Log(LogLevel::kInformation, L"Launch path : %s", path);
-  manager_.LogText(LogLevel::kInformation, L"Launch path : " + path);
+  manager_.Records().WriteText(LogLevel::kInformation, L"Launch path : " + path);
 
   EXPECT_THAT(product_.Transcript(),
               ElementsAre(L"2|Launch path : C:\\100%s\\%d", L"2|Launch path : C:\\100%s\\%d"));
@@ -66,8 +66,8 @@ TEST_F(ManagerLogTest, WritesALongRecordWhole) {
 }
 
 TEST_F(ManagerLogTest, AddsNothingToATextAndTakesNothingAway) {
-  manager_.LogText(LogLevel::kInformation, L"");
-  manager_.LogText(LogLevel::kInformation, L" \tx\r\n");
+  manager_.Records().WriteText(LogLevel::kInformation, L"");
+  manager_.Records().WriteText(LogLevel::kInformation, L" \tx\r\n");
 
   EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|", L"2| \u2409x\u240D\u240A"));
 }

@@ -1,4 +1,4 @@
-#include "app/product_folders.h"
+#include "base/product_folders.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 #include <map>
 #include <string>
 
-#include "base/pinned_folder.h"
+#include "base/held_folder.h"
 #include "base/windows.h"
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
@@ -32,27 +32,27 @@ class HeldPathTest : public testing::Test {
 };
 
 TEST_F(HeldPathTest, IsTheFolderItselfOrBelowIt) {
-  const CPinnedFolder pinned(outer_);
+  const CHeldFolder held(outer_);
 
-  EXPECT_TRUE(pinned.MayHold(outer_));
-  EXPECT_TRUE(pinned.MayHold(inner_));
+  EXPECT_TRUE(held.MayHold(outer_));
+  EXPECT_TRUE(held.MayHold(inner_));
 }
 
 TEST_F(HeldPathTest, IsNeitherAboveNorBesideTheFolder) {
   CreateFolders(outer_ + L"\\Mid");
   CreateFolders(outer_ + L" too");
-  const CPinnedFolder pinned(outer_ + L"\\Middle");
+  const CHeldFolder held(outer_ + L"\\Middle");
 
-  EXPECT_FALSE(pinned.MayHold(outer_));
-  EXPECT_FALSE(pinned.MayHold(outer_ + L"\\Mid"));
-  EXPECT_FALSE(CPinnedFolder(outer_).MayHold(outer_ + L" too"));
+  EXPECT_FALSE(held.MayHold(outer_));
+  EXPECT_FALSE(held.MayHold(outer_ + L"\\Mid"));
+  EXPECT_FALSE(CHeldFolder(outer_).MayHold(outer_ + L" too"));
 }
 
 TEST_F(HeldPathTest, IsFoundUnderOtherNames) {
   const CurrentFolder drive(outer_.substr(0, 3));
-  const CPinnedFolder from_the_drive(outer_.substr(2));
-  const CPinnedFolder in_capitals(scratch_.Path() + L"\\OUTER");
-  const CPinnedFolder roundabout(outer_ + L"\\Middle\\..\\.");
+  const CHeldFolder from_the_drive(outer_.substr(2));
+  const CHeldFolder in_capitals(scratch_.Path() + L"\\OUTER");
+  const CHeldFolder roundabout(outer_ + L"\\Middle\\..\\.");
 
   EXPECT_TRUE(from_the_drive.MayHold(inner_));
   EXPECT_TRUE(in_capitals.MayHold(inner_));
@@ -60,8 +60,8 @@ TEST_F(HeldPathTest, IsFoundUnderOtherNames) {
 }
 
 TEST_F(HeldPathTest, IsNotInAFolderThatIsNotThere) {
-  EXPECT_FALSE(CPinnedFolder(outer_ + L"\\Missing").MayHold(inner_));
-  EXPECT_FALSE(CPinnedFolder(outer_ + L"\\Missing\\Too").MayHold(inner_));
+  EXPECT_FALSE(CHeldFolder(outer_ + L"\\Missing").MayHold(inner_));
+  EXPECT_FALSE(CHeldFolder(outer_ + L"\\Missing\\Too").MayHold(inner_));
 }
 
 TEST_F(HeldPathTest, MayBeAnywhereWhenOneOfTheTwoCannotBeOpened) {
@@ -82,10 +82,10 @@ TEST_F(HeldPathTest, MayBeAnywhereWhenOneOfTheTwoCannotBeOpened) {
   for (const std::wstring& path : {outer_, beside}) {
     closed = path;
 
-    EXPECT_TRUE(CPinnedFolder(outer_).MayHold(beside)) << testing::PrintToString(path);
+    EXPECT_TRUE(CHeldFolder(outer_).MayHold(beside)) << testing::PrintToString(path);
   }
   closed.clear();
-  EXPECT_FALSE(CPinnedFolder(outer_).MayHold(beside));
+  EXPECT_FALSE(CHeldFolder(outer_).MayHold(beside));
 }
 
 // The folder is opened as what it is, the path as it is walked.
@@ -98,7 +98,7 @@ TEST_F(HeldPathTest, IsLookedForBehindLinksButNotBehindTheFolderItself) {
         return open.Original()(path, access, sharing, security, creation, flag, model);
       });
 
-  EXPECT_TRUE(CPinnedFolder(outer_).MayHold(inner_));
+  EXPECT_TRUE(CHeldFolder(outer_).MayHold(inner_));
 
   EXPECT_EQ(flags[outer_], static_cast<DWORD>(FILE_FLAG_OPEN_REPARSE_POINT));
   EXPECT_EQ(flags[inner_], 0U);
@@ -124,10 +124,10 @@ TEST_F(HeldPathTest, IsJudgedByWhereTheTwoReallyAre) {
   };
 
   for (const Case& c : cases) {
-    const CPinnedFolder pinned(outer_);
+    const CHeldFolder held(outer_);
     const FakePlaces places(c.folder, c.path);
 
-    EXPECT_EQ(pinned.MayHold(scratch_.Path()), c.expected)
+    EXPECT_EQ(held.MayHold(scratch_.Path()), c.expected)
         << testing::PrintToString(c.path) << " in " << testing::PrintToString(c.folder);
   }
 }

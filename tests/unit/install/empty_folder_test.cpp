@@ -4,7 +4,7 @@
 #include <string>
 
 #include "base/existence.h"
-#include "base/reparse_tag.h"
+#include "base/folder_place.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/unit/install/fake_listing.h"
@@ -143,8 +143,7 @@ TEST_F(CollectEmptyFoldersTest, CostsAFolderItsContentWhenOnlyTheScanCouldNotLis
 }
 
 TEST_F(CollectEmptyFoldersTest, CountsALinkAsContentAndDoesNotLookBehindIt) {
-  constexpr DWORD kTags[] = {IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK,
-                             nhupdate::kNoReparseTag};
+  constexpr DWORD kTags[] = {IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK, 0};
   for (const DWORD tag : kTags) {
     CreateFolders(folder_ + L"\\link\\behind");
     FakeListing listing;

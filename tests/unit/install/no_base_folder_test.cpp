@@ -70,7 +70,7 @@ class NoBaseFolderTest : public testing::TestWithParam<std::wstring> {
 TEST_P(NoBaseFolderTest, AFinalUpdateNeverLooksAtTheDrivesRoot) {
   manager_.Initialize();
 
-  EXPECT_EQ(manager_.InstallSequence(1), 0);
+  EXPECT_EQ(manager_.InstallSequence(nhupdate::InstallKind::kLastUpdateStage), 0);
 
   EXPECT_THAT(patterns_, ElementsAre(L"\\Updater\\App\\*.*", L"\\Updater\\App\\*.*"));
   EXPECT_EQ(delete_file_.Calls(), 0);

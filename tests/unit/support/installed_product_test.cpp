@@ -11,7 +11,7 @@ namespace {
 TEST(InstalledProductTest, GivesAManagerThatLogsIntoTheJournal) {
   InstalledProduct product;
 
-  product.Manager().LogText(nhupdate::LogLevel::kWarning, L"in " + product.Base());
+  product.Manager().Records().WriteText(nhupdate::LogLevel::kWarning, L"in " + product.Base());
 
   EXPECT_THAT(product.Transcript(), testing::ElementsAre(L"3|in {root}\\Nimba Hub"));
 }

@@ -21,7 +21,8 @@ TEST_F(ChildLaunchHandleTest, ClosesAtOnceWhatIsNotWaitedFor) {
   for (const nhupdate::ChildLaunch* launch : launches) {
     ScriptedShell shell({EndsWith(0)});
 
-    const nhupdate::LaunchOutcome outcome = Manager().Launch(*launch, product_.Base() + L"\\Place");
+    const nhupdate::LaunchOutcome outcome =
+        nhupdate::Launch(*launch, product_.Base() + L"\\Place", Manager().Records());
 
     EXPECT_THAT(shell.Events(), ElementsAre("launch 1", "close 1"));
     EXPECT_FALSE(outcome.process.IsValid());
@@ -38,7 +39,7 @@ TEST_F(ChildLaunchHandleTest, WaitsWithoutLimitAndKeepsTheProcessAsLongAsTheOutc
     ScriptedShell shell({EndsWith(0)});
     {
       const nhupdate::LaunchOutcome outcome =
-          Manager().Launch(*launch, product_.Base() + L"\\Place");
+          nhupdate::Launch(*launch, product_.Base() + L"\\Place", Manager().Records());
 
       EXPECT_THAT(shell.Events(), ElementsAre("launch 1", "wait 1 for ever", "exit code 1"));
     }
@@ -94,7 +95,7 @@ TEST_F(ChildLaunchHandleTest, LeavesAFailedUpdateOfTheUpdaterOpen) {
   AddUpdater();
   ScriptedShell shell({EndsWith(0), EndsWith(9)});
 
-  std::ignore = Manager().RefreshUpdater();
+  std::ignore = RefreshUpdater();
 
   EXPECT_THAT(shell.Events(), ElementsAre("launch 1", "wait 1 for ever", "exit code 1", "close 1",
                                           "launch 2", "wait 2 for ever", "exit code 2"));
@@ -122,7 +123,7 @@ TEST_F(ChildLaunchHandleTest, ClosesFailedRunsOfTheNimbaCastInstallation) {
   for (const Case& test_case : cases) {
     ScriptedShell shell(test_case.script);
 
-    std::ignore = Manager().InstallNimbaCast();
+    std::ignore = InstallNimbaCast();
 
     EXPECT_EQ(shell.OpenProcesses(), 0u);
     EXPECT_EQ(shell.Events().back(), "close " + std::to_string(test_case.script.size()));

@@ -49,7 +49,7 @@ TEST_P(ChildLaunchRecordTest, TellsTheShellFileParametersAndFolder) {
   const std::wstring folder = product_.Base() + L"\\Place";
   ScriptedShell shell({EndsWith(0)});
 
-  std::ignore = Manager().Launch(GetParam().launch, folder);
+  std::ignore = nhupdate::Launch(GetParam().launch, folder, Manager().Records());
 
   ASSERT_EQ(shell.Launches().size(), 1u);
   const RecordedLaunch& launched = shell.Launches()[0];
@@ -63,7 +63,8 @@ TEST_P(ChildLaunchRecordTest, AsksForTheProcessWithoutAWindowAndLeavesTheRestZer
   AddFile(L"\\Place" + std::wstring(GetParam().executable));
   ScriptedShell shell({EndsWith(0)});
 
-  std::ignore = Manager().Launch(GetParam().launch, product_.Base() + L"\\Place");
+  std::ignore =
+      nhupdate::Launch(GetParam().launch, product_.Base() + L"\\Place", Manager().Records());
 
   ASSERT_EQ(shell.Launches().size(), 1u);
   const SHELLEXECUTEINFOW& record = shell.Launches()[0].record;
@@ -84,7 +85,8 @@ TEST_P(ChildLaunchRecordTest, AnnouncesWhatItTellsTheShell) {
   AddFile(L"\\Place" + std::wstring(GetParam().executable));
   ScriptedShell shell({FailsWith(ERROR_FILE_NOT_FOUND)});
 
-  std::ignore = Manager().Launch(GetParam().launch, product_.Base() + L"\\Place");
+  std::ignore =
+      nhupdate::Launch(GetParam().launch, product_.Base() + L"\\Place", Manager().Records());
 
   std::wstring parameters = GetParam().parameters;
   const std::size_t id = parameters.find(L"700001");
@@ -108,7 +110,8 @@ TEST_F(ChildLaunchIdTest, ShowsAHugeProcessIdSigned) {
   Interposer<decltype(::GetCurrentProcessId)> process_id("GetCurrentProcessId",
                                                          [] { return DWORD{0x80000005}; });
 
-  std::ignore = Manager().Launch(nhupdate::kUpdateProduct, product_.Base() + L"\\Updater");
+  std::ignore = nhupdate::Launch(nhupdate::kUpdateProduct, product_.Base() + L"\\Updater",
+                                 Manager().Records());
 
   ASSERT_EQ(shell.Launches().size(), 1u);
   EXPECT_EQ(shell.Launches()[0].parameters,

@@ -69,7 +69,7 @@ const MessageRow kMessageRows[] = {
 class ChildLaunchTest : public WorkflowTest, public testing::WithParamInterface<MessageRow> {
  protected:
   LaunchOutcome Launch() {
-    return Manager().Launch(GetParam().launch, product_.Base() + L"\\Place");
+    return nhupdate::Launch(GetParam().launch, product_.Base() + L"\\Place", Manager().Records());
   }
 
   void AddExecutable() { AddFile(L"\\Place" + std::wstring(GetParam().executable)); }
@@ -96,7 +96,7 @@ TEST_P(ChildLaunchTest, LogsTheErrorOfTheShell) {
 
   const LaunchOutcome outcome = Launch();
 
-  EXPECT_EQ(outcome.state, LaunchState::kFailed);
+  EXPECT_EQ(outcome.state, LaunchState::kNotLaunched);
   EXPECT_EQ(Outcome(), Lines({GetParam().failure}));
 }
 
@@ -106,7 +106,7 @@ TEST_P(ChildLaunchTest, TellsTheExitCodeOfAChildThatIsWaitedFor) {
 
   const LaunchOutcome outcome = Launch();
 
-  EXPECT_EQ(outcome.state, LaunchState::kStarted);
+  EXPECT_EQ(outcome.state, LaunchState::kLaunched);
   if (GetParam().exit == nullptr) {
     EXPECT_FALSE(outcome.exit_code.has_value());
     EXPECT_EQ(Outcome(), Lines({GetParam().success}));
@@ -122,7 +122,7 @@ TEST_P(ChildLaunchTest, SaysNothingOfAnExitCodeThatCannotBeRead) {
 
   const LaunchOutcome outcome = Launch();
 
-  EXPECT_EQ(outcome.state, LaunchState::kStarted);
+  EXPECT_EQ(outcome.state, LaunchState::kLaunched);
   EXPECT_FALSE(outcome.exit_code.has_value());
   EXPECT_EQ(Outcome(), Lines({GetParam().success}));
 }
@@ -133,7 +133,7 @@ TEST_P(ChildLaunchTest, TakesAChildWithoutAProcessForStarted) {
 
   const LaunchOutcome outcome = Launch();
 
-  EXPECT_EQ(outcome.state, LaunchState::kStarted);
+  EXPECT_EQ(outcome.state, LaunchState::kLaunched);
   EXPECT_FALSE(outcome.exit_code.has_value());
   EXPECT_EQ(Outcome(), Lines({GetParam().success}));
 }
@@ -144,7 +144,7 @@ TEST_P(ChildLaunchTest, LeavesItToTheShellToRefuseAFolder) {
 
   const LaunchOutcome outcome = Launch();
 
-  EXPECT_EQ(outcome.state, LaunchState::kFailed);
+  EXPECT_EQ(outcome.state, LaunchState::kNotLaunched);
   EXPECT_EQ(shell.Launches().size(), 1u);
 }
 

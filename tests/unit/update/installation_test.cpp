@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int kInstallation = 0;
+using nhupdate::InstallKind;
 
 const Lines kFunctionLine = {L"2|Function : Install"};
 const Lines kNimbaDeskLines = {L"2|Install ND begin.", L"2|Install ND end."};
@@ -44,7 +44,7 @@ class InstallationTest : public InstallSequenceTest {};
 TEST_F(InstallationTest, PutsTheProductIntoPlaceAndThenItsSibling) {
   ScriptedShell shell({});
 
-  const int result = Manager().InstallSequence(kInstallation);
+  const int result = Manager().InstallSequence(InstallKind::kInstallation);
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(product_.Transcript(),
@@ -58,7 +58,7 @@ TEST_F(InstallationTest, RemovesNoEmptyFolder) {
   CreateFolders(product_.Base() + L"\\Empty\\Inner");
   ScriptedShell shell({});
 
-  std::ignore = Manager().InstallSequence(kInstallation);
+  std::ignore = Manager().InstallSequence(InstallKind::kInstallation);
 
   EXPECT_TRUE(nhupdate::Exists(product_.Base() + L"\\Empty\\Inner"));
 }
@@ -67,7 +67,7 @@ TEST_F(InstallationTest, NeitherCopiesNorRegistersBesideAnotherCopy) {
   ScriptedProcesses processes({StubbornCopy()});
   ScriptedShell shell({});
 
-  const int result = Manager().InstallSequence(kInstallation);
+  const int result = Manager().InstallSequence(InstallKind::kInstallation);
 
   EXPECT_EQ(result, 1);
   EXPECT_EQ(product_.Transcript(), Join({kFunctionLine, NotStoppedLines(), GrantedLines(),
@@ -81,7 +81,7 @@ TEST_F(InstallationTest, DoesNotRegisterWhatWasNotCopied) {
   ScriptedShell shell({});
   const FailingCopy copy(ERROR_DISK_FULL);
 
-  const int result = Manager().InstallSequence(kInstallation);
+  const int result = Manager().InstallSequence(InstallKind::kInstallation);
 
   EXPECT_EQ(result, 2);
   EXPECT_EQ(product_.Transcript(),
@@ -99,7 +99,7 @@ TEST_F(InstallationWithoutElevationTest, EndsBeforeAnythingIsStopped) {
   ScriptedProcesses processes({StubbornCopy()});
   ScriptedShell shell({});
 
-  const int result = Manager().InstallSequence(kInstallation);
+  const int result = Manager().InstallSequence(InstallKind::kInstallation);
 
   EXPECT_EQ(result, 10);
   EXPECT_EQ(product_.Transcript(),

@@ -11,7 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int kLastUpdateStage = 1;
+using nhupdate::InstallKind;
 
 const Lines kRemoveLine = {L"2|Remove empty folder in path : {root}\\Nimba Hub"};
 const Lines kRemovedLine = {L"2|Remove empty folder : {root}\\Nimba Hub\\Empty"};
@@ -31,7 +31,7 @@ TEST_F(LastUpdateStageTest, PutsTheProductIntoPlaceAndRemovesEmptyFolders) {
   CreateFolders(EmptyFolder() + L"\\Inner");
   ScriptedShell shell({});
 
-  const int result = Manager().InstallSequence(kLastUpdateStage);
+  const int result = Manager().InstallSequence(InstallKind::kLastUpdateStage);
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(product_.Transcript(),
@@ -47,10 +47,10 @@ TEST_F(LastUpdateStageTest, PutsTheProductIntoPlaceAndRemovesEmptyFolders) {
 
 TEST_F(LastUpdateStageTest, ForgetsTheFoldersItRemoved) {
   ScriptedShell shell({});
-  std::ignore = Manager().InstallSequence(kLastUpdateStage);
+  std::ignore = Manager().InstallSequence(InstallKind::kLastUpdateStage);
   AddFile(L"\\Empty\\file.txt");
 
-  std::ignore = Manager().InstallSequence(kLastUpdateStage);
+  std::ignore = Manager().InstallSequence(InstallKind::kLastUpdateStage);
 
   EXPECT_TRUE(nhupdate::Exists(EmptyFolder() + L"\\file.txt"));
 }
@@ -59,7 +59,7 @@ TEST_F(LastUpdateStageTest, OnlyRemovesEmptyFoldersBesideAnotherCopy) {
   ScriptedProcesses processes({StubbornCopy()});
   ScriptedShell shell({});
 
-  const int result = Manager().InstallSequence(kLastUpdateStage);
+  const int result = Manager().InstallSequence(InstallKind::kLastUpdateStage);
 
   EXPECT_EQ(result, 1);
   EXPECT_EQ(product_.Transcript(),
@@ -74,7 +74,7 @@ TEST_F(LastUpdateStageTest, DoesNotRegisterWhatWasNotCopiedButRemovesEmptyFolder
   ScriptedShell shell({});
   const FailingCopy copy(ERROR_DISK_FULL);
 
-  const int result = Manager().InstallSequence(kLastUpdateStage);
+  const int result = Manager().InstallSequence(InstallKind::kLastUpdateStage);
 
   EXPECT_EQ(result, 2);
   EXPECT_EQ(product_.Transcript(), Join({NothingToStopLines(), GrantedLines(), NotCopiedLines(),
@@ -93,7 +93,7 @@ TEST_F(LastUpdateStageTest, IsDoneEvenIfTheRegistrationFailed) {
         return LSTATUS{ERROR_ACCESS_DENIED};
       });
 
-  const int result = Manager().InstallSequence(kLastUpdateStage);
+  const int result = Manager().InstallSequence(InstallKind::kLastUpdateStage);
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(set_value.Calls(), 12);
@@ -109,7 +109,7 @@ class LastUpdateStageWithoutElevationTest : public LastUpdateStageTest {
 TEST_F(LastUpdateStageWithoutElevationTest, LeavesTheTestToTheCallerButGrantsNothing) {
   ScriptedShell shell({});
 
-  const int result = Manager().InstallSequence(kLastUpdateStage);
+  const int result = Manager().InstallSequence(InstallKind::kLastUpdateStage);
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(product_.Transcript(), Join({NothingToStopLines(), CopiedLines(), RegisteredLines(),

@@ -14,7 +14,7 @@ class NimbaCastDownloadTest : public NimbaCastInstallationTest {};
 TEST_F(NimbaCastDownloadTest, GivesItAnUpdaterDownloadsAndInstalls) {
   ScriptedShell shell({EndsWith(0), EndsWith(0)});
 
-  const int result = Manager().InstallNimbaCast();
+  const int result = InstallNimbaCast();
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(product_.Transcript(), Join({UntilInstall(), InstalledLines()}));
@@ -24,7 +24,7 @@ TEST_F(NimbaCastDownloadTest, EndsWhenTheUpdaterCannotBeCopied) {
   ScriptedShell shell({});
   const FailingCopy copy(ERROR_DISK_FULL);
 
-  const int result = Manager().InstallNimbaCast();
+  const int result = InstallNimbaCast();
 
   Lines failed_copy = CopyUpdaterLines();
   failed_copy.pop_back();
@@ -40,7 +40,7 @@ TEST_F(NimbaCastDownloadTest, EndsWhenThereIsNoUpdater) {
   RemoveUpdater();
   ScriptedShell shell({});
 
-  const int result = Manager().InstallNimbaCast();
+  const int result = InstallNimbaCast();
 
   Lines copy_without_updater = CopyUpdaterLines();
   copy_without_updater.pop_back();
@@ -68,7 +68,7 @@ TEST_F(NimbaCastDownloadTest, EndsWhenTheDownloadFails) {
     product_.ForgetRecords();
     ScriptedShell shell({test_case.answer});
 
-    const int result = Manager().InstallNimbaCast();
+    const int result = InstallNimbaCast();
 
     EXPECT_EQ(result, 13);
     EXPECT_EQ(product_.Transcript(), Join({UntilDownload(), test_case.lines}));
@@ -79,7 +79,7 @@ TEST_F(NimbaCastDownloadTest, EndsWhenTheDownloadFails) {
 TEST_F(NimbaCastDownloadTest, GoesOnWhenTheExitCodeOfTheDownloadCannotBeRead) {
   ScriptedShell shell({EndsUnreadably(), EndsWith(0)});
 
-  const int result = Manager().InstallNimbaCast();
+  const int result = InstallNimbaCast();
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(product_.Transcript(), Join({UntilDownload(),

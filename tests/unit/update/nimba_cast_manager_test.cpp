@@ -19,7 +19,7 @@ TEST_F(NimbaCastManagerTest, InstallsWithTheManagerThatIsThereWhenTheNewOneCanno
   const FailingCopy copy(ERROR_SHARING_VIOLATION,
                          [&](const std::wstring& file) { return file == target; });
 
-  const int result = Manager().InstallNimbaCast();
+  const int result = InstallNimbaCast();
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(product_.Transcript(), Join({UntilDownload(),
@@ -39,7 +39,7 @@ TEST_F(NimbaCastManagerTest, CopiesSubFoldersOverThoseThatAreThere) {
   WriteFileBytes(config + L"\\old.txt", "old");
   ScriptedShell shell({EndsWith(0), EndsWith(0)});
 
-  const int result = Manager().InstallNimbaCast();
+  const int result = InstallNimbaCast();
 
   EXPECT_EQ(result, 0);
   EXPECT_THAT(ListTree(config), ElementsAre(L"both.txt", L"new.txt", L"old.txt"));
@@ -50,7 +50,7 @@ TEST_F(NimbaCastManagerTest, EndsWithoutAManager) {
   RemoveTree(product_.App());
   ScriptedShell shell({EndsWith(0)});
 
-  const int result = Manager().InstallNimbaCast();
+  const int result = InstallNimbaCast();
 
   EXPECT_EQ(result, 17);
   EXPECT_EQ(product_.Transcript(),
@@ -83,7 +83,7 @@ TEST_F(NimbaCastManagerTest, JudgesTheManager) {
     product_.ForgetRecords();
     ScriptedShell shell({EndsWith(0), test_case.answer});
 
-    const int result = Manager().InstallNimbaCast();
+    const int result = InstallNimbaCast();
 
     EXPECT_EQ(result, test_case.result);
     EXPECT_EQ(product_.Transcript(), Join({UntilInstall(), test_case.lines}));

@@ -32,7 +32,7 @@ TEST_F(UpdaterRefreshCopyTest, IsTriedUntilItSucceeds) {
   const FailingCopy copy(ERROR_SHARING_VIOLATION,
                          [&](const std::wstring&) { return copy.Calls() < 10; });
 
-  const int result = Manager().RefreshUpdater();
+  const int result = RefreshUpdater();
 
   EXPECT_EQ(result, 1);
   EXPECT_EQ(InstalledUpdater(), "new");
@@ -45,7 +45,7 @@ TEST_F(UpdaterRefreshCopyTest, IsGivenUpAfterTenFailuresAndTheirSleeps) {
   ScriptedShell shell({EndsWith(1)});
   const FailingCopy copy(ERROR_SHARING_VIOLATION);
 
-  const int result = Manager().RefreshUpdater();
+  const int result = RefreshUpdater();
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(InstalledUpdater(), "old");
@@ -59,7 +59,7 @@ TEST_F(UpdaterRefreshCopyTest, NeverDeletesSubFoldersOfTheUpdater) {
   AddFile(L"\\Updater\\Data\\old.txt");
   ScriptedShell shell({EndsWith(1)});
 
-  std::ignore = Manager().RefreshUpdater();
+  std::ignore = RefreshUpdater();
 
   EXPECT_THAT(ListTree(product_.Base() + L"\\Updater\\Data"),
               testing::ElementsAre(L"new.txt", L"old.txt"));

@@ -9,7 +9,7 @@ TEST_F(UpdaterRefreshTest, EndsWithoutAnUpdater) {
   RemoveUpdater();
   ScriptedShell shell({});
 
-  const int result = Manager().RefreshUpdater();
+  const int result = RefreshUpdater();
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(product_.Transcript(),
@@ -48,7 +48,7 @@ class RefreshAfterCheckTest : public UpdaterRefreshTest,
 TEST_P(RefreshAfterCheckTest, CopiesWhatWasFetchedEarlier) {
   ScriptedShell shell({GetParam().answer});
 
-  const int result = Manager().RefreshUpdater();
+  const int result = RefreshUpdater();
 
   EXPECT_EQ(result, 1);
   EXPECT_EQ(InstalledUpdater(), "new");
@@ -71,7 +71,7 @@ class RefreshAfterUpdateTest : public UpdaterRefreshTest,
 TEST_P(RefreshAfterUpdateTest, CopiesTheNewUpdater) {
   ScriptedShell shell({EndsWith(0), GetParam().answer});
 
-  const int result = Manager().RefreshUpdater();
+  const int result = RefreshUpdater();
 
   EXPECT_EQ(result, 1);
   EXPECT_EQ(InstalledUpdater(), "new");
@@ -99,7 +99,7 @@ class RefreshAfterFailedUpdateTest : public UpdaterRefreshTest,
 TEST_P(RefreshAfterFailedUpdateTest, CopiesNothing) {
   ScriptedShell shell({EndsWith(0), GetParam().answer});
 
-  const int result = Manager().RefreshUpdater();
+  const int result = RefreshUpdater();
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(InstalledUpdater(), "old");
@@ -113,7 +113,7 @@ INSTANTIATE_TEST_SUITE_P(AllUpdates, RefreshAfterFailedUpdateTest,
 TEST_F(UpdaterRefreshTest, EndsWhenTheUpdaterIsGoneBeforeItsUpdate) {
   ScriptedShell shell({EndsWith(0, [this] { RemoveUpdater(); })});
 
-  const int result = Manager().RefreshUpdater();
+  const int result = RefreshUpdater();
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(product_.Transcript(),

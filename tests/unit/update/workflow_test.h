@@ -8,12 +8,16 @@
 
 #include <string>
 
+#include "base/product_folders.h"
+#include "install/folder_copy.h"
 #include "tests/support/expected_records.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/recorded_boxes.h"
 #include "tests/support/recorded_sleeps.h"
 #include "tests/support/scripted_shell.h"
+#include "update/nimba_cast_installation.h"
+#include "update/updater_refresh.h"
 
 namespace nhupdate_test {
 
@@ -28,6 +32,21 @@ class WorkflowTest : public testing::Test {
 
   [[nodiscard]] nhupdate::CManagerCenter& Manager() { return product_.Manager(); }
 
+  // What a folder copy within the product is made with.
+  [[nodiscard]] nhupdate::CFolderCopy FolderCopy() {
+    return {folders_.module_folder, folders_.base_folder, Manager().Records(), last_failed_path_};
+  }
+
+  [[nodiscard]] int RefreshUpdater() {
+    nhupdate::CFolderCopy copy = FolderCopy();
+    return nhupdate::RefreshUpdater(folders_.UpdaterFolder(), copy, Manager().Records()) ? 1 : 0;
+  }
+
+  [[nodiscard]] int InstallNimbaCast() {
+    nhupdate::CFolderCopy copy = FolderCopy();
+    return nhupdate::InstallNimbaCast(folders_, copy, Manager().Records());
+  }
+
   // Creates an empty file, or deletes a file, given relative to the base folder.
   void AddFile(const std::wstring& path) { WriteFileBytes(product_.Base() + path, ""); }
   void Remove(const std::wstring& path);
@@ -38,6 +57,9 @@ class WorkflowTest : public testing::Test {
   static constexpr wchar_t kUpdater[] = L"\\Updater\\Updater.exe";
 
   InstalledProduct product_;
+  const nhupdate::ProductFolders folders_ =
+      nhupdate::FoldersOfExecutable(product_.ExecutablePath());
+  std::wstring last_failed_path_;
   RecordedBoxes boxes_;
   RecordedSleeps sleeps_;
 };

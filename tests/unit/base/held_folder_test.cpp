@@ -1,4 +1,4 @@
-#include "base/pinned_folder.h"
+#include "base/held_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,52 +22,52 @@ using nhupdate_test::Interposer;
 using nhupdate_test::ScratchFolder;
 using nhupdate_test::WriteFileBytes;
 
-class PinnedFolderTest : public testing::Test {
+class HeldFolderTest : public testing::Test {
  protected:
-  PinnedFolderTest() { CreateFolders(inner_); }
+  HeldFolderTest() { CreateFolders(inner_); }
 
   ScratchFolder scratch_;
   std::wstring outer_ = scratch_.Path() + L"\\Outer";
   std::wstring inner_ = outer_ + L"\\Middle\\Inner";
 };
 
-TEST_F(PinnedFolderTest, IsAtItselfAndBelowEveryFolderAboveIt) {
-  const CPinnedFolder pinned(inner_);
+TEST_F(HeldFolderTest, IsAtItselfAndBelowEveryFolderAboveIt) {
+  const CHeldFolder held(inner_);
 
-  EXPECT_TRUE(pinned.IsAtOrBelow(inner_));
-  EXPECT_TRUE(pinned.IsAtOrBelow(outer_ + L"\\Middle"));
-  EXPECT_TRUE(pinned.IsAtOrBelow(outer_));
-  EXPECT_TRUE(pinned.IsAtOrBelow(scratch_.Path()));
+  EXPECT_TRUE(held.IsPlainWithin(inner_));
+  EXPECT_TRUE(held.IsPlainWithin(outer_ + L"\\Middle"));
+  EXPECT_TRUE(held.IsPlainWithin(outer_));
+  EXPECT_TRUE(held.IsPlainWithin(scratch_.Path()));
 }
 
-TEST_F(PinnedFolderTest, IsBelowWhateverTheLetterCase) {
-  const CPinnedFolder pinned(outer_ + L"\\MIDDLE\\inner");
+TEST_F(HeldFolderTest, IsBelowWhateverTheLetterCase) {
+  const CHeldFolder held(outer_ + L"\\MIDDLE\\inner");
 
-  EXPECT_TRUE(pinned.IsAtOrBelow(scratch_.Path() + L"\\OUTER"));
+  EXPECT_TRUE(held.IsPlainWithin(scratch_.Path() + L"\\OUTER"));
 }
 
-TEST_F(PinnedFolderTest, IsBelowADrivesRoot) {
-  const CPinnedFolder pinned(inner_);
+TEST_F(HeldFolderTest, IsBelowADrivesRoot) {
+  const CHeldFolder held(inner_);
 
-  EXPECT_TRUE(pinned.IsAtOrBelow(inner_.substr(0, 2)));
+  EXPECT_TRUE(held.IsPlainWithin(inner_.substr(0, 2)));
 }
 
-TEST_F(PinnedFolderTest, IsNotBelowAFolderBesideIt) {
+TEST_F(HeldFolderTest, IsNotBelowAFolderBesideIt) {
   CreateFolders(outer_ + L"\\Mid");
-  const CPinnedFolder pinned(inner_);
+  const CHeldFolder held(inner_);
 
-  EXPECT_FALSE(pinned.IsAtOrBelow(outer_ + L"\\Mid"));
-  EXPECT_FALSE(pinned.IsAtOrBelow(inner_ + L"\\Below"));
+  EXPECT_FALSE(held.IsPlainWithin(outer_ + L"\\Mid"));
+  EXPECT_FALSE(held.IsPlainWithin(inner_ + L"\\Below"));
 }
 
-TEST_F(PinnedFolderTest, IsBelowNothingWhenItIsNotThere) {
-  const CPinnedFolder pinned(outer_ + L"\\Missing");
+TEST_F(HeldFolderTest, IsBelowNothingWhenItIsNotThere) {
+  const CHeldFolder held(outer_ + L"\\Missing");
 
-  EXPECT_FALSE(pinned.IsAtOrBelow(outer_));
-  EXPECT_EQ(pinned.Error(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+  EXPECT_FALSE(held.IsPlainWithin(outer_));
+  EXPECT_EQ(held.Error(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
 }
 
-TEST_F(PinnedFolderTest, TellsWhyItCouldNotBeOpened) {
+TEST_F(HeldFolderTest, TellsWhyItCouldNotBeOpened) {
   Interposer<decltype(::CreateFileW)> open(
       "CreateFileW",
       [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
@@ -75,21 +75,21 @@ TEST_F(PinnedFolderTest, TellsWhyItCouldNotBeOpened) {
         return INVALID_HANDLE_VALUE;
       });
 
-  const CPinnedFolder pinned(inner_);
+  const CHeldFolder held(inner_);
 
-  EXPECT_EQ(pinned.Error(), static_cast<DWORD>(ERROR_SHARING_VIOLATION));
+  EXPECT_EQ(held.Error(), static_cast<DWORD>(ERROR_SHARING_VIOLATION));
 }
 
-TEST_F(PinnedFolderTest, HasNoErrorWhenItIsOpen) {
+TEST_F(HeldFolderTest, HasNoErrorWhenItIsOpen) {
   ::SetLastError(ERROR_ACCESS_DENIED);
 
-  const CPinnedFolder pinned(inner_);
+  const CHeldFolder held(inner_);
 
-  EXPECT_EQ(pinned.Error(), std::nullopt);
+  EXPECT_EQ(held.Error(), std::nullopt);
 }
 
-TEST_F(PinnedFolderTest, IsNotBelowAnAnchorThatCannotBeOpened) {
-  const CPinnedFolder pinned(inner_);
+TEST_F(HeldFolderTest, IsNotBelowAnAnchorThatCannotBeOpened) {
+  const CHeldFolder held(inner_);
   Interposer<decltype(::CreateFileW)> open(
       "CreateFileW",
       [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
@@ -97,12 +97,12 @@ TEST_F(PinnedFolderTest, IsNotBelowAnAnchorThatCannotBeOpened) {
         return INVALID_HANDLE_VALUE;
       });
 
-  EXPECT_FALSE(pinned.IsAtOrBelow(outer_));
+  EXPECT_FALSE(held.IsPlainWithin(outer_));
 }
 
-TEST_F(PinnedFolderTest, CannotBeRemovedOrRenamedWhileItIsPinned) {
+TEST_F(HeldFolderTest, CannotBeRemovedOrRenamedWhileItIsHeld) {
   {
-    const CPinnedFolder pinned(inner_);
+    const CHeldFolder held(inner_);
     EXPECT_FALSE(::RemoveDirectoryW(inner_.c_str()));
     EXPECT_FALSE(::MoveFileW(inner_.c_str(), (inner_ + L" moved").c_str()));
   }
@@ -110,15 +110,15 @@ TEST_F(PinnedFolderTest, CannotBeRemovedOrRenamedWhileItIsPinned) {
   EXPECT_TRUE(::RemoveDirectoryW(inner_.c_str()));
 }
 
-TEST_F(PinnedFolderTest, CanBeWorkedInWhileItIsPinned) {
-  const CPinnedFolder pinned(inner_);
+TEST_F(HeldFolderTest, CanBeWorkedInWhileItIsHeld) {
+  const CHeldFolder held(inner_);
 
   WriteFileBytes(inner_ + L"\\file", "x");
 
   EXPECT_TRUE(::DeleteFileW((inner_ + L"\\file").c_str()));
 }
 
-TEST_F(PinnedFolderTest, OpensTheFolderItselfAndTheAnchorAsItIsReached) {
+TEST_F(HeldFolderTest, OpensTheFolderItselfAndTheAnchorAsItIsReached) {
   std::vector<DWORD> flags;
   Interposer<decltype(::CreateFileW)> open(
       "CreateFileW", [&](const wchar_t* path, DWORD access, DWORD sharing,
@@ -128,14 +128,14 @@ TEST_F(PinnedFolderTest, OpensTheFolderItselfAndTheAnchorAsItIsReached) {
         return open.Original()(path, access, sharing, security, creation, flag, model);
       });
 
-  const CPinnedFolder pinned(inner_);
-  EXPECT_TRUE(pinned.IsAtOrBelow(outer_));
+  const CHeldFolder held(inner_);
+  EXPECT_TRUE(held.IsPlainWithin(outer_));
 
   EXPECT_THAT(flags, testing::ElementsAre(FILE_FLAG_OPEN_REPARSE_POINT, 0U));
 }
 
 // What Windows says about the folder itself.
-TEST_F(PinnedFolderTest, IsNotBelowWhenItIsALink) {
+TEST_F(HeldFolderTest, IsNotBelowWhenItIsALink) {
   struct Case {
     const char* name;
     BOOL can_be_asked;
@@ -153,7 +153,7 @@ TEST_F(PinnedFolderTest, IsNotBelowWhenItIsALink) {
   };
 
   for (const Case& c : cases) {
-    const CPinnedFolder pinned(inner_);
+    const CHeldFolder held(inner_);
     Interposer<decltype(::GetFileInformationByHandleEx)> information(
         "GetFileInformationByHandleEx",
         [&](HANDLE, FILE_INFO_BY_HANDLE_CLASS what, void* answer, DWORD) -> BOOL {
@@ -162,12 +162,12 @@ TEST_F(PinnedFolderTest, IsNotBelowWhenItIsALink) {
           return c.can_be_asked;
         });
 
-    EXPECT_EQ(pinned.IsAtOrBelow(outer_), c.expected) << c.name;
+    EXPECT_EQ(held.IsPlainWithin(outer_), c.expected) << c.name;
   }
 }
 
 // Where the folder and the anchor really are, as Windows says in this order.
-TEST_F(PinnedFolderTest, IsNotBelowWhenALinkLeadsElsewhere) {
+TEST_F(HeldFolderTest, IsNotBelowWhenALinkLeadsElsewhere) {
   struct Case {
     const wchar_t* anchor;
     const wchar_t* folder;
@@ -186,10 +186,10 @@ TEST_F(PinnedFolderTest, IsNotBelowWhenALinkLeadsElsewhere) {
   };
 
   for (const Case& c : cases) {
-    const CPinnedFolder pinned(inner_);
+    const CHeldFolder held(inner_);
     const FakePlaces places(c.folder, c.anchor);
 
-    EXPECT_EQ(pinned.IsAtOrBelow(outer_), c.expected)
+    EXPECT_EQ(held.IsPlainWithin(outer_), c.expected)
         << testing::PrintToString(c.folder) << " below " << testing::PrintToString(c.anchor);
   }
 }

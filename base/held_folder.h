@@ -1,30 +1,31 @@
 #pragma once
 
-// Deleting by path is only safe as long as the path leads where it seems to. Everybody may write to
-// some of the folders that the program cleans up, and could put a link in the place of a folder
-// between the look at it and the deletion. A pinned folder stays in its place, and so do those
-// above it. The limit of that: whoever may write its attributes can still turn it into a link where
-// it is, once it is empty; Windows has no sharing mode against that.
+// Working by path is only safe as long as the path leads where it seems to. Everybody may write to
+// some of the folders that the program works in, and could put a link in the place of a folder
+// between the look at it and the work. A held folder stays in its place, and so do those above it.
+// The limit of that: whoever may write its attributes can still turn it into a link where it is, as
+// long as it is empty; Windows has no sharing mode against that.
 
 #include <optional>
 #include <string>
 
+#include "base/folder_place.h"
 #include "base/unique_handle.h"
 
 namespace nhupdate {
 
-class CPinnedFolder {
+class CHeldFolder {
  public:
   // Opens the folder itself, not what a link of its name leads to. As long as the object lives,
   // neither the folder nor one above it can be renamed or removed.
-  explicit CPinnedFolder(const std::wstring& folder);
+  explicit CHeldFolder(const std::wstring& folder);
 
-  // Why the folder could not be opened; nothing when it is pinned.
+  // Why the folder could not be opened; nothing when it is held.
   [[nodiscard]] std::optional<DWORD> Error() const { return error_; }
 
   // True when it is an ordinary folder, and is `anchor` or lies below it with no link between the
-  // two. False also when that can't be found out.
-  [[nodiscard]] bool IsAtOrBelow(const std::wstring& anchor) const;
+  // two. The anchor itself may be reached by a link. False also when that can't be found out.
+  [[nodiscard]] bool IsPlainWithin(const std::wstring& anchor) const;
 
   // True when what the path leads to is this folder or lies below it, by whatever names the two are
   // called. True also when that can't be found out; but a folder that isn't there holds nothing.

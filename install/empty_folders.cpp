@@ -1,0 +1,28 @@
+#include "install/empty_folders.h"
+
+#include "base/folder_listing.h"
+
+namespace nhupdate {
+
+bool CollectEmptyFolders(const std::wstring& folder, std::vector<std::wstring>& found,
+                         const CLog& log) {
+  bool is_empty = true;
+  CFolderListing listing(folder + kAllEntries);
+  while (listing.Next()) {
+    if (!listing.IsFolder() || listing.IsLink()) {
+      is_empty = false;
+      continue;
+    }
+    const std::wstring sub_folder = folder + L"\\" + listing.Name();
+    if (CollectEmptyFolders(sub_folder, found, log)) {
+      log.Write(LogLevel::kInformation, L"Remove empty folder : %s", sub_folder);
+      found.push_back(sub_folder);
+    } else {
+      is_empty = false;
+    }
+  }
+  // A folder of which only a part was seen must not be taken for an empty one.
+  return is_empty && !listing.HasBrokenOff();
+}
+
+}  // namespace nhupdate
