@@ -5,8 +5,10 @@
 
 #include "app/elevation.h"
 #include "base/executable_path.h"
+#include "base/held_folder.h"
 #include "base/known_folder.h"
 #include "base/windows.h"
+#include "base/windows_path.h"
 #include "install/empty_folders.h"
 #include "install/folder_access.h"
 #include "install/folder_copy.h"
@@ -32,7 +34,9 @@ CManagerCenter::~CManagerCenter() {
 }
 
 int CManagerCenter::Initialize() {
-  paths_ = FoldersOfExecutable(ExecutablePath());
+  const ExecutablePath executable = FindExecutable();
+  paths_ = FoldersOfExecutable(executable.path);
+  paths_.is_executable_path_cut_off = executable.is_cut_off;
   PrepareDataFolders();
 
   // Without a log the program works on in silence; the console has been told.
@@ -60,11 +64,17 @@ void CManagerCenter::PrepareDataFolders() {
   std::wstring folder = *program_data;
   for (const wchar_t* name : {L"\\Corvane", L"\\NimbaSoftware", L"\\NimbaHub"}) {
     folder += name;
-    ::CreateDirectoryW(folder.c_str(), nullptr);  // usually there already
+    ::CreateDirectoryW(PathForWindows(folder).c_str(), nullptr);  // usually there already
+    // Every user may make these folders, and could have put a link there instead. Behind it nothing
+    // is made: it is as if there were no ProgramData.
+    const CHeldFolder held(folder);
+    if (!held.IsMissing() && !held.IsPlainAt(PlaceSeenFrom(*program_data, folder))) {
+      return;
+    }
   }
   paths_.product_data_folder = folder;
   paths_.log_folder = folder + L"\\Log";
-  ::CreateDirectoryW(paths_.log_folder.c_str(), nullptr);
+  ::CreateDirectoryW(PathForWindows(paths_.log_folder).c_str(), nullptr);
 }
 
 void CManagerCenter::EndLog() {
@@ -73,9 +83,8 @@ void CManagerCenter::EndLog() {
 }
 
 int CManagerCenter::DeleteUpdaterConfig(int staged) {
-  const std::wstring updater_folder =
-      staged == 0 ? paths_.UpdaterFolder() : paths_.UpdaterFolderSeenFromStagedCopy();
-  return nhupdate::DeleteUpdaterConfig(updater_folder, Records()) ? 1 : 0;
+  const RunningCopy copy = staged == 0 ? RunningCopy::kInstalled : RunningCopy::kStaged;
+  return nhupdate::DeleteUpdaterConfig(paths_, copy, Records()) ? 1 : 0;
 }
 
 void CManagerCenter::LoadStrings(const std::wstring& path) {
@@ -105,7 +114,7 @@ int CManagerCenter::StopUpdateManagers() {
 
 int CManagerCenter::CopyFolder(const std::wstring& destination, const std::wstring& source,
                                int recurse, int log_details, int delete_existing) {
-  CFolderCopy copy(paths_.module_folder, paths_.base_folder, Records(), last_failed_copy_path_);
+  CFolderCopy copy(paths_, Records(), last_failed_copy_path_);
   const CopyOptions options = {.recurse = recurse != 0,
                                .log_details = log_details != 0,
                                .delete_existing_sub_folders = delete_existing != 0};

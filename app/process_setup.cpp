@@ -1,7 +1,5 @@
 #include "app/process_setup.h"
 
-#include <tuple>
-
 #include "base/windows.h"
 
 namespace nhupdate {
@@ -9,7 +7,9 @@ namespace nhupdate {
 bool SetUpProcess() {
   // SEM_NOGPFAULTERRORBOX is left out: it would also turn off the dumps of crashes.
   constexpr UINT kNoDialogs = SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX;
-  std::ignore = ::SetErrorMode(::GetErrorMode() | kNoDialogs);  // the old mode never comes back
+  // For the one thread that there is, and not for the process: that mode would be inherited by the
+  // children, who may have other ideas.
+  ::SetThreadErrorMode(::GetThreadErrorMode() | kNoDialogs, nullptr);
   return ::SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_DEFAULT_DIRS) != FALSE;
 }
 

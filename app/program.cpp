@@ -1,5 +1,6 @@
 #include "app/program.h"
 
+#include <exception>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -35,7 +36,12 @@ std::vector<std::wstring> CommandLineArguments() {
   int count = 0;
   const UniqueHandle<ArgumentArrayTraits> arguments(
       ::CommandLineToArgvW(::GetCommandLineW(), &count));
-  if (!arguments.IsValid() || count < 1) {
+  if (!arguments.IsValid()) {
+    // Want of memory ends the process wherever it comes from. To go on without a mode would say
+    // that all went well.
+    std::terminate();
+  }
+  if (count < 1) {
     return {};
   }
   return std::vector<std::wstring>(arguments.Get() + 1, arguments.Get() + count);

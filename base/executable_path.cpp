@@ -3,16 +3,79 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <vector>
 
+#include "base/unique_handle.h"
 #include "base/windows.h"
+#include "base/windows_path.h"
 
 namespace nhupdate {
 
-std::wstring ExecutablePath() {
-  std::array<wchar_t, MAX_PATH> buffer = {};
+namespace {
+
+constexpr std::size_t kMaxUnits = MAX_PATH - 1;
+constexpr std::size_t kLongestPrefixUnits = 8;  // of a network path in extended-length form
+
+// As the program was started by it.
+ExecutablePath StartPath() {
+  std::array<wchar_t, MAX_PATH + kLongestPrefixUnits> buffer = {};
   const DWORD length =
       ::GetModuleFileNameW(nullptr, buffer.data(), static_cast<DWORD>(buffer.size()));
-  return std::wstring(buffer.data(), std::min<std::size_t>(length, buffer.size() - 1));
+  const std::size_t units = std::min<std::size_t>(length, buffer.size() - 1);
+  const std::wstring path = WithoutExtendedPrefix(std::wstring(buffer.data(), units));
+  return {path.substr(0, kMaxUnits), length >= buffer.size() || path.size() > kMaxUnits};
+}
+
+// With the long names of all components; the path as it is when Windows doesn't tell.
+std::wstring WithLongNames(const std::wstring& path) {
+  std::vector<wchar_t> buffer(MAX_PATH);
+  DWORD length = ::GetLongPathNameW(PathForWindows(path).c_str(), buffer.data(), MAX_PATH);
+  if (length >= buffer.size()) {
+    buffer.resize(length + std::size_t{1});
+    length = ::GetLongPathNameW(PathForWindows(path).c_str(), buffer.data(), length);
+  }
+  return length == 0 || length >= buffer.size()
+             ? path
+             : WithoutExtendedPrefix(std::wstring(buffer.data(), length));
+}
+
+// The name of a file or folder in its own letter case; empty when Windows doesn't tell.
+std::wstring NameOnDisk(const std::wstring& path) {
+  WIN32_FIND_DATAW entry = {};
+  const UniqueFindHandle search(::FindFirstFileW(PathForWindows(path).c_str(), &entry));
+  return search.IsValid() ? entry.cFileName : std::wstring();
+}
+
+// Long names alone may still be in the letter case of whoever typed them. Those of a network path's
+// server and share are nobody's on a disk.
+std::wstring WithNamesOnDisk(const std::wstring& path) {
+  constexpr std::size_t kDriveRootUnits = 3;
+  if (path.size() < kDriveRootUnits || path[1] != L':') {
+    return path;
+  }
+  std::wstring result = path;
+  std::size_t begin = kDriveRootUnits;
+  while (begin < result.size()) {
+    const std::size_t end = std::min(result.find(L'\\', begin), result.size());
+    const std::wstring name = NameOnDisk(result.substr(0, end));
+    // A name of another length would be a short one that a link or a race has brought in.
+    if (name.size() == end - begin) {
+      result.replace(begin, name.size(), name);
+    }
+    begin = end + 1;
+  }
+  return result;
+}
+
+}  // namespace
+
+ExecutablePath FindExecutable() {
+  ExecutablePath executable = StartPath();
+  if (!executable.is_cut_off) {
+    const std::wstring path = WithNamesOnDisk(WithLongNames(executable.path));
+    executable = {path.substr(0, kMaxUnits), path.size() > kMaxUnits};
+  }
+  return executable;
 }
 
 }  // namespace nhupdate

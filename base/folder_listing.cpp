@@ -3,6 +3,7 @@
 #include <cwchar>
 
 #include "base/folder_place.h"
+#include "base/windows_path.h"
 
 namespace nhupdate {
 
@@ -12,20 +13,35 @@ bool IsDotEntry(const WIN32_FIND_DATAW& entry) {
   return std::wcscmp(entry.cFileName, L".") == 0 || std::wcscmp(entry.cFileName, L"..") == 0;
 }
 
-bool MeansNothingThere(DWORD error) {
-  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ||
-         error == ERROR_NO_MORE_FILES;
+bool HasAttribute(const WIN32_FIND_DATAW& entry, DWORD attribute) {
+  return (entry.dwFileAttributes & attribute) != 0;
+}
+
+bool MeansNoFolder(DWORD error, const std::wstring& folder) {
+  switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_DIRECTORY:  // a file
+      return true;
+    default:
+      break;
+  }
+  // Not every system says it so clearly when there is a file.
+  const DWORD attributes = ::GetFileAttributesW(PathForWindows(folder).c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
 }  // namespace
 
-CFolderListing::CFolderListing(const std::wstring& pattern)
+CFolderListing::CFolderListing(const std::wstring& folder, const wchar_t* wildcard)
     : entry_(std::make_unique<WIN32_FIND_DATAW>()) {
-  const HANDLE search = ::FindFirstFileW(pattern.c_str(), entry_.get());
+  const HANDLE search = ::FindFirstFileW(PathForWindows(folder + wildcard).c_str(), entry_.get());
   const DWORD error = ::GetLastError();
   search_.Reset(search);
-  if (!search_.IsValid() && !MeansNothingThere(error)) {
+  // A folder without any entry, not even "." and "..", has come to its end.
+  if (!search_.IsValid() && error != ERROR_NO_MORE_FILES) {
     error_ = error;
+    is_of_no_folder_ = MeansNoFolder(error, folder);
   }
 }
 
@@ -51,7 +67,11 @@ std::wstring CFolderListing::Name() const {
 }
 
 bool CFolderListing::IsFolder() const {
-  return (entry_->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  return HasAttribute(*entry_, FILE_ATTRIBUTE_DIRECTORY);
+}
+
+bool CFolderListing::IsReadOnly() const {
+  return HasAttribute(*entry_, FILE_ATTRIBUTE_READONLY);
 }
 
 bool CFolderListing::IsLink() const {

@@ -11,29 +11,31 @@
 
 namespace nhupdate {
 
-// What makes a pattern for all entries of a folder.
+// What stands behind a folder's name to mean all its entries.
 inline constexpr wchar_t kAllEntries[] = L"\\*.*";
 
 class CFolderListing {
  public:
-  // `pattern` is the folder followed by a wildcard, as in folder + kAllEntries. A folder that can't
-  // be listed has no entries.
-  explicit CFolderListing(const std::wstring& pattern);
+  // A folder that can't be listed has no entries.
+  explicit CFolderListing(const std::wstring& folder, const wchar_t* wildcard = kAllEntries);
 
   // Steps to the next entry, passing over "." and "..". Returns false at the end, and also when
-  // Windows can't go on. The three questions below are about the entry of the last successful step.
+  // Windows can't go on. The questions about an entry are about that of the last successful step.
   [[nodiscard]] bool Next();
 
   // Why the listing could not begin or broke off, so that there may be more in the folder than was
-  // seen; nothing when it came to its end or there is no such folder.
+  // seen; nothing when it came to its end.
   [[nodiscard]] std::optional<DWORD> Error() const { return error_; }
+
+  // True when the listing could not begin since there is no such folder, or a file in its place.
+  [[nodiscard]] bool IsOfNoFolder() const { return is_of_no_folder_; }
 
   // True when the error came behind an entry that was seen, if only "." or "..".
   [[nodiscard]] bool HasBrokenOff() const { return search_.IsValid() && error_.has_value(); }
 
   [[nodiscard]] std::wstring Name() const;
   [[nodiscard]] bool IsFolder() const;
-
+  [[nodiscard]] bool IsReadOnly() const;
   [[nodiscard]] bool IsLink() const;  // see MeansLink in base/folder_place.h
 
  private:
@@ -42,6 +44,7 @@ class CFolderListing {
   UniqueFindHandle search_;
   bool is_first_ = true;
   std::optional<DWORD> error_;
+  bool is_of_no_folder_ = false;
 };
 
 }  // namespace nhupdate

@@ -1,6 +1,10 @@
 #include "base/folder_place.h"
 
+#include <cstddef>
 #include <vector>
+
+#include "base/paths.h"
+#include "base/windows_path.h"
 
 namespace nhupdate {
 
@@ -8,7 +12,7 @@ namespace {
 
 UniqueFile Hold(const std::wstring& folder, DWORD flags) {
   // Read access, without which Windows doesn't look at the sharing, and no sharing for deletion.
-  return UniqueFile(::CreateFileW(folder.c_str(), FILE_LIST_DIRECTORY,
+  return UniqueFile(::CreateFileW(PathForWindows(folder).c_str(), FILE_LIST_DIRECTORY,
                                   FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
                                   FILE_FLAG_BACKUP_SEMANTICS | flags, nullptr));
 }
@@ -36,19 +40,31 @@ UniqueFile HoldFolder(const std::wstring& folder) {
 }
 
 bool IsLink(const UniqueFile& opened) {
-  FILE_ATTRIBUTE_TAG_INFO information = {};
-  if (!::GetFileInformationByHandleEx(opened.Get(), FileAttributeTagInfo, &information,
-                                      sizeof(information))) {
+  FILE_BASIC_INFO plain = {};
+  if (!::GetFileInformationByHandleEx(opened.Get(), FileBasicInfo, &plain, sizeof(plain))) {
     return true;  // not known to be none
   }
-  return MeansLink(information.FileAttributes, information.ReparseTag);
+  if ((plain.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+    return false;
+  }
+  // Asked last: FAT and exFAT don't know this question.
+  FILE_ATTRIBUTE_TAG_INFO tagged = {};
+  if (!::GetFileInformationByHandleEx(opened.Get(), FileAttributeTagInfo, &tagged,
+                                      sizeof(tagged))) {
+    return true;
+  }
+  return MeansLink(tagged.FileAttributes, tagged.ReparseTag);
 }
 
 CPlace::CPlace(const UniqueFile& opened) {
   constexpr DWORD kForm = FILE_NAME_NORMALIZED | VOLUME_NAME_NT;
-  const DWORD size = ::GetFinalPathNameByHandleW(opened.Get(), nullptr, 0, kForm);
-  std::vector<wchar_t> path(size + 1, L'\0');
-  const DWORD length = ::GetFinalPathNameByHandleW(opened.Get(), path.data(), size, kForm);
+  std::vector<wchar_t> path(MAX_PATH);
+  DWORD length = ::GetFinalPathNameByHandleW(opened.Get(), path.data(), MAX_PATH, kForm);
+  if (length >= path.size()) {
+    // Too long for that: the length is then the room that is needed.
+    path.resize(length + std::size_t{1});
+    length = ::GetFinalPathNameByHandleW(opened.Get(), path.data(), length, kForm);
+  }
   if (length == 0 || length >= path.size()) {
     return;
   }
@@ -75,6 +91,17 @@ CPlace CPlace::Below(const std::wstring& relative_path) const {
     place.path_ = path_ + relative_path;
   }
   return place;
+}
+
+CPlace PlaceOfFolder(const std::wstring& folder) {
+  // Without the backslash a bare drive letter would mean the drive's current folder.
+  const UniqueFile opened = HoldFolder(folder + L"\\");
+  return opened.IsValid() ? CPlace(opened) : CPlace();
+}
+
+CPlace PlaceSeenFrom(const std::wstring& anchor, const std::wstring& path) {
+  return IsSameOrInside(path, anchor) ? PlaceOfFolder(anchor).Below(path.substr(anchor.size()))
+                                      : CPlace();
 }
 
 }  // namespace nhupdate

@@ -22,8 +22,8 @@ namespace nhupdate {
 [[nodiscard]] UniqueFile HoldFolderItself(const std::wstring& folder);
 [[nodiscard]] UniqueFile HoldFolder(const std::wstring& folder);
 
-// True when what is open is a link; also when that can't be found out. A file system without links
-// is asked only what it can answer.
+// True when what is open is a link; also when that can't be found out. A file system that knows no
+// links is only asked what it can answer.
 [[nodiscard]] bool IsLink(const UniqueFile& opened);
 
 // The place of something that was open when the object was made. Without anything to compare
@@ -48,5 +48,14 @@ class CPlace {
   // trailing backslash.
   std::wstring path_;
 };
+
+// Where the folder is that the path leads to; unknown when it can't be opened. A bare drive is its
+// root.
+[[nodiscard]] CPlace PlaceOfFolder(const std::wstring& folder);
+
+// Where `path` is if no link lies between `anchor` and it. The anchor itself may be reached by a
+// link: that was the choice of who installed. Unknown when the anchor can't be opened, or the path
+// is neither the anchor nor below it.
+[[nodiscard]] CPlace PlaceSeenFrom(const std::wstring& anchor, const std::wstring& path);
 
 }  // namespace nhupdate

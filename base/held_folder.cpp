@@ -1,10 +1,8 @@
 #include "base/held_folder.h"
 
-#include "base/paths.h"
-
 namespace nhupdate {
 
-CHeldFolder::CHeldFolder(const std::wstring& folder) : path_(folder) {
+CHeldFolder::CHeldFolder(const std::wstring& folder) {
   folder_ = HoldFolderItself(folder);
   const DWORD error = ::GetLastError();
   if (!folder_.IsValid()) {
@@ -12,21 +10,17 @@ CHeldFolder::CHeldFolder(const std::wstring& folder) : path_(folder) {
   }
 }
 
-bool CHeldFolder::IsPlainWithin(const std::wstring& anchor) const {
-  if (!folder_.IsValid() || IsLink(folder_) || !IsSameOrInside(path_, anchor)) {
-    return false;
-  }
-  // The backslash makes the drive's root of a bare drive letter, which means its current folder.
-  const UniqueFile anchor_folder = HoldFolder(anchor + L"\\");
-  if (!anchor_folder.IsValid()) {
-    return false;
-  }
-  return CPlace(folder_).IsSameAs(CPlace(anchor_folder).Below(path_.substr(anchor.size())));
+bool CHeldFolder::IsMissing() const {
+  return error_ == ERROR_FILE_NOT_FOUND || error_ == ERROR_PATH_NOT_FOUND;
+}
+
+bool CHeldFolder::IsPlainAt(const CPlace& place) const {
+  return folder_.IsValid() && !IsLink(folder_) && CPlace(folder_).IsSameAs(place);
 }
 
 bool CHeldFolder::MayHold(const std::wstring& path) const {
   if (!folder_.IsValid()) {
-    return error_ != ERROR_FILE_NOT_FOUND && error_ != ERROR_PATH_NOT_FOUND;
+    return !IsMissing();
   }
   const UniqueFile other = HoldFolder(path);
   if (!other.IsValid()) {

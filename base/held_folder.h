@@ -4,7 +4,8 @@
 // some of the folders that the program works in, and could put a link in the place of a folder
 // between the look at it and the work. A held folder stays in its place, and so do those above it.
 // The limit of that: whoever may write its attributes can still turn it into a link where it is, as
-// long as it is empty; Windows has no sharing mode against that.
+// long as it is empty; Windows has no sharing mode against that. What is deleted is therefore
+// looked at once more by its own handle (base/entry_deletion.h).
 
 #include <optional>
 #include <string>
@@ -23,16 +24,18 @@ class CHeldFolder {
   // Why the folder could not be opened; nothing when it is held.
   [[nodiscard]] std::optional<DWORD> Error() const { return error_; }
 
-  // True when it is an ordinary folder, and is `anchor` or lies below it with no link between the
-  // two. The anchor itself may be reached by a link. False also when that can't be found out.
-  [[nodiscard]] bool IsPlainWithin(const std::wstring& anchor) const;
+  // True when there is no such folder, nor anything else of its name.
+  [[nodiscard]] bool IsMissing() const;
+
+  // True when it is an ordinary folder and really lies there. False also when that can't be found
+  // out.
+  [[nodiscard]] bool IsPlainAt(const CPlace& place) const;
 
   // True when what the path leads to is this folder or lies below it, by whatever names the two are
   // called. True also when that can't be found out; but a folder that isn't there holds nothing.
   [[nodiscard]] bool MayHold(const std::wstring& path) const;
 
  private:
-  std::wstring path_;
   UniqueFile folder_;
   std::optional<DWORD> error_;
 };

@@ -28,11 +28,15 @@ struct ProductFolders {
   std::wstring root_folder;  // all products of the maker
   std::wstring nimba_cast_folder;
   std::wstring nimba_desk_folder;
+  bool is_executable_path_cut_off = false;
 
-  // False when there is no product around the executable: it lies in a drive's root, or nobody
-  // knows where. What is built from the base folder would then mean the current drive, so nothing
-  // may be deleted, copied or scanned. A bare drive ("C:") is a base folder.
-  [[nodiscard]] bool HasBaseFolder() const { return !base_folder.empty(); }
+  // False when there is no product around the executable, or nobody knows which: it lies in a
+  // drive's root, or its path is unknown or cut off. What is built from the base folder would then
+  // mean the current drive or a folder too far up, so nothing may be deleted, copied or scanned. A
+  // bare drive ("C:") is a base folder.
+  [[nodiscard]] bool HasBaseFolder() const {
+    return !base_folder.empty() && !is_executable_path_cut_off;
+  }
 
   // Of the installed product.
   [[nodiscard]] std::wstring UpdaterFolder() const { return UpdaterFolderOf(base_folder); }
@@ -48,9 +52,9 @@ struct ProductFolders {
   }
 };
 
-// Derives what follows from the executable's full path. The string file and the two data folders
-// are not derived and stay empty. Where the path has too few components, folders become empty, and
-// what is below them relative to the current drive.
+// Derives what follows from the executable's full path, which is taken for a whole one. The string
+// file and the two data folders are not derived and stay empty. Where the path has too few
+// components, folders become empty, and what is below them relative to the current drive.
 [[nodiscard]] ProductFolders FoldersOfExecutable(const std::wstring& executable_path);
 
 }  // namespace nhupdate

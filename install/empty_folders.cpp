@@ -7,7 +7,7 @@ namespace nhupdate {
 bool CollectEmptyFolders(const std::wstring& folder, std::vector<std::wstring>& found,
                          const CLog& log) {
   bool is_empty = true;
-  CFolderListing listing(folder + kAllEntries);
+  CFolderListing listing(folder);
   while (listing.Next()) {
     if (!listing.IsFolder() || listing.IsLink()) {
       is_empty = false;

@@ -1,11 +1,13 @@
 #include "install/folder_copy.h"
 
+#include <optional>
 #include <tuple>
 
+#include "base/entry_deletion.h"
 #include "base/folder_listing.h"
 #include "base/held_folder.h"
 #include "base/paths.h"
-#include "base/windows.h"
+#include "base/windows_path.h"
 #include "install/folder_removal.h"
 
 namespace nhupdate {
@@ -19,34 +21,58 @@ bool MayHold(const std::wstring& folder, const std::wstring& path) {
   return IsSameOrInside(path, folder) || CHeldFolder(folder).MayHold(path);
 }
 
+// Makes sure that there is a folder which is no link, and holds it. Returns the error; nothing when
+// the folder is held, or can't be made, which shows as soon as something is copied into it.
+std::optional<DWORD> MakePlainFolder(const std::wstring& folder, const CPlace& place,
+                                     std::optional<CHeldFolder>& held) {
+  ::CreateDirectoryW(PathForWindows(folder).c_str(), nullptr);  // usually there already
+  held.emplace(folder);
+  if (held->IsPlainAt(place) || held->IsMissing()) {
+    return std::nullopt;
+  }
+  if (held->Error()) {
+    return held->Error();
+  }
+  held.reset();
+  if (const std::optional<DWORD> error = DeleteEntry(folder, EntryKind::kFolder, place)) {
+    return error;
+  }
+  ::CreateDirectoryW(PathForWindows(folder).c_str(), nullptr);
+  held.emplace(folder);
+  return held->IsPlainAt(place) ? std::nullopt : std::optional<DWORD>(ERROR_CANT_ACCESS_FILE);
+}
+
 }  // namespace
 
 bool CFolderCopy::Copy(const std::wstring& destination, const std::wstring& source,
                        const CopyOptions& options) {
-  if (options.log_details) {
-    log_.WriteText(LogLevel::kInformation, L"Copy folder from " + source + L" to " + destination);
+  Announce(destination, source, options);
+  if (!folders_.HasBaseFolder()) {
+    return true;
   }
-  ::CreateDirectoryW(destination.c_str(), nullptr);  // usually there already
+  ::CreateDirectoryW(PathForWindows(destination).c_str(), nullptr);  // usually there already
+  return CopyContent(destination, PlaceOfFolder(destination), source, options, true);
+}
 
-  CFolderListing listing(source + kAllEntries);
+bool CFolderCopy::CopyContent(const std::wstring& destination, const CPlace& place,
+                              const std::wstring& source, const CopyOptions& options,
+                              bool may_be_missing) {
+  CFolderListing listing(source);
   while (listing.Next()) {
-    const std::wstring entry = source + L"\\" + listing.Name();
-    const std::wstring target = destination + L"\\" + listing.Name();
+    const std::wstring relative_path = L"\\" + listing.Name();
+    const std::wstring entry = source + relative_path;
+    const std::wstring target = destination + relative_path;
     if (listing.IsFolder()) {
-      if (options.recurse && !CopySubFolder(target, entry, options)) {
+      if (options.recurse &&
+          !CopySubFolder(target, place.Below(relative_path), entry, listing.IsLink(), options)) {
         return false;
       }
     } else if (!CopyOneFile(target, entry, options)) {
       return false;
     }
   }
-  if (listing.Error()) {
-    // What wasn't seen wasn't copied either.
-    if (options.log_details) {
-      log_.Write(LogLevel::kError, L"Fail to copy file = %d", *listing.Error());
-    }
-    last_failed_path_ = destination;
-    return false;
+  if (listing.Error() && !(may_be_missing && listing.IsOfNoFolder())) {
+    return Fail(destination, *listing.Error(), options);  // what wasn't seen wasn't copied either
   }
   return true;
 }
@@ -70,21 +96,18 @@ bool CFolderCopy::CopyOneFile(const std::wstring& target, const std::wstring& so
   if (options.log_details) {
     log_.WriteText(LogLevel::kInformation, L"Copy file from " + source + L" to " + target);
   }
-  if (::CopyFileW(source.c_str(), target.c_str(), FALSE)) {
+  if (::CopyFileW(PathForWindows(source).c_str(), PathForWindows(target).c_str(), FALSE)) {
     return true;
   }
   const DWORD error = ::GetLastError();
-  if (options.log_details) {
-    log_.Write(LogLevel::kError, L"Fail to copy file = %d", error);
-  }
-  last_failed_path_ = target;
-  return false;
+  return Fail(target, error, options);
 }
 
-bool CFolderCopy::CopySubFolder(const std::wstring& target, const std::wstring& source,
+bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
+                                const std::wstring& source, bool source_is_link,
                                 const CopyOptions& options) {
   // The program that is running can't replace itself; an earlier stage has done that.
-  if (target == running_folder_) {
+  if (target == folders_.module_folder) {
     return true;
   }
   // What is to be copied must not be deleted with the folder that it lies in.
@@ -92,11 +115,34 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const std::wstring& 
     if (options.log_details) {
       log_.WriteText(LogLevel::kInformation, L"Delete Dir : " + target);
     }
-    std::ignore = DeleteFolderTree(target, owned_root_);  // what stays is copied over
+    std::ignore = DeleteFolderTree(target, folders_.base_folder);  // what stays is copied over
+  }
+  Announce(target, source, options);
+  std::optional<CHeldFolder> held;
+  if (const std::optional<DWORD> error = MakePlainFolder(target, place, held)) {
+    return Fail(target, *error, options);
+  }
+  if (source_is_link) {
+    return true;  // what it leads to is none of the product's
   }
   CopyOptions deeper = options;
   deeper.delete_existing_sub_folders = false;
-  return Copy(target, source, deeper);
+  return CopyContent(target, place, source, deeper, false);
+}
+
+void CFolderCopy::Announce(const std::wstring& destination, const std::wstring& source,
+                           const CopyOptions& options) const {
+  if (options.log_details) {
+    log_.WriteText(LogLevel::kInformation, L"Copy folder from " + source + L" to " + destination);
+  }
+}
+
+bool CFolderCopy::Fail(const std::wstring& path, DWORD error, const CopyOptions& options) {
+  if (options.log_details) {
+    log_.Write(LogLevel::kError, L"Fail to copy file = %d", error);
+  }
+  last_failed_path_ = path;
+  return false;
 }
 
 }  // namespace nhupdate

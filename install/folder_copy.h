@@ -4,12 +4,15 @@
 
 #include <string>
 
+#include "base/folder_place.h"
+#include "base/product_folders.h"
+#include "base/windows.h"
 #include "log/log.h"
 
 namespace nhupdate {
 
 // Files that are still in use are usually free again a moment later, so copies are tried again.
-inline constexpr unsigned long kCopyRetryDelayMs = 3000;
+inline constexpr DWORD kCopyRetryDelayMs = 3000;
 
 struct CopyOptions {
   bool recurse = true;  // folders too, and not only files
@@ -21,20 +24,18 @@ struct CopyOptions {
 
 class CFolderCopy {
  public:
-  // `running_folder` holds the running program and is never touched; `owned_root` is the folder of
-  // the product, within which no link is followed when something is deleted. `last_failed_path` is
-  // set to what could not be copied, whenever there is such a thing. All but the log must outlive
-  // the object.
-  CFolderCopy(const std::wstring& running_folder, const std::wstring& owned_root, const CLog& log,
-              std::wstring& last_failed_path)
-      : running_folder_(running_folder),
-        owned_root_(owned_root),
-        log_(log),
-        last_failed_path_(last_failed_path) {}
+  // The folder of the running program is never touched, and within the base folder no link is
+  // followed when something is deleted. Without a base folder nothing is copied, as if each source
+  // were missing. `last_failed_path` is set to what could not be copied, whenever there is such a
+  // thing. All but the log must outlive the object.
+  CFolderCopy(const ProductFolders& folders, const CLog& log, std::wstring& last_failed_path)
+      : folders_(folders), log_(log), last_failed_path_(last_failed_path) {}
 
   // Copies what is in `source` over `destination`, whose parent must exist, up to the first thing
-  // that can't be copied or listed. A missing source is an empty one. Returns false when there was
-  // such a thing.
+  // that can't be copied or listed, and returns false when there is such a thing. A source that
+  // isn't there is an empty one; a folder in it that can't be listed any more is such a thing.
+  // Either of the two may be reached by links. Below them none is followed: one in the source is
+  // copied as an empty folder, and one in the destination is replaced by a folder.
   [[nodiscard]] bool Copy(const std::wstring& destination, const std::wstring& source,
                           const CopyOptions& options);
 
@@ -43,13 +44,20 @@ class CFolderCopy {
                                      const CopyOptions& options);
 
  private:
+  [[nodiscard]] bool CopyContent(const std::wstring& destination, const CPlace& place,
+                                 const std::wstring& source, const CopyOptions& options,
+                                 bool may_be_missing);
   [[nodiscard]] bool CopyOneFile(const std::wstring& target, const std::wstring& source,
                                  const CopyOptions& options);
-  [[nodiscard]] bool CopySubFolder(const std::wstring& target, const std::wstring& source,
+  [[nodiscard]] bool CopySubFolder(const std::wstring& target, const CPlace& place,
+                                   const std::wstring& source, bool source_is_link,
                                    const CopyOptions& options);
+  void Announce(const std::wstring& destination, const std::wstring& source,
+                const CopyOptions& options) const;
+  // Notes and logs what could not be copied and why; always false.
+  bool Fail(const std::wstring& path, DWORD error, const CopyOptions& options);
 
-  const std::wstring& running_folder_;
-  const std::wstring& owned_root_;
+  const ProductFolders& folders_;
   CLog log_;
   std::wstring& last_failed_path_;
 };

@@ -2,46 +2,53 @@
 
 #include <tuple>
 
+#include "base/entry_deletion.h"
 #include "base/folder_listing.h"
 #include "base/held_folder.h"
 #include "base/paths.h"
-#include "base/windows.h"
 
 namespace nhupdate {
 
 namespace {
 
-void DeleteFileEvenIfReadOnly(const std::wstring& file) {
-  const DWORD attributes = ::GetFileAttributesW(file.c_str());
-  if (attributes != INVALID_FILE_ATTRIBUTES) {
-    const DWORD writable = attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY);
-    ::SetFileAttributesW(file.c_str(), writable);  // the deletion shows whether it worked
+bool DeleteFolderAt(const std::wstring& folder, const CPlace& place);
+
+// What lies behind a link belongs to somebody else: only what really lies in the folder's place is
+// deleted, whatever the names of a listing lead to.
+void DeleteContentOf(const std::wstring& folder, const CPlace& place) {
+  CFolderListing listing(folder, L"/*.*");
+  while (listing.Next()) {
+    const std::wstring relative_path = L"\\" + listing.Name();
+    const std::wstring entry = folder + relative_path;
+    const CPlace entry_place = place.Below(relative_path);
+    if (listing.IsFolder()) {
+      std::ignore =
+          DeleteFolderAt(entry, entry_place);  // what stays keeps this folder, which shows
+      continue;
+    }
+    if (listing.IsReadOnly()) {
+      ClearReadOnly(entry, entry_place);
+    }
+    std::ignore = DeleteEntry(entry, EntryKind::kFile, entry_place);  // likewise
   }
-  ::DeleteFileW(file.c_str());  // a file that stays keeps its folder, which shows
 }
 
-void DeleteContentOf(const std::wstring& folder, const std::wstring& owned_root) {
-  // What lies behind a link belongs to somebody else.
-  const CHeldFolder held(folder);
-  if (!held.IsPlainWithin(IsSameOrInside(folder, owned_root) ? owned_root : ParentFolder(folder))) {
-    return;
-  }
-  CFolderListing listing(folder + L"/*.*");
-  while (listing.Next()) {
-    const std::wstring entry = folder + L"\\" + listing.Name();
-    if (listing.IsFolder()) {
-      std::ignore = DeleteFolderTree(entry, owned_root);  // what stays keeps this folder
-    } else {
-      DeleteFileEvenIfReadOnly(entry);
+bool DeleteFolderAt(const std::wstring& folder, const CPlace& place) {
+  {
+    const CHeldFolder held(folder);
+    if (held.IsPlainAt(place)) {
+      DeleteContentOf(folder, place);
     }
   }
+  return !DeleteEntry(folder, EntryKind::kFolder, place);
 }
 
 }  // namespace
 
 bool DeleteFolderTree(const std::wstring& folder, const std::wstring& owned_root) {
-  DeleteContentOf(folder, owned_root);
-  return ::RemoveDirectoryW(folder.c_str()) != FALSE;
+  const std::wstring anchor =
+      IsSameOrInside(folder, owned_root) ? owned_root : ParentFolder(folder);
+  return DeleteFolderAt(folder, PlaceSeenFrom(anchor, folder));
 }
 
 }  // namespace nhupdate

@@ -5,6 +5,7 @@
 #include "base/existence.h"
 #include "base/folder_listing.h"
 #include "base/windows.h"
+#include "base/windows_path.h"
 #include "install/failure_notice.h"
 #include "install/folder_copy.h"
 #include "text/string_keys.h"
@@ -15,7 +16,7 @@ namespace {
 
 std::vector<std::wstring> FilesIn(const std::wstring& folder) {
   std::vector<std::wstring> files;
-  CFolderListing listing(folder + kAllEntries);
+  CFolderListing listing(folder);
   while (listing.Next()) {
     if (!listing.IsFolder()) {
       files.push_back(listing.Name());
@@ -33,7 +34,7 @@ bool DeleteInstalledFiles(const std::wstring& base_folder, const StringTable& st
     if (!Exists(file)) {
       continue;
     }
-    if (!::DeleteFileW(file.c_str())) {
+    if (!::DeleteFileW(PathForWindows(file).c_str())) {
       const DWORD error = ::GetLastError();
       log.Write(LogLevel::kError, L"Fail to delete (%d) : %s", error, file);
       TellFailure(strings, kKeyFailCommonError, file);
@@ -45,14 +46,14 @@ bool DeleteInstalledFiles(const std::wstring& base_folder, const StringTable& st
 }
 
 bool CopyStagedFiles(const ProductFolders& folders, const StringTable& strings, const CLog& log) {
-  CFolderListing listing(folders.app_folder + kAllEntries);
+  CFolderListing listing(folders.app_folder);
   while (listing.Next()) {
     if (listing.IsFolder()) {
       continue;
     }
     const std::wstring source = folders.app_folder + L"\\" + listing.Name();
     const std::wstring target = folders.base_folder + L"\\" + listing.Name();
-    if (!::CopyFileW(source.c_str(), target.c_str(), FALSE)) {
+    if (!::CopyFileW(PathForWindows(source).c_str(), PathForWindows(target).c_str(), FALSE)) {
       const DWORD error = ::GetLastError();
       log.Write(LogLevel::kError, L"Fail to copy (%d) : %s => %s", error, source, target);
       TellFailure(strings, kKeyFailCommonError, target);
@@ -69,13 +70,14 @@ bool CopyStagedFiles(const ProductFolders& folders, const StringTable& strings, 
 // replaced, and come back first. That the folder copy brings them once more does no harm.
 bool InstallCopy(const ProductFolders& folders, const StringTable& strings, const CLog& log,
                  std::wstring& last_failed_copy_path) {
-  if (folders.HasBaseFolder() && !DeleteInstalledFiles(folders.base_folder, strings, log)) {
+  if (!folders.HasBaseFolder()) {
+    return true;
+  }
+  if (!DeleteInstalledFiles(folders.base_folder, strings, log) ||
+      !CopyStagedFiles(folders, strings, log)) {
     return false;
   }
-  if (!CopyStagedFiles(folders, strings, log)) {
-    return false;
-  }
-  CFolderCopy copy(folders.module_folder, folders.base_folder, log, last_failed_copy_path);
+  CFolderCopy copy(folders, log, last_failed_copy_path);
   const bool is_copied = copy.CopyWithRetries(folders.base_folder, folders.app_folder,
                                               {.delete_existing_sub_folders = true});
   if (!is_copied) {

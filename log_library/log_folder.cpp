@@ -100,7 +100,7 @@ bool CLogFolder::IsReachedWithoutUsersLinks() const {
   for (int level = 0; level < kLevelsBelowProgramData && !anchor.ends_with(L':'); ++level) {
     anchor = ParentFolder(anchor);
   }
-  return held_->IsPlainWithin(anchor);
+  return held_->IsPlainAt(PlaceSeenFrom(anchor, path_));
 }
 
 bool CLogFolder::IsNamed(const UniqueFile& file, const std::wstring& name) const {

@@ -9,6 +9,7 @@
 #include "base/registry.h"
 #include "base/strings.h"
 #include "base/windows.h"
+#include "base/windows_path.h"
 
 namespace nhupdate {
 
@@ -30,7 +31,8 @@ std::wstring MapSteamLanguage(const std::wstring& mapping_file,
                               const std::wstring& steam_language) {
   std::array<wchar_t, 256> buffer = {};
   ::GetPrivateProfileStringW(kMappingSection, steam_language.c_str(), L"", buffer.data(),
-                             static_cast<DWORD>(buffer.size()), mapping_file.c_str());
+                             static_cast<DWORD>(buffer.size()),
+                             PathForWindows(mapping_file).c_str());
   std::wstring code = buffer.data();
   std::ignore = ReplaceAll(code, L"_", L"-");  // zh_TW means zh-TW
   return code;

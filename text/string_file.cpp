@@ -8,6 +8,7 @@
 #include "base/strings.h"
 #include "base/unique_handle.h"
 #include "base/windows.h"
+#include "base/windows_path.h"
 #include "text/utf8.h"
 
 namespace nhupdate {
@@ -23,22 +24,22 @@ std::wstring StringFilePath(const std::wstring& configuration_folder,
 }
 
 UniqueFile OpenForReading(const std::wstring& path) {
-  return UniqueFile(::CreateFileW(path.c_str(), GENERIC_READ,
+  return UniqueFile(::CreateFileW(PathForWindows(path).c_str(), GENERIC_READ,
                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-// A file that can't be read, or whose size the reader can't count (it needs one number more for the
-// end), counts as empty: it holds no texts.
-std::vector<char> ReadWhole(const UniqueFile& file) {
+// Nothing for a file that can't be read, or whose size the JSON reader can't count: it needs one
+// number more for the end.
+std::optional<std::vector<char>> ReadWhole(const UniqueFile& file) {
   LARGE_INTEGER size = {};
   if (!::GetFileSizeEx(file.Get(), &size) || size.QuadPart >= std::numeric_limits<int>::max()) {
-    return {};
+    return std::nullopt;
   }
   std::vector<char> bytes(static_cast<std::size_t>(size.QuadPart));
   DWORD read = 0;
   if (!::ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr)) {
-    return {};
+    return std::nullopt;
   }
   bytes.resize(read);
   return bytes;
@@ -76,9 +77,12 @@ std::optional<StringFileText> ReadStringFile(const std::wstring& path) {
   if (!file.IsValid()) {
     return std::nullopt;
   }
-  const std::vector<char> bytes = ReadWhole(file);
+  const std::optional<std::vector<char>> bytes = ReadWhole(file);
   file.Reset();
-  return StringFileText{Decode(bytes), static_cast<int>(bytes.size())};
+  if (!bytes) {
+    return std::nullopt;
+  }
+  return StringFileText{Decode(*bytes), static_cast<int>(bytes->size())};
 }
 
 }  // namespace nhupdate

@@ -18,7 +18,7 @@ struct StringFileText {
 };
 
 // Reads and decodes the file, in one go and while others may write it. What isn't UTF-8 becomes
-// replacement characters. Nothing when the file can't be opened.
+// replacement characters. Nothing when the file can't be opened or read, or has 2 GiB and more.
 [[nodiscard]] std::optional<StringFileText> ReadStringFile(const std::wstring& path);
 
 }  // namespace nhupdate

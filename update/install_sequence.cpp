@@ -77,7 +77,7 @@ int CManagerCenter::InstallSequence(InstallKind kind) {
     RemoveEmptyFolders(paths_, folders_to_remove_, log);
     return result;
   }
-  CFolderCopy copy(paths_.module_folder, paths_.base_folder, log, last_failed_copy_path_);
+  CFolderCopy copy(paths_, log, last_failed_copy_path_);
   std::ignore = InstallNimbaCast(paths_, copy, log);  // this product works without its sibling
   log.Write(LogLevel::kInformation, L"Install ND begin.");
   log.Write(LogLevel::kInformation, L"Install ND end.");

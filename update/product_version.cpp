@@ -3,6 +3,7 @@
 #include <array>
 
 #include "base/windows.h"
+#include "base/windows_path.h"
 
 namespace nhupdate {
 
@@ -10,7 +11,7 @@ std::wstring ReadProductVersion(const std::wstring& folder) {
   const std::wstring file = folder + L"\\Version.txt";
   std::array<wchar_t, 256> buffer = {};
   ::GetPrivateProfileStringW(L"ProductVersion", L"Version", L"", buffer.data(),
-                             static_cast<DWORD>(buffer.size()), file.c_str());
+                             static_cast<DWORD>(buffer.size()), PathForWindows(file).c_str());
   return buffer.data();
 }
 

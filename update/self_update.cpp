@@ -51,7 +51,7 @@ int CManagerCenter::SelfUpdate() {
   ::Sleep(kSettleDelayMs);
 
   const std::wstring installed_folder = paths_.InstalledProgramFolderSeenFromStagedCopy();
-  CFolderCopy copy(paths_.module_folder, paths_.base_folder, log, last_failed_copy_path_);
+  CFolderCopy copy(paths_, log, last_failed_copy_path_);
   if (!CopySelf(paths_, installed_folder, copy, log)) {
     TellFailure(strings_, kKeyFailCommonError);
     return kNextStageNotReady;

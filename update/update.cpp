@@ -19,7 +19,7 @@ int CManagerCenter::Update() {
   if (!RequireElevation(IsElevated(), log)) {
     return kNotElevated;
   }
-  CFolderCopy copy(paths_.module_folder, paths_.base_folder, log, last_failed_copy_path_);
+  CFolderCopy copy(paths_, log, last_failed_copy_path_);
   // The updater that is there can do the update as well.
   std::ignore = RefreshUpdater(paths_.UpdaterFolder(), copy, log);
 

@@ -2,41 +2,23 @@
 
 #include <optional>
 
+#include "base/entry_deletion.h"
 #include "base/existence.h"
-#include "base/held_folder.h"
-#include "base/paths.h"
-#include "base/windows.h"
 
 namespace nhupdate {
 
-namespace {
-
-// Everybody may write to the folder of the file, so it could have been exchanged for a link.
-// Returns the error, or nothing when the file is deleted.
-std::optional<DWORD> DeleteFileBelow(const std::wstring& file, const std::wstring& anchor) {
-  const CHeldFolder folder(ParentFolder(file));
-  if (folder.Error()) {
-    return folder.Error();
-  }
-  if (!folder.IsPlainWithin(anchor)) {
-    return ERROR_CANT_ACCESS_FILE;
-  }
-  if (!::DeleteFileW(file.c_str())) {
-    const DWORD error = ::GetLastError();
-    return error;
-  }
-  return std::nullopt;
-}
-
-}  // namespace
-
-bool DeleteUpdaterConfig(const std::wstring& updater_folder, const CLog& log) {
+bool DeleteUpdaterConfig(const ProductFolders& folders, RunningCopy copy, const CLog& log) {
+  const std::wstring updater_folder = copy == RunningCopy::kInstalled
+                                          ? folders.UpdaterFolder()
+                                          : folders.UpdaterFolderSeenFromStagedCopy();
   const std::wstring file = updater_folder + L"\\Config\\ut.ini";
-  if (!Exists(file)) {
+  if (!folders.HasBaseFolder() || !Exists(file)) {
     log.Write(LogLevel::kError, L"Updater config file note found : %s", file);  // sic
     return false;
   }
-  const std::optional<DWORD> error = DeleteFileBelow(file, updater_folder);
+  // Everybody may write to its folder, and could put a link to another one in its place.
+  const std::optional<DWORD> error =
+      DeleteEntry(file, EntryKind::kFile, PlaceSeenFrom(updater_folder, file));
   if (error) {
     log.Write(LogLevel::kError, L"Updater config file delete fail (%d) : %s", *error, file);
   } else {

@@ -34,7 +34,7 @@ class WorkflowTest : public testing::Test {
 
   // What a folder copy within the product is made with.
   [[nodiscard]] nhupdate::CFolderCopy FolderCopy() {
-    return {folders_.module_folder, folders_.base_folder, Manager().Records(), last_failed_path_};
+    return {folders_, Manager().Records(), last_failed_path_};
   }
 
   [[nodiscard]] int RefreshUpdater() {

@@ -1,0 +1,69 @@
+#include "base/entry_deletion.h"
+
+#include "base/unique_handle.h"
+#include "base/windows_path.h"
+
+namespace nhupdate {
+
+namespace {
+
+// The entry itself, even if it is a link. Without the flag for folders Windows opens files only.
+UniqueFile OpenItself(const std::wstring& path, DWORD access, EntryKind kind) {
+  const DWORD kind_flag = kind == EntryKind::kFolder ? FILE_FLAG_BACKUP_SEMANTICS : 0;
+  return UniqueFile(::CreateFileW(PathForWindows(path).c_str(), access | FILE_READ_ATTRIBUTES,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT | kind_flag,
+                                  nullptr));
+}
+
+// FileDispositionInfoEx and what belongs to it, which not every set of headers has.
+constexpr auto kDispositionInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(21);
+constexpr DWORD kDelete = 0x1;
+constexpr DWORD kPosixSemantics = 0x2;
+struct DispositionInfoEx {
+  DWORD flags;
+};
+
+bool DeleteOpened(const UniqueFile& entry) {
+  // The name goes at once, also while others still have the file open: something new is going to
+  // take it. Older file systems only know the plain way.
+  DispositionInfoEx at_once = {kDelete | kPosixSemantics};
+  FILE_DISPOSITION_INFO plain = {TRUE};
+  return ::SetFileInformationByHandle(entry.Get(), kDispositionInfoEx, &at_once, sizeof(at_once)) ||
+         ::SetFileInformationByHandle(entry.Get(), FileDispositionInfo, &plain, sizeof(plain));
+}
+
+}  // namespace
+
+std::optional<DWORD> DeleteEntry(const std::wstring& path, EntryKind kind, const CPlace& place) {
+  const UniqueFile entry = OpenItself(path, DELETE, kind);
+  const DWORD open_error = ::GetLastError();
+  if (!entry.IsValid()) {
+    return open_error;
+  }
+  if (!CPlace(entry).IsSameAs(place)) {
+    return ERROR_CANT_ACCESS_FILE;
+  }
+  if (!DeleteOpened(entry)) {
+    const DWORD error = ::GetLastError();
+    return error;
+  }
+  return std::nullopt;
+}
+
+void ClearReadOnly(const std::wstring& file, const CPlace& place) {
+  const UniqueFile opened = OpenItself(file, FILE_WRITE_ATTRIBUTES, EntryKind::kFile);
+  FILE_BASIC_INFO information = {};
+  if (!opened.IsValid() || !CPlace(opened).IsSameAs(place) ||
+      !::GetFileInformationByHandleEx(opened.Get(), FileBasicInfo, &information,
+                                      sizeof(information))) {
+    return;
+  }
+  // No attributes at all would mean that they stay, and so does a time of 0.
+  const DWORD writable = information.FileAttributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY);
+  information = {};
+  information.FileAttributes = writable != 0 ? writable : FILE_ATTRIBUTE_NORMAL;
+  ::SetFileInformationByHandle(opened.Get(), FileBasicInfo, &information, sizeof(information));
+}
+
+}  // namespace nhupdate
