@@ -63,12 +63,10 @@ void InstalledProduct::Start() {
 int InstalledProduct::RunProgram(const std::wstring& arguments) {
   const ProductSurroundings surroundings(Facts());
   std::wstring command_line = L"\"" + ExecutablePath() + L"\" " + arguments;
-  Interposer<decltype(::GetCommandLineW)> get_command_line(
-      "GetCommandLineW", [&]() -> wchar_t* { return command_line.data(); });
+  INTERPOSER(GetCommandLineW) get_command_line([&]() -> wchar_t* { return command_line.data(); });
   // These would change this process for good.
-  Interposer<decltype(::SetErrorMode)> error_mode("SetErrorMode", [](UINT) -> UINT { return 0; });
-  Interposer<decltype(::SetDefaultDllDirectories)> dll_directories(
-      "SetDefaultDllDirectories", [](DWORD) -> BOOL { return TRUE; });
+  INTERPOSER(SetErrorMode) error_mode([](UINT) -> UINT { return 0; });
+  INTERPOSER(SetDefaultDllDirectories) dll_directories([](DWORD) -> BOOL { return TRUE; });
 
   return nhupdate::RunProgram();
 }

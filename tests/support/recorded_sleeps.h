@@ -15,7 +15,7 @@ class RecordedSleeps {
  public:
   // `during_sleep` is what happens in the meantime.
   explicit RecordedSleeps(std::function<void()> during_sleep = [] {})
-      : sleep_("Sleep", [this, during_sleep = std::move(during_sleep)](DWORD milliseconds) {
+      : sleep_([this, during_sleep = std::move(during_sleep)](DWORD milliseconds) {
           milliseconds_.push_back(milliseconds);
           during_sleep();
         }) {}
@@ -26,7 +26,7 @@ class RecordedSleeps {
 
  private:
   std::vector<DWORD> milliseconds_;
-  Interposer<decltype(::Sleep)> sleep_;
+  INTERPOSER(Sleep) sleep_;
 };
 
 }  // namespace nhupdate_test

@@ -16,8 +16,8 @@ namespace nhupdate_test {
 class RecordedTools {
  public:
   RecordedTools()
-      : execute_("ShellExecuteW", [this](HWND, const wchar_t*, const wchar_t* file,
-                                         const wchar_t* parameters, const wchar_t*, int) {
+      : execute_([this](HWND, const wchar_t*, const wchar_t* file, const wchar_t* parameters,
+                        const wchar_t*, int) {
           started_.push_back(std::wstring(file) + L" " + parameters);
           return reinterpret_cast<HINSTANCE>(INT_PTR{kResult});
         }) {}
@@ -31,7 +31,7 @@ class RecordedTools {
   static constexpr int kResult = 42;  // above 32 is success
 
   std::vector<std::wstring> started_;
-  Interposer<decltype(::ShellExecuteW)> execute_;
+  INTERPOSER(ShellExecuteW) execute_;
 };
 
 }  // namespace nhupdate_test

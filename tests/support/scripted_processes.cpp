@@ -7,18 +7,14 @@ namespace nhupdate_test {
 
 ScriptedProcesses::ScriptedProcesses(std::vector<ScriptedProcess> processes)
     : processes_(std::move(processes)),
-      enumerate_("K32EnumProcesses",
-                 [this](DWORD* ids, DWORD byte_count, DWORD* bytes_needed) {
-                   return Enumerate(ids, byte_count, bytes_needed);
-                 }),
-      open_("OpenProcess",
-            [this](DWORD access, BOOL inherit, DWORD id) { return Open(access, inherit, id); }),
-      image_name_("QueryFullProcessImageNameW",
-                  [this](HANDLE handle, DWORD flags, wchar_t* path, DWORD* units) {
-                    return ImageName(handle, flags, path, units);
-                  }),
-      terminate_("TerminateProcess",
-                 [this](HANDLE handle, UINT exit_code) { return Terminate(handle, exit_code); }) {}
+      enumerate_([this](DWORD* ids, DWORD byte_count, DWORD* bytes_needed) {
+        return Enumerate(ids, byte_count, bytes_needed);
+      }),
+      open_([this](DWORD access, BOOL inherit, DWORD id) { return Open(access, inherit, id); }),
+      image_name_([this](HANDLE handle, DWORD flags, wchar_t* path, DWORD* units) {
+        return ImageName(handle, flags, path, units);
+      }),
+      terminate_([this](HANDLE handle, UINT exit_code) { return Terminate(handle, exit_code); }) {}
 
 std::vector<DWORD> ScriptedProcesses::Running() const {
   std::vector<DWORD> ids;

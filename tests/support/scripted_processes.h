@@ -40,10 +40,10 @@ class ScriptedProcesses {
 
   std::vector<ScriptedProcess> processes_;
   std::map<HANDLE, DWORD> opened_;
-  Interposer<decltype(::K32EnumProcesses)> enumerate_;
-  Interposer<decltype(::OpenProcess)> open_;
-  Interposer<decltype(::QueryFullProcessImageNameW)> image_name_;
-  Interposer<decltype(::TerminateProcess)> terminate_;
+  INTERPOSER(K32EnumProcesses) enumerate_;
+  INTERPOSER(OpenProcess) open_;
+  INTERPOSER(QueryFullProcessImageNameW) image_name_;
+  INTERPOSER(TerminateProcess) terminate_;
 };
 
 }  // namespace nhupdate_test

@@ -10,8 +10,6 @@
 namespace nhupdate {
 namespace {
 
-using nhupdate_test::Interposer;
-
 class ElevationTest : public testing::Test {
  protected:
   static inline const HANDLE kToken = reinterpret_cast<HANDLE>(std::uintptr_t{0x70C3A});
@@ -20,19 +18,17 @@ class ElevationTest : public testing::Test {
   BOOL can_ask_ = TRUE;
   DWORD answer_ = 1;
 
-  Interposer<decltype(::OpenProcessToken)> open_{
-      "OpenProcessToken", [this](HANDLE process, DWORD access, HANDLE* token) -> BOOL {
-        EXPECT_EQ(process, ::GetCurrentProcess());
-        EXPECT_EQ(access, static_cast<DWORD>(TOKEN_QUERY));
-        if (!can_open_) {
-          ::SetLastError(ERROR_ACCESS_DENIED);
-          return FALSE;
-        }
-        *token = kToken;
-        return TRUE;
-      }};
-  Interposer<decltype(::GetTokenInformation)> ask_{
-      "GetTokenInformation",
+  INTERPOSER(OpenProcessToken) open_{[this](HANDLE process, DWORD access, HANDLE* token) -> BOOL {
+    EXPECT_EQ(process, ::GetCurrentProcess());
+    EXPECT_EQ(access, static_cast<DWORD>(TOKEN_QUERY));
+    if (!can_open_) {
+      ::SetLastError(ERROR_ACCESS_DENIED);
+      return FALSE;
+    }
+    *token = kToken;
+    return TRUE;
+  }};
+  INTERPOSER(GetTokenInformation) ask_{
       [this](HANDLE token, TOKEN_INFORMATION_CLASS what, void* answer, DWORD size, DWORD*) -> BOOL {
         EXPECT_EQ(token, kToken);
         EXPECT_EQ(what, TokenElevation);
@@ -40,10 +36,10 @@ class ElevationTest : public testing::Test {
         *static_cast<DWORD*>(answer) = answer_;
         return can_ask_;
       }};
-  Interposer<decltype(::CloseHandle)> close_{"CloseHandle", [](HANDLE handle) -> BOOL {
-                                               EXPECT_EQ(handle, kToken);
-                                               return TRUE;
-                                             }};
+  INTERPOSER(CloseHandle) close_{[](HANDLE handle) -> BOOL {
+    EXPECT_EQ(handle, kToken);
+    return TRUE;
+  }};
 };
 
 TEST_F(ElevationTest, IsWhatTheTokenSays) {

@@ -20,7 +20,6 @@ namespace {
 
 using nhupdate_test::FakeLogLibrary;
 using nhupdate_test::InstalledProduct;
-using nhupdate_test::Interposer;
 using nhupdate_test::QuietSystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -38,13 +37,12 @@ class ManagerLifetimeTest : public testing::Test {
   std::vector<std::string> events_;
   HRESULT com_result_ = S_OK;
   FakeLogLibrary library_;
-  Interposer<decltype(::CoInitialize)> begin_com_{"CoInitialize", [this](void* reserved) {
-                                                    EXPECT_EQ(reserved, nullptr);
-                                                    events_.push_back("CoInitialize");
-                                                    return com_result_;
-                                                  }};
-  Interposer<decltype(::CoUninitialize)> end_com_{"CoUninitialize",
-                                                  [this] { events_.push_back("CoUninitialize"); }};
+  INTERPOSER(CoInitialize) begin_com_{[this](void* reserved) {
+    EXPECT_EQ(reserved, nullptr);
+    events_.push_back("CoInitialize");
+    return com_result_;
+  }};
+  INTERPOSER(CoUninitialize) end_com_{[this] { events_.push_back("CoUninitialize"); }};
 };
 
 TEST_F(ManagerLifetimeTest, InitialisesComAndNothingElse) {

@@ -20,7 +20,6 @@ namespace {
 
 using nhupdate_test::CapturedConsole;
 using nhupdate_test::InstalledProduct;
-using nhupdate_test::Interposer;
 using nhupdate_test::ListTree;
 using nhupdate_test::LogCall;
 using nhupdate_test::QuietSystem;
@@ -128,8 +127,8 @@ TEST_F(ManagerStartTest, LeavesDataFoldersThatAreThereAlone) {
 
 TEST_F(ManagerStartTest, CreatesNothingWithoutAProgramDataFolder) {
   InstalledProduct product({.has_program_data = false});
-  Interposer<decltype(::CreateDirectoryW)> create(
-      "CreateDirectoryW", [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return FALSE; });
+  INTERPOSER(CreateDirectoryW) create(
+      [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return FALSE; });
 
   product.Start();
 
@@ -141,11 +140,10 @@ TEST_F(ManagerStartTest, CreatesNothingWithoutAProgramDataFolder) {
 
 TEST_F(ManagerStartTest, GoesOnWhenNoFolderCanBeCreated) {
   InstalledProduct product;
-  Interposer<decltype(::CreateDirectoryW)> create("CreateDirectoryW",
-                                                  [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
-                                                    ::SetLastError(ERROR_ACCESS_DENIED);
-                                                    return FALSE;
-                                                  });
+  INTERPOSER(CreateDirectoryW) create([](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return FALSE;
+  });
 
   product.Start();
 

@@ -74,7 +74,7 @@ TEST_F(ProgramCleanUpTest, LeavesTheResultWhenTheConfigurationCannotBeDeleted) {
   const ProductOptions options = {.elevated = false};
   InstalledProduct product(options);
   WriteFileBytes(InstalledConfig(product), "x");
-  Interposer<decltype(::DeleteFileW)> delete_file("DeleteFileW", [&](const wchar_t* path) -> BOOL {
+  INTERPOSER(DeleteFileW) delete_file([&](const wchar_t* path) -> BOOL {
     EXPECT_EQ(path, InstalledConfig(product));
     ::SetLastError(ERROR_SHARING_VIOLATION);
     return FALSE;

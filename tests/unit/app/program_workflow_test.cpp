@@ -25,7 +25,6 @@ using nhupdate_test::CapturedConsole;
 using nhupdate_test::CheckForUpdateLines;
 using nhupdate_test::FakeLogLibrary;
 using nhupdate_test::InstalledProduct;
-using nhupdate_test::Interposer;
 using nhupdate_test::Join;
 using nhupdate_test::Lines;
 using nhupdate_test::ListTree;
@@ -150,7 +149,7 @@ TEST_F(ProgramWorkflowTest, UnloadsTheLogBeforeItEndsCom) {
     }
     events.push_back(event);
   };
-  Interposer<decltype(::CoUninitialize)> end_com("CoUninitialize", [&] {
+  INTERPOSER(CoUninitialize) end_com([&] {
     events.push_back("CoUninitialize");
     end_com.Original()();
   });

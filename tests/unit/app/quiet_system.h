@@ -12,11 +12,10 @@ namespace nhupdate_test {
 
 class QuietSystem {
  private:
-  Interposer<decltype(::RegOpenKeyExW)> open_key_{
-      "RegOpenKeyExW",
+  INTERPOSER(RegOpenKeyExW) open_key_{
       [](HKEY, const wchar_t*, DWORD, REGSAM, HKEY*) -> LSTATUS { return ERROR_FILE_NOT_FOUND; }};
-  Interposer<decltype(::GetUserPreferredUILanguages)> languages_{
-      "GetUserPreferredUILanguages", [](DWORD, ULONG* count, wchar_t* names, ULONG* units) -> BOOL {
+  INTERPOSER(GetUserPreferredUILanguages) languages_{
+      [](DWORD, ULONG* count, wchar_t* names, ULONG* units) -> BOOL {
         constexpr wchar_t kNames[] = L"en-US\0";
         *count = 1;
         if (names != nullptr) {

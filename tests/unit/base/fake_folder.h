@@ -48,19 +48,17 @@ class FakeFolder {
   std::vector<FakeEntry> entries_;
   DWORD end_error_;
   std::size_t position_ = 0;
-  Interposer<decltype(::FindFirstFileW)> first_{
-      "FindFirstFileW", [this](const wchar_t*, WIN32_FIND_DATAW* data) {
-        return Give(data) ? kSearch : INVALID_HANDLE_VALUE;
-      }};
-  Interposer<decltype(::FindNextFileW)> next_{
-      "FindNextFileW", [this](HANDLE search, WIN32_FIND_DATAW* data) -> BOOL {
-        EXPECT_EQ(search, kSearch);
-        return Give(data);
-      }};
-  Interposer<decltype(::FindClose)> close_{"FindClose", [](HANDLE search) -> BOOL {
-                                             EXPECT_EQ(search, kSearch);
-                                             return TRUE;
-                                           }};
+  INTERPOSER(FindFirstFileW) first_{[this](const wchar_t*, WIN32_FIND_DATAW* data) {
+    return Give(data) ? kSearch : INVALID_HANDLE_VALUE;
+  }};
+  INTERPOSER(FindNextFileW) next_{[this](HANDLE search, WIN32_FIND_DATAW* data) -> BOOL {
+    EXPECT_EQ(search, kSearch);
+    return Give(data);
+  }};
+  INTERPOSER(FindClose) close_{[](HANDLE search) -> BOOL {
+    EXPECT_EQ(search, kSearch);
+    return TRUE;
+  }};
 };
 
 }  // namespace nhupdate_test

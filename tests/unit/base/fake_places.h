@@ -23,17 +23,15 @@ class FakePlaces {
   std::wstring of_the_first_;
   std::wstring of_the_others_;
   std::set<HANDLE> others_;
-  Interposer<decltype(::CreateFileW)> create_file_{
-      "CreateFileW",
-      [this](const wchar_t* path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
-             DWORD creation, DWORD flags, HANDLE model) {
-        return *others_
-                    .insert(create_file_.Original()(path, access, sharing, security, creation,
-                                                    flags, model))
-                    .first;
-      }};
-  Interposer<decltype(::GetFinalPathNameByHandleW)> final_path_{
-      "GetFinalPathNameByHandleW",
+  INTERPOSER(CreateFileW) create_file_{[this](const wchar_t* path, DWORD access, DWORD sharing,
+                                              SECURITY_ATTRIBUTES* security, DWORD creation,
+                                              DWORD flags, HANDLE model) {
+    return *others_
+                .insert(create_file_.Original()(path, access, sharing, security, creation, flags,
+                                                model))
+                .first;
+  }};
+  INTERPOSER(GetFinalPathNameByHandleW) final_path_{
       [this](HANDLE handle, wchar_t* buffer, DWORD units, DWORD) -> DWORD {
         const std::wstring& path = others_.contains(handle) ? of_the_others_ : of_the_first_;
         const DWORD length = static_cast<DWORD>(path.size());

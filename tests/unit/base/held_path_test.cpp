@@ -19,7 +19,6 @@ namespace {
 using nhupdate_test::CreateFolders;
 using nhupdate_test::CurrentFolder;
 using nhupdate_test::FakePlaces;
-using nhupdate_test::Interposer;
 using nhupdate_test::ScratchFolder;
 
 class HeldPathTest : public testing::Test {
@@ -66,16 +65,15 @@ TEST_F(HeldPathTest, IsNotInAFolderThatIsNotThere) {
 
 TEST_F(HeldPathTest, MayBeAnywhereWhenOneOfTheTwoCannotBeOpened) {
   std::wstring closed;
-  Interposer<decltype(::CreateFileW)> open(
-      "CreateFileW",
-      [&](const wchar_t* path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
-          DWORD creation, DWORD flags, HANDLE model) -> HANDLE {
-        if (path != closed) {
-          return open.Original()(path, access, sharing, security, creation, flags, model);
-        }
-        ::SetLastError(ERROR_ACCESS_DENIED);
-        return INVALID_HANDLE_VALUE;
-      });
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                   SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags,
+                                   HANDLE model) -> HANDLE {
+    if (path != closed) {
+      return open.Original()(path, access, sharing, security, creation, flags, model);
+    }
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
+  });
   const std::wstring beside = scratch_.Path() + L"\\Beside";
   CreateFolders(beside);
 
@@ -91,12 +89,12 @@ TEST_F(HeldPathTest, MayBeAnywhereWhenOneOfTheTwoCannotBeOpened) {
 // The folder is opened as what it is, the path as it is walked.
 TEST_F(HeldPathTest, IsLookedForBehindLinksButNotBehindTheFolderItself) {
   std::map<std::wstring, DWORD> flags;
-  Interposer<decltype(::CreateFileW)> open(
-      "CreateFileW", [&](const wchar_t* path, DWORD access, DWORD sharing,
-                         SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flag, HANDLE model) {
-        flags[path] = flag & FILE_FLAG_OPEN_REPARSE_POINT;
-        return open.Original()(path, access, sharing, security, creation, flag, model);
-      });
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                   SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flag,
+                                   HANDLE model) {
+    flags[path] = flag & FILE_FLAG_OPEN_REPARSE_POINT;
+    return open.Original()(path, access, sharing, security, creation, flag, model);
+  });
 
   EXPECT_TRUE(CPinnedFolder(outer_).MayHold(inner_));
 

@@ -19,8 +19,6 @@
 namespace nhupdate {
 namespace {
 
-using nhupdate_test::Interposer;
-
 PWSTR ShellText(const wchar_t* text) {
   const std::size_t units = std::wcslen(text) + 1;
   auto* copy = static_cast<wchar_t*>(::CoTaskMemAlloc(units * sizeof(wchar_t)));
@@ -38,8 +36,7 @@ TEST(ProgramDataFolderTest, IsTheOneOfThisMachine) {
 }
 
 TEST(ProgramDataFolderTest, AsksForTheFolderOfAllUsersWithoutFlagsOrToken) {
-  Interposer<decltype(::SHGetKnownFolderPath)> known_folder(
-      "SHGetKnownFolderPath",
+  INTERPOSER(SHGetKnownFolderPath) known_folder(
       [](REFKNOWNFOLDERID id, DWORD flags, HANDLE token, PWSTR* path) -> HRESULT {
         constexpr GUID kProgramData = {
             0x62AB5D82, 0xFDC1, 0x4DC3, {0xA9, 0xDD, 0x07, 0x0D, 0x1D, 0x49, 0x5D, 0x97}};
@@ -71,12 +68,12 @@ TEST(ProgramDataFolderTest, FreesTheShellsTextWhateverTheResult) {
   for (const MemoryCase& c : cases) {
     PWSTR given = c.text != nullptr ? ShellText(c.text) : nullptr;
     std::vector<void*> freed;
-    Interposer<decltype(::SHGetKnownFolderPath)> known_folder(
-        "SHGetKnownFolderPath", [&](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
+    INTERPOSER(SHGetKnownFolderPath) known_folder(
+        [&](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
           *path = given;
           return c.result;
         });
-    Interposer<decltype(::CoTaskMemFree)> free_memory("CoTaskMemFree", [&](void* memory) {
+    INTERPOSER(CoTaskMemFree) free_memory([&](void* memory) {
       freed.push_back(memory);
       free_memory.Original()(memory);
     });

@@ -18,7 +18,6 @@ namespace {
 
 using nhupdate_test::CreateFolders;
 using nhupdate_test::FakePlaces;
-using nhupdate_test::Interposer;
 using nhupdate_test::ScratchFolder;
 using nhupdate_test::WriteFileBytes;
 
@@ -68,8 +67,7 @@ TEST_F(PinnedFolderTest, IsBelowNothingWhenItIsNotThere) {
 }
 
 TEST_F(PinnedFolderTest, TellsWhyItCouldNotBeOpened) {
-  Interposer<decltype(::CreateFileW)> open(
-      "CreateFileW",
+  INTERPOSER(CreateFileW) open(
       [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
         ::SetLastError(ERROR_SHARING_VIOLATION);
         return INVALID_HANDLE_VALUE;
@@ -90,8 +88,7 @@ TEST_F(PinnedFolderTest, HasNoErrorWhenItIsOpen) {
 
 TEST_F(PinnedFolderTest, IsNotBelowAnAnchorThatCannotBeOpened) {
   const CPinnedFolder pinned(inner_);
-  Interposer<decltype(::CreateFileW)> open(
-      "CreateFileW",
+  INTERPOSER(CreateFileW) open(
       [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
         ::SetLastError(ERROR_ACCESS_DENIED);
         return INVALID_HANDLE_VALUE;
@@ -120,13 +117,13 @@ TEST_F(PinnedFolderTest, CanBeWorkedInWhileItIsPinned) {
 
 TEST_F(PinnedFolderTest, OpensTheFolderItselfAndTheAnchorAsItIsReached) {
   std::vector<DWORD> flags;
-  Interposer<decltype(::CreateFileW)> open(
-      "CreateFileW", [&](const wchar_t* path, DWORD access, DWORD sharing,
-                         SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flag, HANDLE model) {
-        EXPECT_EQ(sharing & FILE_SHARE_DELETE, 0U);
-        flags.push_back(flag & FILE_FLAG_OPEN_REPARSE_POINT);
-        return open.Original()(path, access, sharing, security, creation, flag, model);
-      });
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                   SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flag,
+                                   HANDLE model) {
+    EXPECT_EQ(sharing & FILE_SHARE_DELETE, 0U);
+    flags.push_back(flag & FILE_FLAG_OPEN_REPARSE_POINT);
+    return open.Original()(path, access, sharing, security, creation, flag, model);
+  });
 
   const CPinnedFolder pinned(inner_);
   EXPECT_TRUE(pinned.IsAtOrBelow(outer_));
@@ -154,8 +151,7 @@ TEST_F(PinnedFolderTest, IsNotBelowWhenItIsALink) {
 
   for (const Case& c : cases) {
     const CPinnedFolder pinned(inner_);
-    Interposer<decltype(::GetFileInformationByHandleEx)> information(
-        "GetFileInformationByHandleEx",
+    INTERPOSER(GetFileInformationByHandleEx) information(
         [&](HANDLE, FILE_INFO_BY_HANDLE_CLASS what, void* answer, DWORD) -> BOOL {
           EXPECT_EQ(what, FileAttributeTagInfo);
           *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(answer) = {c.attributes, c.reparse_tag};

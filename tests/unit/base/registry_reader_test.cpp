@@ -15,7 +15,6 @@ namespace nhupdate {
 namespace {
 
 using nhupdate_test::BytesOf;
-using nhupdate_test::Interposer;
 using nhupdate_test::ScratchHives;
 using nhupdate_test::SetRegistryValue;
 
@@ -122,8 +121,7 @@ class GetRegStringCallsTest : public testing::Test {
   LSTATUS query_status_ = ERROR_SUCCESS;
   std::wstring data_ = L"before";
 
-  Interposer<decltype(::RegOpenKeyExW)> open_{
-      "RegOpenKeyExW",
+  INTERPOSER(RegOpenKeyExW) open_{
       [this](HKEY hive, const wchar_t* path, DWORD options, REGSAM access, HKEY* key) -> LSTATUS {
         EXPECT_EQ(hive, HKEY_CURRENT_USER);
         EXPECT_STREQ(path, kKey);
@@ -132,23 +130,21 @@ class GetRegStringCallsTest : public testing::Test {
         *key = open_status_ == ERROR_SUCCESS ? kOpened : nullptr;
         return open_status_;
       }};
-  Interposer<decltype(::RegQueryValueExW)> query_{
-      "RegQueryValueExW",
-      [this](HKEY key, const wchar_t* name, DWORD* reserved, DWORD* type, BYTE* bytes,
-             DWORD* size) -> LSTATUS {
-        EXPECT_EQ(key, kOpened);
-        EXPECT_STREQ(name, kName);
-        EXPECT_EQ(reserved, nullptr);
-        EXPECT_EQ(*size, kLimitBytes);
-        *type = REG_SZ;
-        std::memcpy(bytes, L"text", 8);
-        *size = 8;
-        return query_status_;
-      }};
-  Interposer<decltype(::RegCloseKey)> close_{"RegCloseKey", [](HKEY key) -> LSTATUS {
-                                               EXPECT_EQ(key, kOpened);
-                                               return ERROR_SUCCESS;
-                                             }};
+  INTERPOSER(RegQueryValueExW) query_{[this](HKEY key, const wchar_t* name, DWORD* reserved,
+                                             DWORD* type, BYTE* bytes, DWORD* size) -> LSTATUS {
+    EXPECT_EQ(key, kOpened);
+    EXPECT_STREQ(name, kName);
+    EXPECT_EQ(reserved, nullptr);
+    EXPECT_EQ(*size, kLimitBytes);
+    *type = REG_SZ;
+    std::memcpy(bytes, L"text", 8);
+    *size = 8;
+    return query_status_;
+  }};
+  INTERPOSER(RegCloseKey) close_{[](HKEY key) -> LSTATUS {
+    EXPECT_EQ(key, kOpened);
+    return ERROR_SUCCESS;
+  }};
 };
 
 TEST_F(GetRegStringCallsTest, OpensOneKeyReadsOneValueAndClosesTheKey) {

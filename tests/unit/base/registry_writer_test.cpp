@@ -15,7 +15,6 @@ namespace {
 
 using nhupdate_test::BytesOf;
 using nhupdate_test::GetRegistryValue;
-using nhupdate_test::Interposer;
 using nhupdate_test::RegistryValue;
 using nhupdate_test::ScratchHives;
 using testing::ElementsAre;
@@ -94,8 +93,7 @@ class SetRegCallsTest : public testing::Test {
   RegistryValue written_;
   std::wstring written_name_;
 
-  Interposer<decltype(::RegCreateKeyExW)> create_{
-      "RegCreateKeyExW",
+  INTERPOSER(RegCreateKeyExW) create_{
       [this](HKEY hive, const wchar_t* path, DWORD reserved, wchar_t* key_class, DWORD options,
              REGSAM access, const SECURITY_ATTRIBUTES* security, HKEY* key, DWORD*) -> LSTATUS {
         EXPECT_EQ(hive, HKEY_LOCAL_MACHINE);
@@ -108,20 +106,18 @@ class SetRegCallsTest : public testing::Test {
         *key = create_status_ == ERROR_SUCCESS ? kOpened : nullptr;
         return create_status_;
       }};
-  Interposer<decltype(::RegSetValueExW)> set_{
-      "RegSetValueExW",
-      [this](HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* bytes,
-             DWORD size) -> LSTATUS {
-        EXPECT_EQ(key, kOpened);
-        EXPECT_EQ(reserved, 0U);
-        written_name_ = name;
-        written_ = {type, std::vector<std::uint8_t>(bytes, bytes + size)};
-        return set_status_;
-      }};
-  Interposer<decltype(::RegCloseKey)> close_{"RegCloseKey", [](HKEY key) -> LSTATUS {
-                                               EXPECT_EQ(key, kOpened);
-                                               return ERROR_SUCCESS;
-                                             }};
+  INTERPOSER(RegSetValueExW) set_{[this](HKEY key, const wchar_t* name, DWORD reserved, DWORD type,
+                                         const BYTE* bytes, DWORD size) -> LSTATUS {
+    EXPECT_EQ(key, kOpened);
+    EXPECT_EQ(reserved, 0U);
+    written_name_ = name;
+    written_ = {type, std::vector<std::uint8_t>(bytes, bytes + size)};
+    return set_status_;
+  }};
+  INTERPOSER(RegCloseKey) close_{[](HKEY key) -> LSTATUS {
+    EXPECT_EQ(key, kOpened);
+    return ERROR_SUCCESS;
+  }};
 };
 
 TEST_F(SetRegCallsTest, CountATextsCharactersAndNoTerminator) {

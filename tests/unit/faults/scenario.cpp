@@ -54,32 +54,27 @@ class Machine {
       : command_line_(L"NHUpdateManager.exe " + std::wstring(scenario.mode_switch)),
         executable_(product.Module() + L"\\NHUpdateManager.exe"),
         program_data_(product.ProgramData()),
-        get_command_line_("GetCommandLineW", [this] { return command_line_.data(); }),
-        module_file_name_("GetModuleFileNameW",
-                          [this](HMODULE, wchar_t* buffer, DWORD) {
-                            executable_.copy(buffer, executable_.size());
-                            buffer[executable_.size()] = L'\0';
-                            return static_cast<DWORD>(executable_.size());
-                          }),
-        known_folder_("SHGetKnownFolderPath",
-                      [this](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
-                        CopyForShell(program_data_, path);
-                        return S_OK;
-                      }),
+        get_command_line_([this] { return command_line_.data(); }),
+        module_file_name_([this](HMODULE, wchar_t* buffer, DWORD) {
+          executable_.copy(buffer, executable_.size());
+          buffer[executable_.size()] = L'\0';
+          return static_cast<DWORD>(executable_.size());
+        }),
+        known_folder_([this](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
+          CopyForShell(program_data_, path);
+          return S_OK;
+        }),
         token_information_(
-            "GetTokenInformation",
             [](HANDLE, TOKEN_INFORMATION_CLASS, void* information, DWORD, DWORD*) -> BOOL {
               static_cast<TOKEN_ELEVATION*>(information)->TokenIsElevated = 1;
               return TRUE;
             }),
-        open_key_("RegOpenKeyExW",
-                  [this](HKEY, const wchar_t* path, DWORD options, REGSAM access, HKEY* key) {
-                    return open_key_.Original()(HKEY_LOCAL_MACHINE, path, options, access, key);
-                  }),
-        execute_("ShellExecuteW",
-                 [](HWND, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*, int) {
-                   return reinterpret_cast<HINSTANCE>(INT_PTR{42});
-                 }) {
+        open_key_([this](HKEY, const wchar_t* path, DWORD options, REGSAM access, HKEY* key) {
+          return open_key_.Original()(HKEY_LOCAL_MACHINE, path, options, access, key);
+        }),
+        execute_([](HWND, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*, int) {
+          return reinterpret_cast<HINSTANCE>(INT_PTR{42});
+        }) {
     if (scenario.has_steam) {
       ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Valve\\Steam", L"Language", REG_SZ,
                         L"english", sizeof(L"english"));
@@ -91,12 +86,12 @@ class Machine {
   std::wstring executable_;
   std::wstring program_data_;
   ScratchLocalMachine local_machine_;
-  Interposer<decltype(::GetCommandLineW)> get_command_line_;
-  Interposer<decltype(::GetModuleFileNameW)> module_file_name_;
-  Interposer<decltype(::SHGetKnownFolderPath)> known_folder_;
-  Interposer<decltype(::GetTokenInformation)> token_information_;
-  Interposer<decltype(::RegOpenKeyExW)> open_key_;
-  Interposer<decltype(::ShellExecuteW)> execute_;
+  INTERPOSER(GetCommandLineW) get_command_line_;
+  INTERPOSER(GetModuleFileNameW) module_file_name_;
+  INTERPOSER(SHGetKnownFolderPath) known_folder_;
+  INTERPOSER(GetTokenInformation) token_information_;
+  INTERPOSER(RegOpenKeyExW) open_key_;
+  INTERPOSER(ShellExecuteW) execute_;
 };
 
 ShellAnswer AnswerOf(const Scenario& scenario, const RecordedLaunch& launch) {

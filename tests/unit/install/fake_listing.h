@@ -49,11 +49,11 @@ class FakeListing {
   std::map<HANDLE, std::wstring> opened_;
   std::vector<std::wstring> patterns_;
 
-  Interposer<decltype(::FindFirstFileW)> find_first_;
-  Interposer<decltype(::FindNextFileW)> find_next_;
-  Interposer<decltype(::CreateFileW)> create_file_;
-  Interposer<decltype(::GetFileInformationByHandleEx)> information_;
-  Interposer<decltype(::GetFinalPathNameByHandleW)> final_path_;
+  INTERPOSER(FindFirstFileW) find_first_;
+  INTERPOSER(FindNextFileW) find_next_;
+  INTERPOSER(CreateFileW) create_file_;
+  INTERPOSER(GetFileInformationByHandleEx) information_;
+  INTERPOSER(GetFinalPathNameByHandleW) final_path_;
 };
 
 }  // namespace nhupdate_test

@@ -38,53 +38,43 @@ DWORD Answer(const std::wstring& text, wchar_t* buffer, DWORD units) {
 }  // namespace
 
 FakeProcessTable::FakeProcessTable(std::vector<FakeProcess> processes)
-    : enumerate_("K32EnumProcesses",
-                 [this](DWORD* ids, DWORD byte_count, DWORD* bytes_needed) {
-                   return Enumerate(ids, byte_count, bytes_needed);
-                 }),
-      open_("OpenProcess",
-            [this](DWORD access, BOOL inherit, DWORD id) { return Open(access, inherit, id); }),
-      image_name_("QueryFullProcessImageNameW",
-                  [this](HANDLE handle, DWORD flags, wchar_t* buffer, DWORD* units) -> BOOL {
-                    calls_.push_back(nhupdate::Format(L"QueryImageName %d %d", flags, *units));
-                    *units = Answer(ByHandle(handle)->process.image_path, buffer, *units);
-                    return *units != 0;
-                  }),
-      module_file_name_("K32GetModuleFileNameExW",
-                        [this](HANDLE handle, HMODULE module, wchar_t* buffer, DWORD units) {
-                          calls_.push_back(nhupdate::Format(L"ModuleFileName %d %d",
-                                                            module != nullptr ? 1 : 0, units));
-                          return Answer(ByHandle(handle)->process.module_path, buffer, units);
-                        }),
-      device_file_name_("K32GetProcessImageFileNameW",
-                        [this](HANDLE handle, wchar_t* buffer, DWORD units) {
-                          calls_.push_back(nhupdate::Format(L"DeviceFileName %d", units));
-                          return Answer(ByHandle(handle)->process.device_path, buffer, units);
-                        }),
-      base_name_(
-          "K32GetModuleBaseNameW",
-          [this](HANDLE handle, HMODULE module, wchar_t* buffer, DWORD units) {
-            calls_.push_back(nhupdate::Format(L"BaseName %d %d", module != nullptr ? 1 : 0, units));
-            return Answer(ByHandle(handle)->process.base_name, buffer, units);
-          }),
-      terminate_(
-          "TerminateProcess",
-          [this](HANDLE handle, UINT exit_code) -> BOOL {
-            Entry* entry = ByHandle(handle);
-            calls_.push_back(nhupdate::Format(L"Terminate %d %d", entry->process.id, exit_code));
-            entry->is_running = !entry->process.ends_when_terminated;
-            return TRUE;
-          }),
-      wait_("WaitForSingleObject",
-            [this](HANDLE handle, DWORD milliseconds) -> DWORD {
-              const Entry* entry = ByHandle(handle);
-              if (entry == nullptr) {
-                return wait_.Original()(handle, milliseconds);
-              }
-              calls_.push_back(nhupdate::Format(L"Wait %d %d", entry->process.id, milliseconds));
-              return entry->is_running ? WAIT_TIMEOUT : WAIT_OBJECT_0;
-            }),
-      close_("CloseHandle", [this](HANDLE handle) -> BOOL {
+    : enumerate_([this](DWORD* ids, DWORD byte_count, DWORD* bytes_needed) {
+        return Enumerate(ids, byte_count, bytes_needed);
+      }),
+      open_([this](DWORD access, BOOL inherit, DWORD id) { return Open(access, inherit, id); }),
+      image_name_([this](HANDLE handle, DWORD flags, wchar_t* buffer, DWORD* units) -> BOOL {
+        calls_.push_back(nhupdate::Format(L"QueryImageName %d %d", flags, *units));
+        *units = Answer(ByHandle(handle)->process.image_path, buffer, *units);
+        return *units != 0;
+      }),
+      module_file_name_([this](HANDLE handle, HMODULE module, wchar_t* buffer, DWORD units) {
+        calls_.push_back(
+            nhupdate::Format(L"ModuleFileName %d %d", module != nullptr ? 1 : 0, units));
+        return Answer(ByHandle(handle)->process.module_path, buffer, units);
+      }),
+      device_file_name_([this](HANDLE handle, wchar_t* buffer, DWORD units) {
+        calls_.push_back(nhupdate::Format(L"DeviceFileName %d", units));
+        return Answer(ByHandle(handle)->process.device_path, buffer, units);
+      }),
+      base_name_([this](HANDLE handle, HMODULE module, wchar_t* buffer, DWORD units) {
+        calls_.push_back(nhupdate::Format(L"BaseName %d %d", module != nullptr ? 1 : 0, units));
+        return Answer(ByHandle(handle)->process.base_name, buffer, units);
+      }),
+      terminate_([this](HANDLE handle, UINT exit_code) -> BOOL {
+        Entry* entry = ByHandle(handle);
+        calls_.push_back(nhupdate::Format(L"Terminate %d %d", entry->process.id, exit_code));
+        entry->is_running = !entry->process.ends_when_terminated;
+        return TRUE;
+      }),
+      wait_([this](HANDLE handle, DWORD milliseconds) -> DWORD {
+        const Entry* entry = ByHandle(handle);
+        if (entry == nullptr) {
+          return wait_.Original()(handle, milliseconds);
+        }
+        calls_.push_back(nhupdate::Format(L"Wait %d %d", entry->process.id, milliseconds));
+        return entry->is_running ? WAIT_TIMEOUT : WAIT_OBJECT_0;
+      }),
+      close_([this](HANDLE handle) -> BOOL {
         const Entry* entry = ByHandle(handle);
         if (entry == nullptr) {
           return close_.Original()(handle);

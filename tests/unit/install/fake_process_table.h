@@ -56,15 +56,15 @@ class FakeProcessTable {
   int open_handles_ = 0;
   bool can_be_enumerated_ = true;
 
-  Interposer<decltype(::K32EnumProcesses)> enumerate_;
-  Interposer<decltype(::OpenProcess)> open_;
-  Interposer<decltype(::QueryFullProcessImageNameW)> image_name_;
-  Interposer<decltype(::K32GetModuleFileNameExW)> module_file_name_;
-  Interposer<decltype(::K32GetProcessImageFileNameW)> device_file_name_;
-  Interposer<decltype(::K32GetModuleBaseNameW)> base_name_;
-  Interposer<decltype(::TerminateProcess)> terminate_;
-  Interposer<decltype(::WaitForSingleObject)> wait_;
-  Interposer<decltype(::CloseHandle)> close_;
+  INTERPOSER(K32EnumProcesses) enumerate_;
+  INTERPOSER(OpenProcess) open_;
+  INTERPOSER(QueryFullProcessImageNameW) image_name_;
+  INTERPOSER(K32GetModuleFileNameExW) module_file_name_;
+  INTERPOSER(K32GetProcessImageFileNameW) device_file_name_;
+  INTERPOSER(K32GetModuleBaseNameW) base_name_;
+  INTERPOSER(TerminateProcess) terminate_;
+  INTERPOSER(WaitForSingleObject) wait_;
+  INTERPOSER(CloseHandle) close_;
 };
 
 }  // namespace nhupdate_test

@@ -107,24 +107,22 @@ TEST_F(CopyFolderFailureTest, ClosesItsListingsAlsoAfterAFailure) {
   WriteFileBytes(source_ + L"\\b\\c\\held.txt", "H");
   int listings = 0;
   int open_listings = 0;
-  Interposer<decltype(::FindFirstFileW)> find_first(
-      "FindFirstFileW", [&](const wchar_t* pattern, WIN32_FIND_DATAW* entry) {
-        const HANDLE search = find_first.Original()(pattern, entry);
-        if (search != INVALID_HANDLE_VALUE) {
-          ++listings;
-          ++open_listings;
-        }
-        return search;
-      });
-  Interposer<decltype(::FindClose)> find_close("FindClose", [&](HANDLE search) {
+  INTERPOSER(FindFirstFileW) find_first([&](const wchar_t* pattern, WIN32_FIND_DATAW* entry) {
+    const HANDLE search = find_first.Original()(pattern, entry);
+    if (search != INVALID_HANDLE_VALUE) {
+      ++listings;
+      ++open_listings;
+    }
+    return search;
+  });
+  INTERPOSER(FindClose) find_close([&](HANDLE search) {
     --open_listings;
     return find_close.Original()(search);
   });
-  Interposer<decltype(::CopyFileW)> copy("CopyFileW",
-                                         [](const wchar_t*, const wchar_t*, BOOL) -> BOOL {
-                                           ::SetLastError(ERROR_DISK_FULL);
-                                           return FALSE;
-                                         });
+  INTERPOSER(CopyFileW) copy([](const wchar_t*, const wchar_t*, BOOL) -> BOOL {
+    ::SetLastError(ERROR_DISK_FULL);
+    return FALSE;
+  });
 
   EXPECT_EQ(Copy(1, 1, 1), 0);
 

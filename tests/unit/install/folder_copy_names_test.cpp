@@ -98,8 +98,8 @@ TEST_F(CopyFolderNamesTest, FailsAtAReadOnlyFileOfTheDestination) {
   WriteFileBytes(target_ + L"\\a", "old");
   WriteFileBytes(target_ + L"\\b", "old");
   ::SetFileAttributesW((target_ + L"\\b").c_str(), FILE_ATTRIBUTE_READONLY);
-  Interposer<decltype(::CopyFileW)> copy(
-      "CopyFileW", [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
+  INTERPOSER(CopyFileW) copy(
+      [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
         if (!HasAttribute(target, FILE_ATTRIBUTE_READONLY)) {
           return copy.Original()(source, target, fail_if_there);
         }
@@ -176,8 +176,8 @@ TEST_F(CopyFolderNamesTest, CopiesPathsNearAndBeyondTheOldLimit) {
 TEST_F(CopyFolderNamesTest, FailsAtAPathThatWindowsTakesForTooLong) {
   const std::wstring inner = std::wstring(259 - target_.size(), L'n');  // one unit too much
   WriteFileBytes(source_ + L"\\" + inner, "N");
-  Interposer<decltype(::CopyFileW)> copy(
-      "CopyFileW", [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
+  INTERPOSER(CopyFileW) copy(
+      [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
         if (std::wstring(target).size() < MAX_PATH) {
           return copy.Original()(source, target, fail_if_there);
         }

@@ -29,8 +29,8 @@ TEST_F(FolderDeletionSafetyTest, RemovesAnEmptyFolderThatCannotBeListed) {
 
 TEST_F(FolderDeletionSafetyTest, LeavesTheContentOfAFolderThatCannotBeOpened) {
   WriteFileBytes(folder_ + L"\\file", "x");
-  Interposer<decltype(::CreateFileW)> create_file(
-      "CreateFileW", [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
+  INTERPOSER(CreateFileW) create_file(
+      [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
         ::SetLastError(ERROR_SHARING_VIOLATION);
         return INVALID_HANDLE_VALUE;
       });
@@ -45,25 +45,24 @@ TEST_F(FolderDeletionSafetyTest, HoldsTheFolderInItsPlaceWhileItsContentIsDelete
   const std::wstring inner = folder_ + L"\\inner";
   WriteFileBytes(inner + L"\\file", "x");
   HANDLE held = nullptr;
-  Interposer<decltype(::CreateFileW)> create_file(
-      "CreateFileW",
-      [&](const wchar_t* path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
-          DWORD disposition, DWORD flags, HANDLE model) {
-        const HANDLE file =
-            create_file.Original()(path, access, sharing, security, disposition, flags, model);
-        if (path == inner) {
-          EXPECT_EQ(access, static_cast<DWORD>(FILE_LIST_DIRECTORY));
-          EXPECT_EQ(sharing & FILE_SHARE_DELETE, 0u);
-          EXPECT_NE(flags & FILE_FLAG_OPEN_REPARSE_POINT, 0u);
-          held = file;
-        }
-        return file;
-      });
-  Interposer<decltype(::CloseHandle)> close("CloseHandle", [&](HANDLE handle) {
+  INTERPOSER(CreateFileW) create_file([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                          SECURITY_ATTRIBUTES* security, DWORD disposition,
+                                          DWORD flags, HANDLE model) {
+    const HANDLE file =
+        create_file.Original()(path, access, sharing, security, disposition, flags, model);
+    if (path == inner) {
+      EXPECT_EQ(access, static_cast<DWORD>(FILE_LIST_DIRECTORY));
+      EXPECT_EQ(sharing & FILE_SHARE_DELETE, 0u);
+      EXPECT_NE(flags & FILE_FLAG_OPEN_REPARSE_POINT, 0u);
+      held = file;
+    }
+    return file;
+  });
+  INTERPOSER(CloseHandle) close([&](HANDLE handle) {
     held = handle == held ? nullptr : held;
     return close.Original()(handle);
   });
-  Interposer<decltype(::DeleteFileW)> delete_file("DeleteFileW", [&](const wchar_t* file) {
+  INTERPOSER(DeleteFileW) delete_file([&](const wchar_t* file) {
     EXPECT_NE(held, nullptr);
     return delete_file.Original()(file);
   });

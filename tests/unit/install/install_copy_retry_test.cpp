@@ -99,8 +99,8 @@ TEST_F(InstallCopyRetryTest, NamesTheFileThatFailedLast) {
       lock.Release();
     }
   });
-  Interposer<decltype(::CopyFileW)> copy(
-      "CopyFileW", [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
+  INTERPOSER(CopyFileW) copy(
+      [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
         if (target != product_.Base() + L"\\Sub\\z.dll") {
           return copy.Original()(source, target, fail_if_there);
         }

@@ -68,12 +68,11 @@ TEST_F(InstallCopyTest, CopiesOnlyTheFilesOfTheTopLevelTwice) {
   WriteFileBytes(app_ + L"\\a.exe", "new");
   WriteFileBytes(app_ + L"\\Sub\\b.dll", "new");
   std::vector<std::wstring> copied;
-  Interposer<decltype(::CopyFileW)> copy(
-      "CopyFileW", [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) {
-        EXPECT_FALSE(fail_if_there);
-        copied.push_back(target);
-        return copy.Original()(source, target, fail_if_there);
-      });
+  INTERPOSER(CopyFileW) copy([&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) {
+    EXPECT_FALSE(fail_if_there);
+    copied.push_back(target);
+    return copy.Original()(source, target, fail_if_there);
+  });
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 1);
 
@@ -127,7 +126,7 @@ TEST_F(InstallCopyTest, PassesOverAnInstalledFileThatIsGoneMeanwhile) {
   WriteFileBytes(base_ + L"\\a.exe", "old");
   WriteFileBytes(base_ + L"\\b.exe", "old");
   WriteFileBytes(base_ + L"\\c.exe", "old");
-  Interposer<decltype(::DeleteFileW)> delete_file("DeleteFileW", [&](const wchar_t* file) {
+  INTERPOSER(DeleteFileW) delete_file([&](const wchar_t* file) {
     if (file == base_ + L"\\a.exe") {
       delete_file.Original()((base_ + L"\\b.exe").c_str());
     }

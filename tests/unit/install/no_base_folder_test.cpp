@@ -28,43 +28,38 @@ class NoBaseFolderTest : public testing::TestWithParam<std::wstring> {
   std::vector<std::wstring> patterns_;
   nhupdate::CManagerCenter manager_;
   const QuietDesktop desktop_;
-  Interposer<decltype(::GetModuleFileNameW)> module_file_name_{
-      "GetModuleFileNameW", [](HMODULE, wchar_t* buffer, DWORD units) -> DWORD {
+  INTERPOSER(GetModuleFileNameW) module_file_name_{
+      [](HMODULE, wchar_t* buffer, DWORD units) -> DWORD {
         const std::wstring& executable = GetParam();
         const std::size_t length = executable.copy(buffer, units - 1);
         buffer[length] = L'\0';
         return static_cast<DWORD>(length);
       }};
-  Interposer<decltype(::SHGetKnownFolderPath)> known_folder_{
-      "SHGetKnownFolderPath", [](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
+  INTERPOSER(SHGetKnownFolderPath) known_folder_{
+      [](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
         *path = nullptr;
         return E_FAIL;
       }};
-  Interposer<decltype(::GetTokenInformation)> token_information_{
-      "GetTokenInformation",
+  INTERPOSER(GetTokenInformation) token_information_{
       [](HANDLE, TOKEN_INFORMATION_CLASS, void* information, DWORD, DWORD*) -> BOOL {
         static_cast<TOKEN_ELEVATION*>(information)->TokenIsElevated = 1;
         return TRUE;
       }};
-  Interposer<decltype(::K32EnumProcesses)> processes_{"K32EnumProcesses",
-                                                      [](DWORD*, DWORD, DWORD*) { return FALSE; }};
-  Interposer<decltype(::ShellExecuteW)> shell_{
-      "ShellExecuteW", [](HWND, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*,
-                          int) { return reinterpret_cast<HINSTANCE>(INT_PTR{33}); }};
-  Interposer<decltype(::CreateDirectoryW)> create_{
-      "CreateDirectoryW", [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return FALSE; }};
-  Interposer<decltype(::RegCreateKeyExW)> key_{
-      "RegCreateKeyExW",
-      [](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM, SECURITY_ATTRIBUTES*, HKEY*,
-         DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; }};
-  Interposer<decltype(::FindFirstFileW)> find_{
-      "FindFirstFileW", [this](const wchar_t* pattern, WIN32_FIND_DATAW*) -> HANDLE {
-        patterns_.push_back(pattern);
-        ::SetLastError(ERROR_PATH_NOT_FOUND);
-        return INVALID_HANDLE_VALUE;
-      }};
-  Interposer<decltype(::DeleteFileW)> delete_file_{"DeleteFileW",
-                                                   [](const wchar_t*) -> BOOL { return TRUE; }};
+  INTERPOSER(K32EnumProcesses) processes_{[](DWORD*, DWORD, DWORD*) { return FALSE; }};
+  INTERPOSER(ShellExecuteW) shell_{[](HWND, const wchar_t*, const wchar_t*, const wchar_t*,
+                                      const wchar_t*,
+                                      int) { return reinterpret_cast<HINSTANCE>(INT_PTR{33}); }};
+  INTERPOSER(CreateDirectoryW) create_{
+      [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return FALSE; }};
+  INTERPOSER(RegCreateKeyExW) key_{[](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM,
+                                      SECURITY_ATTRIBUTES*, HKEY*,
+                                      DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; }};
+  INTERPOSER(FindFirstFileW) find_{[this](const wchar_t* pattern, WIN32_FIND_DATAW*) -> HANDLE {
+    patterns_.push_back(pattern);
+    ::SetLastError(ERROR_PATH_NOT_FOUND);
+    return INVALID_HANDLE_VALUE;
+  }};
+  INTERPOSER(DeleteFileW) delete_file_{[](const wchar_t*) -> BOOL { return TRUE; }};
 };
 
 TEST_P(NoBaseFolderTest, AFinalUpdateNeverLooksAtTheDrivesRoot) {

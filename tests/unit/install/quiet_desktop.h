@@ -26,12 +26,12 @@ class QuietDesktop {
   std::function<void(int)> during_sleep_;
   RecordedBoxes boxes_;
   std::vector<DWORD> sleeps_;
-  Interposer<decltype(::Sleep)> sleep_{"Sleep", [this](DWORD milliseconds) {
-                                         sleeps_.push_back(milliseconds);
-                                         if (during_sleep_) {
-                                           during_sleep_(static_cast<int>(sleeps_.size()));
-                                         }
-                                       }};
+  INTERPOSER(Sleep) sleep_{[this](DWORD milliseconds) {
+    sleeps_.push_back(milliseconds);
+    if (during_sleep_) {
+      during_sleep_(static_cast<int>(sleeps_.size()));
+    }
+  }};
 };
 
 // The box that tells of the file or folder at which a copy failed.

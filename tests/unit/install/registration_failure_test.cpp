@@ -23,15 +23,13 @@ class RegistrationFailureTest : public testing::Test {
 
   InstalledProduct product_;
   ScratchRegistry registry_;
-  Interposer<decltype(::GetLocalTime)> local_time_{"GetLocalTime",
-                                                   [](SYSTEMTIME* now) { *now = {}; }};
+  INTERPOSER(GetLocalTime) local_time_{[](SYSTEMTIME* now) { *now = {}; }};
 };
 
 TEST_F(RegistrationFailureTest, SaysTheSameWhenNoKeyCanBeOpened) {
-  Interposer<decltype(::RegCreateKeyExW)> create(
-      "RegCreateKeyExW",
-      [](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM, SECURITY_ATTRIBUTES*, HKEY*,
-         DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; });
+  INTERPOSER(RegCreateKeyExW) create([](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM,
+                                        SECURITY_ATTRIBUTES*, HKEY*,
+                                        DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; });
 
   EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
 

@@ -59,8 +59,7 @@ class RegisterProductTest : public testing::Test {
 
   InstalledProduct product_;
   ScratchRegistry registry_;
-  Interposer<decltype(::GetLocalTime)> local_time_{
-      "GetLocalTime", [](SYSTEMTIME* now) { FakeDate(now, 2027, 3, 1); }};
+  INTERPOSER(GetLocalTime) local_time_{[](SYSTEMTIME* now) { FakeDate(now, 2027, 3, 1); }};
 };
 
 TEST_F(RegisterProductTest, WritesEveryValueInOrderWithItsTypeAndUnterminatedBytes) {
@@ -166,9 +165,8 @@ TEST(RegisterProductDateTest, IsWrittenAsEightDigits) {
 
   for (const DateCase& example : kCases) {
     const RegistryRecorder recorder;
-    const Interposer<decltype(::GetLocalTime)> local_time("GetLocalTime", [&](SYSTEMTIME* now) {
-      FakeDate(now, example.year, example.month, example.day);
-    });
+    const INTERPOSER(GetLocalTime) local_time(
+        [&](SYSTEMTIME* now) { FakeDate(now, example.year, example.month, example.day); });
 
     EXPECT_EQ(product.Manager().RegisterProduct(), 1);
 

@@ -83,39 +83,37 @@ void ScratchRegistry::Write(const WrittenValue& value) {
 
 RegistryRecorder::RegistryRecorder(std::function<void(int)> before_value)
     : before_value_(std::move(before_value)),
-      create_key_(
-          "RegCreateKeyExW",
-          [this](HKEY hive, const wchar_t* path, DWORD reserved, wchar_t* key_class, DWORD options,
-                 REGSAM access, SECURITY_ATTRIBUTES* security, HKEY* key, DWORD* disposition) {
-            EXPECT_EQ(hive, HKEY_LOCAL_MACHINE);
-            EXPECT_EQ(reserved, 0u);
-            EXPECT_EQ(key_class, nullptr);
-            EXPECT_EQ(options, 0u);
-            EXPECT_EQ(access, static_cast<REGSAM>(0x20006));
-            EXPECT_EQ(security, nullptr);
-            const LSTATUS status = create_key_.Original()(hive, path, reserved, key_class, options,
-                                                          access, security, key, disposition);
-            if (status == ERROR_SUCCESS) {
-              open_keys_[*key] = path;
-              ++opened_keys_;
-            }
-            return status;
-          }),
-      set_value_("RegSetValueExW",
-                 [this](HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data,
+      create_key_([this](HKEY hive, const wchar_t* path, DWORD reserved, wchar_t* key_class,
+                         DWORD options, REGSAM access, SECURITY_ATTRIBUTES* security, HKEY* key,
+                         DWORD* disposition) {
+        EXPECT_EQ(hive, HKEY_LOCAL_MACHINE);
+        EXPECT_EQ(reserved, 0u);
+        EXPECT_EQ(key_class, nullptr);
+        EXPECT_EQ(options, 0u);
+        EXPECT_EQ(access, static_cast<REGSAM>(0x20006));
+        EXPECT_EQ(security, nullptr);
+        const LSTATUS status = create_key_.Original()(hive, path, reserved, key_class, options,
+                                                      access, security, key, disposition);
+        if (status == ERROR_SUCCESS) {
+          open_keys_[*key] = path;
+          ++opened_keys_;
+        }
+        return status;
+      }),
+      set_value_([this](HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data,
                         DWORD byte_count) -> LSTATUS {
-                   ++values_;
-                   if (before_value_) {
-                     before_value_(values_);
-                   }
-                   if (values_ == failing_value_) {
-                     return ERROR_ACCESS_DENIED;
-                   }
-                   written_.push_back({open_keys_.at(key), name, type,
-                                       std::vector<BYTE>(data, data + byte_count)});
-                   return set_value_.Original()(key, name, reserved, type, data, byte_count);
-                 }),
-      close_key_("RegCloseKey", [this](HKEY key) {
+        ++values_;
+        if (before_value_) {
+          before_value_(values_);
+        }
+        if (values_ == failing_value_) {
+          return ERROR_ACCESS_DENIED;
+        }
+        written_.push_back(
+            {open_keys_.at(key), name, type, std::vector<BYTE>(data, data + byte_count)});
+        return set_value_.Original()(key, name, reserved, type, data, byte_count);
+      }),
+      close_key_([this](HKEY key) {
         open_keys_.erase(key);
         return close_key_.Original()(key);
       }) {}

@@ -65,9 +65,9 @@ class RegistryRecorder {
   std::map<HKEY, std::wstring> open_keys_;
   std::vector<WrittenValue> written_;
 
-  Interposer<decltype(::RegCreateKeyExW)> create_key_;
-  Interposer<decltype(::RegSetValueExW)> set_value_;
-  Interposer<decltype(::RegCloseKey)> close_key_;
+  INTERPOSER(RegCreateKeyExW) create_key_;
+  INTERPOSER(RegSetValueExW) set_value_;
+  INTERPOSER(RegCloseKey) close_key_;
 };
 
 }  // namespace nhupdate_test

@@ -47,22 +47,20 @@ TEST_F(FilesTest, FailsTheTestWhenThereIsNoFileToRead) {
 
 TEST_F(FilesTest, FailsTheTestWhenReadingFails) {
   WriteFileBytes(Path(L"file"), "content");
-  const Interposer<decltype(::ReadFile)> read(
-      "ReadFile", [](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
-        ::SetLastError(ERROR_LOCK_VIOLATION);
-        return FALSE;
-      });
+  const INTERPOSER(ReadFile) read([](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
+    ::SetLastError(ERROR_LOCK_VIOLATION);
+    return FALSE;
+  });
 
   EXPECT_NONFATAL_FAILURE(std::ignore = ReadFileBytes(Path(L"file")), "error 33");
 }
 
 TEST_F(FilesTest, FailsTheTestWhenAFileIsNotReadWhole) {
   WriteFileBytes(Path(L"file"), "content");
-  const Interposer<decltype(::ReadFile)> read(
-      "ReadFile", [](HANDLE, void*, DWORD, DWORD* count, OVERLAPPED*) -> BOOL {
-        *count = 3;
-        return TRUE;
-      });
+  const INTERPOSER(ReadFile) read([](HANDLE, void*, DWORD, DWORD* count, OVERLAPPED*) -> BOOL {
+    *count = 3;
+    return TRUE;
+  });
 
   EXPECT_NONFATAL_FAILURE(std::ignore = ReadFileBytes(Path(L"file")), "Read 3 of 7 bytes");
 }
@@ -97,11 +95,10 @@ TEST_F(FilesTest, ListsNothingWhereThereIsNoFolder) {
 
 TEST_F(FilesTest, FailsTheTestWhenAListingBreaksOff) {
   WriteFileBytes(Path(L"file"), "");
-  const Interposer<decltype(::FindNextFileW)> next("FindNextFileW",
-                                                   [](HANDLE, WIN32_FIND_DATAW*) -> BOOL {
-                                                     ::SetLastError(ERROR_NETNAME_DELETED);
-                                                     return FALSE;
-                                                   });
+  const INTERPOSER(FindNextFileW) next([](HANDLE, WIN32_FIND_DATAW*) -> BOOL {
+    ::SetLastError(ERROR_NETNAME_DELETED);
+    return FALSE;
+  });
 
   EXPECT_NONFATAL_FAILURE(std::ignore = ListTree(scratch_.Path()), "64");
 }

@@ -7,8 +7,7 @@ namespace nhupdate_test {
 namespace {
 
 TEST(PlaceholdersTest, StandForTheFoldersAndTheProcess) {
-  const Interposer<decltype(::GetCurrentProcessId)> process_id("GetCurrentProcessId",
-                                                               [] { return DWORD{42}; });
+  const INTERPOSER(GetCurrentProcessId) process_id([] { return DWORD{42}; });
   struct Case {
     const wchar_t* text;
     const wchar_t* expected;

@@ -21,8 +21,7 @@ struct Box {
 Box ShowErrorBox(InstalledProduct& product, const std::wstring& text, int answer = IDOK) {
   const nhupdate::CManagerCenter& manager = product.Manager();
   Box box;
-  Interposer<decltype(::MessageBoxW)> message_box(
-      "MessageBoxW",
+  INTERPOSER(MessageBoxW) message_box(
       [&](HWND owner, const wchar_t* box_text, const wchar_t* caption, UINT style) -> int {
         box = {owner, box_text, caption, style, box.shown + 1};
         return answer;

@@ -63,11 +63,10 @@ TEST_F(LoadStringsFileTest, TakesAFileThatCannotBeReadForEmpty) {
   WriteFileBytes(Path(), R"({"A":"a"})");
   product_.ForgetRecords();
   {
-    Interposer<decltype(::ReadFile)> read("ReadFile",
-                                          [](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
-                                            ::SetLastError(ERROR_CRC);
-                                            return FALSE;
-                                          });
+    INTERPOSER(ReadFile) read([](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
+      ::SetLastError(ERROR_CRC);
+      return FALSE;
+    });
     product_.Manager().LoadStrings(Path());
     EXPECT_EQ(read.Calls(), 1);
   }
@@ -79,7 +78,7 @@ TEST_F(LoadStringsFileTest, TakesAFileWithoutAKnownSizeForEmpty) {
   WriteFileBytes(Path(), R"({"A":"a"})");
   product_.ForgetRecords();
   {
-    Interposer<decltype(::GetFileSizeEx)> size("GetFileSizeEx", [](HANDLE, LARGE_INTEGER*) -> BOOL {
+    INTERPOSER(GetFileSizeEx) size([](HANDLE, LARGE_INTEGER*) -> BOOL {
       ::SetLastError(ERROR_INVALID_FUNCTION);
       return FALSE;
     });
@@ -97,16 +96,14 @@ TEST_F(LoadStringsFileTest, TakesAFileThatIsTooLargeToCountForEmpty) {
     product_.ForgetRecords();
     int reads = 0;
     {
-      Interposer<decltype(::GetFileSizeEx)> size("GetFileSizeEx",
-                                                 [&](HANDLE, LARGE_INTEGER* result) -> BOOL {
-                                                   result->QuadPart = bytes;
-                                                   return TRUE;
-                                                 });
-      Interposer<decltype(::ReadFile)> read(
-          "ReadFile", [](HANDLE, void*, DWORD, DWORD* count, OVERLAPPED*) -> BOOL {
-            *count = 0;
-            return TRUE;
-          });
+      INTERPOSER(GetFileSizeEx) size([&](HANDLE, LARGE_INTEGER* result) -> BOOL {
+        result->QuadPart = bytes;
+        return TRUE;
+      });
+      INTERPOSER(ReadFile) read([](HANDLE, void*, DWORD, DWORD* count, OVERLAPPED*) -> BOOL {
+        *count = 0;
+        return TRUE;
+      });
       product_.Manager().LoadStrings(Path());
       reads = read.Calls();
     }
@@ -121,8 +118,7 @@ TEST_F(LoadStringsFileTest, TakesAFileThatBecameShorterAsItIs) {
   WriteFileBytes(Path(), whole);
   product_.ForgetRecords();
   {
-    Interposer<decltype(::ReadFile)> read(
-        "ReadFile",
+    INTERPOSER(ReadFile) read(
         [&](HANDLE file, void* bytes, DWORD byte_count, DWORD* count, OVERLAPPED* overlapped) {
           EXPECT_EQ(byte_count, whole.size());
           return read.Original()(file, bytes, byte_count - 1, count, overlapped);
@@ -139,8 +135,7 @@ TEST_F(LoadStringsFileTest, ReadsTheWholeFileInOneCall) {
   product_.ForgetRecords();
   int calls = 0;
   {
-    Interposer<decltype(::ReadFile)> read(
-        "ReadFile",
+    INTERPOSER(ReadFile) read(
         [&](HANDLE file, void* bytes, DWORD byte_count, DWORD* count, OVERLAPPED* overlapped) {
           calls += byte_count == 300'000 + 8 ? 1 : 100;
           return read.Original()(file, bytes, byte_count, count, overlapped);

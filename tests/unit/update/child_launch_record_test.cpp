@@ -105,8 +105,7 @@ class ChildLaunchIdTest : public WorkflowTest {};
 TEST_F(ChildLaunchIdTest, ShowsAHugeProcessIdSigned) {
   AddUpdater();
   ScriptedShell shell({EndsWith(1)});
-  Interposer<decltype(::GetCurrentProcessId)> process_id("GetCurrentProcessId",
-                                                         [] { return DWORD{0x80000005}; });
+  INTERPOSER(GetCurrentProcessId) process_id([] { return DWORD{0x80000005}; });
 
   std::ignore = Manager().Launch(nhupdate::kUpdateProduct, product_.Base() + L"\\Updater");
 

@@ -88,10 +88,9 @@ TEST_F(LastUpdateStageTest, DoesNotRegisterWhatWasNotCopiedButRemovesEmptyFolder
 
 TEST_F(LastUpdateStageTest, IsDoneEvenIfTheRegistrationFailed) {
   ScriptedShell shell({});
-  Interposer<decltype(::RegSetValueExW)> set_value(
-      "RegSetValueExW", [](HKEY, const wchar_t*, DWORD, DWORD, const BYTE*, DWORD) {
-        return LSTATUS{ERROR_ACCESS_DENIED};
-      });
+  INTERPOSER(RegSetValueExW) set_value([](HKEY, const wchar_t*, DWORD, DWORD, const BYTE*, DWORD) {
+    return LSTATUS{ERROR_ACCESS_DENIED};
+  });
 
   const int result = Manager().InstallSequence(kLastUpdateStage);
 
