@@ -13,6 +13,7 @@
 
 #include "app/manager_center.h"
 #include "tests/support/log_journal.h"
+#include "tests/support/placeholders.h"
 #include "tests/support/scratch_folder.h"
 
 namespace nhupdate_test {
@@ -61,8 +62,8 @@ class InstalledProduct {
   [[nodiscard]] std::vector<LogCall> LogCalls() const;
 
   // The records since the last ForgetRecords, each as L"level|text", with the root folder as
-  // {root}, the ProgramData folder as {data} and this process's id, where it stands as a whole
-  // number, as {pid}.
+  // {root}, the ProgramData folder as {data} and this process, where it is named, as {pid}
+  // (tests/support/placeholders.h).
   [[nodiscard]] std::vector<std::wstring> Transcript() const;
 
   void ForgetRecords();
@@ -76,9 +77,5 @@ class InstalledProduct {
   std::unique_ptr<nhupdate::CManagerCenter> manager_;
   std::size_t forgotten_calls_ = 0;
 };
-
-// The text with the folder names and the process id replaced as in InstalledProduct::Transcript.
-[[nodiscard]] std::wstring WithPlaceholders(std::wstring text, const std::wstring& root,
-                                            const std::wstring& program_data);
 
 }  // namespace nhupdate_test

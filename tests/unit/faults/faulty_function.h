@@ -40,7 +40,8 @@ void Describe(std::wstring& detail, const CallLedger& ledger, const Argument& ar
 
 // The one function whose numbers tell its calls apart.
 inline std::wstring DetailOfOpenProcess(DWORD access, BOOL, DWORD process_id) {
-  return L"process " + std::to_wstring(process_id) +
+  const bool is_own = process_id == ::GetCurrentProcessId();
+  return L"process " + (is_own ? L"{pid}" : std::to_wstring(process_id)) +
          ((access & PROCESS_TERMINATE) != 0 ? L" to end it" : L" to read it");
 }
 

@@ -4,6 +4,7 @@
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
+#include "tests/support/placeholders.h"
 #include "tests/support/recorded_boxes.h"
 #include "tests/support/recorded_sleeps.h"
 #include "tests/support/scratch_local_machine.h"
