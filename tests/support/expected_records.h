@@ -40,7 +40,7 @@ using Lines = std::vector<std::wstring>;
 [[nodiscard]] Lines CopiedNewFileLines();
 [[nodiscard]] Lines RegisteredLines();
 
-// The start-up of a product without texts on a quiet system (tests/unit/app/quiet_system.h).
+// The start-up of a product without texts on a quiet system (tests/support/quiet_system.h).
 [[nodiscard]] Lines StartUpLines(const ProductOptions& options = {});
 
 }  // namespace nhupdate_test

@@ -11,7 +11,7 @@
 #include "tests/support/fake_log_library.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/app/quiet_system.h"
+#include "tests/support/quiet_system.h"
 
 #include <objbase.h>  // needs <windows.h> first
 

@@ -8,7 +8,7 @@
 #include "tests/support/expected_records.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
-#include "tests/unit/app/quiet_system.h"
+#include "tests/support/quiet_system.h"
 
 namespace nhupdate {
 namespace {

@@ -14,7 +14,7 @@
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/app/quiet_system.h"
+#include "tests/support/quiet_system.h"
 
 #include <objbase.h>  // needs <windows.h> first
 

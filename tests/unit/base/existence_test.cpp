@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "base/unique_handle.h"
 #include "base/windows.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
 #include "tests/support/scratch_folder.h"
 
 namespace nhupdate {
@@ -27,9 +27,7 @@ TEST(ExistsTest, FindsWhatIsReadOnlyHiddenOrHeld) {
   const std::wstring file = scratch.Path() + L"\\file.txt";
   WriteFileBytes(file, "x");
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
-  const UniqueFile held(::CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
-  ASSERT_TRUE(held.IsValid());
+  const nhupdate_test::HeldFile held(file);
 
   EXPECT_TRUE(Exists(file));
 }

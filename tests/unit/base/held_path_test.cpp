@@ -7,18 +7,18 @@
 
 #include "base/pinned_folder.h"
 #include "base/windows.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/unit/base/current_folder.h"
-#include "tests/unit/base/fake_places.h"
 
 namespace nhupdate {
 namespace {
 
 using nhupdate_test::CreateFolders;
 using nhupdate_test::CurrentFolder;
-using nhupdate_test::FakePlaces;
+using nhupdate_test::FakeListing;
 using nhupdate_test::ScratchFolder;
 
 class HeldPathTest : public testing::Test {
@@ -122,8 +122,10 @@ TEST_F(HeldPathTest, IsJudgedByWhereTheTwoReallyAre) {
   };
 
   for (const Case& c : cases) {
+    FakeListing listing;
+    listing.LeadElsewhere(outer_, c.folder);
+    listing.LeadElsewhere(scratch_.Path(), c.path);
     const CPinnedFolder pinned(outer_);
-    const FakePlaces places(c.folder, c.path);
 
     EXPECT_EQ(pinned.MayHold(scratch_.Path()), c.expected)
         << testing::PrintToString(c.path) << " in " << testing::PrintToString(c.folder);

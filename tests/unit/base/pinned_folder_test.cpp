@@ -8,16 +8,16 @@
 #include <vector>
 
 #include "base/windows.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
-#include "tests/unit/base/fake_places.h"
 
 namespace nhupdate {
 namespace {
 
 using nhupdate_test::CreateFolders;
-using nhupdate_test::FakePlaces;
+using nhupdate_test::FakeListing;
 using nhupdate_test::ScratchFolder;
 using nhupdate_test::WriteFileBytes;
 
@@ -182,8 +182,10 @@ TEST_F(PinnedFolderTest, IsNotBelowWhenALinkLeadsElsewhere) {
   };
 
   for (const Case& c : cases) {
+    FakeListing listing;
+    listing.LeadElsewhere(inner_, c.folder);
+    listing.LeadElsewhere(outer_, c.anchor);
     const CPinnedFolder pinned(inner_);
-    const FakePlaces places(c.folder, c.anchor);
 
     EXPECT_EQ(pinned.IsAtOrBelow(outer_), c.expected)
         << testing::PrintToString(c.folder) << " below " << testing::PrintToString(c.anchor);

@@ -9,13 +9,13 @@
 
 #include "base/registry.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/base/scratch_hives.h"
+#include "tests/support/scratch_registry.h"
 
 namespace nhupdate {
 namespace {
 
 using nhupdate_test::BytesOf;
-using nhupdate_test::ScratchHives;
+using nhupdate_test::ScratchRegistry;
 using nhupdate_test::SetRegistryValue;
 
 constexpr wchar_t kKey[] = L"SOFTWARE\\Valve\\Steam";
@@ -28,7 +28,7 @@ class GetRegStringTest : public testing::Test {
     SetRegistryValue(HKEY_CURRENT_USER, kKey, kName, {type, bytes});
   }
 
-  ScratchHives hives_;
+  ScratchRegistry registry_;
   std::wstring data_ = L"before";
 };
 

@@ -8,7 +8,7 @@
 
 #include "base/registry.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/base/scratch_hives.h"
+#include "tests/support/scratch_registry.h"
 
 namespace nhupdate {
 namespace {
@@ -16,14 +16,14 @@ namespace {
 using nhupdate_test::BytesOf;
 using nhupdate_test::GetRegistryValue;
 using nhupdate_test::RegistryValue;
-using nhupdate_test::ScratchHives;
+using nhupdate_test::ScratchRegistry;
 using testing::ElementsAre;
 
 constexpr wchar_t kKey[] = L"SOFTWARE\\WOW6432Node\\Corvane Tests\\deep below";
 
 class SetRegTest : public testing::Test {
  protected:
-  ScratchHives hives_;
+  ScratchRegistry registry_;
 };
 
 TEST_F(SetRegTest, WritesATextAndCreatesTheKeysAboveIt) {

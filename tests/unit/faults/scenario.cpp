@@ -1,14 +1,14 @@
 #include "tests/unit/faults/scenario.h"
 
 #include "app/program.h"
+#include "tests/support/fake_process_table.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
 #include "tests/support/placeholders.h"
 #include "tests/support/recorded_boxes.h"
 #include "tests/support/recorded_sleeps.h"
-#include "tests/support/scratch_local_machine.h"
-#include "tests/support/scripted_processes.h"
+#include "tests/support/scratch_registry.h"
 #include "tests/support/scripted_shell.h"
 #include "tests/unit/faults/faulty_windows.h"
 
@@ -48,7 +48,7 @@ void CopyForShell(const std::wstring& text, PWSTR* copy) {
   (*copy)[text.size()] = L'\0';
 }
 
-// The part of the machine that the scripted processes and the scripted shell leave out.
+// The part of the machine that the process table and the scripted shell leave out.
 class Machine {
  public:
   Machine(const InstalledProduct& product, const Scenario& scenario)
@@ -70,15 +70,12 @@ class Machine {
               static_cast<TOKEN_ELEVATION*>(information)->TokenIsElevated = 1;
               return TRUE;
             }),
-        open_key_([this](HKEY, const wchar_t* path, DWORD options, REGSAM access, HKEY* key) {
-          return open_key_.Original()(HKEY_LOCAL_MACHINE, path, options, access, key);
-        }),
         execute_([](HWND, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*, int) {
           return reinterpret_cast<HINSTANCE>(INT_PTR{42});
         }) {
     if (scenario.has_steam) {
-      ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Valve\\Steam", L"Language", REG_SZ,
-                        L"english", sizeof(L"english"));
+      SetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\Valve\\Steam", L"Language",
+                       {REG_SZ, BytesOf(L"english")});
     }
   }
 
@@ -86,12 +83,11 @@ class Machine {
   std::wstring command_line_;
   std::wstring executable_;
   std::wstring program_data_;
-  ScratchLocalMachine local_machine_;
+  ScratchRegistry registry_;
   INTERPOSER(GetCommandLineW) get_command_line_;
   INTERPOSER(GetModuleFileNameW) module_file_name_;
   INTERPOSER(SHGetKnownFolderPath) known_folder_;
   INTERPOSER(GetTokenInformation) token_information_;
-  INTERPOSER(RegOpenKeyExW) open_key_;
   INTERPOSER(ShellExecuteW) execute_;
 };
 
@@ -114,8 +110,8 @@ RunReport RunWithFault(const Scenario& scenario, const Fault& fault) {
   const Machine machine(product, scenario);
   const RecordedBoxes boxes;
   const RecordedSleeps sleeps;
-  const ScriptedProcesses processes({{kOtherCopy, L"C:\\Elsewhere\\NHUpdateManager.exe"},
-                                     {ScriptedShell::kProcessId, L"C:\\NHUpdateManager.exe"}});
+  const FakeProcessTable processes({{kOtherCopy, L"C:\\Elsewhere\\NHUpdateManager.exe"},
+                                    {FakeProcessTable::kOwnId, L"C:\\NHUpdateManager.exe"}});
   const ScriptedShell shell(
       AnswerByLaunch([&](const RecordedLaunch& launch) { return AnswerOf(scenario, launch); }));
 

@@ -5,9 +5,9 @@
 
 #include "base/existence.h"
 #include "base/reparse_tag.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
-#include "tests/unit/install/fake_listing.h"
 
 namespace nhupdate_test {
 namespace {

@@ -5,11 +5,11 @@
 
 #include <string>
 
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
 #include "tests/support/interposer.h"
 #include "tests/unit/install/copy_folder_test.h"
-#include "tests/unit/install/fake_listing.h"
-#include "tests/unit/install/file_lock.h"
 
 namespace nhupdate_test {
 namespace {
@@ -65,7 +65,7 @@ TEST_F(CopyFolderFailureTest, FailsWhenTheSourceCanOnlyBeListedInPart) {
 
 TEST_F(CopyFolderFailureTest, LogsNotEvenAFailureWithoutDetails) {
   WriteFileBytes(source_ + L"\\a.txt", "A");
-  const FileLock lock(source_ + L"\\a.txt");
+  const HeldFile lock(source_ + L"\\a.txt");
 
   EXPECT_EQ(Copy(1, 0, 1), 0);
 
@@ -89,7 +89,7 @@ TEST_F(CopyFolderFailureTest, StopsAtTheFirstFailedFileAtAnyDepth) {
   WriteFileBytes(source_ + L"\\b\\held.txt", "H");
   WriteFileBytes(source_ + L"\\b\\next.txt", "N");
   WriteFileBytes(source_ + L"\\z.txt", "Z");
-  FileLock lock(source_ + L"\\b\\held.txt");
+  HeldFile lock(source_ + L"\\b\\held.txt");
 
   EXPECT_EQ(Copy(1, 1, 0), 0);
 

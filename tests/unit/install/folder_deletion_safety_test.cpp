@@ -5,11 +5,11 @@
 #include <string>
 
 #include "base/existence.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
 #include "tests/support/open_handles.h"
 #include "tests/unit/install/delete_folder_tree_test.h"
-#include "tests/unit/install/fake_listing.h"
 
 namespace nhupdate_test {
 namespace {

@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "base/existence.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
 #include "tests/support/interposer.h"
 #include "tests/unit/install/delete_folder_tree_test.h"
-#include "tests/unit/install/fake_listing.h"
-#include "tests/unit/install/file_lock.h"
 
 namespace nhupdate_test {
 namespace {
@@ -102,7 +102,7 @@ TEST_F(DeleteFolderTreeTest, DeletesAllButAHeldFileAndTheFoldersAboveIt) {
   WriteFileBytes(folder_ + L"\\b\\held", "H");
   WriteFileBytes(folder_ + L"\\b\\other", "O");
   WriteFileBytes(folder_ + L"\\c\\d", "D");
-  FileLock lock(folder_ + L"\\b\\held");
+  HeldFile lock(folder_ + L"\\b\\held");
 
   EXPECT_EQ(Delete(), 0);
 

@@ -7,10 +7,10 @@
 #include <string>
 
 #include "base/existence.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/unit/base/current_folder.h"
-#include "tests/unit/install/fake_listing.h"
 
 namespace nhupdate_test {
 namespace {

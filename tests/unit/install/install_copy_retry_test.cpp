@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/install/fake_listing.h"
-#include "tests/unit/install/file_lock.h"
-#include "tests/unit/install/quiet_desktop.h"
+#include "tests/support/quiet_desktop.h"
 
 namespace nhupdate_test {
 namespace {
@@ -55,7 +55,7 @@ class InstallCopyRetryTest : public testing::Test {
 };
 
 TEST_F(InstallCopyRetryTest, SucceedsAtTheTenthAttempt) {
-  FileLock lock(installed_);
+  HeldFile lock(installed_);
   const QuietDesktop desktop([&](int sleep) {
     if (sleep == 9) {
       lock.Release();
@@ -74,7 +74,7 @@ TEST_F(InstallCopyRetryTest, SucceedsAtTheTenthAttempt) {
 }
 
 TEST_F(InstallCopyRetryTest, GivesUpAfterTheTenthAttemptAndItsWait) {
-  FileLock lock(installed_);
+  HeldFile lock(installed_);
   const QuietDesktop desktop([&](int sleep) {
     if (sleep == 10) {
       EXPECT_TRUE(desktop.Boxes().empty());
@@ -93,7 +93,7 @@ TEST_F(InstallCopyRetryTest, GivesUpAfterTheTenthAttemptAndItsWait) {
 
 TEST_F(InstallCopyRetryTest, NamesTheFileThatFailedLast) {
   WriteFileBytes(product_.App() + L"\\Sub\\z.dll", "new");
-  FileLock lock(installed_);
+  HeldFile lock(installed_);
   const QuietDesktop desktop([&](int sleep) {
     if (sleep == 9) {
       lock.Release();

@@ -6,10 +6,10 @@
 
 #include "base/existence.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/install/file_lock.h"
-#include "tests/unit/install/quiet_desktop.h"
+#include "tests/support/quiet_desktop.h"
 
 namespace nhupdate_test {
 namespace {
@@ -96,7 +96,7 @@ TEST_F(InstallCopyTest, EndsAtAnInstalledFileThatCannotBeDeleted) {
   WriteFileBytes(base_ + L"\\held 100%s.exe", "old");
   WriteFileBytes(base_ + L"\\z.exe", "old");
   WriteFileBytes(app_ + L"\\a.exe", "new");
-  const FileLock lock(base_ + L"\\held 100%s.exe");
+  const HeldFile lock(base_ + L"\\held 100%s.exe");
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 
@@ -149,7 +149,7 @@ TEST_F(InstallCopyTest, EndsAtAStagedFileThatCannotBeCopied) {
   WriteFileBytes(app_ + L"\\a.exe", "new");
   WriteFileBytes(app_ + L"\\b.exe", "new");
   WriteFileBytes(app_ + L"\\c.exe", "new");
-  const FileLock lock(app_ + L"\\b.exe");
+  const HeldFile lock(app_ + L"\\b.exe");
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 
@@ -169,7 +169,7 @@ TEST_F(InstallCopyTest, ShowsTheTextsOfTheStringTable) {
   WriteFileBytes(strings, R"({"KEY_UPDATE_TITLE": "The title", "KEY_FAIL_COMMON_ERROR": "Oh %s"})");
   product_.Manager().LoadStrings(strings);
   WriteFileBytes(base_ + L"\\a.exe", "old");
-  const FileLock lock(base_ + L"\\a.exe");
+  const HeldFile lock(base_ + L"\\a.exe");
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 

@@ -11,7 +11,7 @@
 
 #include "app/manager_center.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/install/quiet_desktop.h"
+#include "tests/support/quiet_desktop.h"
 
 // These need <windows.h> first.
 #include <psapi.h>

@@ -7,7 +7,8 @@
 
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/install/scratch_registry.h"
+#include "tests/support/registry_recorder.h"
+#include "tests/support/scratch_registry.h"
 
 namespace nhupdate_test {
 namespace {

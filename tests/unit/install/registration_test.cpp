@@ -7,7 +7,8 @@
 
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/install/scratch_registry.h"
+#include "tests/support/registry_recorder.h"
+#include "tests/support/scratch_registry.h"
 
 namespace nhupdate_test {
 namespace {
@@ -83,7 +84,7 @@ TEST_F(RegisterProductTest, LeavesTheValuesInTheRegistry) {
   EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
 
   for (const WrittenValue& row : ExpectedRows()) {
-    EXPECT_EQ(registry_.Read(row.key, row.name), row);
+    EXPECT_EQ(StoredValue(row.key, row.name), row);
   }
 }
 
@@ -117,14 +118,15 @@ TEST_F(RegisterProductTest, AsksForTheDateOnceRightBeforeItIsWritten) {
 
 TEST_F(RegisterProductTest, WritesTheSameAgainAndDeletesNothing) {
   EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
-  registry_.Write(Text(kUninstallKey, L"Comments", L"of somebody else"));
+  SetRegistryValue(HKEY_LOCAL_MACHINE, kUninstallKey, L"Comments",
+                   {REG_SZ, BytesOf(L"of somebody else")});
 
   EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
 
   for (const WrittenValue& row : ExpectedRows()) {
-    EXPECT_EQ(registry_.Read(row.key, row.name), row);
+    EXPECT_EQ(StoredValue(row.key, row.name), row);
   }
-  EXPECT_EQ(registry_.Read(kUninstallKey, L"Comments"),
+  EXPECT_EQ(StoredValue(kUninstallKey, L"Comments"),
             Text(kUninstallKey, L"Comments", L"of somebody else"));
 }
 

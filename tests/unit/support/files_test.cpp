@@ -4,7 +4,9 @@
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
-#include "base/unique_handle.h"
+#include <optional>
+
+#include "tests/support/held_file.h"
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
 
@@ -114,22 +116,21 @@ TEST_F(FilesTest, RemovesAFolderWithAllInIt) {
 }
 
 // A scratch folder comes and goes, but the file or folder of that name in it stays open.
-void LeaveOpen(const std::wstring& name, nhupdate::UniqueFile& held, std::wstring& folder) {
+void LeaveOpen(const std::wstring& name, std::optional<HeldFile>& held, std::wstring& folder) {
   const ScratchFolder scratch;
   folder = scratch.Path();
   WriteFileBytes(folder + L"\\folder\\file", "");
-  held.Reset(::CreateFileW((folder + L"\\" + name).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  held.emplace(folder + L"\\" + name, FILE_SHARE_READ);
 }
 
 TEST(ScratchFolderTest, FailsTheTestThatStillHoldsSomethingInIt) {
   for (const wchar_t* name : {L"folder\\file", L"folder", L""}) {
-    nhupdate::UniqueFile held;
+    std::optional<HeldFile> held;
     std::wstring folder;
 
     EXPECT_NONFATAL_FAILURE(LeaveOpen(name, held, folder), "Something is left");
 
-    held.Reset();
+    held.reset();
     RemoveTree(folder);
   }
 }

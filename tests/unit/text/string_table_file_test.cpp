@@ -3,8 +3,8 @@
 #include <climits>
 #include <string>
 
-#include "base/unique_handle.h"
 #include "base/windows.h"
+#include "tests/support/held_file.h"
 #include "tests/support/interposer.h"
 #include "tests/unit/text/load_strings_test.h"
 
@@ -13,11 +13,6 @@ namespace {
 
 using testing::ElementsAre;
 using LoadStringsFileTest = LoadStringsTest;
-
-nhupdate::UniqueFile Hold(const std::wstring& path, DWORD access, DWORD sharing) {
-  return nhupdate::UniqueFile(::CreateFileW(path.c_str(), access, sharing, nullptr, OPEN_EXISTING,
-                                            FILE_ATTRIBUTE_NORMAL, nullptr));
-}
 
 TEST_F(LoadStringsFileTest, SaysWhenThereIsNoFile) {
   Load(R"({"A":"a"})");
@@ -39,8 +34,7 @@ TEST_F(LoadStringsFileTest, CannotOpenAFolder) {
 
 TEST_F(LoadStringsFileTest, CannotOpenAFileThatIsNotShared) {
   WriteFileBytes(Path(), R"({"A":"a"})");
-  const nhupdate::UniqueFile held = Hold(Path(), GENERIC_READ, 0);
-  ASSERT_TRUE(held.IsValid());
+  const HeldFile held(Path());
 
   Load();
 
@@ -50,9 +44,7 @@ TEST_F(LoadStringsFileTest, CannotOpenAFileThatIsNotShared) {
 TEST_F(LoadStringsFileTest, ReadsBesideOthersThatReadAndWrite) {
   constexpr DWORD kEverything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   WriteFileBytes(Path(), R"({"A":"a"})");
-  const nhupdate::UniqueFile held =
-      Hold(Path(), GENERIC_READ | GENERIC_WRITE | DELETE, kEverything);
-  ASSERT_TRUE(held.IsValid());
+  const HeldFile held(Path(), kEverything, GENERIC_READ | GENERIC_WRITE | DELETE);
 
   Load();
 
@@ -150,7 +142,8 @@ TEST_F(LoadStringsFileTest, ReadsTheWholeFileInOneCall) {
 TEST_F(LoadStringsFileTest, ClosesTheFile) {
   Load(R"({"A":"a"})");
 
-  EXPECT_TRUE(Hold(Path(), GENERIC_READ | GENERIC_WRITE, 0).IsValid());
+  // Nobody could, beside a reader.
+  const HeldFile held(Path(), 0, GENERIC_READ | GENERIC_WRITE);
 }
 
 }  // namespace

@@ -18,8 +18,8 @@ InstallSequenceTest::InstallSequenceTest(const ProductOptions& options)
   AddFile(L"\\Updater\\Temp\\part.bin");
 }
 
-ScriptedProcess InstallSequenceTest::StubbornCopy() {
-  return {.id = 4242, .path = L"C:\\NHUpdateManager.exe", .refuses_to_end = true};
+FakeProcess InstallSequenceTest::StubbornCopy() {
+  return {.id = 4242, .image_path = L"C:\\NHUpdateManager.exe", .refuses_to_end = true};
 }
 
 Lines InstallSequenceTest::NotStoppedLines() {

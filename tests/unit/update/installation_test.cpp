@@ -50,8 +50,7 @@ TEST_F(InstallationTest, PutsTheProductIntoPlaceAndThenItsSibling) {
   EXPECT_EQ(product_.Transcript(),
             Join({kFunctionLine, NothingToStopLines(), GrantedLines(), CopiedLines(),
                   RegisteredLines(), NimbaCastLines(), kNimbaDeskLines}));
-  EXPECT_EQ(local_machine_.Text(L"SOFTWARE\\WOW6432Node\\CorvaneNimbaHub", L"AppPath"),
-            product_.Root());
+  EXPECT_EQ(registry_.Text(L"SOFTWARE\\WOW6432Node\\CorvaneNimbaHub", L"AppPath"), product_.Root());
 }
 
 TEST_F(InstallationTest, RemovesNoEmptyFolder) {
@@ -64,7 +63,7 @@ TEST_F(InstallationTest, RemovesNoEmptyFolder) {
 }
 
 TEST_F(InstallationTest, NeitherCopiesNorRegistersBesideAnotherCopy) {
-  ScriptedProcesses processes({StubbornCopy()});
+  FakeProcessTable processes({StubbornCopy()});
   ScriptedShell shell({});
 
   const int result = Manager().InstallSequence(kInstallation);
@@ -73,7 +72,7 @@ TEST_F(InstallationTest, NeitherCopiesNorRegistersBesideAnotherCopy) {
   EXPECT_EQ(product_.Transcript(), Join({kFunctionLine, NotStoppedLines(), GrantedLines(),
                                          NimbaCastLines(), kNimbaDeskLines}));
   EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(kNeedStopText, kCaption)));
-  EXPECT_TRUE(local_machine_.IsEmpty());
+  EXPECT_TRUE(registry_.IsEmpty());
   EXPECT_TRUE(nhupdate::Exists(product_.Base() + L"\\old.txt"));
 }
 
@@ -87,7 +86,7 @@ TEST_F(InstallationTest, DoesNotRegisterWhatWasNotCopied) {
   EXPECT_EQ(product_.Transcript(),
             Join({kFunctionLine, NothingToStopLines(), GrantedLines(), NotCopiedLines(),
                   FailedNimbaCastLines(), kNimbaDeskLines}));
-  EXPECT_TRUE(local_machine_.IsEmpty());
+  EXPECT_TRUE(registry_.IsEmpty());
 }
 
 class InstallationWithoutElevationTest : public InstallSequenceTest {
@@ -96,7 +95,7 @@ class InstallationWithoutElevationTest : public InstallSequenceTest {
 };
 
 TEST_F(InstallationWithoutElevationTest, EndsBeforeAnythingIsStopped) {
-  ScriptedProcesses processes({StubbornCopy()});
+  FakeProcessTable processes({StubbornCopy()});
   ScriptedShell shell({});
 
   const int result = Manager().InstallSequence(kInstallation);

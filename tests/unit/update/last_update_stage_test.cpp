@@ -56,7 +56,7 @@ TEST_F(LastUpdateStageTest, ForgetsTheFoldersItRemoved) {
 }
 
 TEST_F(LastUpdateStageTest, OnlyRemovesEmptyFoldersBesideAnotherCopy) {
-  ScriptedProcesses processes({StubbornCopy()});
+  FakeProcessTable processes({StubbornCopy()});
   ScriptedShell shell({});
 
   const int result = Manager().InstallSequence(kLastUpdateStage);
@@ -65,7 +65,7 @@ TEST_F(LastUpdateStageTest, OnlyRemovesEmptyFoldersBesideAnotherCopy) {
   EXPECT_EQ(product_.Transcript(),
             Join({NotStoppedLines(), GrantedLines(), kRemoveLine, kRemovedLine}));
   EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(kNeedStopText, kCaption)));
-  EXPECT_TRUE(local_machine_.IsEmpty());
+  EXPECT_TRUE(registry_.IsEmpty());
   EXPECT_TRUE(nhupdate::Exists(product_.Base() + L"\\old.txt"));
   EXPECT_FALSE(nhupdate::Exists(EmptyFolder()));
 }
@@ -82,7 +82,7 @@ TEST_F(LastUpdateStageTest, DoesNotRegisterWhatWasNotCopiedButRemovesEmptyFolder
   EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(std::wstring(kCommonErrorText) + L"\n" +
                                                          product_.Base() + L"\\new.txt",
                                                      kCaption)));
-  EXPECT_TRUE(local_machine_.IsEmpty());
+  EXPECT_TRUE(registry_.IsEmpty());
   EXPECT_FALSE(nhupdate::Exists(EmptyFolder()));
 }
 

@@ -3,7 +3,7 @@
 // What the tests of the self update share: a staged copy of the manager that is running, and the
 // records of its way into the installed folder.
 
-#include "tests/support/scripted_processes.h"
+#include "tests/support/fake_process_table.h"
 #include "tests/unit/update/workflow_test.h"
 
 namespace nhupdate_test {
@@ -25,7 +25,7 @@ class SelfUpdateTest : public WorkflowTest {
   static Lines FailedCopyLines();  // at the first file, which is in use
   static Lines CopiedLine();
 
-  ScriptedProcesses no_processes_;
+  FakeProcessTable no_processes_;
 };
 
 }  // namespace nhupdate_test

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "base/existence.h"
+#include "tests/support/held_file.h"
 #include "tests/unit/update/workflow_test.h"
 
 namespace nhupdate_test {
@@ -36,9 +37,7 @@ TEST_F(UpdaterConfigTest, SaysThatThereIsNone) {
 
 TEST_F(UpdaterConfigTest, LogsWhyALockedFileStays) {
   AddFile(kConfig);
-  const nhupdate::UniqueFile holder(::CreateFileW((product_.Base() + kConfig).c_str(), GENERIC_READ,
-                                                  FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0,
-                                                  nullptr));
+  const HeldFile held(product_.Base() + kConfig, FILE_SHARE_READ);
 
   const int result = Manager().DeleteUpdaterConfig(0);
 

@@ -1,4 +1,4 @@
-#include "tests/unit/text/preferred_languages.h"
+#include "tests/support/preferred_languages.h"
 
 namespace nhupdate_test {
 

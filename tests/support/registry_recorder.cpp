@@ -1,18 +1,17 @@
-#include "tests/unit/install/scratch_registry.h"
+#include "tests/support/registry_recorder.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <optional>
 #include <ostream>
 #include <utility>
 
-#include "base/unique_handle.h"
+#include "tests/support/scratch_registry.h"
 
 namespace nhupdate_test {
 
 namespace {
-
-constexpr wchar_t kScratchKey[] = L"Software\\nhupdate scratch machine";
 
 // Wine, unlike Windows, also stores a NUL that happens to follow the counted bytes.
 void RemoveTerminator(WrittenValue& value) {
@@ -37,48 +36,17 @@ std::ostream& operator<<(std::ostream& stream, const WrittenValue& value) {
 }
 
 WrittenValue Text(const std::wstring& key, const std::wstring& name, const std::wstring& text) {
-  WrittenValue value{key, name, REG_SZ, std::vector<BYTE>(text.size() * sizeof(wchar_t))};
-  std::memcpy(value.bytes.data(), text.data(), value.bytes.size());
-  return value;
+  return {key, name, REG_SZ, BytesOf(text)};
 }
 
-ScratchRegistry::ScratchRegistry() {
-  ::RegDeleteTreeW(HKEY_CURRENT_USER, kScratchKey);  // an earlier test may have been killed
-  nhupdate::UniqueRegistryKey key;
-  EXPECT_EQ(::RegCreateKeyExW(HKEY_CURRENT_USER, kScratchKey, 0, nullptr, REG_OPTION_NON_VOLATILE,
-                              KEY_ALL_ACCESS, nullptr, key.Receive(), nullptr),
-            ERROR_SUCCESS);
-  EXPECT_EQ(::RegOverridePredefKey(HKEY_LOCAL_MACHINE, key.Get()), ERROR_SUCCESS);
-}
-
-ScratchRegistry::~ScratchRegistry() {
-  ::RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
-  ::RegDeleteTreeW(HKEY_CURRENT_USER, kScratchKey);
-}
-
-WrittenValue ScratchRegistry::Read(const std::wstring& key, const std::wstring& name) const {
-  WrittenValue value{key, name, REG_NONE, std::vector<BYTE>(4096)};
-  nhupdate::UniqueRegistryKey opened;
-  DWORD byte_count = static_cast<DWORD>(value.bytes.size());
-  if (::RegOpenKeyExW(HKEY_LOCAL_MACHINE, key.c_str(), 0, KEY_READ, opened.Receive()) !=
-          ERROR_SUCCESS ||
-      ::RegQueryValueExW(opened.Get(), name.c_str(), nullptr, &value.type, value.bytes.data(),
-                         &byte_count) != ERROR_SUCCESS) {
+WrittenValue StoredValue(const std::wstring& key, const std::wstring& name) {
+  const std::optional<RegistryValue> stored = GetRegistryValue(HKEY_LOCAL_MACHINE, key, name);
+  if (!stored) {
     return {key, name, REG_NONE, {}};
   }
-  value.bytes.resize(byte_count);
+  WrittenValue value{key, name, stored->type, stored->bytes};
   RemoveTerminator(value);
   return value;
-}
-
-void ScratchRegistry::Write(const WrittenValue& value) {
-  nhupdate::UniqueRegistryKey key;
-  EXPECT_EQ(::RegCreateKeyExW(HKEY_LOCAL_MACHINE, value.key.c_str(), 0, nullptr,
-                              REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, key.Receive(), nullptr),
-            ERROR_SUCCESS);
-  EXPECT_EQ(::RegSetValueExW(key.Get(), value.name.c_str(), 0, value.type, value.bytes.data(),
-                             static_cast<DWORD>(value.bytes.size())),
-            ERROR_SUCCESS);
 }
 
 RegistryRecorder::RegistryRecorder(std::function<void(int)> before_value)
