@@ -7,8 +7,10 @@
 #include "base/windows.h"
 #include "tests/support/interposer.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
+
+using nhupdate::IsProcessElevated;
 
 class ElevationTest : public testing::Test {
  protected:
@@ -78,4 +80,4 @@ TEST_F(ElevationTest, IsMissingWhenTheTokenCannotBeAsked) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -15,12 +15,11 @@
 
 #include <objbase.h>  // needs <windows.h> first
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::FakeLogLibrary;
-using nhupdate_test::InstalledProduct;
-using nhupdate_test::QuietSystem;
+using nhupdate::CManagerCenter;
+using nhupdate::LogLevel;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -93,4 +92,4 @@ TEST_F(ManagerLifetimeTest, DropsRecordsBeforeTheStart) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

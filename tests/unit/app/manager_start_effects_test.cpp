@@ -18,11 +18,12 @@
 
 #include <shlobj.h>  // needs <windows.h> first
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CopyForShell;
-using nhupdate_test::FakeLogLibrary;
+using nhupdate::CManagerCenter;
+using nhupdate::ParentFolder;
+using nhupdate::Utf8ToWide;
 
 class ManagerStartEffectsTest : public testing::Test {
  protected:
@@ -157,4 +158,4 @@ TEST_F(ManagerStartEffectsTest, StayInTheDrivesRootWithoutAPath) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

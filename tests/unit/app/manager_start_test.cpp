@@ -15,17 +15,9 @@
 #include "tests/support/interposer.h"
 #include "tests/support/quiet_system.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::InstalledProduct;
-using nhupdate_test::ListTree;
-using nhupdate_test::LogCall;
-using nhupdate_test::QuietSystem;
-using nhupdate_test::StartUpLines;
-using nhupdate_test::WithPlaceholders;
-using nhupdate_test::WriteFileBytes;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -122,7 +114,7 @@ TEST_F(ManagerStartTest, LeavesDataFoldersThatAreThereAlone) {
 
   product.Start();
 
-  EXPECT_EQ(nhupdate_test::ReadFileBytes(old_log), "old");
+  EXPECT_EQ(ReadFileBytes(old_log), "old");
 }
 
 TEST_F(ManagerStartTest, CreatesNothingWithoutAProgramDataFolder) {
@@ -177,4 +169,4 @@ TEST_F(ManagerStartTest, WritesItsRecordsToALibraryThatRefusedToStart) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -5,8 +5,10 @@
 #include "base/windows.h"
 #include "tests/support/interposer.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
+
+using nhupdate::SetUpProcess;
 
 class ProcessSetupTest : public testing::Test {
  protected:
@@ -52,4 +54,4 @@ TEST_F(ProcessSetupTest, FailsWhenWindowsRefuses) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

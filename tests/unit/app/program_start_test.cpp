@@ -17,10 +17,10 @@
 #include <objbase.h>
 #include <shellapi.h>
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
+using nhupdate::RunProgram;
 using testing::ElementsAre;
 
 // Only runs that don't reach the manager's start-up: that would be the test program's own.
@@ -164,4 +164,4 @@ TEST_F(ProgramStartTest, EndsWith0WhenTheCommandLineCannotBeSplit) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

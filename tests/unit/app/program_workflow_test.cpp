@@ -18,20 +18,10 @@
 
 #include <objbase.h>  // needs <windows.h> first
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::CheckForUpdateLines;
-using nhupdate_test::FakeLogLibrary;
-using nhupdate_test::InstalledProduct;
-using nhupdate_test::Join;
-using nhupdate_test::Lines;
-using nhupdate_test::ListTree;
-using nhupdate_test::LogCall;
-using nhupdate_test::QuietSystem;
-using nhupdate_test::StartUpLines;
-using nhupdate_test::WriteFileBytes;
+using nhupdate::Exists;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -160,4 +150,4 @@ TEST_F(ProgramWorkflowTest, UnloadsTheLogBeforeItEndsCom) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -12,10 +12,12 @@
 #include "tests/support/captured_console.h"
 #include "tests/support/interposer.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
+using nhupdate::PrintConsoleError;
+using nhupdate::UniqueKernelHandle;
+using nhupdate::WriteConsoleText;
 
 // Gives the process another standard output handle for a while.
 class StandardOutput {
@@ -198,4 +200,4 @@ TEST(WriteConsoleTextTest, SurvivesAStandardOutputThatWasClosed) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -7,11 +7,10 @@
 #include "tests/support/held_file.h"
 #include "tests/support/scratch_folder.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::ScratchFolder;
-using nhupdate_test::WriteFileBytes;
+using nhupdate::Exists;
 
 TEST(ExistsTest, FindsFilesAndFoldersAlike) {
   const ScratchFolder scratch;
@@ -27,7 +26,7 @@ TEST(ExistsTest, FindsWhatIsReadOnlyHiddenOrHeld) {
   const std::wstring file = scratch.Path() + L"\\file.txt";
   WriteFileBytes(file, "x");
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
-  const nhupdate_test::HeldFile held(file);
+  const HeldFile held(file);
 
   EXPECT_TRUE(Exists(file));
 }
@@ -55,4 +54,4 @@ TEST(ExistsTest, NoLongerFindsWhatWasDeleted) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -7,10 +7,10 @@
 #include "base/folder_listing.h"
 #include "tests/support/fake_listing.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::FakeListing;
+using nhupdate::CFolderListing;
 
 // Walks to the end and returns the number of entries.
 int CountEntries(CFolderListing& listing) {
@@ -72,4 +72,4 @@ TEST(FolderListingErrorTest, IsNoneForAFolderThatIsNotThere) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

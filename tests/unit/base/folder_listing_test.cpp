@@ -12,12 +12,10 @@
 #include "tests/support/files.h"
 #include "tests/support/scratch_folder.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::FakeListing;
-using nhupdate_test::ScratchFolder;
-using nhupdate_test::WriteFileBytes;
+using nhupdate::CFolderListing;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
@@ -119,4 +117,4 @@ TEST(FolderListingTest, TellsLinksByTheReparseTag) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

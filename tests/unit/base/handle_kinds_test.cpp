@@ -11,9 +11,14 @@
 #include "base/unique_handle.h"
 #include "tests/support/interposer.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
+using nhupdate::UniqueFile;
+using nhupdate::UniqueFindHandle;
+using nhupdate::UniqueKernelHandle;
+using nhupdate::UniqueLibrary;
+using nhupdate::UniqueRegistryKey;
 using testing::ElementsAre;
 
 TEST(HandleKindsTest, KnowTheirValueForNone) {
@@ -62,4 +67,4 @@ TEST(HandleKindsTest, AreClosedByTheirOwnFunctions) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -13,13 +13,10 @@
 #include "tests/support/scratch_folder.h"
 #include "tests/unit/base/current_folder.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CreateFolders;
-using nhupdate_test::CurrentFolder;
-using nhupdate_test::FakeListing;
-using nhupdate_test::ScratchFolder;
+using nhupdate::CPinnedFolder;
 
 class HeldPathTest : public testing::Test {
  protected:
@@ -133,4 +130,4 @@ TEST_F(HeldPathTest, IsJudgedByWhereTheTwoReallyAre) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

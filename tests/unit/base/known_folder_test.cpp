@@ -16,8 +16,10 @@
 #include <objbase.h>
 #include <shlobj.h>
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
+
+using nhupdate::ProgramDataFolder;
 
 PWSTR ShellText(const wchar_t* text) {
   const std::size_t units = std::wcslen(text) + 1;
@@ -86,4 +88,4 @@ TEST(ProgramDataFolderTest, FreesTheShellsTextWhateverTheResult) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -4,8 +4,11 @@
 
 #include "base/reparse_tag.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
+
+using nhupdate::kNoReparseTag;
+using nhupdate::MeansLink;
 
 struct LinkCase {
   const char* name;
@@ -42,4 +45,4 @@ TEST(MeansLinkTest, KnowsLinksFromOtherSpecialEntries) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

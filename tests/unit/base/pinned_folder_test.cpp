@@ -13,13 +13,10 @@
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CreateFolders;
-using nhupdate_test::FakeListing;
-using nhupdate_test::ScratchFolder;
-using nhupdate_test::WriteFileBytes;
+using nhupdate::CPinnedFolder;
 
 class PinnedFolderTest : public testing::Test {
  protected:
@@ -193,4 +190,4 @@ TEST_F(PinnedFolderTest, IsNotBelowWhenALinkLeadsElsewhere) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -13,10 +13,10 @@
 #include "tests/support/captured_console.h"
 #include "tests/support/interposer.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
+using nhupdate::WriteConsoleText;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -126,4 +126,4 @@ TEST_F(RealConsoleTest, IsGivenUpWhenItTakesNothing) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

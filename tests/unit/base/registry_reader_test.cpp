@@ -11,12 +11,10 @@
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_registry.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::BytesOf;
-using nhupdate_test::ScratchRegistry;
-using nhupdate_test::SetRegistryValue;
+using nhupdate::GetRegString;
 
 constexpr wchar_t kKey[] = L"SOFTWARE\\Valve\\Steam";
 constexpr wchar_t kName[] = L"Language";
@@ -179,4 +177,4 @@ TEST_F(GetRegStringCallsTest, ClosesTheKeyWhenTheValueCannotBeRead) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

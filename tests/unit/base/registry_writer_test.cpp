@@ -10,13 +10,12 @@
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_registry.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::BytesOf;
-using nhupdate_test::GetRegistryValue;
-using nhupdate_test::RegistryValue;
-using nhupdate_test::ScratchRegistry;
+using nhupdate::GetRegString;
+using nhupdate::SetRegDword;
+using nhupdate::SetRegString;
 using testing::ElementsAre;
 
 constexpr wchar_t kKey[] = L"SOFTWARE\\WOW6432Node\\Corvane Tests\\deep below";
@@ -75,7 +74,7 @@ TEST_F(SetRegTest, WritesNothingForTheUser) {
 TEST_F(SetRegTest, WritesATextThatTheReaderUnderstands) {
   ASSERT_EQ(SetRegString(kKey, L"AppPath", L"C:\\Corvane"), 1);
   const auto stored = GetRegistryValue(HKEY_LOCAL_MACHINE, kKey, L"AppPath");
-  nhupdate_test::SetRegistryValue(HKEY_CURRENT_USER, kKey, L"AppPath", stored.value());
+  SetRegistryValue(HKEY_CURRENT_USER, kKey, L"AppPath", stored.value());
   std::wstring data;
 
   EXPECT_EQ(GetRegString(kKey, L"AppPath", data), 1);
@@ -182,4 +181,4 @@ TEST_F(SetRegCallsTest, CloseTheKeyWhenTheValueCannotBeWritten) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -11,12 +11,10 @@
 #include "tests/support/files.h"
 #include "tests/unit/log/log_library_files.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::IsLoaded;
-using nhupdate_test::LogLibraryFiles;
+using nhupdate::CNSWLogCenter;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -32,9 +30,9 @@ TEST_F(LogCenterFailureTest, NamesALibraryThatCannotBeLoaded) {
   const std::wstring folder = files_.Folder() + L"\\folder.dll";
   const std::wstring text_file = files_.Folder() + L"\\text.dll";
   const std::wstring empty_file = files_.Folder() + L"\\empty.dll";
-  nhupdate_test::CreateFolders(folder);
-  nhupdate_test::WriteFileBytes(text_file, "This is no library.");
-  nhupdate_test::WriteFileBytes(empty_file, "");
+  CreateFolders(folder);
+  WriteFileBytes(text_file, "This is no library.");
+  WriteFileBytes(empty_file, "");
 
   std::wstring expected;
   for (const std::wstring& library : {missing, folder, text_file, empty_file}) {
@@ -110,4 +108,4 @@ TEST_F(LogCenterFailureTest, CallsALibraryThatRefusedRunningWhenStartedAgain) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

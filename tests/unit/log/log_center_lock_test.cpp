@@ -11,11 +11,10 @@
 #include "tests/support/captured_console.h"
 #include "tests/support/fake_log_library.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::FakeLogLibrary;
+using nhupdate::CNSWLogCenter;
 using testing::ElementsAre;
 
 TEST(LogCenterLockTest, LetsTheLibraryCallBack) {
@@ -81,4 +80,4 @@ TEST(LogCenterLockTest, LetsOneThreadAtATimeIntoTheLibrary) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

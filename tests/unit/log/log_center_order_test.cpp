@@ -10,11 +10,10 @@
 #include "tests/support/captured_console.h"
 #include "tests/support/fake_log_library.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::FakeLogLibrary;
+using nhupdate::CNSWLogCenter;
 using testing::ElementsAre;
 
 class LogCenterOrderTest : public testing::Test {
@@ -85,4 +84,4 @@ TEST_F(LogCenterOrderTest, DoesTheSameWhenItIsDestroyed) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test
