@@ -56,7 +56,7 @@ TEST_F(ElevationTest, IsWhatTheTokenSays) {
   }
 }
 
-TEST_F(ElevationTest, ClosesTheTokenOnce) {
+TEST_F(ElevationTest, IsAskedOfATokenThatIsClosedOnce) {
   EXPECT_TRUE(IsProcessElevated());
 
   EXPECT_EQ(close_.Calls(), 1);

@@ -145,7 +145,7 @@ class GetRegStringCallsTest : public testing::Test {
   }};
 };
 
-TEST_F(GetRegStringCallsTest, OpensOneKeyReadsOneValueAndClosesTheKey) {
+TEST_F(GetRegStringCallsTest, OpenOneKeyReadOneValueAndCloseTheKey) {
   EXPECT_EQ(GetRegString(kKey, kName, data_), 1);
 
   EXPECT_EQ(data_, L"text");
@@ -154,7 +154,7 @@ TEST_F(GetRegStringCallsTest, OpensOneKeyReadsOneValueAndClosesTheKey) {
   EXPECT_EQ(close_.Calls(), 1);
 }
 
-TEST_F(GetRegStringCallsTest, ReadsAndClosesNothingWhenTheKeyCannotBeOpened) {
+TEST_F(GetRegStringCallsTest, ReadAndCloseNothingWhenTheKeyCannotBeOpened) {
   open_status_ = ERROR_ACCESS_DENIED;
 
   EXPECT_EQ(GetRegString(kKey, kName, data_), 0);
@@ -164,7 +164,7 @@ TEST_F(GetRegStringCallsTest, ReadsAndClosesNothingWhenTheKeyCannotBeOpened) {
   EXPECT_EQ(close_.Calls(), 0);
 }
 
-TEST_F(GetRegStringCallsTest, ClosesTheKeyWhenTheValueCannotBeRead) {
+TEST_F(GetRegStringCallsTest, CloseTheKeyWhenTheValueCannotBeRead) {
   for (const LSTATUS status : {ERROR_FILE_NOT_FOUND, ERROR_MORE_DATA, ERROR_ACCESS_DENIED}) {
     query_status_ = status;
     const int closed_before = close_.Calls();

@@ -17,10 +17,10 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using CopyFolderFailureTest = CopyFolderTest;
+using CopyFolderInTroubleTest = CopyFolderTest;
 
 // Only a missing source is nothing to copy; what is in this one is not known.
-TEST_F(CopyFolderFailureTest, IsASourceThatCannotBeListedAtAll) {
+TEST_F(CopyFolderInTroubleTest, FailsWhenTheSourceCannotBeListedAtAll) {
   WriteFileBytes(source_ + L"\\a.txt", "A");
   FakeListing listing;
   for (const DWORD error : {DWORD{ERROR_ACCESS_DENIED}, DWORD{ERROR_SHARING_VIOLATION}}) {
@@ -35,7 +35,7 @@ TEST_F(CopyFolderFailureTest, IsASourceThatCannotBeListedAtAll) {
   }
 }
 
-TEST_F(CopyFolderFailureTest, IsASubFolderThatCannotBeListedAtAll) {
+TEST_F(CopyFolderInTroubleTest, FailsWhenASubFolderCannotBeListedAtAll) {
   WriteFileBytes(source_ + L"\\b\\c.txt", "C");
   WriteFileBytes(source_ + L"\\z.txt", "Z");
   FakeListing listing;
@@ -50,7 +50,7 @@ TEST_F(CopyFolderFailureTest, IsASubFolderThatCannotBeListedAtAll) {
   EXPECT_THAT(ListTree(target_), ElementsAre(L"b\\"));
 }
 
-TEST_F(CopyFolderFailureTest, FailsWhenTheSourceCanOnlyBeListedInPart) {
+TEST_F(CopyFolderInTroubleTest, FailsWhenTheSourceCanOnlyBeListedInPart) {
   WriteFileBytes(source_ + L"\\b\\c.txt", "C");
   FakeListing listing;
   listing.BreakOff(source_ + L"\\b", ERROR_NETNAME_DELETED);
@@ -63,7 +63,7 @@ TEST_F(CopyFolderFailureTest, FailsWhenTheSourceCanOnlyBeListedInPart) {
                           L"4|Fail to copy file = 64"));
 }
 
-TEST_F(CopyFolderFailureTest, LogsNotEvenAFailureWithoutDetails) {
+TEST_F(CopyFolderInTroubleTest, LogsNotEvenAFailureWithoutDetails) {
   WriteFileBytes(source_ + L"\\a.txt", "A");
   const HeldFile lock(source_ + L"\\a.txt");
 
@@ -72,7 +72,7 @@ TEST_F(CopyFolderFailureTest, LogsNotEvenAFailureWithoutDetails) {
   EXPECT_THAT(product_.Transcript(), IsEmpty());
 }
 
-TEST_F(CopyFolderFailureTest, DoesNotCreateWhatIsMissingAboveTheDestination) {
+TEST_F(CopyFolderInTroubleTest, DoesNotCreateWhatIsMissingAboveTheDestination) {
   WriteFileBytes(source_ + L"\\a.txt", "A");
   const std::wstring target = product_.Root() + L"\\none\\to";
 
@@ -84,7 +84,7 @@ TEST_F(CopyFolderFailureTest, DoesNotCreateWhatIsMissingAboveTheDestination) {
                           L"4|Fail to copy file = 3"));
 }
 
-TEST_F(CopyFolderFailureTest, StopsAtTheFirstFailedFileAtAnyDepth) {
+TEST_F(CopyFolderInTroubleTest, StopsAtTheFirstFailedFileAtAnyDepth) {
   WriteFileBytes(source_ + L"\\a.txt", "A");
   WriteFileBytes(source_ + L"\\b\\held.txt", "H");
   WriteFileBytes(source_ + L"\\b\\next.txt", "N");
@@ -103,7 +103,7 @@ TEST_F(CopyFolderFailureTest, StopsAtTheFirstFailedFileAtAnyDepth) {
   EXPECT_THAT(ListTree(target_), ElementsAre(L"a.txt", L"b\\"));
 }
 
-TEST_F(CopyFolderFailureTest, ClosesItsListingsAlsoAfterAFailure) {
+TEST_F(CopyFolderInTroubleTest, ClosesItsListingsAlsoAfterAFailure) {
   WriteFileBytes(source_ + L"\\b\\c\\held.txt", "H");
   int listings = 0;
   int open_listings = 0;

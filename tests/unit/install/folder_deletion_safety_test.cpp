@@ -16,9 +16,9 @@ namespace {
 
 using nhupdate::Exists;
 
-using FolderDeletionSafetyTest = DeleteFolderTreeTest;
+using SafeFolderDeletionTest = DeleteFolderTreeTest;
 
-TEST_F(FolderDeletionSafetyTest, RemovesAnEmptyFolderThatCannotBeListed) {
+TEST_F(SafeFolderDeletionTest, RemovesAnEmptyFolderThatCannotBeListed) {
   FakeListing listing;
   listing.Forbid(folder_, ERROR_ACCESS_DENIED);
 
@@ -27,7 +27,7 @@ TEST_F(FolderDeletionSafetyTest, RemovesAnEmptyFolderThatCannotBeListed) {
   EXPECT_FALSE(Exists(folder_));
 }
 
-TEST_F(FolderDeletionSafetyTest, LeavesTheContentOfAFolderThatCannotBeOpened) {
+TEST_F(SafeFolderDeletionTest, LeavesTheContentOfAFolderThatCannotBeOpened) {
   WriteFileBytes(folder_ + L"\\file", "x");
   INTERPOSER(CreateFileW) create_file(
       [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
@@ -41,7 +41,7 @@ TEST_F(FolderDeletionSafetyTest, LeavesTheContentOfAFolderThatCannotBeOpened) {
 }
 
 // The arguments are looked at: Wine, unlike Windows, keeps every folder in place that is listed.
-TEST_F(FolderDeletionSafetyTest, HoldsTheFolderInItsPlaceWhileItsContentIsDeleted) {
+TEST_F(SafeFolderDeletionTest, HoldsTheFolderInItsPlaceWhileItsContentIsDeleted) {
   const std::wstring inner = folder_ + L"\\inner";
   WriteFileBytes(inner + L"\\file", "x");
   HANDLE held = nullptr;
@@ -73,7 +73,7 @@ TEST_F(FolderDeletionSafetyTest, HoldsTheFolderInItsPlaceWhileItsContentIsDelete
   EXPECT_EQ(held, nullptr);
 }
 
-TEST_F(FolderDeletionSafetyTest, LeavesNoHandlesBehind) {
+TEST_F(SafeFolderDeletionTest, LeavesNoHandlesBehind) {
   WriteFileBytes(folder_ + L"\\a\\b\\c", "x");
   const int handles_before = CountOpenHandles();
 

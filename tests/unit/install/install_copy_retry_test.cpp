@@ -18,9 +18,9 @@ namespace {
 
 using testing::ElementsAre;
 
-class InstallCopyRetryTest : public testing::Test {
+class RetriedInstallCopyTest : public testing::Test {
  protected:
-  InstallCopyRetryTest() {
+  RetriedInstallCopyTest() {
     product_.Start();
     product_.ForgetRecords();
     WriteFileBytes(staged_, "new");
@@ -54,7 +54,7 @@ class InstallCopyRetryTest : public testing::Test {
   const std::wstring installed_ = product_.Base() + L"\\Sub\\held.dll";
 };
 
-TEST_F(InstallCopyRetryTest, SucceedsAtTheTenthAttempt) {
+TEST_F(RetriedInstallCopyTest, SucceedsAtTheTenthAttempt) {
   HeldFile lock(installed_);
   const QuietDesktop desktop([&](int sleep) {
     if (sleep == 9) {
@@ -73,7 +73,7 @@ TEST_F(InstallCopyRetryTest, SucceedsAtTheTenthAttempt) {
   EXPECT_EQ(ReadFileBytes(installed_), "new");
 }
 
-TEST_F(InstallCopyRetryTest, GivesUpAfterTheTenthAttemptAndItsWait) {
+TEST_F(RetriedInstallCopyTest, GivesUpAfterTheTenthAttemptAndItsWait) {
   HeldFile lock(installed_);
   const QuietDesktop desktop([&](int sleep) {
     if (sleep == 10) {
@@ -91,7 +91,7 @@ TEST_F(InstallCopyRetryTest, GivesUpAfterTheTenthAttemptAndItsWait) {
   EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(installed_)));
 }
 
-TEST_F(InstallCopyRetryTest, NamesTheFileThatFailedLast) {
+TEST_F(RetriedInstallCopyTest, NamesTheFileThatFailedLast) {
   WriteFileBytes(product_.App() + L"\\Sub\\z.dll", "new");
   HeldFile lock(installed_);
   const QuietDesktop desktop([&](int sleep) {
@@ -113,7 +113,7 @@ TEST_F(InstallCopyRetryTest, NamesTheFileThatFailedLast) {
   EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(product_.Base() + L"\\Sub\\z.dll")));
 }
 
-TEST_F(InstallCopyRetryTest, NamesTheFolderWhoseCopyCouldNotSeeAllOfItsSource) {
+TEST_F(RetriedInstallCopyTest, NamesTheFolderWhoseCopyCouldNotSeeAllOfItsSource) {
   const QuietDesktop desktop;
   FakeListing listing;
   listing.BreakOff(product_.App() + L"\\Sub", ERROR_NETNAME_DELETED);
@@ -125,7 +125,7 @@ TEST_F(InstallCopyRetryTest, NamesTheFolderWhoseCopyCouldNotSeeAllOfItsSource) {
 }
 
 // The installed files are gone by then, so it must not look like a success.
-TEST_F(InstallCopyRetryTest, FailsWhenTheStagedFolderCannotBeListedAtAll) {
+TEST_F(RetriedInstallCopyTest, FailsWhenTheStagedFolderCannotBeListedAtAll) {
   WriteFileBytes(product_.Base() + L"\\a.exe", "old");
   const QuietDesktop desktop;
   FakeListing listing;

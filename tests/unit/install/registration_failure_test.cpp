@@ -15,9 +15,9 @@ namespace {
 
 using testing::ElementsAre;
 
-class RegistrationFailureTest : public testing::Test {
+class HinderedRegistrationTest : public testing::Test {
  protected:
-  RegistrationFailureTest() {
+  HinderedRegistrationTest() {
     product_.Start();
     product_.ForgetRecords();
   }
@@ -27,7 +27,7 @@ class RegistrationFailureTest : public testing::Test {
   INTERPOSER(GetLocalTime) local_time_{[](SYSTEMTIME* now) { *now = {}; }};
 };
 
-TEST_F(RegistrationFailureTest, SaysTheSameWhenNoKeyCanBeOpened) {
+TEST_F(HinderedRegistrationTest, SaysTheSameWhenNoKeyCanBeOpened) {
   INTERPOSER(RegCreateKeyExW) create([](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM,
                                         SECURITY_ATTRIBUTES*, HKEY*,
                                         DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; });
@@ -40,7 +40,7 @@ TEST_F(RegistrationFailureTest, SaysTheSameWhenNoKeyCanBeOpened) {
                                                  L"{data}\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
 }
 
-TEST_F(RegistrationFailureTest, WritesTheRestWhenOneValueCannotBeWritten) {
+TEST_F(HinderedRegistrationTest, WritesTheRestWhenOneValueCannotBeWritten) {
   std::vector<WrittenValue> all;
   {
     const RegistryRecorder recorder;
@@ -62,7 +62,7 @@ TEST_F(RegistrationFailureTest, WritesTheRestWhenOneValueCannotBeWritten) {
   }
 }
 
-TEST_F(RegistrationFailureTest, WritesAnUnknownLogFolderAsNoBytes) {
+TEST_F(HinderedRegistrationTest, WritesAnUnknownLogFolderAsNoBytes) {
   InstalledProduct without_data({.has_program_data = false});
   without_data.Start();
   without_data.ForgetRecords();

@@ -17,7 +17,7 @@ namespace {
 using nhupdate::CNSWLogCenter;
 using testing::ElementsAre;
 
-TEST(LogCenterLockTest, LetsTheLibraryCallBack) {
+TEST(LockedLogCenterTest, LetsTheLibraryCallBack) {
   std::vector<std::string> events;
   CNSWLogCenter center;
   FakeLogLibrary library;
@@ -42,7 +42,7 @@ TEST(LogCenterLockTest, LetsTheLibraryCallBack) {
 }
 
 // Several threads use one log centre while another one unloads and loads the library.
-TEST(LogCenterLockTest, LetsOneThreadAtATimeIntoTheLibrary) {
+TEST(LockedLogCenterTest, LetsOneThreadAtATimeIntoTheLibrary) {
   std::atomic<int> inside = 0;
   std::atomic<int> overlaps = 0;
   std::atomic<int> records = 0;

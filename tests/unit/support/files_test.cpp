@@ -16,7 +16,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class FilesTest : public testing::Test {
+class FileSupportTest : public testing::Test {
  protected:
   [[nodiscard]] std::wstring Path(const std::wstring& relative) const {
     return scratch_.Path() + L"\\" + relative;
@@ -25,7 +25,7 @@ class FilesTest : public testing::Test {
   ScratchFolder scratch_;
 };
 
-TEST_F(FilesTest, ReadsWhatWasWritten) {
+TEST_F(FileSupportTest, ReadsWhatWasWritten) {
   const std::string bytes("a\0\r\n\xFF", 5);
 
   WriteFileBytes(Path(L"new\\folder\\file"), bytes);
@@ -33,13 +33,13 @@ TEST_F(FilesTest, ReadsWhatWasWritten) {
   EXPECT_EQ(ReadFileBytes(Path(L"new\\folder\\file")), bytes);
 }
 
-TEST_F(FilesTest, FailsTheTestWhenAFileCannotBeWritten) {
+TEST_F(FileSupportTest, FailsTheTestWhenAFileCannotBeWritten) {
   CreateFolders(Path(L"folder"));
 
   EXPECT_NONFATAL_FAILURE(WriteFileBytes(Path(L"folder"), "x"), "Can't write");
 }
 
-TEST_F(FilesTest, FailsTheTestWhenThereIsNoFileToRead) {
+TEST_F(FileSupportTest, FailsTheTestWhenThereIsNoFileToRead) {
   std::string bytes = "before";
 
   EXPECT_NONFATAL_FAILURE(bytes = ReadFileBytes(Path(L"missing")), "Can't read");
@@ -47,7 +47,7 @@ TEST_F(FilesTest, FailsTheTestWhenThereIsNoFileToRead) {
   EXPECT_EQ(bytes, "");
 }
 
-TEST_F(FilesTest, FailsTheTestWhenReadingFails) {
+TEST_F(FileSupportTest, FailsTheTestWhenReadingFails) {
   WriteFileBytes(Path(L"file"), "content");
   const INTERPOSER(ReadFile) read([](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
     ::SetLastError(ERROR_LOCK_VIOLATION);
@@ -57,7 +57,7 @@ TEST_F(FilesTest, FailsTheTestWhenReadingFails) {
   EXPECT_NONFATAL_FAILURE(std::ignore = ReadFileBytes(Path(L"file")), "error 33");
 }
 
-TEST_F(FilesTest, FailsTheTestWhenAFileIsNotReadWhole) {
+TEST_F(FileSupportTest, FailsTheTestWhenAFileIsNotReadWhole) {
   WriteFileBytes(Path(L"file"), "content");
   const INTERPOSER(ReadFile) read([](HANDLE, void*, DWORD, DWORD* count, OVERLAPPED*) -> BOOL {
     *count = 3;
@@ -67,7 +67,7 @@ TEST_F(FilesTest, FailsTheTestWhenAFileIsNotReadWhole) {
   EXPECT_NONFATAL_FAILURE(std::ignore = ReadFileBytes(Path(L"file")), "Read 3 of 7 bytes");
 }
 
-TEST_F(FilesTest, CreatesFoldersThatMayBeThereAlready) {
+TEST_F(FileSupportTest, CreatesFoldersThatMayBeThereAlready) {
   CreateFolders(Path(L"a\\b"));
   CreateFolders(Path(L"a\\b\\c"));
   CreateFolders(Path(L"a\\b"));
@@ -75,13 +75,13 @@ TEST_F(FilesTest, CreatesFoldersThatMayBeThereAlready) {
   EXPECT_THAT(ListTree(scratch_.Path()), ElementsAre(L"a\\", L"a\\b\\", L"a\\b\\c\\"));
 }
 
-TEST_F(FilesTest, FailsTheTestWhenAFileStandsInTheWayOfAFolder) {
+TEST_F(FileSupportTest, FailsTheTestWhenAFileStandsInTheWayOfAFolder) {
   WriteFileBytes(Path(L"file"), "");
 
   EXPECT_NONFATAL_FAILURE(CreateFolders(Path(L"file")), "Can't create");
 }
 
-TEST_F(FilesTest, ListsFilesAndFoldersAtAnyDepthInOrder) {
+TEST_F(FileSupportTest, ListsFilesAndFoldersAtAnyDepthInOrder) {
   WriteFileBytes(Path(L"b.txt"), "");
   WriteFileBytes(Path(L"a\\.hidden"), "");
   WriteFileBytes(Path(L"a\\c\\\u00FC"), "");
@@ -91,11 +91,11 @@ TEST_F(FilesTest, ListsFilesAndFoldersAtAnyDepthInOrder) {
               ElementsAre(L"a\\", L"a\\.hidden", L"a\\c\\", L"a\\c\\\u00FC", L"b.txt"));
 }
 
-TEST_F(FilesTest, ListsNothingWhereThereIsNoFolder) {
+TEST_F(FileSupportTest, ListsNothingWhereThereIsNoFolder) {
   EXPECT_THAT(ListTree(Path(L"missing")), IsEmpty());
 }
 
-TEST_F(FilesTest, FailsTheTestWhenAListingBreaksOff) {
+TEST_F(FileSupportTest, FailsTheTestWhenAListingBreaksOff) {
   WriteFileBytes(Path(L"file"), "");
   const INTERPOSER(FindNextFileW) next([](HANDLE, WIN32_FIND_DATAW*) -> BOOL {
     ::SetLastError(ERROR_NETNAME_DELETED);
@@ -105,7 +105,7 @@ TEST_F(FilesTest, FailsTheTestWhenAListingBreaksOff) {
   EXPECT_NONFATAL_FAILURE(std::ignore = ListTree(scratch_.Path()), "64");
 }
 
-TEST_F(FilesTest, RemovesAFolderWithAllInIt) {
+TEST_F(FileSupportTest, RemovesAFolderWithAllInIt) {
   WriteFileBytes(Path(L"folder\\inner\\read-only"), "");
   ::SetFileAttributesW(Path(L"folder\\inner\\read-only").c_str(), FILE_ATTRIBUTE_READONLY);
   WriteFileBytes(Path(L"folder.txt"), "");

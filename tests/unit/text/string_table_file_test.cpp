@@ -12,9 +12,9 @@ namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
-using LoadStringsFileTest = LoadStringsTest;
+using LoadStringsFromFileTest = LoadStringsTest;
 
-TEST_F(LoadStringsFileTest, SaysWhenThereIsNoFile) {
+TEST_F(LoadStringsFromFileTest, SaysWhenThereIsNoFile) {
   Load(R"({"A":"a"})");
   ::DeleteFileW(Path().c_str());
 
@@ -24,7 +24,7 @@ TEST_F(LoadStringsFileTest, SaysWhenThereIsNoFile) {
   EXPECT_EQ(Text(L"A"), L"a");
 }
 
-TEST_F(LoadStringsFileTest, CannotOpenAFolder) {
+TEST_F(LoadStringsFromFileTest, CannotOpenAFolder) {
   CreateFolders(Path());
 
   Load();
@@ -32,7 +32,7 @@ TEST_F(LoadStringsFileTest, CannotOpenAFolder) {
   EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, kNotOpened));
 }
 
-TEST_F(LoadStringsFileTest, CannotOpenAFileThatIsNotShared) {
+TEST_F(LoadStringsFromFileTest, CannotOpenAFileThatIsNotShared) {
   WriteFileBytes(Path(), R"({"A":"a"})");
   const HeldFile held(Path());
 
@@ -41,7 +41,7 @@ TEST_F(LoadStringsFileTest, CannotOpenAFileThatIsNotShared) {
   EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, kNotOpened));
 }
 
-TEST_F(LoadStringsFileTest, ReadsBesideOthersThatReadAndWrite) {
+TEST_F(LoadStringsFromFileTest, ReadsBesideOthersThatReadAndWrite) {
   constexpr DWORD kEverything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   WriteFileBytes(Path(), R"({"A":"a"})");
   const HeldFile held(Path(), kEverything, GENERIC_READ | GENERIC_WRITE | DELETE);
@@ -51,7 +51,7 @@ TEST_F(LoadStringsFileTest, ReadsBesideOthersThatReadAndWrite) {
   EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(1)));
 }
 
-TEST_F(LoadStringsFileTest, TakesAFileThatCannotBeReadForEmpty) {
+TEST_F(LoadStringsFromFileTest, TakesAFileThatCannotBeReadForEmpty) {
   WriteFileBytes(Path(), R"({"A":"a"})");
   product_.ForgetRecords();
   {
@@ -66,7 +66,7 @@ TEST_F(LoadStringsFileTest, TakesAFileThatCannotBeReadForEmpty) {
   EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0)));
 }
 
-TEST_F(LoadStringsFileTest, TakesAFileWithoutAKnownSizeForEmpty) {
+TEST_F(LoadStringsFromFileTest, TakesAFileWithoutAKnownSizeForEmpty) {
   WriteFileBytes(Path(), R"({"A":"a"})");
   product_.ForgetRecords();
   {
@@ -82,7 +82,7 @@ TEST_F(LoadStringsFileTest, TakesAFileWithoutAKnownSizeForEmpty) {
 }
 
 // The reader counts in int, the position behind the last unit included.
-TEST_F(LoadStringsFileTest, TakesAFileThatIsTooLargeToCountForEmpty) {
+TEST_F(LoadStringsFromFileTest, TakesAFileThatIsTooLargeToCountForEmpty) {
   WriteFileBytes(Path(), R"({"A":"a"})");
   for (const LONGLONG bytes : {LONGLONG{INT_MAX}, LONGLONG{INT_MAX} + 1, LONGLONG{1} << 32}) {
     product_.ForgetRecords();
@@ -105,7 +105,7 @@ TEST_F(LoadStringsFileTest, TakesAFileThatIsTooLargeToCountForEmpty) {
   }
 }
 
-TEST_F(LoadStringsFileTest, TakesAFileThatBecameShorterAsItIs) {
+TEST_F(LoadStringsFromFileTest, TakesAFileThatBecameShorterAsItIs) {
   const std::string whole = R"({"A":"a"})";
   WriteFileBytes(Path(), whole);
   product_.ForgetRecords();
@@ -122,7 +122,7 @@ TEST_F(LoadStringsFileTest, TakesAFileThatBecameShorterAsItIs) {
   EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0)));
 }
 
-TEST_F(LoadStringsFileTest, ReadsTheWholeFileInOneCall) {
+TEST_F(LoadStringsFromFileTest, ReadsTheWholeFileInOneCall) {
   WriteFileBytes(Path(), "{\"A\":\"" + std::string(300'000, 'a') + "\"}");
   product_.ForgetRecords();
   int calls = 0;
@@ -139,7 +139,7 @@ TEST_F(LoadStringsFileTest, ReadsTheWholeFileInOneCall) {
   EXPECT_EQ(Text(L"A").size(), 300'000U);
 }
 
-TEST_F(LoadStringsFileTest, ClosesTheFile) {
+TEST_F(LoadStringsFromFileTest, ClosesTheFile) {
   Load(R"({"A":"a"})");
 
   // Nobody could, beside a reader.

@@ -12,16 +12,16 @@ namespace {
 using nhupdate::LaunchOutcome;
 using nhupdate::LaunchState;
 
-class ChildLaunchNumbersTest : public WorkflowTest {
+class ChildLaunchLogTest : public WorkflowTest {
  protected:
-  ChildLaunchNumbersTest() { AddUpdater(); }
+  ChildLaunchLogTest() { AddUpdater(); }
 
   LaunchOutcome Launch() {
     return Manager().Launch(nhupdate::kCheckForUpdate, product_.Base() + L"\\Updater");
   }
 };
 
-TEST_F(ChildLaunchNumbersTest, ShowsExitCodesSigned) {
+TEST_F(ChildLaunchLogTest, ShowsExitCodesSigned) {
   struct Case {
     DWORD code;
     const wchar_t* line;
@@ -44,7 +44,7 @@ TEST_F(ChildLaunchNumbersTest, ShowsExitCodesSigned) {
   }
 }
 
-TEST_F(ChildLaunchNumbersTest, ShowsErrorsSigned) {
+TEST_F(ChildLaunchLogTest, ShowsErrorsSigned) {
   struct Case {
     DWORD error;
     const wchar_t* line;

@@ -100,9 +100,9 @@ TEST_P(ChildLaunchRecordTest, AnnouncesWhatItTellsTheShell) {
 INSTANTIATE_TEST_SUITE_P(AllLaunches, ChildLaunchRecordTest, testing::ValuesIn(kLaunchRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
-class ChildLaunchIdTest : public WorkflowTest {};
+class ChildLaunchParametersTest : public WorkflowTest {};
 
-TEST_F(ChildLaunchIdTest, ShowsAHugeProcessIdSigned) {
+TEST_F(ChildLaunchParametersTest, ShowAHugeProcessIdSigned) {
   AddUpdater();
   ScriptedShell shell({EndsWith(1)});
   INTERPOSER(GetCurrentProcessId) process_id([] { return DWORD{0x80000005}; });

@@ -11,12 +11,12 @@ constexpr wchar_t kConfig[] = L"\\Updater\\Config\\ut.ini";
 constexpr wchar_t kOkLine[] =
     L"2|Updater config file delete ok : {root}\\Nimba Hub\\Updater\\Config\\ut.ini";
 
-class UpdaterConfigTest : public WorkflowTest {
+class ConfigCleanUpTest : public WorkflowTest {
  protected:
   bool ConfigExists() { return nhupdate::Exists(product_.Base() + kConfig); }
 };
 
-TEST_F(UpdaterConfigTest, DeletesTheConfigurationOfTheInstalledCopy) {
+TEST_F(ConfigCleanUpTest, DeletesTheConfigurationOfTheInstalledCopy) {
   AddFile(kConfig);
 
   const int result = Manager().DeleteUpdaterConfig(0);
@@ -26,7 +26,7 @@ TEST_F(UpdaterConfigTest, DeletesTheConfigurationOfTheInstalledCopy) {
   EXPECT_EQ(product_.Transcript(), Lines({kOkLine}));
 }
 
-TEST_F(UpdaterConfigTest, SaysThatThereIsNone) {
+TEST_F(ConfigCleanUpTest, SaysThatThereIsNone) {
   const int result = Manager().DeleteUpdaterConfig(0);
 
   EXPECT_EQ(result, 0);
@@ -35,7 +35,7 @@ TEST_F(UpdaterConfigTest, SaysThatThereIsNone) {
       Lines({L"4|Updater config file note found : {root}\\Nimba Hub\\Updater\\Config\\ut.ini"}));
 }
 
-TEST_F(UpdaterConfigTest, LogsWhyALockedFileStays) {
+TEST_F(ConfigCleanUpTest, LogsWhyALockedFileStays) {
   AddFile(kConfig);
   const HeldFile held(product_.Base() + kConfig, FILE_SHARE_READ);
 
@@ -47,7 +47,7 @@ TEST_F(UpdaterConfigTest, LogsWhyALockedFileStays) {
                                           L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"}));
 }
 
-TEST_F(UpdaterConfigTest, CannotDeleteAFolderOfThatName) {
+TEST_F(ConfigCleanUpTest, CannotDeleteAFolderOfThatName) {
   CreateFolders(product_.Base() + kConfig);
 
   const int result = Manager().DeleteUpdaterConfig(0);
@@ -57,7 +57,7 @@ TEST_F(UpdaterConfigTest, CannotDeleteAFolderOfThatName) {
                                           L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"}));
 }
 
-TEST_F(UpdaterConfigTest, LooksTwoFoldersAboveTheModuleForAnyOtherArgument) {
+TEST_F(ConfigCleanUpTest, LooksTwoFoldersAboveTheModuleForAnyOtherArgument) {
   for (const int argument : {1, 2, -1}) {
     // Seen from base\NHUpdateManager that is beside the base folder.
     WriteFileBytes(product_.Root() + L"\\Config\\ut.ini", "");
@@ -73,12 +73,12 @@ TEST_F(UpdaterConfigTest, LooksTwoFoldersAboveTheModuleForAnyOtherArgument) {
   }
 }
 
-class StagedUpdaterConfigTest : public WorkflowTest {
+class StagedConfigCleanUpTest : public WorkflowTest {
  protected:
-  StagedUpdaterConfigTest() : WorkflowTest({.module = L"\\Updater\\App\\NHUpdateManager"}) {}
+  StagedConfigCleanUpTest() : WorkflowTest({.module = L"\\Updater\\App\\NHUpdateManager"}) {}
 };
 
-TEST_F(StagedUpdaterConfigTest, DeletesTheSameFileFromTheStagedCopy) {
+TEST_F(StagedConfigCleanUpTest, DeletesTheSameFileFromTheStagedCopy) {
   AddFile(kConfig);
 
   const int result = Manager().DeleteUpdaterConfig(1);
