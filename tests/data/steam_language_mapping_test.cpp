@@ -91,7 +91,7 @@ TEST(SteamLanguageMappingTest, DecidesWhichTextsAreLoadedAtTheStart) {
       product.Transcript(),
       testing::ElementsAre(L"2|Process elevated.", L"2|Found steam language setting : tchinese",
                            L"2|Mapping steam language to zh-TW.",
-                           L"2|Load strings from {root}\\Nimba Hub\\NHUpdateManager"
+                           L"2|Load strings from {base}\\NHUpdateManager"
                            L"\\Config\\NHUpdateManager.zh-TW.json",
                            L"2|Total 3 strings loaded."));
   EXPECT_EQ(product.Manager().GetString(L"KEY_UPDATE_TITLE"), L"Nimba Hub \u66F4\u65B0");

@@ -13,7 +13,6 @@
 
 #include "app/manager_center.h"
 #include "tests/support/log_journal.h"
-#include "tests/support/placeholders.h"
 #include "tests/support/scratch_folder.h"
 
 namespace nhupdate_test {
@@ -61,9 +60,8 @@ class InstalledProduct {
   // Every call into the log library since the last ForgetRecords.
   [[nodiscard]] std::vector<LogCall> LogCalls() const;
 
-  // The records since the last ForgetRecords, each as L"level|text", with the root folder as
-  // {root}, the ProgramData folder as {data} and this process, where it is named, as {pid}
-  // (tests/support/placeholders.h).
+  // The records since the last ForgetRecords, each as L"level|text", with {root}, {base}
+  // and {data} for folders and {pid} for this process (tests/support/placeholders.h).
   [[nodiscard]] std::vector<std::wstring> Transcript() const;
 
   void ForgetRecords();

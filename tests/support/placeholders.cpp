@@ -47,7 +47,10 @@ std::wstring WithProcessNamed(std::wstring text, DWORD id, const std::wstring& n
 
 std::wstring WithPlaceholders(std::wstring text, const std::wstring& root,
                               const std::wstring& program_data) {
-  nhupdate::ReplaceAll(text, root, L"{root}");
+  if (!root.empty()) {
+    nhupdate::ReplaceAll(text, root + L"\\Nimba Hub", L"{base}");
+    nhupdate::ReplaceAll(text, root, L"{root}");
+  }
   nhupdate::ReplaceAll(text, program_data, L"{data}");
   return WithProcessNamed(std::move(text), ::GetCurrentProcessId(), L"{pid}");
 }

@@ -14,7 +14,8 @@ namespace nhupdate_test {
 // means something else and stays.
 [[nodiscard]] std::wstring WithProcessNamed(std::wstring text, DWORD id, const std::wstring& name);
 
-// The text with these folders as {root} and {data}, and this process as {pid}.
+// The text with these folders as {root} and {data}, the product's folder in the root as {base}, and
+// this process as {pid}. An empty path stands for no folder.
 [[nodiscard]] std::wstring WithPlaceholders(std::wstring text, const std::wstring& root,
                                             const std::wstring& program_data);
 

@@ -4,7 +4,6 @@
 
 #include <utility>
 
-#include "base/strings.h"
 #include "tests/support/placeholders.h"
 
 namespace nhupdate_test {
@@ -31,10 +30,7 @@ RecordedLog::RecordedLog(std::wstring root) : root_(std::move(root)) {
 std::vector<std::wstring> RecordedLog::Records() const {
   std::vector<std::wstring> records = records_;
   for (std::wstring& record : records) {
-    if (!root_.empty()) {
-      nhupdate::ReplaceAll(record, root_, L"{root}");
-    }
-    record = WithProcessNamed(std::move(record), ::GetCurrentProcessId(), L"{pid}");
+    record = WithPlaceholders(std::move(record), root_, L"");
   }
   return records;
 }

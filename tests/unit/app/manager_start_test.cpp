@@ -13,6 +13,7 @@
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
+#include "tests/support/placeholders.h"
 #include "tests/support/quiet_system.h"
 
 namespace nhupdate_test {
@@ -52,7 +53,7 @@ TEST_F(ManagerStartTest, TellsWhatItFoundWithTexts) {
               ElementsAre(L"2|Process elevated.", L"2|Steam language setting not found.",
                           L"2|Found System language setting : en-US",
                           L"2|Load strings from "
-                          L"{root}\\Nimba Hub\\NHUpdateManager\\Config\\NHUpdateManager.en-US.json",
+                          L"{base}\\NHUpdateManager\\Config\\NHUpdateManager.en-US.json",
                           L"2|Total 1 strings loaded."));
   EXPECT_EQ(product.Manager().GetString(L"KEY_UPDATE_TITLE"), L"Update");
   EXPECT_EQ(console_.Bytes(), "");
@@ -63,14 +64,13 @@ TEST_F(ManagerStartTest, TellsWhatItMissesWithoutElevationAndTexts) {
 
   product.Start();
 
-  EXPECT_THAT(
-      product.Transcript(),
-      ElementsAre(L"2|Process NOT elevated.", L"2|Steam language setting not found.",
-                  L"2|Found System language setting : en-US",
-                  L"2|Load strings from "
-                  L"{root}\\Nimba Hub\\NHUpdateManager\\Config\\NHUpdateManager.Default.json",
-                  L"4|Fail to open string file : "
-                  L"{root}\\Nimba Hub\\NHUpdateManager\\Config\\NHUpdateManager.Default.json"));
+  EXPECT_THAT(product.Transcript(),
+              ElementsAre(L"2|Process NOT elevated.", L"2|Steam language setting not found.",
+                          L"2|Found System language setting : en-US",
+                          L"2|Load strings from "
+                          L"{base}\\NHUpdateManager\\Config\\NHUpdateManager.Default.json",
+                          L"4|Fail to open string file : "
+                          L"{base}\\NHUpdateManager\\Config\\NHUpdateManager.Default.json"));
   EXPECT_EQ(product.Manager().GetString(L"KEY_UPDATE_TITLE"), L"KEY_UPDATE_TITLE");
 }
 
@@ -91,7 +91,7 @@ TEST_F(ManagerStartTest, StartsTheLogWithItsConfigurationAndFolder) {
   product.Start();
 
   EXPECT_THAT(StartArguments(product),
-              ElementsAre(L"1.0.0", L"{root}\\Nimba Hub\\NHUpdateManager\\LogConfig.ini",
+              ElementsAre(L"1.0.0", L"{base}\\NHUpdateManager\\LogConfig.ini",
                           L"{data}\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
 }
 
@@ -126,7 +126,7 @@ TEST_F(ManagerStartTest, CreatesNothingWithoutAProgramDataFolder) {
 
   EXPECT_EQ(create.Calls(), 0);
   EXPECT_THAT(StartArguments(product),
-              ElementsAre(L"1.0.0", L"{root}\\Nimba Hub\\NHUpdateManager\\LogConfig.ini", L""));
+              ElementsAre(L"1.0.0", L"{base}\\NHUpdateManager\\LogConfig.ini", L""));
   EXPECT_EQ(product.Transcript(), StartUpLines());
 }
 
@@ -141,7 +141,7 @@ TEST_F(ManagerStartTest, GoesOnWhenNoFolderCanBeCreated) {
 
   EXPECT_EQ(create.Calls(), 4);
   EXPECT_THAT(StartArguments(product),
-              ElementsAre(L"1.0.0", L"{root}\\Nimba Hub\\NHUpdateManager\\LogConfig.ini",
+              ElementsAre(L"1.0.0", L"{base}\\NHUpdateManager\\LogConfig.ini",
                           L"{data}\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
   EXPECT_EQ(product.Transcript(), StartUpLines());
 }

@@ -42,7 +42,7 @@ class ProgramCleanUpTest : public testing::Test {
   }
 
   static std::wstring DeletedLine() {
-    return L"2|Updater config file delete ok : {root}\\Nimba Hub\\Updater\\Config\\ut.ini";
+    return L"2|Updater config file delete ok : {base}\\Updater\\Config\\ut.ini";
   }
 
   QuietSystem system_;

@@ -26,8 +26,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 const Lines kNotElevatedLine = {L"4|Process not been elevated for install."};
-const Lines kNoConfigLine = {
-    L"4|Updater config file note found : {root}\\Nimba Hub\\Updater\\Config\\ut.ini"};
+const Lines kNoConfigLine = {L"4|Updater config file note found : {base}\\Updater\\Config\\ut.ini"};
 const Lines kReturn10Line = {L"2|Return 10"};
 
 class ProgramWorkflowTest : public testing::Test {
@@ -41,7 +40,7 @@ TEST_F(ProgramWorkflowTest, IsTheOneThatTheSwitchesAskFor) {
   const Lines download = Join({{L"2|Function : Check and background download"},
                                CheckForUpdateLines(),
                                {L"4|Update.exe not found : "
-                                L"{root}\\Nimba Hub\\Updater\\Updater.exe",
+                                L"{base}\\Updater\\Updater.exe",
                                 L"2|Return 14"}});
   const Lines install = Join({{L"2|Function : Install"}, kNotElevatedLine, kReturn10Line});
   const Lines update =
@@ -105,7 +104,7 @@ TEST_F(ProgramWorkflowTest, LogsAFinalUpdateWithoutElevationWhole) {
             Join({StartUpLines({.elevated = false}),
                   {L"2|Function : Final Update", L"4|Process not been elevated for install.",
                    L"2|Updater config file delete ok : "
-                   L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini",
+                   L"{base}\\Updater\\Config\\ut.ini",
                    L"2|Return 10"}}));
   EXPECT_FALSE(Exists(product.Base() + L"\\Updater\\Config\\ut.ini"));
 }

@@ -7,11 +7,11 @@
 
 #include "base/pinned_folder.h"
 #include "base/windows.h"
+#include "tests/support/current_folder.h"
 #include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
-#include "tests/unit/base/current_folder.h"
 
 namespace nhupdate_test {
 namespace {

@@ -6,8 +6,10 @@
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
 #include "tests/support/placeholders.h"
+#include "tests/support/product_surroundings.h"
 #include "tests/support/recorded_boxes.h"
 #include "tests/support/recorded_sleeps.h"
+#include "tests/support/recorded_tools.h"
 #include "tests/support/scratch_registry.h"
 #include "tests/support/scripted_shell.h"
 #include "tests/unit/faults/faulty_windows.h"
@@ -42,55 +44,6 @@ void LayOut(const InstalledProduct& product, const Scenario& scenario) {
                  R"({"KEY_UPDATE_TITLE": "Update"})");
 }
 
-void CopyForShell(const std::wstring& text, PWSTR* copy) {
-  *copy = static_cast<wchar_t*>(::CoTaskMemAlloc((text.size() + 1) * sizeof(wchar_t)));
-  text.copy(*copy, text.size());
-  (*copy)[text.size()] = L'\0';
-}
-
-// The part of the machine that the process table and the scripted shell leave out.
-class Machine {
- public:
-  Machine(const InstalledProduct& product, const Scenario& scenario)
-      : command_line_(L"NHUpdateManager.exe " + std::wstring(scenario.mode_switch)),
-        executable_(product.Module() + L"\\NHUpdateManager.exe"),
-        program_data_(product.ProgramData()),
-        get_command_line_([this] { return command_line_.data(); }),
-        module_file_name_([this](HMODULE, wchar_t* buffer, DWORD) {
-          executable_.copy(buffer, executable_.size());
-          buffer[executable_.size()] = L'\0';
-          return static_cast<DWORD>(executable_.size());
-        }),
-        known_folder_([this](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
-          CopyForShell(program_data_, path);
-          return S_OK;
-        }),
-        token_information_(
-            [](HANDLE, TOKEN_INFORMATION_CLASS, void* information, DWORD, DWORD*) -> BOOL {
-              static_cast<TOKEN_ELEVATION*>(information)->TokenIsElevated = 1;
-              return TRUE;
-            }),
-        execute_([](HWND, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*, int) {
-          return reinterpret_cast<HINSTANCE>(INT_PTR{42});
-        }) {
-    if (scenario.has_steam) {
-      SetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\Valve\\Steam", L"Language",
-                       {REG_SZ, BytesOf(L"english")});
-    }
-  }
-
- private:
-  std::wstring command_line_;
-  std::wstring executable_;
-  std::wstring program_data_;
-  ScratchRegistry registry_;
-  INTERPOSER(GetCommandLineW) get_command_line_;
-  INTERPOSER(GetModuleFileNameW) module_file_name_;
-  INTERPOSER(SHGetKnownFolderPath) known_folder_;
-  INTERPOSER(GetTokenInformation) token_information_;
-  INTERPOSER(ShellExecuteW) execute_;
-};
-
 ShellAnswer AnswerOf(const Scenario& scenario, const RecordedLaunch& launch) {
   if (launch.parameters.find(L"-CheckTask") != std::wstring::npos) {
     return EndsWith(scenario.check_exit_code);
@@ -107,7 +60,15 @@ void PrintTo(const Scenario& scenario, std::ostream* stream) {
 RunReport RunWithFault(const Scenario& scenario, const Fault& fault) {
   InstalledProduct product({.module = scenario.module});
   LayOut(product, scenario);
-  const Machine machine(product, scenario);
+  const ProductSurroundings surroundings(product.Facts());
+  const RecordedTools tools;
+  const ScratchRegistry registry;
+  if (scenario.has_steam) {
+    SetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\Valve\\Steam", L"Language",
+                     {REG_SZ, BytesOf(L"english")});
+  }
+  std::wstring command_line = L"NHUpdateManager.exe " + std::wstring(scenario.mode_switch);
+  const INTERPOSER(GetCommandLineW) get_command_line([&] { return command_line.data(); });
   const RecordedBoxes boxes;
   const RecordedSleeps sleeps;
   const FakeProcessTable processes({{kOtherCopy, L"C:\\Elsewhere\\NHUpdateManager.exe"},

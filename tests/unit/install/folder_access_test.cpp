@@ -24,8 +24,8 @@ using testing::ElementsAre;
 constexpr wchar_t kSuccess[] = L"2|ShellExecute ICACLS success on ICACLS.exe, Params = ";
 constexpr wchar_t kFailure[] = L"4|ShellExecute ICACLS fail on ICACLS.exe, Params = ";
 
-constexpr wchar_t kConfigFolder[] = L"{root}\\Nimba Hub\\Updater\\Config";
-constexpr wchar_t kTempFolder[] = L"{root}\\Nimba Hub\\Updater\\Temp";
+constexpr wchar_t kConfigFolder[] = L"{base}\\Updater\\Config";
+constexpr wchar_t kTempFolder[] = L"{base}\\Updater\\Temp";
 constexpr wchar_t kDataFolder[] = L"{data}\\Shared\\Corvane";
 
 std::wstring ParametersFor(const std::wstring& folder) {
@@ -117,7 +117,7 @@ TEST_F(GrantFolderAccessTest, LogsTheToolTheParametersAndTheReturnCode) {
 
   EXPECT_THAT(
       product_.Transcript(),
-      ElementsAre(L"2|ShellExecute ICACLS success on ICACLS.exe, Params = \"{root}\\Nimba Hub"
+      ElementsAre(L"2|ShellExecute ICACLS success on ICACLS.exe, Params = \"{base}"
                   L"\\Updater\\Config\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e, "
                   L"Return Code = 42",
                   Record(kSuccess, kTempFolder, L"42"), Record(kSuccess, kDataFolder, L"42")));

@@ -57,13 +57,12 @@ TEST_F(CopyFolderThatDeletesTest, DeletesNothingWhenNotToldTo) {
 
   EXPECT_EQ(Copy(0), 1);
 
-  EXPECT_THAT(
-      product_.Transcript(),
-      ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-                  L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Sub to "
-                  L"{root}\\Nimba Hub\\Sub",
-                  L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Sub\\new.txt to "
-                  L"{root}\\Nimba Hub\\Sub\\new.txt"));
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"2|Copy folder from {base}\\Updater\\App to {base}",
+                          L"2|Copy folder from {base}\\Updater\\App\\Sub to "
+                          L"{base}\\Sub",
+                          L"2|Copy file from {base}\\Updater\\App\\Sub\\new.txt to "
+                          L"{base}\\Sub\\new.txt"));
   EXPECT_THAT(ListTree(installed_ + L"\\Sub"), ElementsAre(L"new.txt", L"old.txt"));
 }
 
@@ -74,8 +73,8 @@ TEST_F(CopyFolderThatDeletesTest, PassesOverTheRunningProgramsFolderWhateverIsIn
 
   EXPECT_EQ(Copy(1), 1);
 
-  EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater"
-                                                 L"\\App to {root}\\Nimba Hub"));
+  EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|Copy folder from {base}\\Updater"
+                                                 L"\\App to {base}"));
   EXPECT_EQ(ListTree(product_.Module()), before);
 }
 

@@ -40,13 +40,11 @@ class RetriedInstallCopyTest : public testing::Test {
   }
 
   static void AddAttempt(std::vector<std::wstring>& records) {
-    records.insert(
-        records.end(),
-        {L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-         L"2|Delete Dir : {root}\\Nimba Hub\\Sub",
-         L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Sub to {root}\\Nimba Hub\\Sub",
-         L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Sub\\held.dll to "
-         L"{root}\\Nimba Hub\\Sub\\held.dll"});
+    records.insert(records.end(), {L"2|Copy folder from {base}\\Updater\\App to {base}",
+                                   L"2|Delete Dir : {base}\\Sub",
+                                   L"2|Copy folder from {base}\\Updater\\App\\Sub to {base}\\Sub",
+                                   L"2|Copy file from {base}\\Updater\\App\\Sub\\held.dll to "
+                                   L"{base}\\Sub\\held.dll"});
   }
 
   InstalledProduct product_;
@@ -133,10 +131,10 @@ TEST_F(RetriedInstallCopyTest, FailsWhenTheStagedFolderCannotBeListedAtAll) {
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 
-  std::vector<std::wstring> expected = {L"2|Delete OK : {root}\\Nimba Hub\\a.exe"};
+  std::vector<std::wstring> expected = {L"2|Delete OK : {base}\\a.exe"};
   for (int attempt = 0; attempt < 10; ++attempt) {
     expected.insert(expected.end(),
-                    {L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
+                    {L"2|Copy folder from {base}\\Updater\\App to {base}",
                      L"4|Fail to copy file = 5", L"3|Copy fail, sleep 3 seconds and retry."});
   }
   expected.push_back(L"4|Fail to copy folder.");

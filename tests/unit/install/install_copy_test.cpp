@@ -41,20 +41,18 @@ TEST_F(InstallCopyTest, DeletesTheOldFilesThenBringsTheNewOnesTwice) {
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 1);
 
-  EXPECT_THAT(
-      product_.Transcript(),
-      ElementsAre(
-          L"2|Delete OK : {root}\\Nimba Hub\\a.exe", L"2|Delete OK : {root}\\Nimba Hub\\gone.exe",
-          L"2|Copy OK : {root}\\Nimba Hub\\Updater\\App\\a.exe => {root}\\Nimba Hub\\a.exe",
-          L"2|Copy OK : {root}\\Nimba Hub\\Updater\\App\\b.exe => {root}\\Nimba Hub\\b.exe",
-          L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-          L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\a.exe to {root}\\Nimba Hub\\a.exe",
-          L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\b.exe to {root}\\Nimba Hub\\b.exe",
-          L"2|Delete Dir : {root}\\Nimba Hub\\Sub",
-          L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Sub to {root}\\Nimba Hub\\Sub",
-          L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Sub\\new.dll to "
-          L"{root}\\Nimba Hub\\Sub\\new.dll",
-          L"2|Copy complete."));
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"2|Delete OK : {base}\\a.exe", L"2|Delete OK : {base}\\gone.exe",
+                          L"2|Copy OK : {base}\\Updater\\App\\a.exe => {base}\\a.exe",
+                          L"2|Copy OK : {base}\\Updater\\App\\b.exe => {base}\\b.exe",
+                          L"2|Copy folder from {base}\\Updater\\App to {base}",
+                          L"2|Copy file from {base}\\Updater\\App\\a.exe to {base}\\a.exe",
+                          L"2|Copy file from {base}\\Updater\\App\\b.exe to {base}\\b.exe",
+                          L"2|Delete Dir : {base}\\Sub",
+                          L"2|Copy folder from {base}\\Updater\\App\\Sub to {base}\\Sub",
+                          L"2|Copy file from {base}\\Updater\\App\\Sub\\new.dll to "
+                          L"{base}\\Sub\\new.dll",
+                          L"2|Copy complete."));
   EXPECT_FALSE(Exists(base_ + L"\\gone.exe"));
   EXPECT_EQ(ReadFileBytes(base_ + L"\\a.exe"), "new");
   EXPECT_THAT(ListTree(base_ + L"\\Sub"), ElementsAre(L"new.dll"));
@@ -86,8 +84,7 @@ TEST_F(InstallCopyTest, SucceedsWithNothingStaged) {
 
   EXPECT_THAT(
       product_.Transcript(),
-      ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-                  L"2|Copy complete."));
+      ElementsAre(L"2|Copy folder from {base}\\Updater\\App to {base}", L"2|Copy complete."));
 }
 
 TEST_F(InstallCopyTest, EndsAtAnInstalledFileThatCannotBeDeleted) {
@@ -101,8 +98,8 @@ TEST_F(InstallCopyTest, EndsAtAnInstalledFileThatCannotBeDeleted) {
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 
   EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Delete OK : {root}\\Nimba Hub\\a.exe",
-                          L"4|Fail to delete (32) : {root}\\Nimba Hub\\held 100%s.exe"));
+              ElementsAre(L"2|Delete OK : {base}\\a.exe",
+                          L"4|Fail to delete (32) : {base}\\held 100%s.exe"));
   EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(base_ + L"\\held 100%s.exe")));
   EXPECT_FALSE(Exists(base_ + L"\\a.exe"));
   EXPECT_TRUE(Exists(base_ + L"\\z.exe"));
@@ -116,8 +113,7 @@ TEST_F(InstallCopyTest, DoesNotClearReadOnlyAttributesOfTheOldFiles) {
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"4|Fail to delete (5) : {root}\\Nimba Hub\\a.exe"));
+  EXPECT_THAT(product_.Transcript(), ElementsAre(L"4|Fail to delete (5) : {base}\\a.exe"));
   EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(base_ + L"\\a.exe")));
 }
 
@@ -137,10 +133,8 @@ TEST_F(InstallCopyTest, PassesOverAnInstalledFileThatIsGoneMeanwhile) {
 
   EXPECT_THAT(
       product_.Transcript(),
-      ElementsAre(L"2|Delete OK : {root}\\Nimba Hub\\a.exe",
-                  L"2|Delete OK : {root}\\Nimba Hub\\c.exe",
-                  L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-                  L"2|Copy complete."));
+      ElementsAre(L"2|Delete OK : {base}\\a.exe", L"2|Delete OK : {base}\\c.exe",
+                  L"2|Copy folder from {base}\\Updater\\App to {base}", L"2|Copy complete."));
   EXPECT_EQ(delete_file.Calls(), 2);
 }
 
@@ -153,11 +147,10 @@ TEST_F(InstallCopyTest, EndsAtAStagedFileThatCannotBeCopied) {
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 
-  EXPECT_THAT(
-      product_.Transcript(),
-      ElementsAre(L"2|Copy OK : {root}\\Nimba Hub\\Updater\\App\\a.exe => {root}\\Nimba Hub\\a.exe",
-                  L"4|Fail to copy (32) : {root}\\Nimba Hub\\Updater\\App\\b.exe => "
-                  L"{root}\\Nimba Hub\\b.exe"));
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"2|Copy OK : {base}\\Updater\\App\\a.exe => {base}\\a.exe",
+                          L"4|Fail to copy (32) : {base}\\Updater\\App\\b.exe => "
+                          L"{base}\\b.exe"));
   EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(base_ + L"\\b.exe")));
   EXPECT_FALSE(Exists(base_ + L"\\c.exe"));
   EXPECT_TRUE(desktop.Sleeps().empty());

@@ -7,6 +7,7 @@
 
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
+#include "tests/support/product_keys.h"
 #include "tests/support/registry_recorder.h"
 #include "tests/support/scratch_registry.h"
 
@@ -14,13 +15,6 @@ namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
-
-constexpr wchar_t kProductKey[] = L"SOFTWARE\\WOW6432Node\\CorvaneNimbaHub";
-constexpr wchar_t kCollectLogKey[] = L"SOFTWARE\\WOW6432Node\\CorvaneNimba\\NimbaCollectLog";
-constexpr wchar_t kDumpKey[] =
-    L"SOFTWARE\\Microsoft\\Windows\\Windows Error Reporting\\LocalDumps\\NHUpdateManager.exe";
-constexpr wchar_t kUninstallKey[] =
-    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\NIMBA HUB";
 
 void FakeDate(SYSTEMTIME* now, WORD year, WORD month, WORD day) {
   *now = {};

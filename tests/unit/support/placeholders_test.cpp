@@ -15,6 +15,7 @@ TEST(PlaceholdersTest, StandForTheFolders) {
   const Case cases[] = {
       {L"", L""},
       {L"C:\\Root\\a => C:\\Root\\b", L"{root}\\a => {root}\\b"},
+      {L"C:\\Root\\Nimba Hub\\a", L"{base}\\a"},
       {L"C:\\Data\\Log", L"{data}\\Log"},
   };
   for (const Case& test_case : cases) {

@@ -94,7 +94,7 @@ TEST_P(ChildLaunchRecordTest, AnnouncesWhatItTellsTheShell) {
   Lines announced = product_.Transcript();
   ASSERT_EQ(announced.size(), 4u);
   announced.pop_back();
-  EXPECT_EQ(announced, LaunchLines(L"{root}\\Nimba Hub\\Place", GetParam().executable, parameters));
+  EXPECT_EQ(announced, LaunchLines(L"{base}\\Place", GetParam().executable, parameters));
 }
 
 INSTANTIATE_TEST_SUITE_P(AllLaunches, ChildLaunchRecordTest, testing::ValuesIn(kLaunchRows),

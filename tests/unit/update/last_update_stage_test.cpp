@@ -13,8 +13,8 @@ using testing::IsEmpty;
 
 constexpr int kLastUpdateStage = 1;
 
-const Lines kRemoveLine = {L"2|Remove empty folder in path : {root}\\Nimba Hub"};
-const Lines kRemovedLine = {L"2|Remove empty folder : {root}\\Nimba Hub\\Empty"};
+const Lines kRemoveLine = {L"2|Remove empty folder in path : {base}"};
+const Lines kRemovedLine = {L"2|Remove empty folder : {base}\\Empty"};
 
 class LastUpdateStageTest : public InstallSequenceTest {
  protected:
@@ -34,14 +34,13 @@ TEST_F(LastUpdateStageTest, PutsTheProductIntoPlaceAndRemovesEmptyFolders) {
   const int result = Manager().InstallSequence(kLastUpdateStage);
 
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(product_.Transcript(),
-            Join({NothingToStopLines(),
-                  GrantedLines(),
-                  CopiedLines(),
-                  RegisteredLines(),
-                  kRemoveLine,
-                  {L"2|Remove empty folder : {root}\\Nimba Hub\\Empty\\Inner"},
-                  kRemovedLine}));
+  EXPECT_EQ(product_.Transcript(), Join({NothingToStopLines(),
+                                         GrantedLines(),
+                                         CopiedLines(),
+                                         RegisteredLines(),
+                                         kRemoveLine,
+                                         {L"2|Remove empty folder : {base}\\Empty\\Inner"},
+                                         kRemovedLine}));
   EXPECT_FALSE(nhupdate::Exists(EmptyFolder()));
 }
 

@@ -78,7 +78,7 @@ TEST_F(SelfUpdateTest, TellsTheUserWhenTheNextStageIsMissing) {
                                          CopiedLine(),
                                          StartFinalUpdateLines(),
                                          {L"4|NHUpdateManager.exe not found for final update : "
-                                          L"{root}\\Nimba Hub\\NHUpdateManager\\"
+                                          L"{base}\\NHUpdateManager\\"
                                           L"NHUpdateManager.exe"}}));
   EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(kCommonErrorText, kCaption)));
 }
@@ -111,10 +111,9 @@ TEST_F(SelfUpdateInTheWrongPlaceTest, CopiesThreeFoldersUpAllTheSame) {
   const int result = Manager().SelfUpdate();
 
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(
-      product_.Transcript(),
-      Join({StoppedLines(), CopyLines(L"{root}\\Nimba Hub\\NHUpdateManager", target), CopiedLine(),
-            LaunchLines(target, L"\\NHUpdateManager.exe", L"-final_update"), kLaunchedLine}));
+  EXPECT_EQ(product_.Transcript(),
+            Join({StoppedLines(), CopyLines(L"{base}\\NHUpdateManager", target), CopiedLine(),
+                  LaunchLines(target, L"\\NHUpdateManager.exe", L"-final_update"), kLaunchedLine}));
   EXPECT_THAT(ListTree(target), ElementsAre(L"Config\\", L"Config\\NHUpdateManager.Default.json",
                                             L"NHUpdateManager.exe", L"NSWLogDynamic64U.dll"));
 }

@@ -19,9 +19,8 @@ class SelfUpdateTest : public WorkflowTest {
   static Lines StoppedLines();
 
   // The manager consists of its executable, a string file and the log library.
-  static Lines CopyLines(
-      const std::wstring& from = L"{root}\\Nimba Hub\\Updater\\App\\NHUpdateManager",
-      const std::wstring& to = L"{root}\\Nimba Hub\\NHUpdateManager");
+  static Lines CopyLines(const std::wstring& from = L"{base}\\Updater\\App\\NHUpdateManager",
+                         const std::wstring& to = L"{base}\\NHUpdateManager");
   static Lines FailedCopyLines();  // at the first file, which is in use
   static Lines CopiedLine();
 

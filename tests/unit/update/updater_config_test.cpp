@@ -8,8 +8,7 @@ namespace nhupdate_test {
 namespace {
 
 constexpr wchar_t kConfig[] = L"\\Updater\\Config\\ut.ini";
-constexpr wchar_t kOkLine[] =
-    L"2|Updater config file delete ok : {root}\\Nimba Hub\\Updater\\Config\\ut.ini";
+constexpr wchar_t kOkLine[] = L"2|Updater config file delete ok : {base}\\Updater\\Config\\ut.ini";
 
 class ConfigCleanUpTest : public WorkflowTest {
  protected:
@@ -30,9 +29,8 @@ TEST_F(ConfigCleanUpTest, SaysThatThereIsNone) {
   const int result = Manager().DeleteUpdaterConfig(0);
 
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(
-      product_.Transcript(),
-      Lines({L"4|Updater config file note found : {root}\\Nimba Hub\\Updater\\Config\\ut.ini"}));
+  EXPECT_EQ(product_.Transcript(),
+            Lines({L"4|Updater config file note found : {base}\\Updater\\Config\\ut.ini"}));
 }
 
 TEST_F(ConfigCleanUpTest, LogsWhyALockedFileStays) {
@@ -44,7 +42,7 @@ TEST_F(ConfigCleanUpTest, LogsWhyALockedFileStays) {
   EXPECT_EQ(result, 1);
   EXPECT_TRUE(ConfigExists());
   EXPECT_EQ(product_.Transcript(), Lines({L"4|Updater config file delete fail (32) : "
-                                          L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"}));
+                                          L"{base}\\Updater\\Config\\ut.ini"}));
 }
 
 TEST_F(ConfigCleanUpTest, CannotDeleteAFolderOfThatName) {
@@ -54,7 +52,7 @@ TEST_F(ConfigCleanUpTest, CannotDeleteAFolderOfThatName) {
 
   EXPECT_EQ(result, 1);
   EXPECT_EQ(product_.Transcript(), Lines({L"4|Updater config file delete fail (5) : "
-                                          L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"}));
+                                          L"{base}\\Updater\\Config\\ut.ini"}));
 }
 
 TEST_F(ConfigCleanUpTest, LooksTwoFoldersAboveTheModuleForAnyOtherArgument) {
