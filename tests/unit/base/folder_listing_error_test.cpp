@@ -23,7 +23,7 @@ int CountEntries(CFolderListing& listing) {
 
 TEST(FolderListingErrorTest, IsThatOfAListingThatBrokeOff) {
   const FakeListing folder({{L"a"}, {L"b"}}, ERROR_NETNAME_DELETED);
-  CFolderListing listing(L"folder\\*.*");
+  CFolderListing listing(L"folder");
 
   EXPECT_EQ(CountEntries(listing), 2);
 
@@ -34,7 +34,7 @@ TEST(FolderListingErrorTest, IsThatOfAListingThatBrokeOff) {
 
 TEST(FolderListingErrorTest, IsNoneAtTheEnd) {
   const FakeListing folder({{L"a"}});
-  CFolderListing listing(L"folder\\*.*");
+  CFolderListing listing(L"folder");
 
   EXPECT_EQ(CountEntries(listing), 1);
 
@@ -48,7 +48,7 @@ TEST(FolderListingErrorTest, IsThatOfAListingThatCouldNotBegin) {
                                ERROR_NOT_READY,     ERROR_CANT_RESOLVE_FILENAME};
   for (const DWORD error : kErrors) {
     const FakeListing folder({}, error);
-    CFolderListing listing(L"folder\\*.*");
+    CFolderListing listing(L"folder");
 
     EXPECT_EQ(CountEntries(listing), 0) << error;
 
@@ -62,7 +62,7 @@ TEST(FolderListingErrorTest, IsNoneForAFolderThatIsNotThere) {
   constexpr DWORD kErrors[] = {ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_NO_MORE_FILES};
   for (const DWORD error : kErrors) {
     const FakeListing folder({}, error);
-    CFolderListing listing(L"folder\\*.*");
+    CFolderListing listing(L"folder");
 
     EXPECT_EQ(CountEntries(listing), 0) << error;
 

@@ -33,7 +33,7 @@ TEST(FolderListingTest, GivesFilesAndFoldersOfOneFolder) {
   WriteFileBytes(scratch.Path() + L"\\folder\\below", "x");
 
   std::vector<std::pair<std::wstring, bool>> entries;
-  CFolderListing listing(scratch.Path() + L"\\*.*");
+  CFolderListing listing(scratch.Path());
   while (listing.Next()) {
     entries.emplace_back(listing.Name(), listing.IsFolder());
     EXPECT_FALSE(listing.IsLink());
@@ -45,7 +45,7 @@ TEST(FolderListingTest, GivesFilesAndFoldersOfOneFolder) {
 
 TEST(FolderListingTest, IsEmptyForAnEmptyFolder) {
   const ScratchFolder scratch;
-  CFolderListing listing(scratch.Path() + L"\\*.*");
+  CFolderListing listing(scratch.Path());
 
   EXPECT_FALSE(listing.Next());
 }
@@ -60,21 +60,21 @@ TEST(FolderListingTest, IsEmptyForAFolderThatIsNotThere) {
 
 TEST(FolderListingTest, PassesOverTheDotEntriesWhereverTheyStand) {
   const FakeListing folder({{L"a"}, {L".."}, {L"b"}, {L"."}});
-  CFolderListing listing(L"folder\\*.*");
+  CFolderListing listing(L"folder");
 
   EXPECT_THAT(Names(listing), ElementsAre(L"a", L"b"));
 }
 
 TEST(FolderListingTest, KeepsNamesThatOnlyBeginWithDots) {
   const FakeListing folder({{L"."}, {L".."}, {L"..."}, {L".git"}, {L"..a"}});
-  CFolderListing listing(L"folder\\*.*");
+  CFolderListing listing(L"folder");
 
   EXPECT_THAT(Names(listing), ElementsAre(L"...", L".git", L"..a"));
 }
 
 TEST(FolderListingTest, KeepsTheOrderOfWindows) {
   const FakeListing folder({{L"b"}, {L"c"}, {L"a"}});
-  CFolderListing listing(L"folder\\*.*");
+  CFolderListing listing(L"folder");
 
   EXPECT_THAT(Names(listing), ElementsAre(L"b", L"c", L"a"));
 }
@@ -82,7 +82,7 @@ TEST(FolderListingTest, KeepsTheOrderOfWindows) {
 TEST(FolderListingTest, ClosesItsSearchOnce) {
   const FakeListing folder({{L"a"}});
   {
-    CFolderListing listing(L"folder\\*.*");
+    CFolderListing listing(L"folder");
     static_cast<void>(Names(listing));
     EXPECT_EQ(folder.Closed(), 0);
   }
@@ -92,7 +92,7 @@ TEST(FolderListingTest, ClosesItsSearchOnce) {
 
 TEST(FolderListingTest, ClosesNothingWhenThereIsNoSearch) {
   const FakeListing folder({}, ERROR_FILE_NOT_FOUND);
-  { const CFolderListing listing(L"folder\\*.*"); }
+  { const CFolderListing listing(L"folder"); }
 
   EXPECT_EQ(folder.Closed(), 0);
 }
@@ -104,7 +104,7 @@ TEST(FolderListingTest, TellsLinksByTheReparseTag) {
   const FakeListing folder({{L"junction", kFolderPoint, IO_REPARSE_TAG_MOUNT_POINT},
                             {L"cloud", kFolderPoint, IO_REPARSE_TAG_CLOUD},
                             {L"file link", kFilePoint, IO_REPARSE_TAG_SYMLINK}});
-  CFolderListing listing(L"folder\\*.*");
+  CFolderListing listing(L"folder");
   std::vector<std::tuple<std::wstring, bool, bool>> entries;
 
   while (listing.Next()) {

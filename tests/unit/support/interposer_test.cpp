@@ -61,7 +61,7 @@ TEST(InterposerTest, ReachesTheCallsOfTheProgramsOwnObjects) {
     return INVALID_HANDLE_VALUE;
   });
 
-  nhupdate::CFolderListing listing(scratch.Path() + L"\\*");
+  nhupdate::CFolderListing listing(scratch.Path());
 
   EXPECT_FALSE(listing.Next());
   EXPECT_EQ(find.Calls(), 1);
