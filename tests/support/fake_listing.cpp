@@ -56,23 +56,22 @@ FakeListing::FakeListing(bool is_made_up, std::vector<FakeEntry> entries, DWORD 
         opened_[file] = PlainPath(path);
         return file;
       }),
-      information_(
-          [this](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
-            const BOOL is_known = information_.Original()(file, kind, information, size);
-            const auto disguise = disguises_.find(opened_[file]);
-            if (disguise == disguises_.end()) {
-              return is_known;
-            }
-            if (kind == FileBasicInfo) {
-              static_cast<FILE_BASIC_INFO*>(information)->FileAttributes |=
-                  disguise->second.attributes;
-            } else if (kind == FileAttributeTagInfo) {
-              auto* tag_information = static_cast<FILE_ATTRIBUTE_TAG_INFO*>(information);
-              tag_information->FileAttributes |= disguise->second.attributes;
-              tag_information->ReparseTag = disguise->second.reparse_tag;
-            }
-            return is_known;
-          }),
+      information_([this](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information,
+                          DWORD size) {
+        const BOOL is_known = information_.Original()(file, kind, information, size);
+        const auto disguise = disguises_.find(opened_[file]);
+        if (disguise == disguises_.end()) {
+          return is_known;
+        }
+        if (kind == FileBasicInfo) {
+          static_cast<FILE_BASIC_INFO*>(information)->FileAttributes |= disguise->second.attributes;
+        } else if (kind == FileAttributeTagInfo) {
+          auto* tag_information = static_cast<FILE_ATTRIBUTE_TAG_INFO*>(information);
+          tag_information->FileAttributes |= disguise->second.attributes;
+          tag_information->ReparseTag = disguise->second.reparse_tag;
+        }
+        return is_known;
+      }),
       final_path_([this](HANDLE file, wchar_t* buffer, DWORD units, DWORD flags) {
         return FinalPath(file, buffer, units, flags);
       }) {}

@@ -40,7 +40,8 @@ TEST_F(HeldFolderTest, IsAtItselfAndBelowEveryFolderAboveIt) {
 TEST_F(HeldFolderTest, IsBelowWhateverTheLetterCase) {
   const CHeldFolder held(outer_ + L"\\MIDDLE\\inner");
 
-  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(scratch_.Path() + L"\\OUTER", outer_ + L"\\MIDDLE\\inner")));
+  EXPECT_TRUE(
+      held.IsPlainAt(PlaceSeenFrom(scratch_.Path() + L"\\OUTER", outer_ + L"\\MIDDLE\\inner")));
 }
 
 TEST_F(HeldFolderTest, IsBelowADrivesRoot) {

@@ -142,8 +142,7 @@ TEST_F(CollectEmptyFoldersTest, CostsAFolderItsContentWhenOnlyTheScanCouldNotLis
 }
 
 TEST_F(CollectEmptyFoldersTest, CountsALinkAsContentAndDoesNotLookBehindIt) {
-  constexpr DWORD kTags[] = {IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK,
-                             0};
+  constexpr DWORD kTags[] = {IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK, 0};
   for (const DWORD tag : kTags) {
     CreateFolders(folder_ + L"\\link\\behind");
     FakeListing listing;
