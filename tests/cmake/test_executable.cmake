@@ -1,13 +1,17 @@
-# nhupdate_add_test_executable(NAME RING ring [LANE lane] [LIBRARIES ...] [TIMEOUT seconds]
-#                              SOURCES ...)
+# nhupdate_add_test_executable(NAME RING ring [LANE lane] [FENCE scratch|prefix] [LIBRARIES ...]
+#                              [TIMEOUT seconds] SOURCES ...)
 #
 # A GoogleTest executable whose tests are known to ctest one by one. LANE is the Wine prefix that
 # its tests share; each lane runs one test at a time. A portable executable is one of the unit tests
-# when it is built for Windows.
+# when it is built for Windows. FENCE says what its tests may change (tests/support/fence.h): their
+# own scratch folders, or all of the prefix.
 function(nhupdate_add_test_executable name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "RING;LANE;TIMEOUT" "SOURCES;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "RING;LANE;FENCE;TIMEOUT" "SOURCES;LIBRARIES")
   if(NOT arg_LANE)
     set(arg_LANE unit)
+  endif()
+  if(NOT arg_FENCE)
+    set(arg_FENCE scratch)
   endif()
   set(name_prefix)
   if(WIN32 AND arg_RING STREQUAL "portable")
@@ -27,10 +31,18 @@ function(nhupdate_add_test_executable name)
 
   set(lane_properties)
   if(WIN32)
+    target_link_libraries(${name} PRIVATE nhupdate_fence_around_${arg_FENCE})
     set(lane_properties RESOURCE_LOCK lane-${arg_LANE} ENVIRONMENT NHUPDATE_LANE=${arg_LANE})
   endif()
   gtest_discover_tests(${name} TEST_PREFIX "${name_prefix}"
     DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     # What may take long begins first, so that a run doesn't end in waiting for it.
     PROPERTIES LABELS ${arg_RING} TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT} ${lane_properties})
+
+  # For tools/lib/choose_tests.
+  list(TRANSFORM arg_SOURCES PREPEND "source ${CMAKE_CURRENT_SOURCE_DIR}/" OUTPUT_VARIABLE sources)
+  list(JOIN sources "\n" sources)
+  file(WRITE ${PROJECT_BINARY_DIR}/test_executables/${name}.txt
+    "ring ${arg_RING}\nlane ${arg_LANE}\nprefix ${name_prefix}\n"
+    "tests ${CMAKE_CURRENT_BINARY_DIR}/${name}[1]_include.cmake\n${sources}\n")
 endfunction()

@@ -11,6 +11,7 @@
 #include "base/windows.h"
 #include "tests/data/shipped_config.h"
 #include "tests/support/installed_product.h"
+#include "tests/support/steam_setting.h"
 #include "text/string_file.h"
 
 namespace nhupdate_test {
@@ -31,42 +32,6 @@ constexpr SteamLanguage kSteamLanguages[] = {
     {L"sc_schinese", L"zh"}, {L"schinese", L"zh"},     {L"spanish", L"es"},   {L"swedish", L"sv"},
     {L"tchinese", L"zh-TW"}, {L"thai", L"th"},         {L"turkish", L"tr"},   {L"ukrainian", L"uk"},
     {L"vietnamese", L"vi"},
-};
-
-// Steam's setting of a user of these tests' own: the real one, on a machine with Steam, is left
-// alone.
-class SteamSetting {
- public:
-  SteamSetting() {
-    ::RegCreateKeyExW(HKEY_CURRENT_USER, kUserKey, 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS,
-                      nullptr, &user_, nullptr);
-    EXPECT_EQ(::RegOverridePredefKey(HKEY_CURRENT_USER, user_), ERROR_SUCCESS);
-  }
-
-  ~SteamSetting() {
-    ::RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
-    ::RegCloseKey(user_);
-    ::RegDeleteTreeW(HKEY_CURRENT_USER, kUserKey);
-  }
-
-  SteamSetting(const SteamSetting&) = delete;
-  SteamSetting& operator=(const SteamSetting&) = delete;
-
-  void Choose(const std::wstring& language) {
-    HKEY steam = nullptr;
-    ::RegCreateKeyExW(user_, L"SOFTWARE\\Valve\\Steam", 0, nullptr, REG_OPTION_VOLATILE,
-                      KEY_ALL_ACCESS, nullptr, &steam, nullptr);
-    const auto bytes = static_cast<DWORD>((language.size() + 1) * sizeof(wchar_t));
-    EXPECT_EQ(::RegSetValueExW(steam, L"Language", 0, REG_SZ,
-                               reinterpret_cast<const BYTE*>(language.c_str()), bytes),
-              ERROR_SUCCESS);
-    ::RegCloseKey(steam);
-  }
-
- private:
-  static constexpr wchar_t kUserKey[] = L"Software\\NHUpdateManager tests";
-
-  HKEY user_ = nullptr;
 };
 
 std::set<std::wstring> NamesInTheMapping() {
@@ -92,7 +57,7 @@ TEST(SteamLanguageMappingTest, LeadsFromEverySteamLanguageToAFileOfItsOwn) {
     SCOPED_TRACE(testing::PrintToString(language.name));
     product.ForgetRecords();
 
-    steam.Choose(language.name);
+    steam.SetLanguage(language.name);
     const std::wstring code = manager.SelectLanguage();
     const std::wstring file = nhupdate::ChooseStringFile(config, code);
 
@@ -118,7 +83,7 @@ TEST(SteamLanguageMappingTest, DecidesWhichTextsAreLoadedAtTheStart) {
   InstalledProduct product;
   CopyShippedConfigTo(product.Module() + L"\\Config");
   SteamSetting steam;
-  steam.Choose(L"tchinese");
+  steam.SetLanguage(L"tchinese");
 
   product.Start();
 
@@ -126,7 +91,7 @@ TEST(SteamLanguageMappingTest, DecidesWhichTextsAreLoadedAtTheStart) {
       product.Transcript(),
       testing::ElementsAre(L"2|Process elevated.", L"2|Found steam language setting : tchinese",
                            L"2|Mapping steam language to zh-TW.",
-                           L"2|Load strings from {root}\\Nimba Hub\\NHUpdateManager"
+                           L"2|Load strings from {base}\\NHUpdateManager"
                            L"\\Config\\NHUpdateManager.zh-TW.json",
                            L"2|Total 3 strings loaded."));
   EXPECT_EQ(product.Manager().GetString(L"KEY_UPDATE_TITLE"), L"Nimba Hub \u66F4\u65B0");

@@ -43,7 +43,7 @@ TEST_F(OddInputEndToEndTest, HostileStringFilesOnlyCostTheTexts) {
   }
 }
 
-TEST_F(OddInputEndToEndTest, ShowsTheKeysWhenThereAreNoTexts) {
+TEST_F(OddInputEndToEndTest, ABoxShowsTheKeysWhenThereAreNoTexts) {
   ::DeleteFileW((hub_.Module() + L"\\Config\\NHUpdateManager.Default.json").c_str());
   hub_.Script(L"check NIMBA_SOFTWARE", {.exit_code = 1});
   hub_.Script(L"NIMBAHUB", {.exit_code = 1});
@@ -71,7 +71,7 @@ TEST_F(OddInputEndToEndTest, HostileVersionFilesAreJustOtherVersions) {
   EXPECT_EQ(Transcript(), StartUp() + AnotherVersionDownloaded("%s%n" + std::string(251, 'A')));
 }
 
-TEST_F(OddInputEndToEndTest, TakesTheLanguageFromSteamsSettingThroughTheMappingFile) {
+TEST_F(OddInputEndToEndTest, TheLanguageComesFromSteamsSettingThroughTheMappingFile) {
   constexpr wchar_t kLanguage[] = L"tchinese";
   ::RegSetKeyValueW(HKEY_CURRENT_USER, L"SOFTWARE\\Valve\\Steam", L"Language", REG_SZ, kLanguage,
                     sizeof(kLanguage));

@@ -4,9 +4,9 @@
 namespace nhupdate_test {
 namespace {
 
-class RunModeEndToEndTest : public EndToEndTest {};
+class ProgramEndToEndTest : public EndToEndTest {};
 
-TEST_F(RunModeEndToEndTest, LeavesNoTraceWithoutASwitch) {
+TEST_F(ProgramEndToEndTest, LeavesNoTraceWithoutASwitch) {
   const std::string tree = DescribeTree(hub_.Scratch());
 
   for (const wchar_t* arguments : {L"", L"update", L"--update", L"-update:1", L"-upd\u00E4te %s"}) {
@@ -21,7 +21,7 @@ TEST_F(RunModeEndToEndTest, LeavesNoTraceWithoutASwitch) {
   EXPECT_EQ(DescribeProductKeys(), "");
 }
 
-TEST_F(RunModeEndToEndTest, RunsOnlyTheFirstModeInPrecedenceOfSeveral) {
+TEST_F(ProgramEndToEndTest, RunsOnlyTheFirstModeInPrecedenceOfSeveral) {
   hub_.Script(L"check NIMBAHUB", {.exit_code = 1});
   hub_.Script(L"download NIMBAHUB", {.exit_code = 0});
   hub_.StageRelease();

@@ -4,9 +4,10 @@ namespace nhupdate_test {
 
 namespace {
 
-Lines GrantLine(const std::wstring& folder) {
+Lines GrantLine(const std::wstring& folder, int return_code) {
   return {L"2|ShellExecute ICACLS success on ICACLS.exe, Params = \"" + folder +
-          L"\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e, Return Code = 42"};
+          L"\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e, Return Code = " +
+          std::to_wstring(return_code)};
 }
 
 }  // namespace
@@ -26,43 +27,42 @@ Lines LaunchLines(const std::wstring& folder, const std::wstring& executable,
 }
 
 Lines CheckForUpdateLines() {
-  return LaunchLines(L"{root}\\Nimba Hub\\Updater", L"\\Updater.exe",
+  return LaunchLines(L"{base}\\Updater", L"\\Updater.exe",
                      L"-NoUI -CheckTask NIMBAHUB -SkipAdditionTasks -ExitWhenParentDie:{pid}");
 }
 
 Lines BackgroundDownloadLines() {
-  return LaunchLines(L"{root}\\Nimba Hub\\Updater", L"\\Updater.exe",
+  return LaunchLines(L"{base}\\Updater", L"\\Updater.exe",
                      L"-NoUI NIMBAHUB \"-AdditionTask:NIMBA_SOFTWARE "
                      L"com.corvane.windows.nimba_internal.new_updater\" -SkipAdditionTasks "
                      L"-DownloadOnly -KillBrothers");
 }
 
 Lines CheckForUpdaterLines() {
-  return LaunchLines(L"{root}\\Nimba Hub\\Updater", L"\\Updater.exe",
+  return LaunchLines(L"{base}\\Updater", L"\\Updater.exe",
                      L"-NoUI -CheckTask NIMBA_SOFTWARE "
                      L"com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks "
                      L"-ExitWhenParentDie:{pid}");
 }
 
 Lines UpdateUpdaterLines() {
-  return LaunchLines(L"{root}\\Nimba Hub\\Updater", L"\\Updater.exe",
+  return LaunchLines(L"{base}\\Updater", L"\\Updater.exe",
                      L"NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater "
                      L"-SkipAdditionTasks -KillBrothers -ExitWhenParentDie:{pid}");
 }
 
 Lines UpdateProductLines() {
-  return LaunchLines(L"{root}\\Nimba Hub\\Updater", L"\\Updater.exe",
+  return LaunchLines(L"{base}\\Updater", L"\\Updater.exe",
                      L"NIMBAHUB -SkipAdditionTasks -KillBrothers -ExitWhenParentDie:{pid}");
 }
 
 Lines StartSelfUpdateLines() {
-  return LaunchLines(L"{root}\\Nimba Hub\\Updater\\App\\NHUpdateManager", L"\\NHUpdateManager.exe",
+  return LaunchLines(L"{base}\\Updater\\App\\NHUpdateManager", L"\\NHUpdateManager.exe",
                      L"-self_update");
 }
 
 Lines StartFinalUpdateLines() {
-  return LaunchLines(L"{root}\\Nimba Hub\\NHUpdateManager", L"\\NHUpdateManager.exe",
-                     L"-final_update");
+  return LaunchLines(L"{base}\\NHUpdateManager", L"\\NHUpdateManager.exe", L"-final_update");
 }
 
 Lines DownloadNimbaCastLines() {
@@ -79,8 +79,8 @@ Lines FruitlessRefreshLines() {
                CheckForUpdaterLines(),
                {L"2|Launch updater success for check.", L"2|Updater exit = 1",
                 L"2|No new updater available.",
-                L"2|Copy folder from {root}\\Nimba Hub\\Updater\\NewUpdater to "
-                L"{root}\\Nimba Hub\\Updater",
+                L"2|Copy folder from {base}\\Updater\\NewUpdater to "
+                L"{base}\\Updater",
                 L"2|Copy complete.", L"2|Update updater complete."}});
 }
 
@@ -88,16 +88,17 @@ Lines NothingToStopLines() {
   return {L"2|Target process NHUpdateManager.exe not found.", L"2|Stop associates OK."};
 }
 
-Lines GrantedLines() {
-  return Join({GrantLine(L"{root}\\Nimba Hub\\Updater\\Config"),
-               GrantLine(L"{root}\\Nimba Hub\\Updater\\Temp"), GrantLine(L"{data}\\Corvane")});
+Lines GrantedLines(int return_code) {
+  return Join({GrantLine(L"{base}\\Updater\\Config", return_code),
+               GrantLine(L"{base}\\Updater\\Temp", return_code),
+               GrantLine(L"{data}\\Corvane", return_code)});
 }
 
 Lines CopiedNewFileLines() {
   return {
-      L"2|Copy OK : {root}\\Nimba Hub\\Updater\\App\\new.txt => {root}\\Nimba Hub\\new.txt",
-      L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-      L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\new.txt to {root}\\Nimba Hub\\new.txt",
+      L"2|Copy OK : {base}\\Updater\\App\\new.txt => {base}\\new.txt",
+      L"2|Copy folder from {base}\\Updater\\App to {base}",
+      L"2|Copy file from {base}\\Updater\\App\\new.txt to {base}\\new.txt",
       L"2|Copy complete.",
       L"2|Copy files OK.",
   };
@@ -112,8 +113,7 @@ Lines RegisteredLines() {
 }
 
 Lines StartUpLines(const ProductOptions& options) {
-  const std::wstring texts =
-      L"{root}\\Nimba Hub" + options.module + L"\\Config\\NHUpdateManager.Default.json";
+  const std::wstring texts = L"{base}" + options.module + L"\\Config\\NHUpdateManager.Default.json";
   return {options.elevated ? L"2|Process elevated." : L"2|Process NOT elevated.",
           L"2|Steam language setting not found.", L"2|Found System language setting : en-US",
           L"2|Load strings from " + texts, L"4|Fail to open string file : " + texts};

@@ -1,12 +1,14 @@
 #pragma once
 
-// What tests expect of InstalledProduct's transcripts, in parts that many of them need.
+// What tests expect of the program's records, in parts that many of them need: in the transcripts
+// of InstalledProduct, and in those of whole runs of the program.
 
 #include <initializer_list>
 #include <string>
 #include <vector>
 
 #include "tests/support/installed_product.h"
+#include "tests/support/recorded_tools.h"
 
 namespace nhupdate_test {
 
@@ -36,11 +38,11 @@ using Lines = std::vector<std::wstring>;
 // Steps of the install sequence: no other copy is running, the permissions are granted, the
 // staged file new.txt is copied, the product is registered.
 [[nodiscard]] Lines NothingToStopLines();
-[[nodiscard]] Lines GrantedLines();
+[[nodiscard]] Lines GrantedLines(int return_code = kRecordedToolResult);
 [[nodiscard]] Lines CopiedNewFileLines();
 [[nodiscard]] Lines RegisteredLines();
 
-// The start-up of a product without texts on a quiet system (tests/unit/app/quiet_system.h).
+// The start-up of a product without texts on a quiet system (tests/support/quiet_system.h).
 [[nodiscard]] Lines StartUpLines(const ProductOptions& options = {});
 
 }  // namespace nhupdate_test

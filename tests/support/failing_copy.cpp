@@ -5,14 +5,13 @@
 namespace nhupdate_test {
 
 FailingCopy::FailingCopy(DWORD error, Choice fails)
-    : copy_("CopyFileW",
-            [this, error, fails = std::move(fails)](const wchar_t* source, const wchar_t* target,
+    : copy_([this, error, fails = std::move(fails)](const wchar_t* source, const wchar_t* target,
                                                     BOOL fail_if_exists) -> BOOL {
-              if (!fails(target)) {
-                return copy_.Original()(source, target, fail_if_exists);
-              }
-              ::SetLastError(error);
-              return FALSE;
-            }) {}
+        if (!fails(target)) {
+          return copy_.Original()(source, target, fail_if_exists);
+        }
+        ::SetLastError(error);
+        return FALSE;
+      }) {}
 
 }  // namespace nhupdate_test

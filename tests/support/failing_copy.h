@@ -25,7 +25,7 @@ class FailingCopy {
   [[nodiscard]] int Calls() const { return copy_.Calls(); }
 
  private:
-  Interposer<decltype(::CopyFileW)> copy_;
+  INTERPOSER(CopyFileW) copy_;
 };
 
 }  // namespace nhupdate_test

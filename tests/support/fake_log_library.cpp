@@ -33,17 +33,15 @@ void WriteLog(int level, const wchar_t* tag, const wchar_t* message) {
 
 FakeLogLibrary::FakeLogLibrary()
     : on_event([](const std::string&, const std::wstring&) {}),
-      load_("LoadLibraryW",
-            [this](const wchar_t* path) {
-              on_event("Load", path);
-              return kLibrary;
-            }),
-      resolve_("GetProcAddress",
-               [this](HMODULE library, const char* name) -> FARPROC {
-                 return library == kLibrary ? reinterpret_cast<FARPROC>(Resolve(name))
-                                            : resolve_.Original()(library, name);
-               }),
-      free_("FreeLibrary", [this](HMODULE library) -> BOOL {
+      load_([this](const wchar_t* path) {
+        on_event("Load", path);
+        return kLibrary;
+      }),
+      resolve_([this](HMODULE library, const char* name) -> FARPROC {
+        return library == kLibrary ? reinterpret_cast<FARPROC>(Resolve(name))
+                                   : resolve_.Original()(library, name);
+      }),
+      free_([this](HMODULE library) -> BOOL {
         if (library != kLibrary) {
           return free_.Original()(library);
         }

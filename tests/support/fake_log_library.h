@@ -28,9 +28,9 @@ class FakeLogLibrary {
  private:
   void* Resolve(const std::string& name);
 
-  Interposer<decltype(::LoadLibraryW)> load_;
-  Interposer<decltype(::GetProcAddress)> resolve_;
-  Interposer<decltype(::FreeLibrary)> free_;
+  INTERPOSER(LoadLibraryW) load_;
+  INTERPOSER(GetProcAddress) resolve_;
+  INTERPOSER(FreeLibrary) free_;
 };
 
 }  // namespace nhupdate_test

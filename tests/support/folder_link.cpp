@@ -6,6 +6,7 @@
 
 #include "base/unique_handle.h"
 #include "base/windows.h"
+#include "tests/support/fence.h"
 #include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
@@ -35,6 +36,7 @@ std::wstring UnixPathOfLink(UnixFileName unix_file_name, const std::wstring& lin
 // Runs a program of the system below Wine and waits until the link is there, or is not.
 bool RunOutsideOfWine(const wchar_t* program, std::wstring command_line, const std::wstring& link,
                       bool is_link_wanted) {
+  const AllowOutside open("ln and rm are programs of the system below");
   STARTUPINFOW startup = {};
   startup.cb = sizeof(startup);
   PROCESS_INFORMATION information = {};

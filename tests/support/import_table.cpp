@@ -32,7 +32,7 @@ void** FindInDescriptor(std::uintptr_t image, const IMAGE_IMPORT_DESCRIPTOR& des
 
 }  // namespace
 
-void** FindImportSlot(const char* function_name, HMODULE module) {
+void** FindImportSlotIfAny(const char* function_name, HMODULE module) {
   const auto image =
       reinterpret_cast<std::uintptr_t>(module != nullptr ? module : ::GetModuleHandleW(nullptr));
   const auto* dos_header = At<IMAGE_DOS_HEADER>(image);
@@ -45,6 +45,13 @@ void** FindImportSlot(const char* function_name, HMODULE module) {
     if (void** slot = FindInDescriptor(image, *descriptor, function_name)) {
       return slot;
     }
+  }
+  return nullptr;
+}
+
+void** FindImportSlot(const char* function_name, HMODULE module) {
+  if (void** slot = FindImportSlotIfAny(function_name, module)) {
+    return slot;
   }
   std::fprintf(stderr, "This %s does not import %s.\n",
                module != nullptr ? "library" : "executable", function_name);

@@ -12,6 +12,9 @@ namespace nhupdate_test {
 // it: a fake that nobody calls would prove nothing.
 [[nodiscard]] void** FindImportSlot(const char* function_name, HMODULE module = nullptr);
 
+// The same; null when the module doesn't import the function.
+[[nodiscard]] void** FindImportSlotIfAny(const char* function_name, HMODULE module = nullptr);
+
 // Writes the slot, which lies in read-only memory.
 void WriteImportSlot(void** slot, void* function);
 

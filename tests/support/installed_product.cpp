@@ -2,34 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <cwctype>
-
 #include "app/program.h"
-#include "base/strings.h"
 #include "base/windows.h"
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
+#include "tests/support/placeholders.h"
 #include "tests/support/product_surroundings.h"
 
 namespace nhupdate_test {
-
-namespace {
-
-void ReplaceWholeNumber(std::wstring& text, const std::wstring& number,
-                        const std::wstring& placeholder) {
-  std::size_t position = text.find(number);
-  while (position != std::wstring::npos) {
-    const std::size_t end = position + number.size();
-    const bool stands_alone = (position == 0 || !std::iswdigit(text[position - 1])) &&
-                              (end == text.size() || !std::iswdigit(text[end]));
-    if (stands_alone) {
-      text.replace(position, number.size(), placeholder);
-    }
-    position = text.find(number, position + 1);
-  }
-}
-
-}  // namespace
 
 InstalledProduct::InstalledProduct(const ProductOptions& options) : options_(options) {
   CreateFolders(Module());
@@ -63,12 +43,10 @@ void InstalledProduct::Start() {
 int InstalledProduct::RunProgram(const std::wstring& arguments) {
   const ProductSurroundings surroundings(Facts());
   std::wstring command_line = L"\"" + ExecutablePath() + L"\" " + arguments;
-  Interposer<decltype(::GetCommandLineW)> get_command_line(
-      "GetCommandLineW", [&]() -> wchar_t* { return command_line.data(); });
+  INTERPOSER(GetCommandLineW) get_command_line([&]() -> wchar_t* { return command_line.data(); });
   // These would change this process for good.
-  Interposer<decltype(::SetErrorMode)> error_mode("SetErrorMode", [](UINT) -> UINT { return 0; });
-  Interposer<decltype(::SetDefaultDllDirectories)> dll_directories(
-      "SetDefaultDllDirectories", [](DWORD) -> BOOL { return TRUE; });
+  INTERPOSER(SetErrorMode) error_mode([](UINT) -> UINT { return 0; });
+  INTERPOSER(SetDefaultDllDirectories) dll_directories([](DWORD) -> BOOL { return TRUE; });
 
   return nhupdate::RunProgram();
 }
@@ -97,14 +75,6 @@ std::vector<std::wstring> InstalledProduct::Transcript() const {
 
 void InstalledProduct::ForgetRecords() {
   forgotten_calls_ = ReadLogJournal(Journal()).size();
-}
-
-std::wstring WithPlaceholders(std::wstring text, const std::wstring& root,
-                              const std::wstring& program_data) {
-  nhupdate::ReplaceAll(text, root, L"{root}");
-  nhupdate::ReplaceAll(text, program_data, L"{data}");
-  ReplaceWholeNumber(text, std::to_wstring(::GetCurrentProcessId()), L"{pid}");
-  return text;
 }
 
 }  // namespace nhupdate_test

@@ -60,9 +60,8 @@ class InstalledProduct {
   // Every call into the log library since the last ForgetRecords.
   [[nodiscard]] std::vector<LogCall> LogCalls() const;
 
-  // The records since the last ForgetRecords, each as L"level|text", with the root folder as
-  // {root}, the ProgramData folder as {data} and this process's id, where it stands as a whole
-  // number, as {pid}.
+  // The records since the last ForgetRecords, each as L"level|text", with {root}, {base}
+  // and {data} for folders and {pid} for this process (tests/support/placeholders.h).
   [[nodiscard]] std::vector<std::wstring> Transcript() const;
 
   void ForgetRecords();
@@ -76,9 +75,5 @@ class InstalledProduct {
   std::unique_ptr<nhupdate::CManagerCenter> manager_;
   std::size_t forgotten_calls_ = 0;
 };
-
-// The text with the folder names and the process id replaced as in InstalledProduct::Transcript.
-[[nodiscard]] std::wstring WithPlaceholders(std::wstring text, const std::wstring& root,
-                                            const std::wstring& program_data);
 
 }  // namespace nhupdate_test

@@ -1,17 +1,18 @@
 #pragma once
 
 // Replaces one Windows function for the code in this test executable, for as long as the object
-// lives:
+// lives. The macro makes the type from the function's name; objects and members read
 //
-//   Interposer<decltype(::CopyFileW)> copy("CopyFileW", [&](const wchar_t* source, ...) {...});
+//   INTERPOSER(CopyFileW) copy([&](const wchar_t* source, ...) {...});
 //
-// With a module's handle before the name, for the code in that library, which must stay loaded.
+// With a module's handle before the fake, for the code in that library, which must stay loaded.
 // The table is shared with the C++ runtime and GoogleTest, so a fake matches what it is meant for
 // (a path, the n-th call) and passes everything else on to Original(). A fake that fails sets the
 // last error as its last act. Objects for the same function are destroyed in reverse order. The
 // compiler may keep a function's address across a loop: vary a behaviour by state inside the fake,
 // not by installing another one in the middle of the code under test.
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -98,4 +99,27 @@ class Interposer<Result(Arguments...)> {
   std::atomic<int> calls_ = 0;  // some fakes are called by several threads
 };
 
+// A name that is part of a type.
+template <std::size_t kSize>
+struct FunctionName {
+  consteval FunctionName(const char (&name)[kSize]) { std::copy_n(name, kSize, text.begin()); }
+
+  std::array<char, kSize> text = {};
+};
+
+// What INTERPOSER names.
+template <typename Signature, FunctionName kName>
+class NamedInterposer : public Interposer<Signature> {
+ public:
+  template <typename Fake>
+  explicit NamedInterposer(Fake fake) : Interposer<Signature>(kName.text.data(), std::move(fake)) {}
+
+  template <typename Fake>
+  NamedInterposer(HMODULE module, Fake fake)
+      : Interposer<Signature>(module, kName.text.data(), std::move(fake)) {}
+};
+
 }  // namespace nhupdate_test
+
+// Name and type come from one word, so they can't be those of different functions.
+#define INTERPOSER(function) ::nhupdate_test::NamedInterposer<decltype(::function), #function>

@@ -8,20 +8,16 @@ namespace nhupdate_test {
 
 ProductSurroundings::ProductSurroundings(SurroundingFacts facts)
     : facts_(std::move(facts)),
-      module_file_name_("GetModuleFileNameW",
-                        [this](HMODULE module, wchar_t* buffer, DWORD units) -> DWORD {
-                          return module != nullptr
-                                     ? module_file_name_.Original()(module, buffer, units)
-                                     : GiveExecutable(buffer, units);
-                        }),
-      known_folder_("SHGetKnownFolderPath",
-                    [this](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
-                      const bool is_there = !facts_.program_data.empty();
-                      *path = is_there ? CopyForShell(facts_.program_data) : nullptr;
-                      return is_there ? S_OK : E_FAIL;
-                    }),
+      module_file_name_([this](HMODULE module, wchar_t* buffer, DWORD units) -> DWORD {
+        return module != nullptr ? module_file_name_.Original()(module, buffer, units)
+                                 : GiveExecutable(buffer, units);
+      }),
+      known_folder_([this](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
+        const bool is_there = !facts_.program_data.empty();
+        *path = is_there ? CopyForShell(facts_.program_data) : nullptr;
+        return is_there ? S_OK : E_FAIL;
+      }),
       token_information_(
-          "GetTokenInformation",
           [this](HANDLE, TOKEN_INFORMATION_CLASS, void* information, DWORD, DWORD*) -> BOOL {
             static_cast<TOKEN_ELEVATION*>(information)->TokenIsElevated = facts_.elevated ? 1 : 0;
             return TRUE;

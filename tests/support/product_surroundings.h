@@ -28,9 +28,9 @@ class ProductSurroundings {
   DWORD GiveExecutable(wchar_t* buffer, DWORD units) const;
 
   SurroundingFacts facts_;
-  Interposer<decltype(::GetModuleFileNameW)> module_file_name_;
-  Interposer<decltype(::SHGetKnownFolderPath)> known_folder_;
-  Interposer<decltype(::GetTokenInformation)> token_information_;
+  INTERPOSER(GetModuleFileNameW) module_file_name_;
+  INTERPOSER(SHGetKnownFolderPath) known_folder_;
+  INTERPOSER(GetTokenInformation) token_information_;
 };
 
 }  // namespace nhupdate_test

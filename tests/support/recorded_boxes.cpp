@@ -26,11 +26,10 @@ void PrintTo(const ShownBox& box, std::ostream* stream) {
 }
 
 RecordedBoxes::RecordedBoxes()
-    : desktop_window_("GetDesktopWindow", [] { return Desktop(); }),
-      message_box_("MessageBoxW",
-                   [this](HWND owner, const wchar_t* text, const wchar_t* caption, UINT style) {
-                     shown_.push_back({text, caption, style, owner == Desktop()});
-                     return IDOK;
-                   }) {}
+    : desktop_window_([] { return Desktop(); }),
+      message_box_([this](HWND owner, const wchar_t* text, const wchar_t* caption, UINT style) {
+        shown_.push_back({text, caption, style, owner == Desktop()});
+        return IDOK;
+      }) {}
 
 }  // namespace nhupdate_test

@@ -35,8 +35,8 @@ class RecordedBoxes {
 
  private:
   std::vector<ShownBox> shown_;
-  Interposer<decltype(::GetDesktopWindow)> desktop_window_;
-  Interposer<decltype(::MessageBoxW)> message_box_;
+  INTERPOSER(GetDesktopWindow) desktop_window_;
+  INTERPOSER(MessageBoxW) message_box_;
 };
 
 }  // namespace nhupdate_test

@@ -13,11 +13,11 @@ namespace nhupdate_test {
 
 class RecordedSleeps {
  public:
-  // `during_sleep` is what happens in the meantime.
-  explicit RecordedSleeps(std::function<void()> during_sleep = [] {})
-      : sleep_("Sleep", [this, during_sleep = std::move(during_sleep)](DWORD milliseconds) {
+  // `during_sleep` is what happens in the meantime; it gets the sleep's number, counted from 1.
+  explicit RecordedSleeps(std::function<void(int)> during_sleep = [](int) {})
+      : sleep_([this, during_sleep = std::move(during_sleep)](DWORD milliseconds) {
           milliseconds_.push_back(milliseconds);
-          during_sleep();
+          during_sleep(static_cast<int>(milliseconds_.size()));
         }) {}
   RecordedSleeps(const RecordedSleeps&) = delete;
   RecordedSleeps& operator=(const RecordedSleeps&) = delete;
@@ -26,7 +26,7 @@ class RecordedSleeps {
 
  private:
   std::vector<DWORD> milliseconds_;
-  Interposer<decltype(::Sleep)> sleep_;
+  INTERPOSER(Sleep) sleep_;
 };
 
 }  // namespace nhupdate_test

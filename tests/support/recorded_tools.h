@@ -13,13 +13,16 @@
 
 namespace nhupdate_test {
 
+// What their start returns; above 32 is success.
+inline constexpr int kRecordedToolResult = 42;
+
 class RecordedTools {
  public:
   RecordedTools()
-      : execute_("ShellExecuteW", [this](HWND, const wchar_t*, const wchar_t* file,
-                                         const wchar_t* parameters, const wchar_t*, int) {
+      : execute_([this](HWND, const wchar_t*, const wchar_t* file, const wchar_t* parameters,
+                        const wchar_t*, int) {
           started_.push_back(std::wstring(file) + L" " + parameters);
-          return reinterpret_cast<HINSTANCE>(INT_PTR{kResult});
+          return reinterpret_cast<HINSTANCE>(INT_PTR{kRecordedToolResult});
         }) {}
   RecordedTools(const RecordedTools&) = delete;
   RecordedTools& operator=(const RecordedTools&) = delete;
@@ -28,10 +31,8 @@ class RecordedTools {
   [[nodiscard]] const std::vector<std::wstring>& Started() const { return started_; }
 
  private:
-  static constexpr int kResult = 42;  // above 32 is success
-
   std::vector<std::wstring> started_;
-  Interposer<decltype(::ShellExecuteW)> execute_;
+  INTERPOSER(ShellExecuteW) execute_;
 };
 
 }  // namespace nhupdate_test

@@ -50,14 +50,11 @@ ScriptedShell::ScriptedShell(std::vector<ShellAnswer> script,
                              std::function<ShellAnswer(const RecordedLaunch&)> answer)
     : script_(std::move(script)),
       answer_(std::move(answer)),
-      process_id_("GetCurrentProcessId", [] { return kProcessId; }),
-      execute_("ShellExecuteExW",
-               [this](SHELLEXECUTEINFOW* execution) { return Launch(execution); }),
-      wait_("WaitForSingleObject",
-            [this](HANDLE handle, DWORD milliseconds) { return Wait(handle, milliseconds); }),
-      exit_code_("GetExitCodeProcess",
-                 [this](HANDLE handle, DWORD* code) { return ReadExitCode(handle, code); }),
-      close_("CloseHandle", [this](HANDLE handle) { return Close(handle); }) {}
+      process_id_([] { return kProcessId; }),
+      execute_([this](SHELLEXECUTEINFOW* execution) { return Launch(execution); }),
+      wait_([this](HANDLE handle, DWORD milliseconds) { return Wait(handle, milliseconds); }),
+      exit_code_([this](HANDLE handle, DWORD* code) { return ReadExitCode(handle, code); }),
+      close_([this](HANDLE handle) { return Close(handle); }) {}
 
 ScriptedShell::~ScriptedShell() {
   if (!answer_) {

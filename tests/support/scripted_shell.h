@@ -89,11 +89,11 @@ class ScriptedShell {
   std::vector<RecordedLaunch> launches_;
   std::vector<std::string> events_;
   std::map<HANDLE, Child> open_;
-  Interposer<decltype(::GetCurrentProcessId)> process_id_;
-  Interposer<decltype(::ShellExecuteExW)> execute_;
-  Interposer<decltype(::WaitForSingleObject)> wait_;
-  Interposer<decltype(::GetExitCodeProcess)> exit_code_;
-  Interposer<decltype(::CloseHandle)> close_;
+  INTERPOSER(GetCurrentProcessId) process_id_;
+  INTERPOSER(ShellExecuteExW) execute_;
+  INTERPOSER(WaitForSingleObject) wait_;
+  INTERPOSER(GetExitCodeProcess) exit_code_;
+  INTERPOSER(CloseHandle) close_;
 };
 
 }  // namespace nhupdate_test

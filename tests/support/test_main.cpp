@@ -5,6 +5,8 @@
 #include <io.h>
 
 #include <cstdio>
+
+#include "tests/support/fence.h"
 #endif
 
 int main(int argument_count, char** arguments) {
@@ -13,5 +15,8 @@ int main(int argument_count, char** arguments) {
   _setmode(_fileno(stdout), _O_BINARY);
 #endif
   testing::InitGoogleMock(&argument_count, arguments);
+#ifdef _WIN32
+  nhupdate_test::RaiseFence(nhupdate_test::ReachOfThisExecutable());
+#endif
   return RUN_ALL_TESTS();
 }

@@ -2,12 +2,10 @@
 
 nhupdate_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 
-# build_preset PRESET [TARGET...]: configures where needed and builds. Says a line when there is
-# something to do, and everything when it fails.
-build_preset() {
-  local preset=$1
-  shift
-  local folder=$nhupdate_root/build/$preset log
+# configure_preset PRESET: configures where needed. Says a line when there is something to do, and
+# everything when it fails.
+configure_preset() {
+  local preset=$1 folder=$nhupdate_root/build/$1 log
   log=$(mktemp)
   if [ ! -e "$folder/build.ninja" ] || [ "$nhupdate_root/CMakePresets.json" -nt "$folder/CMakeCache.txt" ]; then
     echo "Configuring $preset" >&2
@@ -16,7 +14,21 @@ build_preset() {
       rm -f "$log"
       return 1
     fi
+  # Where only the lists of sources have changed, ninja knows.
+  elif ! ninja -C "$folder" build.ninja >"$log" 2>&1; then
+    cat "$log" >&2
+    rm -f "$log"
+    return 1
   fi
+  rm -f "$log"
+}
+
+# build_preset PRESET [TARGET...]: configures where needed and builds, likewise.
+build_preset() {
+  local preset=$1 folder=$nhupdate_root/build/$1 log
+  shift
+  configure_preset "$preset" || return 1
+  log=$(mktemp)
   if ! ninja -C "$folder" -n "$@" 2>/dev/null | grep -q 'no work to do'; then
     echo "Building $preset" >&2
   fi

@@ -10,6 +10,9 @@ nhupdate_packages=(
   git zip unzip
 )
 
+# What the quick half of tools/lint looks with.
+nhupdate_lint_packages=(clang-format shellcheck)
+
 ensure_packages() {
   local missing=() package
   for package in "$@"; do

@@ -1,27 +1,14 @@
 #include "tests/end_to_end/support/end_to_end_test.h"
 
+#include <utility>
+
 #include "base/paths.h"
 #include "base/strings.h"
 #include "tests/end_to_end/support/log_source.h"
+#include "tests/support/placeholders.h"
 #include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
-
-namespace {
-
-// Ids stand only where the program puts them, so no other number is taken for one.
-void ReplaceId(std::wstring& text, DWORD id, const std::wstring& placeholder) {
-  const std::wstring number = std::to_wstring(id);
-  for (const wchar_t* extension : {L".exe(", L".EXE("}) {
-    nhupdate::ReplaceAll(text, extension + number + L")", extension + placeholder + L")");
-  }
-  const std::wstring parent = L"-ExitWhenParentDie:" + number;
-  if (text.size() >= parent.size() && text.substr(text.size() - parent.size()) == parent) {
-    nhupdate::ReplaceAll(text, parent, L"-ExitWhenParentDie:" + placeholder);
-  }
-}
-
-}  // namespace
 
 EndToEndTest::EndToEndTest(std::size_t root_length) : hub_(root_length) {
   ::RegDeleteTreeW(HKEY_CURRENT_USER, L"SOFTWARE\\Valve\\Steam");
@@ -54,9 +41,9 @@ std::string EndToEndTest::Records(DWORD process_id) const {
     if (record.tag == kHeaderTag || (process_id != 0 && record.process_id != process_id)) {
       continue;
     }
-    ReplaceId(record.text, record.process_id, L"{pid}");
+    record.text = WithProcessNamed(std::move(record.text), record.process_id, L"{pid}");
     for (const auto& [id, name] : names_) {
-      ReplaceId(record.text, id, L"{" + ToWide(name) + L"}");
+      record.text = WithProcessNamed(std::move(record.text), id, L"{" + ToWide(name) + L"}");
     }
     transcript += hub_.WithPlaceholders(record.text) + "\n";
   }
@@ -69,8 +56,8 @@ std::string EndToEndTest::Children(const ProgramRun& run) const {
     if (nhupdate::EqualsIgnoringCase(nhupdate::FileName(child.path), L"ICACLS.exe")) {
       continue;
     }
-    std::wstring command_line = child.command_line;
-    ReplaceId(command_line, run.process_id, L"{pid}");
+    const std::wstring command_line =
+        WithProcessNamed(child.command_line, run.process_id, L"{pid}");
     children += hub_.WithPlaceholders(child.path) + " in " +
                 hub_.WithPlaceholders(child.working_folder) + " show " + ToUtf8(child.show_state) +
                 (child.parent_id == run.process_id ? " by {pid}" : " by somebody else") + ": " +

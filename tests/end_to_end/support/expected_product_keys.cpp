@@ -2,18 +2,12 @@
 
 #include "base/windows.h"
 #include "tests/end_to_end/support/product_registry.h"
+#include "tests/support/product_keys.h"
 #include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 
 namespace {
-
-constexpr wchar_t kCollectLogKey[] = L"SOFTWARE\\WOW6432Node\\CorvaneNimba\\NimbaCollectLog";
-constexpr wchar_t kHubKey[] = L"SOFTWARE\\WOW6432Node\\CorvaneNimbaHub";
-constexpr wchar_t kDumpsKey[] =
-    L"SOFTWARE\\Microsoft\\Windows\\Windows Error Reporting\\LocalDumps\\NHUpdateManager.exe";
-constexpr wchar_t kUninstallKey[] =
-    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\NIMBA HUB";
 
 std::string Text(const std::wstring& key, const std::wstring& name, const std::wstring& data) {
   return ToUtf8(key + L"|" + name) + "|REG_SZ|" + StoredBytes(data.size()) + "|" + ToUtf8(data) +
@@ -37,9 +31,10 @@ std::string ExpectedProductKeys(const CInstalledHub& hub) {
   const std::wstring log_folder = hub.DataFolder() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log";
   return Text(kCollectLogKey, L"CorvaneNimbaHub",
               hub.Module() + L"\\NHCollectLog\\NHCollectLog.exe") +
-         Text(kHubKey, L"AppPath", hub.Root()) + Text(kHubKey, L"UpdateManager", hub.Manager()) +
-         Two(kDumpsKey, L"DumpCount") + Text(kDumpsKey, L"DumpFolder", log_folder) +
-         Two(kDumpsKey, L"DumpType") + Text(kUninstallKey, L"DisplayIcon", uninstaller) +
+         Text(kProductKey, L"AppPath", hub.Root()) +
+         Text(kProductKey, L"UpdateManager", hub.Manager()) + Two(kDumpKey, L"DumpCount") +
+         Text(kDumpKey, L"DumpFolder", log_folder) + Two(kDumpKey, L"DumpType") +
+         Text(kUninstallKey, L"DisplayIcon", uninstaller) +
          Text(kUninstallKey, L"DisplayName", L"Nimba Hub") +
          Text(kUninstallKey, L"InstallDate", Today()) +
          Text(kUninstallKey, L"InstallLocation", hub.Root()) +

@@ -5,14 +5,25 @@
 #include <vector>
 
 #include "base/windows.h"
+#include "tests/support/expected_records.h"
 #include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 
 namespace {
 
-constexpr char kUpdaterFolder[] = "{base}\\Updater";
-constexpr char kUpdater[] = "Updater.exe";
+constexpr char kUpdateFunction[] = "2|Function : Update\n";
+
+// What the shell returns for a tool that it has started.
+constexpr int kStarted = 33;
+
+std::string Text(const Lines& lines) {
+  std::string text;
+  for (const std::wstring& line : lines) {
+    text += ToUtf8(line) + "\n";
+  }
+  return text;
+}
 
 // The first of the languages that Windows tells every process.
 std::string SystemLanguage() {
@@ -53,35 +64,27 @@ std::string UnelevatedStartUp(const std::string& module) {
 
 std::string Launch(const std::string& folder, const std::string& program,
                    const std::string& parameters) {
-  return "2|Launch folder : " + folder + "\n" + "2|Launch path : " + folder + "\\" + program +
-         "\n" + "2|Launch param : " + parameters + "\n";
+  return Text(LaunchLines(ToWide(folder), L"\\" + ToWide(program), ToWide(parameters)));
 }
 
 std::string LaunchHubUpdate() {
-  return Launch(kUpdaterFolder, kUpdater,
-                "NIMBAHUB -SkipAdditionTasks -KillBrothers -ExitWhenParentDie:{pid}");
+  return Text(UpdateProductLines());
 }
 
 std::string LaunchSelfUpdate() {
-  return Launch(kStagedModule, "NHUpdateManager.exe", "-self_update");
+  return Text(StartSelfUpdateLines());
 }
 
 std::string LaunchFinalUpdate() {
-  return Launch(kInstalledModule, "NHUpdateManager.exe", "-final_update");
+  return Text(StartFinalUpdateLines());
 }
 
 std::string HubCheck() {
-  return "2|Function : Check and background download\n" +
-         Launch(kUpdaterFolder, kUpdater,
-                "-NoUI -CheckTask NIMBAHUB -SkipAdditionTasks -ExitWhenParentDie:{pid}");
+  return "2|Function : Check and background download\n" + Text(CheckForUpdateLines());
 }
 
 std::string HubDownload() {
-  return "2|Begin background download.\n" +
-         Launch(kUpdaterFolder, kUpdater,
-                "-NoUI NIMBAHUB \"-AdditionTask:NIMBA_SOFTWARE "
-                "com.corvane.windows.nimba_internal.new_updater\" -SkipAdditionTasks "
-                "-DownloadOnly -KillBrothers") +
+  return "2|Begin background download.\n" + Text(BackgroundDownloadLines()) +
          "2|Launch updater success for baclground download.\n";
 }
 
@@ -94,26 +97,15 @@ std::string AnotherVersionDownloaded(const std::string& staged_version) {
 }
 
 std::string RefreshCheck() {
-  return "2|Function : Update\n2|Begin update updater.\n" +
-         Launch(kUpdaterFolder, kUpdater,
-                "-NoUI -CheckTask NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater "
-                "-SkipAdditionTasks -ExitWhenParentDie:{pid}");
+  return kUpdateFunction + ("2|Begin update updater.\n" + Text(CheckForUpdaterLines()));
 }
 
 std::string RefreshFoundNothing() {
-  return RefreshCheck() + R"(2|Launch updater success for check.
-2|Updater exit = 1
-2|No new updater available.
-2|Copy folder from {base}\Updater\NewUpdater to {base}\Updater
-2|Copy complete.
-2|Update updater complete.
-)";
+  return kUpdateFunction + Text(FruitlessRefreshLines());
 }
 
 std::string LaunchUpdaterUpdate() {
-  return Launch(kUpdaterFolder, kUpdater,
-                "NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks "
-                "-KillBrothers -ExitWhenParentDie:{pid}");
+  return Text(UpdateUpdaterLines());
 }
 
 std::string NoOtherManager() {
@@ -122,13 +114,7 @@ std::string NoOtherManager() {
 }
 
 std::string Grants() {
-  std::string records;
-  for (const char* folder :
-       {"{base}\\Updater\\Config", "{base}\\Updater\\Temp", "{data}\\Corvane"}) {
-    records += std::string("2|ShellExecute ICACLS success on ICACLS.exe, Params = \"") + folder +
-               "\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e, Return Code = 33\n";
-  }
-  return records;
+  return Text(GrantedLines(kStarted));
 }
 
 std::string SelfCopied(const std::string& program) {
@@ -179,10 +165,7 @@ std::string CopyFailedAtTheCameras() {
 }
 
 std::string Registered() {
-  return R"(2|Nimba Hub registry set.
-2|NHUpdateManager crash dump folder set to : {data}\Corvane\NimbaSoftware\NimbaHub\Log
-2|Update registry OK.
-)";
+  return Text(RegisteredLines());
 }
 
 std::string TemporaryFolderRemoved() {

@@ -116,8 +116,8 @@ TEST_F(CleanUpAfterWorkflowTest, DoesNotFollowASuccessfulFinalUpdate) {
                   GrantedLines(),
                   CopiedNewFileLines(),
                   RegisteredLines(),
-                  {L"2|Remove empty folder in path : {root}\\Nimba Hub",
-                   L"2|Remove empty folder : {root}\\Nimba Hub\\Updater\\Temp", L"2|Return 0"}}));
+                  {L"2|Remove empty folder in path : {base}",
+                   L"2|Remove empty folder : {base}\\Updater\\Temp", L"2|Return 0"}}));
 }
 
 TEST_F(CleanUpAfterWorkflowTest, FollowsAFinalUpdateThatCannotCopy) {

@@ -7,10 +7,10 @@
 #include "base/windows.h"
 #include "tests/support/interposer.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::Interposer;
+using nhupdate::IsProcessElevated;
 
 class ElevationTest : public testing::Test {
  protected:
@@ -20,19 +20,17 @@ class ElevationTest : public testing::Test {
   BOOL can_ask_ = TRUE;
   DWORD answer_ = 1;
 
-  Interposer<decltype(::OpenProcessToken)> open_{
-      "OpenProcessToken", [this](HANDLE process, DWORD access, HANDLE* token) -> BOOL {
-        EXPECT_EQ(process, ::GetCurrentProcess());
-        EXPECT_EQ(access, static_cast<DWORD>(TOKEN_QUERY));
-        if (!can_open_) {
-          ::SetLastError(ERROR_ACCESS_DENIED);
-          return FALSE;
-        }
-        *token = kToken;
-        return TRUE;
-      }};
-  Interposer<decltype(::GetTokenInformation)> ask_{
-      "GetTokenInformation",
+  INTERPOSER(OpenProcessToken) open_{[this](HANDLE process, DWORD access, HANDLE* token) -> BOOL {
+    EXPECT_EQ(process, ::GetCurrentProcess());
+    EXPECT_EQ(access, static_cast<DWORD>(TOKEN_QUERY));
+    if (!can_open_) {
+      ::SetLastError(ERROR_ACCESS_DENIED);
+      return FALSE;
+    }
+    *token = kToken;
+    return TRUE;
+  }};
+  INTERPOSER(GetTokenInformation) ask_{
       [this](HANDLE token, TOKEN_INFORMATION_CLASS what, void* answer, DWORD size, DWORD*) -> BOOL {
         EXPECT_EQ(token, kToken);
         EXPECT_EQ(what, TokenElevation);
@@ -40,10 +38,10 @@ class ElevationTest : public testing::Test {
         *static_cast<DWORD*>(answer) = answer_;
         return can_ask_;
       }};
-  Interposer<decltype(::CloseHandle)> close_{"CloseHandle", [](HANDLE handle) -> BOOL {
-                                               EXPECT_EQ(handle, kToken);
-                                               return TRUE;
-                                             }};
+  INTERPOSER(CloseHandle) close_{[](HANDLE handle) -> BOOL {
+    EXPECT_EQ(handle, kToken);
+    return TRUE;
+  }};
 };
 
 TEST_F(ElevationTest, IsWhatTheTokenSays) {
@@ -58,7 +56,7 @@ TEST_F(ElevationTest, IsWhatTheTokenSays) {
   }
 }
 
-TEST_F(ElevationTest, ClosesTheTokenOnce) {
+TEST_F(ElevationTest, IsAskedOfATokenThatIsClosedOnce) {
   EXPECT_TRUE(IsProcessElevated());
 
   EXPECT_EQ(close_.Calls(), 1);
@@ -82,4 +80,4 @@ TEST_F(ElevationTest, IsMissingWhenTheTokenCannotBeAsked) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

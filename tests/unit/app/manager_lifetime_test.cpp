@@ -11,17 +11,15 @@
 #include "tests/support/fake_log_library.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/app/quiet_system.h"
+#include "tests/support/quiet_system.h"
 
 #include <objbase.h>  // needs <windows.h> first
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::FakeLogLibrary;
-using nhupdate_test::InstalledProduct;
-using nhupdate_test::Interposer;
-using nhupdate_test::QuietSystem;
+using nhupdate::CManagerCenter;
+using nhupdate::LogLevel;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -38,13 +36,12 @@ class ManagerLifetimeTest : public testing::Test {
   std::vector<std::string> events_;
   HRESULT com_result_ = S_OK;
   FakeLogLibrary library_;
-  Interposer<decltype(::CoInitialize)> begin_com_{"CoInitialize", [this](void* reserved) {
-                                                    EXPECT_EQ(reserved, nullptr);
-                                                    events_.push_back("CoInitialize");
-                                                    return com_result_;
-                                                  }};
-  Interposer<decltype(::CoUninitialize)> end_com_{"CoUninitialize",
-                                                  [this] { events_.push_back("CoUninitialize"); }};
+  INTERPOSER(CoInitialize) begin_com_{[this](void* reserved) {
+    EXPECT_EQ(reserved, nullptr);
+    events_.push_back("CoInitialize");
+    return com_result_;
+  }};
+  INTERPOSER(CoUninitialize) end_com_{[this] { events_.push_back("CoUninitialize"); }};
 };
 
 TEST_F(ManagerLifetimeTest, InitialisesComAndNothingElse) {
@@ -95,4 +92,4 @@ TEST_F(ManagerLifetimeTest, DropsRecordsBeforeTheStart) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -10,11 +10,11 @@
 #include "base/windows.h"
 #include "tests/support/installed_product.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::InstalledProduct;
-using nhupdate_test::LogCall;
+using nhupdate::CManagerCenter;
+using nhupdate::LogLevel;
 using testing::ElementsAre;
 
 class ManagerLogTest : public testing::Test {
@@ -73,4 +73,4 @@ TEST_F(ManagerLogTest, AddsNothingToATextAndTakesNothingAway) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

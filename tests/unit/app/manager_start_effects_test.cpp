@@ -18,12 +18,12 @@
 
 #include <shlobj.h>  // needs <windows.h> first
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CopyForShell;
-using nhupdate_test::FakeLogLibrary;
-using nhupdate_test::Interposer;
+using nhupdate::CManagerCenter;
+using nhupdate::ParentFolder;
+using nhupdate::Utf8ToWide;
 
 class ManagerStartEffectsTest : public testing::Test {
  protected:
@@ -41,8 +41,8 @@ class ManagerStartEffectsTest : public testing::Test {
   std::wstring executable_ = L"Q:\\A\\B\\M\\NHUpdateManager.exe";
   std::vector<std::wstring> effects_;
 
-  Interposer<decltype(::GetModuleFileNameW)> module_file_name_{
-      "GetModuleFileNameW", [this](HMODULE module, wchar_t* buffer, DWORD units) -> DWORD {
+  INTERPOSER(GetModuleFileNameW) module_file_name_{
+      [this](HMODULE module, wchar_t* buffer, DWORD units) -> DWORD {
         EXPECT_EQ(module, nullptr);
         EXPECT_EQ(units, 260U);
         // As Windows does it: what doesn't fit is cut off.
@@ -50,56 +50,52 @@ class ManagerStartEffectsTest : public testing::Test {
         buffer[length < units ? length : units - 1] = L'\0';
         return length;
       }};
-  Interposer<decltype(::SHGetKnownFolderPath)> known_folder_{
-      "SHGetKnownFolderPath", [this](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
+  INTERPOSER(SHGetKnownFolderPath) known_folder_{
+      [this](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
         Note(L"known folder");
         *path = CopyForShell(L"Q:\\Data");
         return S_OK;
       }};
-  Interposer<decltype(::CreateDirectoryW)> create_folder_{
-      "CreateDirectoryW", [this](const wchar_t* path, SECURITY_ATTRIBUTES* security) -> BOOL {
+  INTERPOSER(CreateDirectoryW) create_folder_{
+      [this](const wchar_t* path, SECURITY_ATTRIBUTES* security) -> BOOL {
         EXPECT_EQ(security, nullptr);
         Note(L"create " + std::wstring(path));
         return TRUE;
       }};
-  Interposer<decltype(::OpenProcessToken)> open_token_{
-      "OpenProcessToken", [this](HANDLE, DWORD, HANDLE* token) -> BOOL {
-        Note(L"open token");
-        *token = kToken;
-        return TRUE;
-      }};
-  Interposer<decltype(::GetTokenInformation)> ask_token_{
-      "GetTokenInformation",
+  INTERPOSER(OpenProcessToken) open_token_{[this](HANDLE, DWORD, HANDLE* token) -> BOOL {
+    Note(L"open token");
+    *token = kToken;
+    return TRUE;
+  }};
+  INTERPOSER(GetTokenInformation) ask_token_{
       [this](HANDLE, TOKEN_INFORMATION_CLASS, void* answer, DWORD, DWORD*) -> BOOL {
         Note(L"ask token");
         *static_cast<DWORD*>(answer) = 1;
         return TRUE;
       }};
-  Interposer<decltype(::CloseHandle)> close_{"CloseHandle", [this](HANDLE handle) -> BOOL {
-                                               if (handle != kToken) {
-                                                 return close_.Original()(handle);
-                                               }
-                                               Note(L"close token");
-                                               return TRUE;
-                                             }};
-  Interposer<decltype(::RegOpenKeyExW)> open_key_{
-      "RegOpenKeyExW", [this](HKEY, const wchar_t* path, DWORD, REGSAM, HKEY*) -> LSTATUS {
+  INTERPOSER(CloseHandle) close_{[this](HANDLE handle) -> BOOL {
+    if (handle != kToken) {
+      return close_.Original()(handle);
+    }
+    Note(L"close token");
+    return TRUE;
+  }};
+  INTERPOSER(RegOpenKeyExW) open_key_{
+      [this](HKEY, const wchar_t* path, DWORD, REGSAM, HKEY*) -> LSTATUS {
         Note(L"open key " + std::wstring(path));
         return ERROR_FILE_NOT_FOUND;
       }};
-  Interposer<decltype(::GetUserPreferredUILanguages)> languages_{
-      "GetUserPreferredUILanguages", [this](DWORD, ULONG*, wchar_t*, ULONG*) -> BOOL {
+  INTERPOSER(GetUserPreferredUILanguages) languages_{
+      [this](DWORD, ULONG*, wchar_t*, ULONG*) -> BOOL {
         Note(L"languages");
         return FALSE;
       }};
-  Interposer<decltype(::CreateFileW)> open_file_{
-      "CreateFileW",
-      [this](const wchar_t* path, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD,
-             HANDLE) -> HANDLE {
-        Note(L"open " + std::wstring(path));
-        ::SetLastError(ERROR_FILE_NOT_FOUND);
-        return INVALID_HANDLE_VALUE;
-      }};
+  INTERPOSER(CreateFileW) open_file_{[this](const wchar_t* path, DWORD, DWORD, SECURITY_ATTRIBUTES*,
+                                            DWORD, DWORD, HANDLE) -> HANDLE {
+    Note(L"open " + std::wstring(path));
+    ::SetLastError(ERROR_FILE_NOT_FOUND);
+    return INVALID_HANDLE_VALUE;
+  }};
   FakeLogLibrary library_;
 };
 
@@ -162,4 +158,4 @@ TEST_F(ManagerStartEffectsTest, StayInTheDrivesRootWithoutAPath) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

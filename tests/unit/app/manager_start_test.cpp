@@ -13,20 +13,12 @@
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/app/quiet_system.h"
+#include "tests/support/placeholders.h"
+#include "tests/support/quiet_system.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::InstalledProduct;
-using nhupdate_test::Interposer;
-using nhupdate_test::ListTree;
-using nhupdate_test::LogCall;
-using nhupdate_test::QuietSystem;
-using nhupdate_test::StartUpLines;
-using nhupdate_test::WithPlaceholders;
-using nhupdate_test::WriteFileBytes;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -61,7 +53,7 @@ TEST_F(ManagerStartTest, TellsWhatItFoundWithTexts) {
               ElementsAre(L"2|Process elevated.", L"2|Steam language setting not found.",
                           L"2|Found System language setting : en-US",
                           L"2|Load strings from "
-                          L"{root}\\Nimba Hub\\NHUpdateManager\\Config\\NHUpdateManager.en-US.json",
+                          L"{base}\\NHUpdateManager\\Config\\NHUpdateManager.en-US.json",
                           L"2|Total 1 strings loaded."));
   EXPECT_EQ(product.Manager().GetString(L"KEY_UPDATE_TITLE"), L"Update");
   EXPECT_EQ(console_.Bytes(), "");
@@ -72,14 +64,13 @@ TEST_F(ManagerStartTest, TellsWhatItMissesWithoutElevationAndTexts) {
 
   product.Start();
 
-  EXPECT_THAT(
-      product.Transcript(),
-      ElementsAre(L"2|Process NOT elevated.", L"2|Steam language setting not found.",
-                  L"2|Found System language setting : en-US",
-                  L"2|Load strings from "
-                  L"{root}\\Nimba Hub\\NHUpdateManager\\Config\\NHUpdateManager.Default.json",
-                  L"4|Fail to open string file : "
-                  L"{root}\\Nimba Hub\\NHUpdateManager\\Config\\NHUpdateManager.Default.json"));
+  EXPECT_THAT(product.Transcript(),
+              ElementsAre(L"2|Process NOT elevated.", L"2|Steam language setting not found.",
+                          L"2|Found System language setting : en-US",
+                          L"2|Load strings from "
+                          L"{base}\\NHUpdateManager\\Config\\NHUpdateManager.Default.json",
+                          L"4|Fail to open string file : "
+                          L"{base}\\NHUpdateManager\\Config\\NHUpdateManager.Default.json"));
   EXPECT_EQ(product.Manager().GetString(L"KEY_UPDATE_TITLE"), L"KEY_UPDATE_TITLE");
 }
 
@@ -100,7 +91,7 @@ TEST_F(ManagerStartTest, StartsTheLogWithItsConfigurationAndFolder) {
   product.Start();
 
   EXPECT_THAT(StartArguments(product),
-              ElementsAre(L"1.0.0", L"{root}\\Nimba Hub\\NHUpdateManager\\LogConfig.ini",
+              ElementsAre(L"1.0.0", L"{base}\\NHUpdateManager\\LogConfig.ini",
                           L"{data}\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
 }
 
@@ -123,35 +114,34 @@ TEST_F(ManagerStartTest, LeavesDataFoldersThatAreThereAlone) {
 
   product.Start();
 
-  EXPECT_EQ(nhupdate_test::ReadFileBytes(old_log), "old");
+  EXPECT_EQ(ReadFileBytes(old_log), "old");
 }
 
 TEST_F(ManagerStartTest, CreatesNothingWithoutAProgramDataFolder) {
   InstalledProduct product({.has_program_data = false});
-  Interposer<decltype(::CreateDirectoryW)> create(
-      "CreateDirectoryW", [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return FALSE; });
+  INTERPOSER(CreateDirectoryW) create(
+      [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return FALSE; });
 
   product.Start();
 
   EXPECT_EQ(create.Calls(), 0);
   EXPECT_THAT(StartArguments(product),
-              ElementsAre(L"1.0.0", L"{root}\\Nimba Hub\\NHUpdateManager\\LogConfig.ini", L""));
+              ElementsAre(L"1.0.0", L"{base}\\NHUpdateManager\\LogConfig.ini", L""));
   EXPECT_EQ(product.Transcript(), StartUpLines());
 }
 
 TEST_F(ManagerStartTest, GoesOnWhenNoFolderCanBeCreated) {
   InstalledProduct product;
-  Interposer<decltype(::CreateDirectoryW)> create("CreateDirectoryW",
-                                                  [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
-                                                    ::SetLastError(ERROR_ACCESS_DENIED);
-                                                    return FALSE;
-                                                  });
+  INTERPOSER(CreateDirectoryW) create([](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return FALSE;
+  });
 
   product.Start();
 
   EXPECT_EQ(create.Calls(), 4);
   EXPECT_THAT(StartArguments(product),
-              ElementsAre(L"1.0.0", L"{root}\\Nimba Hub\\NHUpdateManager\\LogConfig.ini",
+              ElementsAre(L"1.0.0", L"{base}\\NHUpdateManager\\LogConfig.ini",
                           L"{data}\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
   EXPECT_EQ(product.Transcript(), StartUpLines());
 }
@@ -179,4 +169,4 @@ TEST_F(ManagerStartTest, WritesItsRecordsToALibraryThatRefusedToStart) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

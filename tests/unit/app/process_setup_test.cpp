@@ -5,10 +5,10 @@
 #include "base/windows.h"
 #include "tests/support/interposer.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::Interposer;
+using nhupdate::SetUpProcess;
 
 class ProcessSetupTest : public testing::Test {
  protected:
@@ -17,18 +17,16 @@ class ProcessSetupTest : public testing::Test {
   UINT former_mode_ = 0;
   UINT mode_ = 0;
 
-  Interposer<decltype(::GetErrorMode)> get_error_mode_{"GetErrorMode",
-                                                       [this] { return former_mode_; }};
-  Interposer<decltype(::SetErrorMode)> error_mode_{"SetErrorMode", [this](UINT mode) {
-                                                     mode_ = mode;
-                                                     return former_mode_;
-                                                   }};
-  Interposer<decltype(::SetDefaultDllDirectories)> dll_directories_{
-      "SetDefaultDllDirectories", [this](DWORD flags) -> BOOL {
-        EXPECT_EQ(flags, static_cast<DWORD>(LOAD_LIBRARY_SEARCH_DEFAULT_DIRS));
-        ::SetLastError(ERROR_INVALID_PARAMETER);
-        return succeeds_;
-      }};
+  INTERPOSER(GetErrorMode) get_error_mode_{[this] { return former_mode_; }};
+  INTERPOSER(SetErrorMode) error_mode_{[this](UINT mode) {
+    mode_ = mode;
+    return former_mode_;
+  }};
+  INTERPOSER(SetDefaultDllDirectories) dll_directories_{[this](DWORD flags) -> BOOL {
+    EXPECT_EQ(flags, static_cast<DWORD>(LOAD_LIBRARY_SEARCH_DEFAULT_DIRS));
+    ::SetLastError(ERROR_INVALID_PARAMETER);
+    return succeeds_;
+  }};
 };
 
 TEST_F(ProcessSetupTest, TurnsOffErrorDialogsAndUnsafeDllFolders) {
@@ -56,4 +54,4 @@ TEST_F(ProcessSetupTest, FailsWhenWindowsRefuses) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
+
+using nhupdate::FoldersOfExecutable;
+using nhupdate::ProductFolders;
 
 struct Case {
   const wchar_t* executable;
@@ -85,4 +88,4 @@ TEST(FoldersOfExecutableTest, LeaveOutWhatDoesNotFollowFromIt) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

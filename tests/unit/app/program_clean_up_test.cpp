@@ -56,7 +56,7 @@ TEST_F(ProgramCleanUpTest, TakesAnUpdateForTheInstalledCopyWhereverItRuns) {
   EXPECT_EQ(product.Transcript(),
             NotElevatedLines(L"2|Function : Update", options,
                              L"2|Updater config file delete ok : "
-                             L"{root}\\Nimba Hub\\Updater\\App\\Updater\\Config\\ut.ini"));
+                             L"{base}\\Updater\\App\\Updater\\Config\\ut.ini"));
 }
 
 TEST_F(ProgramCleanUpTest, LeavesTheResultWhenThereIsNoConfiguration) {
@@ -67,14 +67,14 @@ TEST_F(ProgramCleanUpTest, LeavesTheResultWhenThereIsNoConfiguration) {
 
   EXPECT_EQ(product.Transcript(), NotElevatedLines(L"2|Function : Update", options,
                                                    L"4|Updater config file note found : "
-                                                   L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"));
+                                                   L"{base}\\Updater\\Config\\ut.ini"));
 }
 
 TEST_F(ProgramCleanUpTest, LeavesTheResultWhenTheConfigurationCannotBeDeleted) {
   const ProductOptions options = {.elevated = false};
   InstalledProduct product(options);
   WriteFileBytes(InstalledConfig(product), "x");
-  Interposer<decltype(::DeleteFileW)> delete_file("DeleteFileW", [&](const wchar_t* path) -> BOOL {
+  INTERPOSER(DeleteFileW) delete_file([&](const wchar_t* path) -> BOOL {
     EXPECT_EQ(path, InstalledConfig(product));
     ::SetLastError(ERROR_SHARING_VIOLATION);
     return FALSE;
@@ -85,7 +85,7 @@ TEST_F(ProgramCleanUpTest, LeavesTheResultWhenTheConfigurationCannotBeDeleted) {
   EXPECT_EQ(delete_file.Calls(), 1);
   EXPECT_EQ(product.Transcript(), NotElevatedLines(L"2|Function : Update", options,
                                                    L"4|Updater config file delete fail (32) : "
-                                                   L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"));
+                                                   L"{base}\\Updater\\Config\\ut.ini"));
 }
 
 }  // namespace

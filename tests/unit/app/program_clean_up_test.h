@@ -9,15 +9,15 @@
 
 #include "base/existence.h"
 #include "tests/support/expected_records.h"
+#include "tests/support/fake_process_table.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
+#include "tests/support/quiet_system.h"
 #include "tests/support/recorded_boxes.h"
 #include "tests/support/recorded_sleeps.h"
 #include "tests/support/recorded_tools.h"
-#include "tests/support/scratch_local_machine.h"
-#include "tests/support/scripted_processes.h"
+#include "tests/support/scratch_registry.h"
 #include "tests/support/scripted_shell.h"
-#include "tests/unit/app/quiet_system.h"
 
 namespace nhupdate_test {
 
@@ -42,15 +42,15 @@ class ProgramCleanUpTest : public testing::Test {
   }
 
   static std::wstring DeletedLine() {
-    return L"2|Updater config file delete ok : {root}\\Nimba Hub\\Updater\\Config\\ut.ini";
+    return L"2|Updater config file delete ok : {base}\\Updater\\Config\\ut.ini";
   }
 
   QuietSystem system_;
   RecordedBoxes boxes_;
   RecordedSleeps sleeps_;
   RecordedTools tools_;
-  ScriptedProcesses no_processes_;
-  ScratchLocalMachine local_machine_;
+  FakeProcessTable no_processes_;
+  ScratchRegistry registry_;
 };
 
 }  // namespace nhupdate_test

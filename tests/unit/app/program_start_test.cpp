@@ -17,11 +17,10 @@
 #include <objbase.h>
 #include <shellapi.h>
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::Interposer;
+using nhupdate::RunProgram;
 using testing::ElementsAre;
 
 // Only runs that don't reach the manager's start-up: that would be the test program's own.
@@ -36,48 +35,44 @@ class ProgramStartTest : public testing::Test {
   std::vector<std::string> effects_;
 
   CapturedConsole console_;
-  Interposer<decltype(::SetErrorMode)> error_mode_{"SetErrorMode", [this](UINT) -> UINT {
-                                                     Note("SetErrorMode");
-                                                     return 0;
-                                                   }};
-  Interposer<decltype(::SetDefaultDllDirectories)> dll_directories_{
-      "SetDefaultDllDirectories", [this](DWORD) -> BOOL {
-        Note("SetDefaultDllDirectories");
-        return can_set_up_;
-      }};
-  Interposer<decltype(::GetCommandLineW)> get_command_line_{"GetCommandLineW", [this]() {
-                                                              Note("GetCommandLineW");
-                                                              return command_line_.data();
-                                                            }};
-  Interposer<decltype(::CommandLineToArgvW)> split_{
-      "CommandLineToArgvW", [this](const wchar_t* command_line, int* count) -> wchar_t** {
+  INTERPOSER(SetErrorMode) error_mode_{[this](UINT) -> UINT {
+    Note("SetErrorMode");
+    return 0;
+  }};
+  INTERPOSER(SetDefaultDllDirectories) dll_directories_{[this](DWORD) -> BOOL {
+    Note("SetDefaultDllDirectories");
+    return can_set_up_;
+  }};
+  INTERPOSER(GetCommandLineW) get_command_line_{[this]() {
+    Note("GetCommandLineW");
+    return command_line_.data();
+  }};
+  INTERPOSER(CommandLineToArgvW) split_{
+      [this](const wchar_t* command_line, int* count) -> wchar_t** {
         Note("CommandLineToArgvW");
         EXPECT_EQ(command_line, command_line_.data());
         arguments_ = can_split_ ? split_.Original()(command_line, count) : nullptr;
         return arguments_;
       }};
-  Interposer<decltype(::LocalFree)> free_{"LocalFree", [this](HLOCAL memory) -> HLOCAL {
-                                            if (memory == arguments_) {
-                                              Note("LocalFree");
-                                            }
-                                            return free_.Original()(memory);
-                                          }};
-  Interposer<decltype(::CoInitialize)> begin_com_{"CoInitialize", [this](void*) -> HRESULT {
-                                                    Note("CoInitialize");
-                                                    return S_OK;
-                                                  }};
-  Interposer<decltype(::CoUninitialize)> end_com_{"CoUninitialize",
-                                                  [this] { Note("CoUninitialize"); }};
-  Interposer<decltype(::CreateDirectoryW)> create_folder_{
-      "CreateDirectoryW", [this](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
-        Note("CreateDirectoryW");
-        return FALSE;
-      }};
-  Interposer<decltype(::LoadLibraryW)> load_library_{"LoadLibraryW",
-                                                     [this](const wchar_t*) -> HMODULE {
-                                                       Note("LoadLibraryW");
-                                                       return nullptr;
-                                                     }};
+  INTERPOSER(LocalFree) free_{[this](HLOCAL memory) -> HLOCAL {
+    if (memory == arguments_) {
+      Note("LocalFree");
+    }
+    return free_.Original()(memory);
+  }};
+  INTERPOSER(CoInitialize) begin_com_{[this](void*) -> HRESULT {
+    Note("CoInitialize");
+    return S_OK;
+  }};
+  INTERPOSER(CoUninitialize) end_com_{[this] { Note("CoUninitialize"); }};
+  INTERPOSER(CreateDirectoryW) create_folder_{[this](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
+    Note("CreateDirectoryW");
+    return FALSE;
+  }};
+  INTERPOSER(LoadLibraryW) load_library_{[this](const wchar_t*) -> HMODULE {
+    Note("LoadLibraryW");
+    return nullptr;
+  }};
 };
 
 TEST_F(ProgramStartTest, GoesFromTheProcessOverTheArgumentsToTheManager) {
@@ -92,13 +87,12 @@ TEST_F(ProgramStartTest, GoesFromTheProcessOverTheArgumentsToTheManager) {
 TEST_F(ProgramStartTest, AsksForItsOwnModuleFirst) {
   std::optional<std::size_t> effects_before;
   // Last of all, since other replacements need it to find the import table.
-  Interposer<decltype(::GetModuleHandleW)> module_handle("GetModuleHandleW",
-                                                         [&](const wchar_t* name) {
-                                                           if (name == nullptr && !effects_before) {
-                                                             effects_before = effects_.size();
-                                                           }
-                                                           return module_handle.Original()(name);
-                                                         });
+  INTERPOSER(GetModuleHandleW) module_handle([&](const wchar_t* name) {
+    if (name == nullptr && !effects_before) {
+      effects_before = effects_.size();
+    }
+    return module_handle.Original()(name);
+  });
 
   EXPECT_EQ(RunProgram(), 0);
 
@@ -106,10 +100,9 @@ TEST_F(ProgramStartTest, AsksForItsOwnModuleFirst) {
 }
 
 TEST_F(ProgramStartTest, EndsWith1WithoutItsOwnModule) {
-  Interposer<decltype(::GetModuleHandleW)> module_handle(
-      "GetModuleHandleW", [&](const wchar_t* name) {
-        return name == nullptr ? nullptr : module_handle.Original()(name);
-      });
+  INTERPOSER(GetModuleHandleW) module_handle([&](const wchar_t* name) {
+    return name == nullptr ? nullptr : module_handle.Original()(name);
+  });
   command_line_ += L" -download";
 
   EXPECT_EQ(RunProgram(), 1);
@@ -171,4 +164,4 @@ TEST_F(ProgramStartTest, EndsWith0WhenTheCommandLineCannotBeSplit) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

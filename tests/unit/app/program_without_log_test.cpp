@@ -8,19 +8,12 @@
 #include "tests/support/expected_records.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
-#include "tests/unit/app/quiet_system.h"
+#include "tests/support/quiet_system.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::InstalledProduct;
-using nhupdate_test::Join;
-using nhupdate_test::Lines;
-using nhupdate_test::ListTree;
-using nhupdate_test::QuietSystem;
-using nhupdate_test::StartUpLines;
-using nhupdate_test::WriteFileBytes;
+using nhupdate::Exists;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -78,4 +71,4 @@ TEST_F(ProgramWithoutLogTest, RunsWithoutAProgramDataFolder) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -14,31 +14,19 @@
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/app/quiet_system.h"
+#include "tests/support/quiet_system.h"
 
 #include <objbase.h>  // needs <windows.h> first
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::CheckForUpdateLines;
-using nhupdate_test::FakeLogLibrary;
-using nhupdate_test::InstalledProduct;
-using nhupdate_test::Interposer;
-using nhupdate_test::Join;
-using nhupdate_test::Lines;
-using nhupdate_test::ListTree;
-using nhupdate_test::LogCall;
-using nhupdate_test::QuietSystem;
-using nhupdate_test::StartUpLines;
-using nhupdate_test::WriteFileBytes;
+using nhupdate::Exists;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 const Lines kNotElevatedLine = {L"4|Process not been elevated for install."};
-const Lines kNoConfigLine = {
-    L"4|Updater config file note found : {root}\\Nimba Hub\\Updater\\Config\\ut.ini"};
+const Lines kNoConfigLine = {L"4|Updater config file note found : {base}\\Updater\\Config\\ut.ini"};
 const Lines kReturn10Line = {L"2|Return 10"};
 
 class ProgramWorkflowTest : public testing::Test {
@@ -52,7 +40,7 @@ TEST_F(ProgramWorkflowTest, IsTheOneThatTheSwitchesAskFor) {
   const Lines download = Join({{L"2|Function : Check and background download"},
                                CheckForUpdateLines(),
                                {L"4|Update.exe not found : "
-                                L"{root}\\Nimba Hub\\Updater\\Updater.exe",
+                                L"{base}\\Updater\\Updater.exe",
                                 L"2|Return 14"}});
   const Lines install = Join({{L"2|Function : Install"}, kNotElevatedLine, kReturn10Line});
   const Lines update =
@@ -116,7 +104,7 @@ TEST_F(ProgramWorkflowTest, LogsAFinalUpdateWithoutElevationWhole) {
             Join({StartUpLines({.elevated = false}),
                   {L"2|Function : Final Update", L"4|Process not been elevated for install.",
                    L"2|Updater config file delete ok : "
-                   L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini",
+                   L"{base}\\Updater\\Config\\ut.ini",
                    L"2|Return 10"}}));
   EXPECT_FALSE(Exists(product.Base() + L"\\Updater\\Config\\ut.ini"));
 }
@@ -150,7 +138,7 @@ TEST_F(ProgramWorkflowTest, UnloadsTheLogBeforeItEndsCom) {
     }
     events.push_back(event);
   };
-  Interposer<decltype(::CoUninitialize)> end_com("CoUninitialize", [&] {
+  INTERPOSER(CoUninitialize) end_com([&] {
     events.push_back("CoUninitialize");
     end_com.Original()();
   });
@@ -161,4 +149,4 @@ TEST_F(ProgramWorkflowTest, UnloadsTheLogBeforeItEndsCom) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -7,8 +7,11 @@
 #include <string>
 #include <vector>
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
+
+using nhupdate::ChooseRunMode;
+using nhupdate::RunMode;
 
 struct Switch {
   RunMode mode;
@@ -124,4 +127,4 @@ TEST(ChooseRunModeTest, IgnoresWhatIsOnlyLikeASwitch) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

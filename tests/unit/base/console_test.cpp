@@ -12,11 +12,12 @@
 #include "tests/support/captured_console.h"
 #include "tests/support/interposer.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::Interposer;
+using nhupdate::PrintConsoleError;
+using nhupdate::UniqueKernelHandle;
+using nhupdate::WriteConsoleText;
 
 // Gives the process another standard output handle for a while.
 class StandardOutput {
@@ -43,7 +44,7 @@ TEST(PrintConsoleErrorTest, WritesTheFormattedTextAndNoLineEndOfItsOwn) {
 
 TEST(PrintConsoleErrorTest, LeavesStandardErrorAlone) {
   const CapturedConsole console;
-  Interposer<decltype(::GetStdHandle)> standard_handle("GetStdHandle", [&](DWORD which) {
+  INTERPOSER(GetStdHandle) standard_handle([&](DWORD which) {
     EXPECT_EQ(which, STD_OUTPUT_HANDLE);
     return standard_handle.Original()(which);
   });
@@ -111,17 +112,16 @@ TEST(WriteConsoleTextTest, WritesUtf8ToAPipe) {
 
 TEST(WriteConsoleTextTest, WritesNothingInPlaceOfATextThatCantBeConverted) {
   const CapturedConsole console;
-  Interposer<decltype(::WideCharToMultiByte)> convert(
-      "WideCharToMultiByte",
-      [&](UINT code_page, DWORD flags, const wchar_t* text, int units, char* bytes, int size,
-          const char* replacement, BOOL* is_replaced) {
-        if (bytes == nullptr) {
-          return convert.Original()(code_page, flags, text, units, bytes, size, replacement,
-                                    is_replaced);
-        }
-        ::SetLastError(ERROR_NO_UNICODE_TRANSLATION);
-        return 0;
-      });
+  INTERPOSER(WideCharToMultiByte) convert([&](UINT code_page, DWORD flags, const wchar_t* text,
+                                              int units, char* bytes, int size,
+                                              const char* replacement, BOOL* is_replaced) {
+    if (bytes == nullptr) {
+      return convert.Original()(code_page, flags, text, units, bytes, size, replacement,
+                                is_replaced);
+    }
+    ::SetLastError(ERROR_NO_UNICODE_TRANSLATION);
+    return 0;
+  });
 
   WriteConsoleText(L"abc");
 
@@ -131,8 +131,7 @@ TEST(WriteConsoleTextTest, WritesNothingInPlaceOfATextThatCantBeConverted) {
 
 TEST(WriteConsoleTextTest, GoesOnAfterAPartialWriteToAStream) {
   const CapturedConsole console;
-  Interposer<decltype(::WriteFile)> write(
-      "WriteFile",
+  INTERPOSER(WriteFile) write(
       [&](HANDLE file, const void* bytes, DWORD count, DWORD* written, OVERLAPPED* overlapped) {
         return write.Original()(file, bytes, count > 3 ? 3 : count, written, overlapped);
       });
@@ -145,11 +144,10 @@ TEST(WriteConsoleTextTest, GoesOnAfterAPartialWriteToAStream) {
 
 TEST(WriteConsoleTextTest, GivesUpOnAStreamThatTakesNothing) {
   const CapturedConsole console;
-  Interposer<decltype(::WriteFile)> write(
-      "WriteFile", [](HANDLE, const void*, DWORD, DWORD* written, OVERLAPPED*) -> BOOL {
-        *written = 0;
-        return TRUE;
-      });
+  INTERPOSER(WriteFile) write([](HANDLE, const void*, DWORD, DWORD* written, OVERLAPPED*) -> BOOL {
+    *written = 0;
+    return TRUE;
+  });
 
   WriteConsoleText(L"abc");
 
@@ -158,12 +156,11 @@ TEST(WriteConsoleTextTest, GivesUpOnAStreamThatTakesNothing) {
 
 TEST(WriteConsoleTextTest, GivesUpOnAStreamThatFails) {
   const CapturedConsole console;
-  Interposer<decltype(::WriteFile)> write(
-      "WriteFile", [](HANDLE, const void*, DWORD, DWORD* written, OVERLAPPED*) -> BOOL {
-        *written = 1;
-        ::SetLastError(ERROR_BROKEN_PIPE);
-        return FALSE;
-      });
+  INTERPOSER(WriteFile) write([](HANDLE, const void*, DWORD, DWORD* written, OVERLAPPED*) -> BOOL {
+    *written = 1;
+    ::SetLastError(ERROR_BROKEN_PIPE);
+    return FALSE;
+  });
 
   WriteConsoleText(L"abc");
 
@@ -173,10 +170,10 @@ TEST(WriteConsoleTextTest, GivesUpOnAStreamThatFails) {
 TEST(WriteConsoleTextTest, WritesNothingWithoutAStandardOutput) {
   for (const HANDLE absent : {static_cast<HANDLE>(nullptr), INVALID_HANDLE_VALUE}) {
     const StandardOutput output(absent);
-    Interposer<decltype(::WriteFile)> write(
-        "WriteFile", [](HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL { return FALSE; });
-    Interposer<decltype(::WriteConsoleW)> write_console(
-        "WriteConsoleW", [](HANDLE, const void*, DWORD, DWORD*, void*) -> BOOL { return FALSE; });
+    INTERPOSER(WriteFile) write(
+        [](HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL { return FALSE; });
+    INTERPOSER(WriteConsoleW) write_console(
+        [](HANDLE, const void*, DWORD, DWORD*, void*) -> BOOL { return FALSE; });
 
     WriteConsoleText(L"abc");
 
@@ -192,8 +189,7 @@ TEST(WriteConsoleTextTest, SurvivesAStandardOutputThatWasClosed) {
   ::CloseHandle(read_end);
   ::CloseHandle(write_end);
   const StandardOutput output(write_end);
-  Interposer<decltype(::WriteFile)> write(
-      "WriteFile",
+  INTERPOSER(WriteFile) write(
       [&](HANDLE file, const void* bytes, DWORD count, DWORD* written, OVERLAPPED* overlapped) {
         return write.Original()(file, bytes, count, written, overlapped);
       });
@@ -204,4 +200,4 @@ TEST(WriteConsoleTextTest, SurvivesAStandardOutputThatWasClosed) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -2,16 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include "base/unique_handle.h"
 #include "base/windows.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
 #include "tests/support/scratch_folder.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::ScratchFolder;
-using nhupdate_test::WriteFileBytes;
+using nhupdate::Exists;
 
 TEST(ExistsTest, FindsFilesAndFoldersAlike) {
   const ScratchFolder scratch;
@@ -27,9 +26,7 @@ TEST(ExistsTest, FindsWhatIsReadOnlyHiddenOrHeld) {
   const std::wstring file = scratch.Path() + L"\\file.txt";
   WriteFileBytes(file, "x");
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
-  const UniqueFile held(::CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
-  ASSERT_TRUE(held.IsValid());
+  const HeldFile held(file);
 
   EXPECT_TRUE(Exists(file));
 }
@@ -57,4 +54,4 @@ TEST(ExistsTest, NoLongerFindsWhatWasDeleted) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

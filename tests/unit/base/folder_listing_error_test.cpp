@@ -5,12 +5,12 @@
 #include <optional>
 
 #include "base/folder_listing.h"
-#include "tests/unit/base/fake_folder.h"
+#include "tests/support/fake_listing.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::FakeFolder;
+using nhupdate::CFolderListing;
 
 // Walks to the end and returns the number of entries.
 int CountEntries(CFolderListing& listing) {
@@ -22,8 +22,8 @@ int CountEntries(CFolderListing& listing) {
 }
 
 TEST(FolderListingErrorTest, IsThatOfAListingThatBrokeOff) {
-  const FakeFolder folder({{L"a"}, {L"b"}}, ERROR_NETNAME_DELETED);
-  CFolderListing listing(L"folder\\*.*");
+  const FakeListing folder({{L"a"}, {L"b"}}, ERROR_NETNAME_DELETED);
+  CFolderListing listing(L"folder");
 
   EXPECT_EQ(CountEntries(listing), 2);
 
@@ -33,8 +33,8 @@ TEST(FolderListingErrorTest, IsThatOfAListingThatBrokeOff) {
 }
 
 TEST(FolderListingErrorTest, IsNoneAtTheEnd) {
-  const FakeFolder folder({{L"a"}});
-  CFolderListing listing(L"folder\\*.*");
+  const FakeListing folder({{L"a"}});
+  CFolderListing listing(L"folder");
 
   EXPECT_EQ(CountEntries(listing), 1);
 
@@ -47,8 +47,8 @@ TEST(FolderListingErrorTest, IsThatOfAListingThatCouldNotBegin) {
                                ERROR_DIRECTORY,     ERROR_INVALID_NAME,
                                ERROR_NOT_READY,     ERROR_CANT_RESOLVE_FILENAME};
   for (const DWORD error : kErrors) {
-    const FakeFolder folder({}, error);
-    CFolderListing listing(L"folder\\*.*");
+    const FakeListing folder({}, error);
+    CFolderListing listing(L"folder");
 
     EXPECT_EQ(CountEntries(listing), 0) << error;
 
@@ -61,8 +61,8 @@ TEST(FolderListingErrorTest, IsThatOfAListingThatCouldNotBegin) {
 TEST(FolderListingErrorTest, IsNoneForAFolderThatIsNotThere) {
   constexpr DWORD kErrors[] = {ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_NO_MORE_FILES};
   for (const DWORD error : kErrors) {
-    const FakeFolder folder({}, error);
-    CFolderListing listing(L"folder\\*.*");
+    const FakeListing folder({}, error);
+    CFolderListing listing(L"folder");
 
     EXPECT_EQ(CountEntries(listing), 0) << error;
 
@@ -72,4 +72,4 @@ TEST(FolderListingErrorTest, IsNoneForAFolderThatIsNotThere) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

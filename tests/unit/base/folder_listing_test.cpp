@@ -8,16 +8,14 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/scratch_folder.h"
-#include "tests/unit/base/fake_folder.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::FakeFolder;
-using nhupdate_test::ScratchFolder;
-using nhupdate_test::WriteFileBytes;
+using nhupdate::CFolderListing;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
@@ -35,7 +33,7 @@ TEST(FolderListingTest, GivesFilesAndFoldersOfOneFolder) {
   WriteFileBytes(scratch.Path() + L"\\folder\\below", "x");
 
   std::vector<std::pair<std::wstring, bool>> entries;
-  CFolderListing listing(scratch.Path() + L"\\*.*");
+  CFolderListing listing(scratch.Path());
   while (listing.Next()) {
     entries.emplace_back(listing.Name(), listing.IsFolder());
     EXPECT_FALSE(listing.IsLink());
@@ -47,7 +45,7 @@ TEST(FolderListingTest, GivesFilesAndFoldersOfOneFolder) {
 
 TEST(FolderListingTest, IsEmptyForAnEmptyFolder) {
   const ScratchFolder scratch;
-  CFolderListing listing(scratch.Path() + L"\\*.*");
+  CFolderListing listing(scratch.Path());
 
   EXPECT_FALSE(listing.Next());
 }
@@ -61,30 +59,30 @@ TEST(FolderListingTest, IsEmptyForAFolderThatIsNotThere) {
 }
 
 TEST(FolderListingTest, PassesOverTheDotEntriesWhereverTheyStand) {
-  const FakeFolder folder({{L"a"}, {L".."}, {L"b"}, {L"."}});
-  CFolderListing listing(L"folder\\*.*");
+  const FakeListing folder({{L"a"}, {L".."}, {L"b"}, {L"."}});
+  CFolderListing listing(L"folder");
 
   EXPECT_THAT(Names(listing), ElementsAre(L"a", L"b"));
 }
 
 TEST(FolderListingTest, KeepsNamesThatOnlyBeginWithDots) {
-  const FakeFolder folder({{L"."}, {L".."}, {L"..."}, {L".git"}, {L"..a"}});
-  CFolderListing listing(L"folder\\*.*");
+  const FakeListing folder({{L"."}, {L".."}, {L"..."}, {L".git"}, {L"..a"}});
+  CFolderListing listing(L"folder");
 
   EXPECT_THAT(Names(listing), ElementsAre(L"...", L".git", L"..a"));
 }
 
 TEST(FolderListingTest, KeepsTheOrderOfWindows) {
-  const FakeFolder folder({{L"b"}, {L"c"}, {L"a"}});
-  CFolderListing listing(L"folder\\*.*");
+  const FakeListing folder({{L"b"}, {L"c"}, {L"a"}});
+  CFolderListing listing(L"folder");
 
   EXPECT_THAT(Names(listing), ElementsAre(L"b", L"c", L"a"));
 }
 
 TEST(FolderListingTest, ClosesItsSearchOnce) {
-  const FakeFolder folder({{L"a"}});
+  const FakeListing folder({{L"a"}});
   {
-    CFolderListing listing(L"folder\\*.*");
+    CFolderListing listing(L"folder");
     static_cast<void>(Names(listing));
     EXPECT_EQ(folder.Closed(), 0);
   }
@@ -93,8 +91,8 @@ TEST(FolderListingTest, ClosesItsSearchOnce) {
 }
 
 TEST(FolderListingTest, ClosesNothingWhenThereIsNoSearch) {
-  const FakeFolder folder({}, ERROR_FILE_NOT_FOUND);
-  { const CFolderListing listing(L"folder\\*.*"); }
+  const FakeListing folder({}, ERROR_FILE_NOT_FOUND);
+  { const CFolderListing listing(L"folder"); }
 
   EXPECT_EQ(folder.Closed(), 0);
 }
@@ -103,10 +101,10 @@ constexpr DWORD kFolderPoint = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE
 constexpr DWORD kFilePoint = FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_REPARSE_POINT;
 
 TEST(FolderListingTest, TellsLinksByTheReparseTag) {
-  const FakeFolder folder({{L"junction", kFolderPoint, IO_REPARSE_TAG_MOUNT_POINT},
-                           {L"cloud", kFolderPoint, IO_REPARSE_TAG_CLOUD},
-                           {L"file link", kFilePoint, IO_REPARSE_TAG_SYMLINK}});
-  CFolderListing listing(L"folder\\*.*");
+  const FakeListing folder({{L"junction", kFolderPoint, IO_REPARSE_TAG_MOUNT_POINT},
+                            {L"cloud", kFolderPoint, IO_REPARSE_TAG_CLOUD},
+                            {L"file link", kFilePoint, IO_REPARSE_TAG_SYMLINK}});
+  CFolderListing listing(L"folder");
   std::vector<std::tuple<std::wstring, bool, bool>> entries;
 
   while (listing.Next()) {
@@ -119,4 +117,4 @@ TEST(FolderListingTest, TellsLinksByTheReparseTag) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

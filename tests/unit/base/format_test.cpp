@@ -9,8 +9,10 @@
 
 #include "base/windows.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
+
+using nhupdate::Format;
 
 TEST(FormatTest, LeavesATextWithoutPlaceholdersAlone) {
   EXPECT_EQ(Format(L""), L"");
@@ -90,4 +92,4 @@ TEST(FormatTest, LeavesNoTerminatorInTheText) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -11,10 +11,14 @@
 #include "base/unique_handle.h"
 #include "tests/support/interposer.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::Interposer;
+using nhupdate::UniqueFile;
+using nhupdate::UniqueFindHandle;
+using nhupdate::UniqueKernelHandle;
+using nhupdate::UniqueLibrary;
+using nhupdate::UniqueRegistryKey;
 using testing::ElementsAre;
 
 TEST(HandleKindsTest, KnowTheirValueForNone) {
@@ -30,22 +34,22 @@ TEST(HandleKindsTest, AreClosedByTheirOwnFunctions) {
   const auto number = [](auto value) { return reinterpret_cast<std::uintptr_t>(value); };
   const HANDLE value = reinterpret_cast<HANDLE>(std::uintptr_t{0x7000});
   std::vector<std::pair<std::string, std::uintptr_t>> calls;
-  Interposer<decltype(::CloseHandle)> close("CloseHandle", [&](HANDLE handle) -> BOOL {
+  INTERPOSER(CloseHandle) close([&](HANDLE handle) -> BOOL {
     if (handle != value) {
       return close.Original()(handle);
     }
     calls.emplace_back("CloseHandle", number(handle));
     return TRUE;
   });
-  Interposer<decltype(::FindClose)> find_close("FindClose", [&](HANDLE handle) -> BOOL {
+  INTERPOSER(FindClose) find_close([&](HANDLE handle) -> BOOL {
     calls.emplace_back("FindClose", number(handle));
     return TRUE;
   });
-  Interposer<decltype(::RegCloseKey)> close_key("RegCloseKey", [&](HKEY key) -> LSTATUS {
+  INTERPOSER(RegCloseKey) close_key([&](HKEY key) -> LSTATUS {
     calls.emplace_back("RegCloseKey", number(key));
     return ERROR_SUCCESS;
   });
-  Interposer<decltype(::FreeLibrary)> free_library("FreeLibrary", [&](HMODULE library) -> BOOL {
+  INTERPOSER(FreeLibrary) free_library([&](HMODULE library) -> BOOL {
     calls.emplace_back("FreeLibrary", number(library));
     return TRUE;
   });
@@ -63,4 +67,4 @@ TEST(HandleKindsTest, AreClosedByTheirOwnFunctions) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

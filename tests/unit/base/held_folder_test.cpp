@@ -8,19 +8,16 @@
 #include <vector>
 
 #include "base/windows.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
-#include "tests/unit/base/fake_places.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CreateFolders;
-using nhupdate_test::FakePlaces;
-using nhupdate_test::Interposer;
-using nhupdate_test::ScratchFolder;
-using nhupdate_test::WriteFileBytes;
+using nhupdate::CHeldFolder;
+using nhupdate::PlaceSeenFrom;
 
 class HeldFolderTest : public testing::Test {
  protected:
@@ -34,42 +31,41 @@ class HeldFolderTest : public testing::Test {
 TEST_F(HeldFolderTest, IsAtItselfAndBelowEveryFolderAboveIt) {
   const CHeldFolder held(inner_);
 
-  EXPECT_TRUE(held.IsPlainWithin(inner_));
-  EXPECT_TRUE(held.IsPlainWithin(outer_ + L"\\Middle"));
-  EXPECT_TRUE(held.IsPlainWithin(outer_));
-  EXPECT_TRUE(held.IsPlainWithin(scratch_.Path()));
+  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(inner_, inner_)));
+  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(outer_ + L"\\Middle", inner_)));
+  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(outer_, inner_)));
+  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(scratch_.Path(), inner_)));
 }
 
 TEST_F(HeldFolderTest, IsBelowWhateverTheLetterCase) {
   const CHeldFolder held(outer_ + L"\\MIDDLE\\inner");
 
-  EXPECT_TRUE(held.IsPlainWithin(scratch_.Path() + L"\\OUTER"));
+  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(scratch_.Path() + L"\\OUTER", outer_ + L"\\MIDDLE\\inner")));
 }
 
 TEST_F(HeldFolderTest, IsBelowADrivesRoot) {
   const CHeldFolder held(inner_);
 
-  EXPECT_TRUE(held.IsPlainWithin(inner_.substr(0, 2)));
+  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(inner_.substr(0, 2), inner_)));
 }
 
 TEST_F(HeldFolderTest, IsNotBelowAFolderBesideIt) {
   CreateFolders(outer_ + L"\\Mid");
   const CHeldFolder held(inner_);
 
-  EXPECT_FALSE(held.IsPlainWithin(outer_ + L"\\Mid"));
-  EXPECT_FALSE(held.IsPlainWithin(inner_ + L"\\Below"));
+  EXPECT_FALSE(held.IsPlainAt(PlaceSeenFrom(outer_ + L"\\Mid", inner_)));
+  EXPECT_FALSE(held.IsPlainAt(PlaceSeenFrom(inner_ + L"\\Below", inner_)));
 }
 
 TEST_F(HeldFolderTest, IsBelowNothingWhenItIsNotThere) {
   const CHeldFolder held(outer_ + L"\\Missing");
 
-  EXPECT_FALSE(held.IsPlainWithin(outer_));
+  EXPECT_FALSE(held.IsPlainAt(PlaceSeenFrom(outer_, outer_ + L"\\Missing")));
   EXPECT_EQ(held.Error(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
 }
 
 TEST_F(HeldFolderTest, TellsWhyItCouldNotBeOpened) {
-  Interposer<decltype(::CreateFileW)> open(
-      "CreateFileW",
+  INTERPOSER(CreateFileW) open(
       [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
         ::SetLastError(ERROR_SHARING_VIOLATION);
         return INVALID_HANDLE_VALUE;
@@ -90,14 +86,13 @@ TEST_F(HeldFolderTest, HasNoErrorWhenItIsOpen) {
 
 TEST_F(HeldFolderTest, IsNotBelowAnAnchorThatCannotBeOpened) {
   const CHeldFolder held(inner_);
-  Interposer<decltype(::CreateFileW)> open(
-      "CreateFileW",
+  INTERPOSER(CreateFileW) open(
       [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
         ::SetLastError(ERROR_ACCESS_DENIED);
         return INVALID_HANDLE_VALUE;
       });
 
-  EXPECT_FALSE(held.IsPlainWithin(outer_));
+  EXPECT_FALSE(held.IsPlainAt(PlaceSeenFrom(outer_, inner_)));
 }
 
 TEST_F(HeldFolderTest, CannotBeRemovedOrRenamedWhileItIsHeld) {
@@ -120,49 +115,60 @@ TEST_F(HeldFolderTest, CanBeWorkedInWhileItIsHeld) {
 
 TEST_F(HeldFolderTest, OpensTheFolderItselfAndTheAnchorAsItIsReached) {
   std::vector<DWORD> flags;
-  Interposer<decltype(::CreateFileW)> open(
-      "CreateFileW", [&](const wchar_t* path, DWORD access, DWORD sharing,
-                         SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flag, HANDLE model) {
-        EXPECT_EQ(sharing & FILE_SHARE_DELETE, 0U);
-        flags.push_back(flag & FILE_FLAG_OPEN_REPARSE_POINT);
-        return open.Original()(path, access, sharing, security, creation, flag, model);
-      });
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                   SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flag,
+                                   HANDLE model) {
+    EXPECT_EQ(sharing & FILE_SHARE_DELETE, 0U);
+    flags.push_back(flag & FILE_FLAG_OPEN_REPARSE_POINT);
+    return open.Original()(path, access, sharing, security, creation, flag, model);
+  });
 
   const CHeldFolder held(inner_);
-  EXPECT_TRUE(held.IsPlainWithin(outer_));
+  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(outer_, inner_)));
 
   EXPECT_THAT(flags, testing::ElementsAre(FILE_FLAG_OPEN_REPARSE_POINT, 0U));
 }
 
-// What Windows says about the folder itself.
-TEST_F(HeldFolderTest, IsNotBelowWhenItIsALink) {
+// What Windows says about the folder itself. FAT and exFAT don't know the question for a tag.
+TEST_F(HeldFolderTest, IsNotPlainWhenItIsOrMayBeALink) {
   struct Case {
     const char* name;
-    BOOL can_be_asked;
+    bool attributes_are_known;
     DWORD attributes;
+    bool tag_is_known;
     DWORD reparse_tag;
     bool expected;
   };
+  constexpr DWORD kFolder = FILE_ATTRIBUTE_DIRECTORY;
   constexpr DWORD kPoint = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
   const Case cases[] = {
-      {"a folder", TRUE, FILE_ATTRIBUTE_DIRECTORY, 0, true},
-      {"a junction", TRUE, kPoint, 0xA0000003, false},
-      {"a symbolic link", TRUE, kPoint, 0xA000000C, false},
-      {"a cloud placeholder", TRUE, kPoint, 0x9000001A, true},
-      {"not known", FALSE, FILE_ATTRIBUTE_DIRECTORY, 0, false},
+      {"a folder", true, kFolder, true, 0, true},
+      {"a folder on a FAT volume", true, kFolder, false, 0, true},
+      {"a junction", true, kPoint, true, 0xA0000003, false},
+      {"a symbolic link", true, kPoint, true, 0xA000000C, false},
+      {"a cloud placeholder", true, kPoint, true, 0x9000001A, true},
+      {"a reparse point of unknown kind", true, kPoint, false, 0, false},
+      {"nothing known", false, kFolder, false, 0, false},
+      {"no attributes known", false, kFolder, true, 0, false},
   };
 
   for (const Case& c : cases) {
     const CHeldFolder held(inner_);
-    Interposer<decltype(::GetFileInformationByHandleEx)> information(
-        "GetFileInformationByHandleEx",
+    INTERPOSER(GetFileInformationByHandleEx) information(
         [&](HANDLE, FILE_INFO_BY_HANDLE_CLASS what, void* answer, DWORD) -> BOOL {
-          EXPECT_EQ(what, FileAttributeTagInfo);
-          *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(answer) = {c.attributes, c.reparse_tag};
-          return c.can_be_asked;
+          if (what == FileBasicInfo && c.attributes_are_known) {
+            static_cast<FILE_BASIC_INFO*>(answer)->FileAttributes = c.attributes;
+            return TRUE;
+          }
+          if (what == FileAttributeTagInfo && c.tag_is_known) {
+            *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(answer) = {c.attributes, c.reparse_tag};
+            return TRUE;
+          }
+          ::SetLastError(ERROR_INVALID_PARAMETER);
+          return FALSE;
         });
 
-    EXPECT_EQ(held.IsPlainWithin(outer_), c.expected) << c.name;
+    EXPECT_EQ(held.IsPlainAt(PlaceSeenFrom(outer_, inner_)), c.expected) << c.name;
   }
 }
 
@@ -186,13 +192,15 @@ TEST_F(HeldFolderTest, IsNotBelowWhenALinkLeadsElsewhere) {
   };
 
   for (const Case& c : cases) {
+    FakeListing listing;
+    listing.LeadElsewhere(inner_, c.folder);
+    listing.LeadElsewhere(outer_, c.anchor);
     const CHeldFolder held(inner_);
-    const FakePlaces places(c.folder, c.anchor);
 
-    EXPECT_EQ(held.IsPlainWithin(outer_), c.expected)
+    EXPECT_EQ(held.IsPlainAt(PlaceSeenFrom(outer_, inner_)), c.expected)
         << testing::PrintToString(c.folder) << " below " << testing::PrintToString(c.anchor);
   }
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -7,20 +7,16 @@
 
 #include "base/held_folder.h"
 #include "base/windows.h"
+#include "tests/support/current_folder.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
-#include "tests/unit/base/current_folder.h"
-#include "tests/unit/base/fake_places.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CreateFolders;
-using nhupdate_test::CurrentFolder;
-using nhupdate_test::FakePlaces;
-using nhupdate_test::Interposer;
-using nhupdate_test::ScratchFolder;
+using nhupdate::CHeldFolder;
 
 class HeldPathTest : public testing::Test {
  protected:
@@ -66,16 +62,15 @@ TEST_F(HeldPathTest, IsNotInAFolderThatIsNotThere) {
 
 TEST_F(HeldPathTest, MayBeAnywhereWhenOneOfTheTwoCannotBeOpened) {
   std::wstring closed;
-  Interposer<decltype(::CreateFileW)> open(
-      "CreateFileW",
-      [&](const wchar_t* path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
-          DWORD creation, DWORD flags, HANDLE model) -> HANDLE {
-        if (path != closed) {
-          return open.Original()(path, access, sharing, security, creation, flags, model);
-        }
-        ::SetLastError(ERROR_ACCESS_DENIED);
-        return INVALID_HANDLE_VALUE;
-      });
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                   SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags,
+                                   HANDLE model) -> HANDLE {
+    if (path != closed) {
+      return open.Original()(path, access, sharing, security, creation, flags, model);
+    }
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
+  });
   const std::wstring beside = scratch_.Path() + L"\\Beside";
   CreateFolders(beside);
 
@@ -91,12 +86,12 @@ TEST_F(HeldPathTest, MayBeAnywhereWhenOneOfTheTwoCannotBeOpened) {
 // The folder is opened as what it is, the path as it is walked.
 TEST_F(HeldPathTest, IsLookedForBehindLinksButNotBehindTheFolderItself) {
   std::map<std::wstring, DWORD> flags;
-  Interposer<decltype(::CreateFileW)> open(
-      "CreateFileW", [&](const wchar_t* path, DWORD access, DWORD sharing,
-                         SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flag, HANDLE model) {
-        flags[path] = flag & FILE_FLAG_OPEN_REPARSE_POINT;
-        return open.Original()(path, access, sharing, security, creation, flag, model);
-      });
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                   SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flag,
+                                   HANDLE model) {
+    flags[path] = flag & FILE_FLAG_OPEN_REPARSE_POINT;
+    return open.Original()(path, access, sharing, security, creation, flag, model);
+  });
 
   EXPECT_TRUE(CHeldFolder(outer_).MayHold(inner_));
 
@@ -124,8 +119,10 @@ TEST_F(HeldPathTest, IsJudgedByWhereTheTwoReallyAre) {
   };
 
   for (const Case& c : cases) {
+    FakeListing listing;
+    listing.LeadElsewhere(outer_, c.folder);
+    listing.LeadElsewhere(scratch_.Path(), c.path);
     const CHeldFolder held(outer_);
-    const FakePlaces places(c.folder, c.path);
 
     EXPECT_EQ(held.MayHold(scratch_.Path()), c.expected)
         << testing::PrintToString(c.path) << " in " << testing::PrintToString(c.folder);
@@ -133,4 +130,4 @@ TEST_F(HeldPathTest, IsJudgedByWhereTheTwoReallyAre) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

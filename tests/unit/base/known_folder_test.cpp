@@ -16,10 +16,10 @@
 #include <objbase.h>
 #include <shlobj.h>
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::Interposer;
+using nhupdate::ProgramDataFolder;
 
 PWSTR ShellText(const wchar_t* text) {
   const std::size_t units = std::wcslen(text) + 1;
@@ -38,8 +38,7 @@ TEST(ProgramDataFolderTest, IsTheOneOfThisMachine) {
 }
 
 TEST(ProgramDataFolderTest, AsksForTheFolderOfAllUsersWithoutFlagsOrToken) {
-  Interposer<decltype(::SHGetKnownFolderPath)> known_folder(
-      "SHGetKnownFolderPath",
+  INTERPOSER(SHGetKnownFolderPath) known_folder(
       [](REFKNOWNFOLDERID id, DWORD flags, HANDLE token, PWSTR* path) -> HRESULT {
         constexpr GUID kProgramData = {
             0x62AB5D82, 0xFDC1, 0x4DC3, {0xA9, 0xDD, 0x07, 0x0D, 0x1D, 0x49, 0x5D, 0x97}};
@@ -71,12 +70,12 @@ TEST(ProgramDataFolderTest, FreesTheShellsTextWhateverTheResult) {
   for (const MemoryCase& c : cases) {
     PWSTR given = c.text != nullptr ? ShellText(c.text) : nullptr;
     std::vector<void*> freed;
-    Interposer<decltype(::SHGetKnownFolderPath)> known_folder(
-        "SHGetKnownFolderPath", [&](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
+    INTERPOSER(SHGetKnownFolderPath) known_folder(
+        [&](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
           *path = given;
           return c.result;
         });
-    Interposer<decltype(::CoTaskMemFree)> free_memory("CoTaskMemFree", [&](void* memory) {
+    INTERPOSER(CoTaskMemFree) free_memory([&](void* memory) {
       freed.push_back(memory);
       free_memory.Original()(memory);
     });
@@ -89,4 +88,4 @@ TEST(ProgramDataFolderTest, FreesTheShellsTextWhateverTheResult) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -4,8 +4,11 @@
 
 #include "base/folder_place.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
+
+using nhupdate::kNoReparseTag;
+using nhupdate::MeansLink;
 
 struct LinkCase {
   const char* name;
@@ -43,4 +46,4 @@ TEST(MeansLinkTest, KnowsLinksFromOtherSpecialEntries) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
+
+using nhupdate::FileName;
+using nhupdate::IsSameOrInside;
+using nhupdate::ParentFolder;
 
 TEST(PathsTest, AreTakenApartAtTheLastBackslash) {
   struct Case {
@@ -56,4 +60,4 @@ TEST(PathsTest, LieInsideAFolderOnlyBelowItsWholeName) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

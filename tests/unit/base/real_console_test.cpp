@@ -13,11 +13,10 @@
 #include "tests/support/captured_console.h"
 #include "tests/support/interposer.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::Interposer;
+using nhupdate::WriteConsoleText;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -33,21 +32,19 @@ class RealConsoleTest : public testing::Test {
   bool fails_ = false;
 
   CapturedConsole stream_;
-  Interposer<decltype(::GetConsoleMode)> mode_{"GetConsoleMode", [](HANDLE, DWORD* mode) -> BOOL {
-                                                 *mode = ENABLE_PROCESSED_OUTPUT;
-                                                 return TRUE;
-                                               }};
-  Interposer<decltype(::WriteConsoleW)> write_{
-      "WriteConsoleW",
-      [this](HANDLE console, const void* text, DWORD units, DWORD* written,
-             void* reserved) -> BOOL {
-        EXPECT_EQ(console, ::GetStdHandle(STD_OUTPUT_HANDLE));
-        EXPECT_EQ(reserved, nullptr);
-        sizes_.push_back(units);
-        *written = fails_ ? 0 : static_cast<DWORD>(std::min<std::size_t>(units, capacity_));
-        text_.append(static_cast<const wchar_t*>(text), *written);
-        return fails_ ? FALSE : TRUE;
-      }};
+  INTERPOSER(GetConsoleMode) mode_{[](HANDLE, DWORD* mode) -> BOOL {
+    *mode = ENABLE_PROCESSED_OUTPUT;
+    return TRUE;
+  }};
+  INTERPOSER(WriteConsoleW) write_{[this](HANDLE console, const void* text, DWORD units,
+                                          DWORD* written, void* reserved) -> BOOL {
+    EXPECT_EQ(console, ::GetStdHandle(STD_OUTPUT_HANDLE));
+    EXPECT_EQ(reserved, nullptr);
+    sizes_.push_back(units);
+    *written = fails_ ? 0 : static_cast<DWORD>(std::min<std::size_t>(units, capacity_));
+    text_.append(static_cast<const wchar_t*>(text), *written);
+    return fails_ ? FALSE : TRUE;
+  }};
 };
 
 TEST_F(RealConsoleTest, GetsWideTextAndTheStreamNothing) {
@@ -129,4 +126,4 @@ TEST_F(RealConsoleTest, IsGivenUpWhenItTakesNothing) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

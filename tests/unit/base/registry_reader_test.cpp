@@ -9,15 +9,12 @@
 
 #include "base/registry.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/base/scratch_hives.h"
+#include "tests/support/scratch_registry.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::BytesOf;
-using nhupdate_test::Interposer;
-using nhupdate_test::ScratchHives;
-using nhupdate_test::SetRegistryValue;
+using nhupdate::GetRegString;
 
 constexpr wchar_t kKey[] = L"SOFTWARE\\Valve\\Steam";
 constexpr wchar_t kName[] = L"Language";
@@ -29,7 +26,7 @@ class GetRegStringTest : public testing::Test {
     SetRegistryValue(HKEY_CURRENT_USER, kKey, kName, {type, bytes});
   }
 
-  ScratchHives hives_;
+  ScratchRegistry registry_;
   std::wstring data_ = L"before";
 };
 
@@ -122,8 +119,7 @@ class GetRegStringCallsTest : public testing::Test {
   LSTATUS query_status_ = ERROR_SUCCESS;
   std::wstring data_ = L"before";
 
-  Interposer<decltype(::RegOpenKeyExW)> open_{
-      "RegOpenKeyExW",
+  INTERPOSER(RegOpenKeyExW) open_{
       [this](HKEY hive, const wchar_t* path, DWORD options, REGSAM access, HKEY* key) -> LSTATUS {
         EXPECT_EQ(hive, HKEY_CURRENT_USER);
         EXPECT_STREQ(path, kKey);
@@ -132,26 +128,24 @@ class GetRegStringCallsTest : public testing::Test {
         *key = open_status_ == ERROR_SUCCESS ? kOpened : nullptr;
         return open_status_;
       }};
-  Interposer<decltype(::RegQueryValueExW)> query_{
-      "RegQueryValueExW",
-      [this](HKEY key, const wchar_t* name, DWORD* reserved, DWORD* type, BYTE* bytes,
-             DWORD* size) -> LSTATUS {
-        EXPECT_EQ(key, kOpened);
-        EXPECT_STREQ(name, kName);
-        EXPECT_EQ(reserved, nullptr);
-        EXPECT_EQ(*size, kLimitBytes);
-        *type = REG_SZ;
-        std::memcpy(bytes, L"text", 8);
-        *size = 8;
-        return query_status_;
-      }};
-  Interposer<decltype(::RegCloseKey)> close_{"RegCloseKey", [](HKEY key) -> LSTATUS {
-                                               EXPECT_EQ(key, kOpened);
-                                               return ERROR_SUCCESS;
-                                             }};
+  INTERPOSER(RegQueryValueExW) query_{[this](HKEY key, const wchar_t* name, DWORD* reserved,
+                                             DWORD* type, BYTE* bytes, DWORD* size) -> LSTATUS {
+    EXPECT_EQ(key, kOpened);
+    EXPECT_STREQ(name, kName);
+    EXPECT_EQ(reserved, nullptr);
+    EXPECT_EQ(*size, kLimitBytes);
+    *type = REG_SZ;
+    std::memcpy(bytes, L"text", 8);
+    *size = 8;
+    return query_status_;
+  }};
+  INTERPOSER(RegCloseKey) close_{[](HKEY key) -> LSTATUS {
+    EXPECT_EQ(key, kOpened);
+    return ERROR_SUCCESS;
+  }};
 };
 
-TEST_F(GetRegStringCallsTest, OpensOneKeyReadsOneValueAndClosesTheKey) {
+TEST_F(GetRegStringCallsTest, OpenOneKeyReadOneValueAndCloseTheKey) {
   EXPECT_EQ(GetRegString(kKey, kName, data_), 1);
 
   EXPECT_EQ(data_, L"text");
@@ -160,7 +154,7 @@ TEST_F(GetRegStringCallsTest, OpensOneKeyReadsOneValueAndClosesTheKey) {
   EXPECT_EQ(close_.Calls(), 1);
 }
 
-TEST_F(GetRegStringCallsTest, ReadsAndClosesNothingWhenTheKeyCannotBeOpened) {
+TEST_F(GetRegStringCallsTest, ReadAndCloseNothingWhenTheKeyCannotBeOpened) {
   open_status_ = ERROR_ACCESS_DENIED;
 
   EXPECT_EQ(GetRegString(kKey, kName, data_), 0);
@@ -170,7 +164,7 @@ TEST_F(GetRegStringCallsTest, ReadsAndClosesNothingWhenTheKeyCannotBeOpened) {
   EXPECT_EQ(close_.Calls(), 0);
 }
 
-TEST_F(GetRegStringCallsTest, ClosesTheKeyWhenTheValueCannotBeRead) {
+TEST_F(GetRegStringCallsTest, CloseTheKeyWhenTheValueCannotBeRead) {
   for (const LSTATUS status : {ERROR_FILE_NOT_FOUND, ERROR_MORE_DATA, ERROR_ACCESS_DENIED}) {
     query_status_ = status;
     const int closed_before = close_.Calls();
@@ -183,4 +177,4 @@ TEST_F(GetRegStringCallsTest, ClosesTheKeyWhenTheValueCannotBeRead) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

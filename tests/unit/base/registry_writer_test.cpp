@@ -8,23 +8,21 @@
 
 #include "base/registry.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/base/scratch_hives.h"
+#include "tests/support/scratch_registry.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::BytesOf;
-using nhupdate_test::GetRegistryValue;
-using nhupdate_test::Interposer;
-using nhupdate_test::RegistryValue;
-using nhupdate_test::ScratchHives;
+using nhupdate::GetRegString;
+using nhupdate::SetRegDword;
+using nhupdate::SetRegString;
 using testing::ElementsAre;
 
 constexpr wchar_t kKey[] = L"SOFTWARE\\WOW6432Node\\Corvane Tests\\deep below";
 
 class SetRegTest : public testing::Test {
  protected:
-  ScratchHives hives_;
+  ScratchRegistry registry_;
 };
 
 TEST_F(SetRegTest, WritesATextAndCreatesTheKeysAboveIt) {
@@ -76,7 +74,7 @@ TEST_F(SetRegTest, WritesNothingForTheUser) {
 TEST_F(SetRegTest, WritesATextThatTheReaderUnderstands) {
   ASSERT_EQ(SetRegString(kKey, L"AppPath", L"C:\\Corvane"), 1);
   const auto stored = GetRegistryValue(HKEY_LOCAL_MACHINE, kKey, L"AppPath");
-  nhupdate_test::SetRegistryValue(HKEY_CURRENT_USER, kKey, L"AppPath", stored.value());
+  SetRegistryValue(HKEY_CURRENT_USER, kKey, L"AppPath", stored.value());
   std::wstring data;
 
   EXPECT_EQ(GetRegString(kKey, L"AppPath", data), 1);
@@ -94,8 +92,7 @@ class SetRegCallsTest : public testing::Test {
   RegistryValue written_;
   std::wstring written_name_;
 
-  Interposer<decltype(::RegCreateKeyExW)> create_{
-      "RegCreateKeyExW",
+  INTERPOSER(RegCreateKeyExW) create_{
       [this](HKEY hive, const wchar_t* path, DWORD reserved, wchar_t* key_class, DWORD options,
              REGSAM access, const SECURITY_ATTRIBUTES* security, HKEY* key, DWORD*) -> LSTATUS {
         EXPECT_EQ(hive, HKEY_LOCAL_MACHINE);
@@ -108,20 +105,18 @@ class SetRegCallsTest : public testing::Test {
         *key = create_status_ == ERROR_SUCCESS ? kOpened : nullptr;
         return create_status_;
       }};
-  Interposer<decltype(::RegSetValueExW)> set_{
-      "RegSetValueExW",
-      [this](HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* bytes,
-             DWORD size) -> LSTATUS {
-        EXPECT_EQ(key, kOpened);
-        EXPECT_EQ(reserved, 0U);
-        written_name_ = name;
-        written_ = {type, std::vector<std::uint8_t>(bytes, bytes + size)};
-        return set_status_;
-      }};
-  Interposer<decltype(::RegCloseKey)> close_{"RegCloseKey", [](HKEY key) -> LSTATUS {
-                                               EXPECT_EQ(key, kOpened);
-                                               return ERROR_SUCCESS;
-                                             }};
+  INTERPOSER(RegSetValueExW) set_{[this](HKEY key, const wchar_t* name, DWORD reserved, DWORD type,
+                                         const BYTE* bytes, DWORD size) -> LSTATUS {
+    EXPECT_EQ(key, kOpened);
+    EXPECT_EQ(reserved, 0U);
+    written_name_ = name;
+    written_ = {type, std::vector<std::uint8_t>(bytes, bytes + size)};
+    return set_status_;
+  }};
+  INTERPOSER(RegCloseKey) close_{[](HKEY key) -> LSTATUS {
+    EXPECT_EQ(key, kOpened);
+    return ERROR_SUCCESS;
+  }};
 };
 
 TEST_F(SetRegCallsTest, CountATextsCharactersAndNoTerminator) {
@@ -186,4 +181,4 @@ TEST_F(SetRegCallsTest, CloseTheKeyWhenTheValueCannotBeWritten) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

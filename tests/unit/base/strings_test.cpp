@@ -5,8 +5,14 @@
 #include <limits>
 #include <string>
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
+
+using nhupdate::EqualsIgnoringCase;
+using nhupdate::LeftPart;
+using nhupdate::ReplaceAll;
+using nhupdate::RestFrom;
+using nhupdate::StartsWithIgnoringCase;
 
 TEST(LeftPartTest, TakesAtMostTheWholeText) {
   struct Case {
@@ -148,4 +154,4 @@ TEST(StartsWithIgnoringCaseTest, ComparesTheBeginningOnly) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -6,9 +6,10 @@
 #include <utility>
 #include <vector>
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
+using nhupdate::UniqueHandle;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -148,4 +149,4 @@ TEST_F(UniqueHandleTest, SurvivesBeingMovedIntoItself) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -61,11 +61,11 @@ const FaultRule kRules[] = {
     {"", "MultiByteToWideChar", L"", kAll, kSame, L"2|Total 0 strings loaded.", nullptr},
 
     // Check and download.
-    {"Download", "GetPrivateProfileStringW", L"*{root}\\Nimba Hub\\Version.txt", kAll, kSame,
+    {"Download", "GetPrivateProfileStringW", L"*{base}\\Version.txt", kAll, kSame,
      L"2|Version mismatch between installed () and app folder (2.0.0).", nullptr},
     {"Download", "GetPrivateProfileStringW", L"*\\App\\Version.txt", kAll, kSame,
      L"2|Version mismatch between installed (1.0.0) and app folder ().", nullptr},
-    {"NoUpdate", "GetPrivateProfileStringW", L"*{root}\\Nimba Hub\\Version.txt", kAll, 12,
+    {"NoUpdate", "GetPrivateProfileStringW", L"*{base}\\Version.txt", kAll, 12,
      L"2|Version mismatch between installed () and app folder (1.0.0).", nullptr},
     {"NoUpdate", "GetPrivateProfileStringW", L"*\\App\\Version.txt", kAll, 12,
      L"2|Version mismatch between installed (1.0.0) and app folder ().", nullptr},
@@ -111,10 +111,9 @@ const FaultRule kRules[] = {
     {"SelfUpdate", "TerminateProcess", L"4242", kAll, 16, kStillFound, nullptr},
 
     // Folders. A folder that isn't there shows when its first file is copied.
-    {"", "CreateDirectoryW", L"*{root}\\Nimba Hub\\CSUpdateManager", kAll, kSame, kCopyRetried,
-     nullptr},
-    {"", "CreateDirectoryW", L"*{root}\\Nimba Hub\\Data", kAll, kSame, kCopyRetried, nullptr},
-    {"SelfUpdate", "CreateDirectoryW", L"*{root}\\Nimba Hub\\NHUpdateManager\\Config", kAll, kSame,
+    {"", "CreateDirectoryW", L"*{base}\\CSUpdateManager", kAll, kSame, kCopyRetried, nullptr},
+    {"", "CreateDirectoryW", L"*{base}\\Data", kAll, kSame, kCopyRetried, nullptr},
+    {"SelfUpdate", "CreateDirectoryW", L"*{base}\\NHUpdateManager\\Config", kAll, kSame,
      L"3|Fail to copy NHUpdateManager, sleep and try again.", nullptr},
     {"", "CreateDirectoryW", L"*{root}\\NimbaCast", kAll, kSame, kNimbaCastNotCopied, nullptr},
     {"", "CreateDirectoryW", L"{root}\\NimbaCast\\Updater\\App", kAll, kSame, kNimbaCastNotCopied,
@@ -132,18 +131,18 @@ const FaultRule kRules[] = {
     // and then with their folder.
     {"", "FindFirstFileW", L"*/*.*", kAll, kSame, nullptr, kRemoval},
     {"", "FindNextFileW", L"*/*.*", kAll, kSame, nullptr, kRemoval},
-    {"", "FindFirstFileW", L"*\\Nimba Hub\\*.*", 1, kSame, nullptr, kCopiedOver},
-    {"Install", "FindNextFileW", L"*\\Nimba Hub\\*.*", kAll, kSame, nullptr, kCopiedOver},
-    {"", "FindFirstFileW", L"*\\Nimba Hub\\Updater\\App\\*.*", 1, kSame, nullptr, kCopiedOver},
-    {"", "FindNextFileW", L"*\\Nimba Hub\\Updater\\App\\*.*", 6, kSame, nullptr, kCopiedOver},
+    {"", "FindFirstFileW", L"*{base}\\*.*", 1, kSame, nullptr, kCopiedOver},
+    {"Install", "FindNextFileW", L"*{base}\\*.*", kAll, kSame, nullptr, kCopiedOver},
+    {"", "FindFirstFileW", L"*{base}\\Updater\\App\\*.*", 1, kSame, nullptr, kCopiedOver},
+    {"", "FindNextFileW", L"*{base}\\Updater\\App\\*.*", 6, kSame, nullptr, kCopiedOver},
 
     // Listings of what is to be copied: for the product, for its sibling, and by the other modes;
     // after the product's the last stage of an update scans for empty folders.
-    {"Install", "FindFirstFileW", L"*\\Nimba Hub\\Updater\\App\\*.*", 2, kSame, nullptr, kMissing,
+    {"Install", "FindFirstFileW", L"*{base}\\Updater\\App\\*.*", 2, kSame, nullptr, kMissing,
      ERROR_FILE_NOT_FOUND},
-    {"Install", "FindFirstFileW", L"*\\Nimba Hub\\Updater\\App\\CSUpdateManager\\*.*", 1, kSame,
-     nullptr, kMissing, ERROR_FILE_NOT_FOUND},
-    {"Install", "FindFirstFileW", L"*\\Nimba Hub\\Updater\\*.*", kAll, kSame,
+    {"Install", "FindFirstFileW", L"*{base}\\Updater\\App\\CSUpdateManager\\*.*", 1, kSame, nullptr,
+     kMissing, ERROR_FILE_NOT_FOUND},
+    {"Install", "FindFirstFileW", L"*{base}\\Updater\\*.*", kAll, kSame,
      L"4|Update.exe not found : ", nullptr, ERROR_FILE_NOT_FOUND},
     {"Install", "FindFirstFileW", L"*\\App\\*.*", kAll, kSame, kNimbaCastManagerMissing, nullptr,
      ERROR_FILE_NOT_FOUND},
@@ -177,11 +176,10 @@ const FaultRule kRules[] = {
     {"", "SetFileAttributesW", L"", kAll, kSame, nullptr, kRemoval},
     {"", "DeleteFileW", L"*\\ut.ini", kAll, kSame,
      L"4|Updater config file delete fail ({error}) : ", nullptr},
-    {"", "DeleteFileW", L"*{root}\\Nimba Hub\\Version.txt", kAll, 2,
-     L"4|Fail to delete ({error}) : {root}\\Nimba Hub\\Version.txt", nullptr},
+    {"", "DeleteFileW", L"*{base}\\Version.txt", kAll, 2,
+     L"4|Fail to delete ({error}) : {base}\\Version.txt", nullptr},
     {"", "DeleteFileW", L"*\\Data\\old.txt", kAll, kSame, nullptr, kRemoval},
-    {"", "CopyFileW", L"*| {root}\\Nimba Hub\\Version.txt", 1, 2, L"4|Fail to copy ({error}) : ",
-     nullptr},
+    {"", "CopyFileW", L"*| {base}\\Version.txt", 1, 2, L"4|Fail to copy ({error}) : ", nullptr},
     {"", "CopyFileW", L"", kAll, kSame, kCopyFailed, nullptr},
 
     // Registration and folder access.

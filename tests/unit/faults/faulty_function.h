@@ -40,7 +40,8 @@ void Describe(std::wstring& detail, const CallLedger& ledger, const Argument& ar
 
 // The one function whose numbers tell its calls apart.
 inline std::wstring DetailOfOpenProcess(DWORD access, BOOL, DWORD process_id) {
-  return L"process " + std::to_wstring(process_id) +
+  const bool is_own = process_id == ::GetCurrentProcessId();
+  return L"process " + (is_own ? L"{pid}" : std::to_wstring(process_id)) +
          ((access & PROCESS_TERMINATE) != 0 ? L" to end it" : L" to read it");
 }
 
@@ -64,18 +65,19 @@ struct OpensNothing {
 
 }  // namespace faulty_function_detail
 
-template <typename Signature>
+// Takes an INTERPOSER.
+template <typename Function>
 class FaultyFunction;
 
-template <typename Result, typename... Arguments>
-class FaultyFunction<Result(Arguments...)> {
+template <typename Result, typename... Arguments, FunctionName kName>
+class FaultyFunction<NamedInterposer<Result(Arguments...), kName>> {
  public:
   // `fail` gets the error and the arguments, sets the last error where that is how the function
   // reports it, and returns the result. `note` gets the result and the arguments of a call that
   // was passed on, and tells the ledger what it opened.
   template <typename Fail, typename Note = faulty_function_detail::OpensNothing>
-  FaultyFunction(CallLedger& ledger, const char* name, Fail fail, Note note = {})
-      : function_(name, [this, &ledger, name, fail, note](Arguments... arguments) -> Result {
+  FaultyFunction(CallLedger& ledger, Fail fail, Note note = {})
+      : function_([this, &ledger, fail, note](Arguments... arguments) -> Result {
           std::wstring detail;
           if constexpr (std::is_same_v<Result(Arguments...), decltype(::OpenProcess)>) {
             detail = faulty_function_detail::DetailOfOpenProcess(arguments...);
@@ -85,7 +87,7 @@ class FaultyFunction<Result(Arguments...)> {
           } else {
             detail = faulty_function_detail::DetailOfCall(ledger, arguments...);
           }
-          if (ledger.CountAndDecide(name, detail)) {
+          if (ledger.CountAndDecide(kName.text.data(), detail)) {
             return static_cast<Result>(fail(ledger.Error(), arguments...));
           }
           const Result result = function_.Original()(arguments...);
@@ -96,24 +98,24 @@ class FaultyFunction<Result(Arguments...)> {
         }) {}
 
  private:
-  Interposer<Result(Arguments...)> function_;
+  NamedInterposer<Result(Arguments...), kName> function_;
 };
 
 // Tells the ledger of what is closed; it never fails.
-template <typename Signature>
+template <typename Function>
 class CountedClose;
 
-template <typename Result, typename Resource>
-class CountedClose<Result(Resource)> {
+template <typename Result, typename Resource, FunctionName kName>
+class CountedClose<NamedInterposer<Result(Resource), kName>> {
  public:
-  CountedClose(CallLedger& ledger, const char* name, ResourceKind kind)
-      : function_(name, [this, &ledger, kind](Resource resource) {
+  CountedClose(CallLedger& ledger, ResourceKind kind)
+      : function_([this, &ledger, kind](Resource resource) {
           ledger.Closed(kind, resource);
           return function_.Original()(resource);
         }) {}
 
  private:
-  Interposer<Result(Resource)> function_;
+  NamedInterposer<Result(Resource), kName> function_;
 };
 
 }  // namespace nhupdate_test

@@ -26,57 +26,57 @@ class FaultyWindows {
 
  private:
   // Files and folders.
-  FaultyFunction<decltype(::CreateDirectoryW)> create_directory_;
-  FaultyFunction<decltype(::CopyFileW)> copy_file_;
-  FaultyFunction<decltype(::DeleteFileW)> delete_file_;
-  FaultyFunction<decltype(::RemoveDirectoryW)> remove_directory_;
-  FaultyFunction<decltype(::GetFileAttributesW)> get_file_attributes_;
-  FaultyFunction<decltype(::SetFileAttributesW)> set_file_attributes_;
-  FaultyFunction<decltype(::FindFirstFileW)> find_first_file_;
-  FaultyFunction<decltype(::FindNextFileW)> find_next_file_;
-  FaultyFunction<decltype(::CreateFileW)> create_file_;
-  FaultyFunction<decltype(::GetFileInformationByHandleEx)> get_file_information_;
-  FaultyFunction<decltype(::GetFinalPathNameByHandleW)> get_final_path_name_;
-  FaultyFunction<decltype(::GetFileSizeEx)> get_file_size_;
-  FaultyFunction<decltype(::ReadFile)> read_file_;
-  FaultyFunction<decltype(::GetPrivateProfileStringW)> get_private_profile_string_;
+  FaultyFunction<INTERPOSER(CreateDirectoryW)> create_directory_;
+  FaultyFunction<INTERPOSER(CopyFileW)> copy_file_;
+  FaultyFunction<INTERPOSER(DeleteFileW)> delete_file_;
+  FaultyFunction<INTERPOSER(RemoveDirectoryW)> remove_directory_;
+  FaultyFunction<INTERPOSER(GetFileAttributesW)> get_file_attributes_;
+  FaultyFunction<INTERPOSER(SetFileAttributesW)> set_file_attributes_;
+  FaultyFunction<INTERPOSER(FindFirstFileW)> find_first_file_;
+  FaultyFunction<INTERPOSER(FindNextFileW)> find_next_file_;
+  FaultyFunction<INTERPOSER(CreateFileW)> create_file_;
+  FaultyFunction<INTERPOSER(GetFileInformationByHandleEx)> get_file_information_;
+  FaultyFunction<INTERPOSER(GetFinalPathNameByHandleW)> get_final_path_name_;
+  FaultyFunction<INTERPOSER(GetFileSizeEx)> get_file_size_;
+  FaultyFunction<INTERPOSER(ReadFile)> read_file_;
+  FaultyFunction<INTERPOSER(GetPrivateProfileStringW)> get_private_profile_string_;
 
   // Registry.
-  FaultyFunction<decltype(::RegOpenKeyExW)> open_key_;
-  FaultyFunction<decltype(::RegQueryValueExW)> query_value_;
-  FaultyFunction<decltype(::RegCreateKeyExW)> create_key_;
-  FaultyFunction<decltype(::RegSetValueExW)> set_value_;
+  FaultyFunction<INTERPOSER(RegOpenKeyExW)> open_key_;
+  FaultyFunction<INTERPOSER(RegQueryValueExW)> query_value_;
+  FaultyFunction<INTERPOSER(RegCreateKeyExW)> create_key_;
+  FaultyFunction<INTERPOSER(RegSetValueExW)> set_value_;
 
   // Processes and their token.
-  FaultyFunction<decltype(::K32EnumProcesses)> enumerate_processes_;
-  FaultyFunction<decltype(::OpenProcess)> open_process_;
-  FaultyFunction<decltype(::QueryFullProcessImageNameW)> query_image_name_;
-  FaultyFunction<decltype(::TerminateProcess)> terminate_process_;
-  FaultyFunction<decltype(::WaitForSingleObject)> wait_for_single_object_;
-  FaultyFunction<decltype(::GetExitCodeProcess)> get_exit_code_;
-  FaultyFunction<decltype(::OpenProcessToken)> open_process_token_;
-  FaultyFunction<decltype(::GetTokenInformation)> get_token_information_;
+  FaultyFunction<INTERPOSER(K32EnumProcesses)> enumerate_processes_;
+  FaultyFunction<INTERPOSER(OpenProcess)> open_process_;
+  FaultyFunction<INTERPOSER(QueryFullProcessImageNameW)> query_image_name_;
+  FaultyFunction<INTERPOSER(TerminateProcess)> terminate_process_;
+  FaultyFunction<INTERPOSER(WaitForSingleObject)> wait_for_single_object_;
+  FaultyFunction<INTERPOSER(GetExitCodeProcess)> get_exit_code_;
+  FaultyFunction<INTERPOSER(OpenProcessToken)> open_process_token_;
+  FaultyFunction<INTERPOSER(GetTokenInformation)> get_token_information_;
 
   // Shell and user interface.
-  FaultyFunction<decltype(::ShellExecuteExW)> shell_execute_ex_;
-  FaultyFunction<decltype(::ShellExecuteW)> shell_execute_;
-  FaultyFunction<decltype(::SHGetKnownFolderPath)> get_known_folder_path_;
-  FaultyFunction<decltype(::GetUserPreferredUILanguages)> get_ui_languages_;
-  FaultyFunction<decltype(::MultiByteToWideChar)> to_wide_;
-  FaultyFunction<decltype(::MessageBoxW)> message_box_;
+  FaultyFunction<INTERPOSER(ShellExecuteExW)> shell_execute_ex_;
+  FaultyFunction<INTERPOSER(ShellExecuteW)> shell_execute_;
+  FaultyFunction<INTERPOSER(SHGetKnownFolderPath)> get_known_folder_path_;
+  FaultyFunction<INTERPOSER(GetUserPreferredUILanguages)> get_ui_languages_;
+  FaultyFunction<INTERPOSER(MultiByteToWideChar)> to_wide_;
+  FaultyFunction<INTERPOSER(MessageBoxW)> message_box_;
 
   // The program's own start.
-  FaultyFunction<decltype(::GetModuleHandleW)> get_module_handle_;
-  FaultyFunction<decltype(::SetDefaultDllDirectories)> set_default_dll_directories_;
-  FaultyFunction<decltype(::CommandLineToArgvW)> command_line_to_argv_;
-  FaultyFunction<decltype(::CoInitialize)> co_initialize_;
-  FaultyFunction<decltype(::LoadLibraryW)> load_library_;
-  FaultyFunction<decltype(::GetProcAddress)> get_proc_address_;
+  FaultyFunction<INTERPOSER(GetModuleHandleW)> get_module_handle_;
+  FaultyFunction<INTERPOSER(SetDefaultDllDirectories)> set_default_dll_directories_;
+  FaultyFunction<INTERPOSER(CommandLineToArgvW)> command_line_to_argv_;
+  FaultyFunction<INTERPOSER(CoInitialize)> co_initialize_;
+  FaultyFunction<INTERPOSER(LoadLibraryW)> load_library_;
+  FaultyFunction<INTERPOSER(GetProcAddress)> get_proc_address_;
 
-  CountedClose<decltype(::CloseHandle)> close_handle_;
-  CountedClose<decltype(::FindClose)> find_close_;
-  CountedClose<decltype(::RegCloseKey)> close_key_;
-  CountedClose<decltype(::FreeLibrary)> free_library_;
+  CountedClose<INTERPOSER(CloseHandle)> close_handle_;
+  CountedClose<INTERPOSER(FindClose)> find_close_;
+  CountedClose<INTERPOSER(RegCloseKey)> close_key_;
+  CountedClose<INTERPOSER(FreeLibrary)> free_library_;
 };
 
 }  // namespace nhupdate_test

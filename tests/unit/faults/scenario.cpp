@@ -1,13 +1,16 @@
 #include "tests/unit/faults/scenario.h"
 
 #include "app/program.h"
+#include "tests/support/fake_process_table.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
+#include "tests/support/placeholders.h"
+#include "tests/support/product_surroundings.h"
 #include "tests/support/recorded_boxes.h"
 #include "tests/support/recorded_sleeps.h"
-#include "tests/support/scratch_local_machine.h"
-#include "tests/support/scripted_processes.h"
+#include "tests/support/recorded_tools.h"
+#include "tests/support/scratch_registry.h"
 #include "tests/support/scripted_shell.h"
 #include "tests/unit/faults/faulty_windows.h"
 
@@ -41,64 +44,6 @@ void LayOut(const InstalledProduct& product, const Scenario& scenario) {
                  R"({"KEY_UPDATE_TITLE": "Update"})");
 }
 
-void CopyForShell(const std::wstring& text, PWSTR* copy) {
-  *copy = static_cast<wchar_t*>(::CoTaskMemAlloc((text.size() + 1) * sizeof(wchar_t)));
-  text.copy(*copy, text.size());
-  (*copy)[text.size()] = L'\0';
-}
-
-// The part of the machine that the scripted processes and the scripted shell leave out.
-class Machine {
- public:
-  Machine(const InstalledProduct& product, const Scenario& scenario)
-      : command_line_(L"NHUpdateManager.exe " + std::wstring(scenario.mode_switch)),
-        executable_(product.Module() + L"\\NHUpdateManager.exe"),
-        program_data_(product.ProgramData()),
-        get_command_line_("GetCommandLineW", [this] { return command_line_.data(); }),
-        module_file_name_("GetModuleFileNameW",
-                          [this](HMODULE, wchar_t* buffer, DWORD) {
-                            executable_.copy(buffer, executable_.size());
-                            buffer[executable_.size()] = L'\0';
-                            return static_cast<DWORD>(executable_.size());
-                          }),
-        known_folder_("SHGetKnownFolderPath",
-                      [this](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
-                        CopyForShell(program_data_, path);
-                        return S_OK;
-                      }),
-        token_information_(
-            "GetTokenInformation",
-            [](HANDLE, TOKEN_INFORMATION_CLASS, void* information, DWORD, DWORD*) -> BOOL {
-              static_cast<TOKEN_ELEVATION*>(information)->TokenIsElevated = 1;
-              return TRUE;
-            }),
-        open_key_("RegOpenKeyExW",
-                  [this](HKEY, const wchar_t* path, DWORD options, REGSAM access, HKEY* key) {
-                    return open_key_.Original()(HKEY_LOCAL_MACHINE, path, options, access, key);
-                  }),
-        execute_("ShellExecuteW",
-                 [](HWND, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*, int) {
-                   return reinterpret_cast<HINSTANCE>(INT_PTR{42});
-                 }) {
-    if (scenario.has_steam) {
-      ::RegSetKeyValueW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Valve\\Steam", L"Language", REG_SZ,
-                        L"english", sizeof(L"english"));
-    }
-  }
-
- private:
-  std::wstring command_line_;
-  std::wstring executable_;
-  std::wstring program_data_;
-  ScratchLocalMachine local_machine_;
-  Interposer<decltype(::GetCommandLineW)> get_command_line_;
-  Interposer<decltype(::GetModuleFileNameW)> module_file_name_;
-  Interposer<decltype(::SHGetKnownFolderPath)> known_folder_;
-  Interposer<decltype(::GetTokenInformation)> token_information_;
-  Interposer<decltype(::RegOpenKeyExW)> open_key_;
-  Interposer<decltype(::ShellExecuteW)> execute_;
-};
-
 ShellAnswer AnswerOf(const Scenario& scenario, const RecordedLaunch& launch) {
   if (launch.parameters.find(L"-CheckTask") != std::wstring::npos) {
     return EndsWith(scenario.check_exit_code);
@@ -115,11 +60,19 @@ void PrintTo(const Scenario& scenario, std::ostream* stream) {
 RunReport RunWithFault(const Scenario& scenario, const Fault& fault) {
   InstalledProduct product({.module = scenario.module});
   LayOut(product, scenario);
-  const Machine machine(product, scenario);
+  const ProductSurroundings surroundings(product.Facts());
+  const RecordedTools tools;
+  const ScratchRegistry registry;
+  if (scenario.has_steam) {
+    SetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\Valve\\Steam", L"Language",
+                     {REG_SZ, BytesOf(L"english")});
+  }
+  std::wstring command_line = L"NHUpdateManager.exe " + std::wstring(scenario.mode_switch);
+  const INTERPOSER(GetCommandLineW) get_command_line([&] { return command_line.data(); });
   const RecordedBoxes boxes;
   const RecordedSleeps sleeps;
-  const ScriptedProcesses processes({{kOtherCopy, L"C:\\Elsewhere\\NHUpdateManager.exe"},
-                                     {ScriptedShell::kProcessId, L"C:\\NHUpdateManager.exe"}});
+  const FakeProcessTable processes({{kOtherCopy, L"C:\\Elsewhere\\NHUpdateManager.exe"},
+                                    {FakeProcessTable::kOwnId, L"C:\\NHUpdateManager.exe"}});
   const ScriptedShell shell(
       AnswerByLaunch([&](const RecordedLaunch& launch) { return AnswerOf(scenario, launch); }));
 

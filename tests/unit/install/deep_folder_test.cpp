@@ -55,49 +55,43 @@ class EndlessFolder {
   std::uintptr_t lowest_address_ = 0;
   std::vector<std::wstring> opened_;
 
-  Interposer<decltype(::FindFirstFileW)> find_first_{
-      "FindFirstFileW", [this](const wchar_t*, WIN32_FIND_DATAW* entry) -> HANDLE {
-        // Volatile: the address has to be one of this stack.
-        volatile char here = 0;
-        const auto address = reinterpret_cast<std::uintptr_t>(&here);
-        if (listings_ == 0) {
-          first_address_ = address;
-          lowest_address_ = address;
-        }
-        lowest_address_ = std::min(lowest_address_, address);
-        if (listings_++ == levels_) {
-          ::SetLastError(ERROR_FILE_NOT_FOUND);
-          return INVALID_HANDLE_VALUE;
-        }
-        *entry = {};
-        entry->dwFileAttributes = FILE_ATTRIBUTE_DIRECTORY;
-        entry->cFileName[0] = L'd';
-        return reinterpret_cast<HANDLE>(kSearch);
-      }};
-  Interposer<decltype(::FindNextFileW)> find_next_{"FindNextFileW",
-                                                   [](HANDLE, WIN32_FIND_DATAW*) -> BOOL {
-                                                     ::SetLastError(ERROR_NO_MORE_FILES);
-                                                     return FALSE;
-                                                   }};
-  Interposer<decltype(::FindClose)> find_close_{"FindClose", [](HANDLE) -> BOOL { return TRUE; }};
-  Interposer<decltype(::CreateDirectoryW)> create_{
-      "CreateDirectoryW", [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return TRUE; }};
-  Interposer<decltype(::RemoveDirectoryW)> remove_{"RemoveDirectoryW",
-                                                   [](const wchar_t*) -> BOOL { return TRUE; }};
-  Interposer<decltype(::CreateFileW)> create_file_{
-      "CreateFileW",
+  INTERPOSER(FindFirstFileW) find_first_{[this](const wchar_t*, WIN32_FIND_DATAW* entry) -> HANDLE {
+    // Volatile: the address has to be one of this stack.
+    volatile char here = 0;
+    const auto address = reinterpret_cast<std::uintptr_t>(&here);
+    if (listings_ == 0) {
+      first_address_ = address;
+      lowest_address_ = address;
+    }
+    lowest_address_ = std::min(lowest_address_, address);
+    if (listings_++ == levels_) {
+      ::SetLastError(ERROR_FILE_NOT_FOUND);
+      return INVALID_HANDLE_VALUE;
+    }
+    *entry = {};
+    entry->dwFileAttributes = FILE_ATTRIBUTE_DIRECTORY;
+    entry->cFileName[0] = L'd';
+    return reinterpret_cast<HANDLE>(kSearch);
+  }};
+  INTERPOSER(FindNextFileW) find_next_{[](HANDLE, WIN32_FIND_DATAW*) -> BOOL {
+    ::SetLastError(ERROR_NO_MORE_FILES);
+    return FALSE;
+  }};
+  INTERPOSER(FindClose) find_close_{[](HANDLE) -> BOOL { return TRUE; }};
+  INTERPOSER(CreateDirectoryW) create_{
+      [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return TRUE; }};
+  INTERPOSER(RemoveDirectoryW) remove_{[](const wchar_t*) -> BOOL { return TRUE; }};
+  INTERPOSER(CreateFileW) create_file_{
       [this](const wchar_t* path, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
         opened_.push_back(path);
         return reinterpret_cast<HANDLE>(kFirstFile + opened_.size() - 1);
       }};
-  Interposer<decltype(::GetFileInformationByHandleEx)> information_{
-      "GetFileInformationByHandleEx",
+  INTERPOSER(GetFileInformationByHandleEx) information_{
       [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void* information, DWORD) -> BOOL {
         *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(information) = {FILE_ATTRIBUTE_DIRECTORY, 0};
         return TRUE;
       }};
-  Interposer<decltype(::GetFinalPathNameByHandleW)> final_path_{
-      "GetFinalPathNameByHandleW",
+  INTERPOSER(GetFinalPathNameByHandleW) final_path_{
       [this](HANDLE handle, wchar_t* buffer, DWORD units, DWORD) -> DWORD {
         const std::wstring& path = opened_.at(PlaceOf(handle));
         if (path.size() >= units) {
@@ -107,10 +101,9 @@ class EndlessFolder {
         buffer[path.size()] = L'\0';
         return static_cast<DWORD>(path.size());
       }};
-  Interposer<decltype(::CloseHandle)> close_{"CloseHandle", [this](HANDLE handle) -> BOOL {
-                                               return PlaceOf(handle) < opened_.size() ||
-                                                      close_.Original()(handle);
-                                             }};
+  INTERPOSER(CloseHandle) close_{[this](HANDLE handle) -> BOOL {
+    return PlaceOf(handle) < opened_.size() || close_.Original()(handle);
+  }};
 };
 
 class DeepFolderTest : public testing::Test {

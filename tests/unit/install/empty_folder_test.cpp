@@ -4,10 +4,9 @@
 #include <string>
 
 #include "base/existence.h"
-#include "base/folder_place.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
-#include "tests/unit/install/fake_listing.h"
 
 namespace nhupdate_test {
 namespace {
@@ -143,7 +142,8 @@ TEST_F(CollectEmptyFoldersTest, CostsAFolderItsContentWhenOnlyTheScanCouldNotLis
 }
 
 TEST_F(CollectEmptyFoldersTest, CountsALinkAsContentAndDoesNotLookBehindIt) {
-  constexpr DWORD kTags[] = {IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK, 0};
+  constexpr DWORD kTags[] = {IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK,
+                             0};
   for (const DWORD tag : kTags) {
     CreateFolders(folder_ + L"\\link\\behind");
     FakeListing listing;

@@ -24,8 +24,8 @@ using testing::ElementsAre;
 constexpr wchar_t kSuccess[] = L"2|ShellExecute ICACLS success on ICACLS.exe, Params = ";
 constexpr wchar_t kFailure[] = L"4|ShellExecute ICACLS fail on ICACLS.exe, Params = ";
 
-constexpr wchar_t kConfigFolder[] = L"{root}\\Nimba Hub\\Updater\\Config";
-constexpr wchar_t kTempFolder[] = L"{root}\\Nimba Hub\\Updater\\Temp";
+constexpr wchar_t kConfigFolder[] = L"{base}\\Updater\\Config";
+constexpr wchar_t kTempFolder[] = L"{base}\\Updater\\Temp";
 constexpr wchar_t kDataFolder[] = L"{data}\\Shared\\Corvane";
 
 std::wstring ParametersFor(const std::wstring& folder) {
@@ -55,46 +55,44 @@ class GrantFolderAccessTest : public testing::Test {
   std::intptr_t shell_result_ = 42;
   std::vector<std::wstring> events_;
 
-  Interposer<decltype(::SHGetKnownFolderPath)> known_folder_{
-      "SHGetKnownFolderPath",
-      [this](REFKNOWNFOLDERID id, DWORD flags, HANDLE token, PWSTR* path) -> HRESULT {
-        events_.push_back(L"known folder");
-        EXPECT_TRUE(::IsEqualGUID(
-            id,
-            GUID{0x62AB5D82, 0xFDC1, 0x4DC3, {0xA9, 0xDD, 0x07, 0x0D, 0x1D, 0x49, 0x5D, 0x97}}));
-        EXPECT_EQ(flags, 0u);
-        EXPECT_EQ(token, nullptr);
-        *path = nullptr;
-        if (!has_program_data_) {
-          return E_FAIL;
-        }
-        const std::size_t byte_count = (program_data_.size() + 1) * sizeof(wchar_t);
-        *path = static_cast<wchar_t*>(::CoTaskMemAlloc(byte_count));
-        program_data_.copy(*path, program_data_.size());
-        (*path)[program_data_.size()] = L'\0';
-        return S_OK;
-      }};
-  Interposer<decltype(::CoTaskMemFree)> free_{"CoTaskMemFree", [this](void* memory) {
-                                                events_.push_back(L"free");
-                                                free_.Original()(memory);
-                                              }};
-  Interposer<decltype(::CreateDirectoryW)> create_{
-      "CreateDirectoryW", [this](const wchar_t* folder, SECURITY_ATTRIBUTES* security) {
+  INTERPOSER(SHGetKnownFolderPath) known_folder_{[this](REFKNOWNFOLDERID id, DWORD flags,
+                                                        HANDLE token, PWSTR* path) -> HRESULT {
+    events_.push_back(L"known folder");
+    EXPECT_TRUE(::IsEqualGUID(
+        id, GUID{0x62AB5D82, 0xFDC1, 0x4DC3, {0xA9, 0xDD, 0x07, 0x0D, 0x1D, 0x49, 0x5D, 0x97}}));
+    EXPECT_EQ(flags, 0u);
+    EXPECT_EQ(token, nullptr);
+    *path = nullptr;
+    if (!has_program_data_) {
+      return E_FAIL;
+    }
+    const std::size_t byte_count = (program_data_.size() + 1) * sizeof(wchar_t);
+    *path = static_cast<wchar_t*>(::CoTaskMemAlloc(byte_count));
+    program_data_.copy(*path, program_data_.size());
+    (*path)[program_data_.size()] = L'\0';
+    return S_OK;
+  }};
+  INTERPOSER(CoTaskMemFree) free_{[this](void* memory) {
+    events_.push_back(L"free");
+    free_.Original()(memory);
+  }};
+  INTERPOSER(CreateDirectoryW) create_{
+      [this](const wchar_t* folder, SECURITY_ATTRIBUTES* security) {
         EXPECT_EQ(security, nullptr);
         events_.push_back(std::wstring(L"create ") + folder);
         return create_.Original()(folder, security);
       }};
-  Interposer<decltype(::ShellExecuteW)> shell_execute_{
-      "ShellExecuteW", [this](HWND owner, const wchar_t* verb, const wchar_t* file,
-                              const wchar_t* parameters, const wchar_t* folder, int show_state) {
-        EXPECT_EQ(owner, nullptr);
-        EXPECT_EQ(verb, nullptr);
-        EXPECT_STREQ(file, L"ICACLS.exe");
-        EXPECT_EQ(folder, nullptr);
-        EXPECT_EQ(show_state, 0);
-        events_.push_back(std::wstring(L"start ") + parameters);
-        return reinterpret_cast<HINSTANCE>(shell_result_);
-      }};
+  INTERPOSER(ShellExecuteW) shell_execute_{[this](HWND owner, const wchar_t* verb,
+                                                  const wchar_t* file, const wchar_t* parameters,
+                                                  const wchar_t* folder, int show_state) {
+    EXPECT_EQ(owner, nullptr);
+    EXPECT_EQ(verb, nullptr);
+    EXPECT_STREQ(file, L"ICACLS.exe");
+    EXPECT_EQ(folder, nullptr);
+    EXPECT_EQ(show_state, 0);
+    events_.push_back(std::wstring(L"start ") + parameters);
+    return reinterpret_cast<HINSTANCE>(shell_result_);
+  }};
 };
 
 TEST_F(GrantFolderAccessTest, GrantsThreeFoldersInOrderAndCreatesTwoOfThemFirst) {
@@ -119,7 +117,7 @@ TEST_F(GrantFolderAccessTest, LogsTheToolTheParametersAndTheReturnCode) {
 
   EXPECT_THAT(
       product_.Transcript(),
-      ElementsAre(L"2|ShellExecute ICACLS success on ICACLS.exe, Params = \"{root}\\Nimba Hub"
+      ElementsAre(L"2|ShellExecute ICACLS success on ICACLS.exe, Params = \"{base}"
                   L"\\Updater\\Config\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e, "
                   L"Return Code = 42",
                   Record(kSuccess, kTempFolder, L"42"), Record(kSuccess, kDataFolder, L"42")));

@@ -15,9 +15,9 @@ namespace {
 using nhupdate::Exists;
 using testing::ElementsAre;
 
-class CopyFolderDeletionTest : public testing::Test {
+class CopyFolderThatDeletesTest : public testing::Test {
  protected:
-  CopyFolderDeletionTest() {
+  CopyFolderThatDeletesTest() {
     product_.Start();
     product_.ForgetRecords();
     CreateFolders(staged_);
@@ -32,7 +32,7 @@ class CopyFolderDeletionTest : public testing::Test {
   const std::wstring staged_ = product_.App();
 };
 
-TEST_F(CopyFolderDeletionTest, ReplacesASubFolderThatBothSidesHave) {
+TEST_F(CopyFolderThatDeletesTest, ReplacesASubFolderThatBothSidesHave) {
   WriteFileBytes(staged_ + L"\\Sub\\new.txt", "N");
   WriteFileBytes(installed_ + L"\\Sub\\old.txt", "O");
   WriteFileBytes(installed_ + L"\\Sub\\inner\\old.txt", "O");
@@ -42,7 +42,7 @@ TEST_F(CopyFolderDeletionTest, ReplacesASubFolderThatBothSidesHave) {
   EXPECT_THAT(ListTree(installed_ + L"\\Sub"), ElementsAre(L"new.txt"));
 }
 
-TEST_F(CopyFolderDeletionTest, KeepsASubFolderThatOnlyTheDestinationHas) {
+TEST_F(CopyFolderThatDeletesTest, KeepsASubFolderThatOnlyTheDestinationHas) {
   WriteFileBytes(staged_ + L"\\Sub\\new.txt", "N");
   WriteFileBytes(installed_ + L"\\Own\\own.txt", "O");
 
@@ -51,36 +51,35 @@ TEST_F(CopyFolderDeletionTest, KeepsASubFolderThatOnlyTheDestinationHas) {
   EXPECT_THAT(ListTree(installed_ + L"\\Own"), ElementsAre(L"own.txt"));
 }
 
-TEST_F(CopyFolderDeletionTest, DeletesNothingWhenNotToldTo) {
+TEST_F(CopyFolderThatDeletesTest, DeletesNothingWhenNotToldTo) {
   WriteFileBytes(staged_ + L"\\Sub\\new.txt", "N");
   WriteFileBytes(installed_ + L"\\Sub\\old.txt", "O");
 
   EXPECT_EQ(Copy(0), 1);
 
-  EXPECT_THAT(
-      product_.Transcript(),
-      ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-                  L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Sub to "
-                  L"{root}\\Nimba Hub\\Sub",
-                  L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Sub\\new.txt to "
-                  L"{root}\\Nimba Hub\\Sub\\new.txt"));
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"2|Copy folder from {base}\\Updater\\App to {base}",
+                          L"2|Copy folder from {base}\\Updater\\App\\Sub to "
+                          L"{base}\\Sub",
+                          L"2|Copy file from {base}\\Updater\\App\\Sub\\new.txt to "
+                          L"{base}\\Sub\\new.txt"));
   EXPECT_THAT(ListTree(installed_ + L"\\Sub"), ElementsAre(L"new.txt", L"old.txt"));
 }
 
-TEST_F(CopyFolderDeletionTest, PassesOverTheRunningProgramsFolderWhateverIsInIt) {
+TEST_F(CopyFolderThatDeletesTest, PassesOverTheRunningProgramsFolderWhateverIsInIt) {
   WriteFileBytes(staged_ + L"\\NHUpdateManager\\new.txt", "N");
   WriteFileBytes(product_.Module() + L"\\old.txt", "O");
   const auto before = ListTree(product_.Module());
 
   EXPECT_EQ(Copy(1), 1);
 
-  EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater"
-                                                 L"\\App to {root}\\Nimba Hub"));
+  EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|Copy folder from {base}\\Updater"
+                                                 L"\\App to {base}"));
   EXPECT_EQ(ListTree(product_.Module()), before);
 }
 
 // The two names are told apart although Windows takes them for one folder.
-TEST_F(CopyFolderDeletionTest, KnowsTheRunningProgramsFolderOnlyInItsOwnLetterCase) {
+TEST_F(CopyFolderThatDeletesTest, KnowsTheRunningProgramsFolderOnlyInItsOwnLetterCase) {
   WriteFileBytes(staged_ + L"\\nhupdatemanager\\new.txt", "N");
   WriteFileBytes(product_.Module() + L"\\old.txt", "O");
 
@@ -90,7 +89,7 @@ TEST_F(CopyFolderDeletionTest, KnowsTheRunningProgramsFolderOnlyInItsOwnLetterCa
   EXPECT_FALSE(Exists(product_.Module() + L"\\old.txt"));
 }
 
-TEST_F(CopyFolderDeletionTest, PassesOverTheRunningProgramsFolderAtAnyDepth) {
+TEST_F(CopyFolderThatDeletesTest, PassesOverTheRunningProgramsFolderAtAnyDepth) {
   InstalledProduct deeper({.module = L"\\Tools\\NHUpdateManager"});
   WriteFileBytes(deeper.Root() + L"\\from\\Tools\\NHUpdateManager\\new.txt", "N");
   WriteFileBytes(deeper.Root() + L"\\from\\Tools\\b.txt", "B");

@@ -5,11 +5,11 @@
 
 #include <string>
 
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
 #include "tests/support/interposer.h"
 #include "tests/unit/install/copy_folder_test.h"
-#include "tests/unit/install/fake_listing.h"
-#include "tests/unit/install/file_lock.h"
 
 namespace nhupdate_test {
 namespace {
@@ -17,10 +17,10 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using CopyFolderFailureTest = CopyFolderTest;
+using CopyFolderInTroubleTest = CopyFolderTest;
 
 // Only a missing source is nothing to copy; what is in this one is not known.
-TEST_F(CopyFolderFailureTest, IsASourceThatCannotBeListedAtAll) {
+TEST_F(CopyFolderInTroubleTest, FailsWhenTheSourceCannotBeListedAtAll) {
   WriteFileBytes(source_ + L"\\a.txt", "A");
   FakeListing listing;
   for (const DWORD error : {DWORD{ERROR_ACCESS_DENIED}, DWORD{ERROR_SHARING_VIOLATION}}) {
@@ -35,7 +35,7 @@ TEST_F(CopyFolderFailureTest, IsASourceThatCannotBeListedAtAll) {
   }
 }
 
-TEST_F(CopyFolderFailureTest, IsASubFolderThatCannotBeListedAtAll) {
+TEST_F(CopyFolderInTroubleTest, FailsWhenASubFolderCannotBeListedAtAll) {
   WriteFileBytes(source_ + L"\\b\\c.txt", "C");
   WriteFileBytes(source_ + L"\\z.txt", "Z");
   FakeListing listing;
@@ -50,7 +50,7 @@ TEST_F(CopyFolderFailureTest, IsASubFolderThatCannotBeListedAtAll) {
   EXPECT_THAT(ListTree(target_), ElementsAre(L"b\\"));
 }
 
-TEST_F(CopyFolderFailureTest, FailsWhenTheSourceCanOnlyBeListedInPart) {
+TEST_F(CopyFolderInTroubleTest, FailsWhenTheSourceCanOnlyBeListedInPart) {
   WriteFileBytes(source_ + L"\\b\\c.txt", "C");
   FakeListing listing;
   listing.BreakOff(source_ + L"\\b", ERROR_NETNAME_DELETED);
@@ -63,16 +63,16 @@ TEST_F(CopyFolderFailureTest, FailsWhenTheSourceCanOnlyBeListedInPart) {
                           L"4|Fail to copy file = 64"));
 }
 
-TEST_F(CopyFolderFailureTest, LogsNotEvenAFailureWithoutDetails) {
+TEST_F(CopyFolderInTroubleTest, LogsNotEvenAFailureWithoutDetails) {
   WriteFileBytes(source_ + L"\\a.txt", "A");
-  const FileLock lock(source_ + L"\\a.txt");
+  const HeldFile lock(source_ + L"\\a.txt");
 
   EXPECT_EQ(Copy(1, 0, 1), 0);
 
   EXPECT_THAT(product_.Transcript(), IsEmpty());
 }
 
-TEST_F(CopyFolderFailureTest, DoesNotCreateWhatIsMissingAboveTheDestination) {
+TEST_F(CopyFolderInTroubleTest, DoesNotCreateWhatIsMissingAboveTheDestination) {
   WriteFileBytes(source_ + L"\\a.txt", "A");
   const std::wstring target = product_.Root() + L"\\none\\to";
 
@@ -84,12 +84,12 @@ TEST_F(CopyFolderFailureTest, DoesNotCreateWhatIsMissingAboveTheDestination) {
                           L"4|Fail to copy file = 3"));
 }
 
-TEST_F(CopyFolderFailureTest, StopsAtTheFirstFailedFileAtAnyDepth) {
+TEST_F(CopyFolderInTroubleTest, StopsAtTheFirstFailedFileAtAnyDepth) {
   WriteFileBytes(source_ + L"\\a.txt", "A");
   WriteFileBytes(source_ + L"\\b\\held.txt", "H");
   WriteFileBytes(source_ + L"\\b\\next.txt", "N");
   WriteFileBytes(source_ + L"\\z.txt", "Z");
-  FileLock lock(source_ + L"\\b\\held.txt");
+  HeldFile lock(source_ + L"\\b\\held.txt");
 
   EXPECT_EQ(Copy(1, 1, 0), 0);
 
@@ -103,28 +103,26 @@ TEST_F(CopyFolderFailureTest, StopsAtTheFirstFailedFileAtAnyDepth) {
   EXPECT_THAT(ListTree(target_), ElementsAre(L"a.txt", L"b\\"));
 }
 
-TEST_F(CopyFolderFailureTest, ClosesItsListingsAlsoAfterAFailure) {
+TEST_F(CopyFolderInTroubleTest, ClosesItsListingsAlsoAfterAFailure) {
   WriteFileBytes(source_ + L"\\b\\c\\held.txt", "H");
   int listings = 0;
   int open_listings = 0;
-  Interposer<decltype(::FindFirstFileW)> find_first(
-      "FindFirstFileW", [&](const wchar_t* pattern, WIN32_FIND_DATAW* entry) {
-        const HANDLE search = find_first.Original()(pattern, entry);
-        if (search != INVALID_HANDLE_VALUE) {
-          ++listings;
-          ++open_listings;
-        }
-        return search;
-      });
-  Interposer<decltype(::FindClose)> find_close("FindClose", [&](HANDLE search) {
+  INTERPOSER(FindFirstFileW) find_first([&](const wchar_t* pattern, WIN32_FIND_DATAW* entry) {
+    const HANDLE search = find_first.Original()(pattern, entry);
+    if (search != INVALID_HANDLE_VALUE) {
+      ++listings;
+      ++open_listings;
+    }
+    return search;
+  });
+  INTERPOSER(FindClose) find_close([&](HANDLE search) {
     --open_listings;
     return find_close.Original()(search);
   });
-  Interposer<decltype(::CopyFileW)> copy("CopyFileW",
-                                         [](const wchar_t*, const wchar_t*, BOOL) -> BOOL {
-                                           ::SetLastError(ERROR_DISK_FULL);
-                                           return FALSE;
-                                         });
+  INTERPOSER(CopyFileW) copy([](const wchar_t*, const wchar_t*, BOOL) -> BOOL {
+    ::SetLastError(ERROR_DISK_FULL);
+    return FALSE;
+  });
 
   EXPECT_EQ(Copy(1, 1, 1), 0);
 

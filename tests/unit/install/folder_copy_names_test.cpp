@@ -21,9 +21,9 @@ bool HasAttribute(const std::wstring& file, DWORD attribute) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & attribute) != 0;
 }
 
-class CopyFolderNamesTest : public testing::Test {
+class CopyFolderWithOddNamesTest : public testing::Test {
  protected:
-  CopyFolderNamesTest() {
+  CopyFolderWithOddNamesTest() {
     product_.Start();
     product_.ForgetRecords();
     CreateFolders(source_);
@@ -39,7 +39,7 @@ class CopyFolderNamesTest : public testing::Test {
   const std::wstring target_ = product_.Root() + L"\\to";
 };
 
-TEST_F(CopyFolderNamesTest, CopiesNamesOfAllKinds) {
+TEST_F(CopyFolderWithOddNamesTest, CopiesNamesOfAllKinds) {
   const wchar_t* const kNames[] = {L"two  blanks .txt",
                                    L"100%s %d %n.txt",
                                    L"gr\u00FC\u00DFe.txt",
@@ -60,7 +60,7 @@ TEST_F(CopyFolderNamesTest, CopiesNamesOfAllKinds) {
   EXPECT_EQ(ListTree(target_).size(), 3 * std::size(kNames));
 }
 
-TEST_F(CopyFolderNamesTest, LogsAPercentSignAsItIs) {
+TEST_F(CopyFolderWithOddNamesTest, LogsAPercentSignAsItIs) {
   WriteFileBytes(source_ + L"\\%s%n%d.txt", "x");
 
   EXPECT_EQ(Copy(), 1);
@@ -70,7 +70,7 @@ TEST_F(CopyFolderNamesTest, LogsAPercentSignAsItIs) {
                           L"2|Copy file from {root}\\from\\%s%n%d.txt to {root}\\to\\%s%n%d.txt"));
 }
 
-TEST_F(CopyFolderNamesTest, CopiesEmptyFiles) {
+TEST_F(CopyFolderWithOddNamesTest, CopiesEmptyFiles) {
   WriteFileBytes(source_ + L"\\empty", "");
 
   EXPECT_EQ(Copy(), 1);
@@ -78,7 +78,7 @@ TEST_F(CopyFolderNamesTest, CopiesEmptyFiles) {
   EXPECT_EQ(ReadFileBytes(target_ + L"\\empty"), "");
 }
 
-TEST_F(CopyFolderNamesTest, CopiesHiddenAndReadOnlyFilesWithTheirAttributes) {
+TEST_F(CopyFolderWithOddNamesTest, CopiesHiddenAndReadOnlyFilesWithTheirAttributes) {
   WriteFileBytes(source_ + L"\\hidden", "H");
   WriteFileBytes(source_ + L"\\read-only", "R");
   ::SetFileAttributesW((source_ + L"\\hidden").c_str(), FILE_ATTRIBUTE_HIDDEN);
@@ -92,14 +92,14 @@ TEST_F(CopyFolderNamesTest, CopiesHiddenAndReadOnlyFilesWithTheirAttributes) {
 }
 
 // Windows refuses with error 5; Wine lets root write to anything, so the refusal is a fake.
-TEST_F(CopyFolderNamesTest, FailsAtAReadOnlyFileOfTheDestination) {
+TEST_F(CopyFolderWithOddNamesTest, FailsAtAReadOnlyFileOfTheDestination) {
   WriteFileBytes(source_ + L"\\a", "A");
   WriteFileBytes(source_ + L"\\b", "B");
   WriteFileBytes(target_ + L"\\a", "old");
   WriteFileBytes(target_ + L"\\b", "old");
   ::SetFileAttributesW((target_ + L"\\b").c_str(), FILE_ATTRIBUTE_READONLY);
-  Interposer<decltype(::CopyFileW)> copy(
-      "CopyFileW", [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
+  INTERPOSER(CopyFileW) copy(
+      [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
         if (!HasAttribute(target, FILE_ATTRIBUTE_READONLY)) {
           return copy.Original()(source, target, fail_if_there);
         }
@@ -117,7 +117,7 @@ TEST_F(CopyFolderNamesTest, FailsAtAReadOnlyFileOfTheDestination) {
   EXPECT_EQ(ReadFileBytes(target_ + L"\\b"), "old");
 }
 
-TEST_F(CopyFolderNamesTest, FailsWhereAFolderOfTheDestinationHasTheFilesName) {
+TEST_F(CopyFolderWithOddNamesTest, FailsWhereAFolderOfTheDestinationHasTheFilesName) {
   WriteFileBytes(source_ + L"\\a", "A");
   WriteFileBytes(target_ + L"\\a\\inner", "I");
 
@@ -130,7 +130,7 @@ TEST_F(CopyFolderNamesTest, FailsWhereAFolderOfTheDestinationHasTheFilesName) {
   EXPECT_TRUE(Exists(target_ + L"\\a\\inner"));
 }
 
-TEST_F(CopyFolderNamesTest, FailsWhereAFileOfTheDestinationHasTheFoldersName) {
+TEST_F(CopyFolderWithOddNamesTest, FailsWhereAFileOfTheDestinationHasTheFoldersName) {
   WriteFileBytes(source_ + L"\\a\\inner", "I");
   WriteFileBytes(target_ + L"\\a", "A");
 
@@ -145,7 +145,7 @@ TEST_F(CopyFolderNamesTest, FailsWhereAFileOfTheDestinationHasTheFoldersName) {
   EXPECT_EQ(ReadFileBytes(target_ + L"\\a"), "A");
 }
 
-TEST_F(CopyFolderNamesTest, CopiesTheLongestNames) {
+TEST_F(CopyFolderWithOddNamesTest, CopiesTheLongestNames) {
   WriteFileBytes(source_ + L"\\" + std::wstring(255, L'n'), "N");
 
   EXPECT_EQ(Copy(), 1);
@@ -163,7 +163,7 @@ std::wstring PathOfLength(const std::wstring& folder, std::size_t length) {
 
 // With Windows' old limit of 260 in force the longer ones fail; Wine knows no such limit, and
 // Windows none where long paths are enabled.
-TEST_F(CopyFolderNamesTest, CopiesPathsNearAndBeyondTheOldLimit) {
+TEST_F(CopyFolderWithOddNamesTest, CopiesPathsNearAndBeyondTheOldLimit) {
   for (const std::size_t length : {247u, 248u, 258u, 259u, 260u, 261u, 300u, 1000u}) {
     WriteFileBytes(PathOfLength(source_, length), "L");
   }
@@ -173,11 +173,11 @@ TEST_F(CopyFolderNamesTest, CopiesPathsNearAndBeyondTheOldLimit) {
   EXPECT_EQ(ListTree(target_), ListTree(source_));
 }
 
-TEST_F(CopyFolderNamesTest, FailsAtAPathThatWindowsTakesForTooLong) {
+TEST_F(CopyFolderWithOddNamesTest, FailsAtAPathThatWindowsTakesForTooLong) {
   const std::wstring inner = std::wstring(259 - target_.size(), L'n');  // one unit too much
   WriteFileBytes(source_ + L"\\" + inner, "N");
-  Interposer<decltype(::CopyFileW)> copy(
-      "CopyFileW", [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
+  INTERPOSER(CopyFileW) copy(
+      [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
         if (std::wstring(target).size() < MAX_PATH) {
           return copy.Original()(source, target, fail_if_there);
         }

@@ -5,20 +5,20 @@
 #include <string>
 
 #include "base/existence.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
 #include "tests/support/open_handles.h"
 #include "tests/unit/install/delete_folder_tree_test.h"
-#include "tests/unit/install/fake_listing.h"
 
 namespace nhupdate_test {
 namespace {
 
 using nhupdate::Exists;
 
-using FolderDeletionSafetyTest = DeleteFolderTreeTest;
+using SafeFolderDeletionTest = DeleteFolderTreeTest;
 
-TEST_F(FolderDeletionSafetyTest, RemovesAnEmptyFolderThatCannotBeListed) {
+TEST_F(SafeFolderDeletionTest, RemovesAnEmptyFolderThatCannotBeListed) {
   FakeListing listing;
   listing.Forbid(folder_, ERROR_ACCESS_DENIED);
 
@@ -27,10 +27,10 @@ TEST_F(FolderDeletionSafetyTest, RemovesAnEmptyFolderThatCannotBeListed) {
   EXPECT_FALSE(Exists(folder_));
 }
 
-TEST_F(FolderDeletionSafetyTest, LeavesTheContentOfAFolderThatCannotBeOpened) {
+TEST_F(SafeFolderDeletionTest, LeavesTheContentOfAFolderThatCannotBeOpened) {
   WriteFileBytes(folder_ + L"\\file", "x");
-  Interposer<decltype(::CreateFileW)> create_file(
-      "CreateFileW", [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
+  INTERPOSER(CreateFileW) create_file(
+      [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
         ::SetLastError(ERROR_SHARING_VIOLATION);
         return INVALID_HANDLE_VALUE;
       });
@@ -41,29 +41,28 @@ TEST_F(FolderDeletionSafetyTest, LeavesTheContentOfAFolderThatCannotBeOpened) {
 }
 
 // The arguments are looked at: Wine, unlike Windows, keeps every folder in place that is listed.
-TEST_F(FolderDeletionSafetyTest, HoldsTheFolderInItsPlaceWhileItsContentIsDeleted) {
+TEST_F(SafeFolderDeletionTest, HoldsTheFolderInItsPlaceWhileItsContentIsDeleted) {
   const std::wstring inner = folder_ + L"\\inner";
   WriteFileBytes(inner + L"\\file", "x");
   HANDLE held = nullptr;
-  Interposer<decltype(::CreateFileW)> create_file(
-      "CreateFileW",
-      [&](const wchar_t* path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
-          DWORD disposition, DWORD flags, HANDLE model) {
-        const HANDLE file =
-            create_file.Original()(path, access, sharing, security, disposition, flags, model);
-        if (path == inner) {
-          EXPECT_EQ(access, static_cast<DWORD>(FILE_LIST_DIRECTORY));
-          EXPECT_EQ(sharing & FILE_SHARE_DELETE, 0u);
-          EXPECT_NE(flags & FILE_FLAG_OPEN_REPARSE_POINT, 0u);
-          held = file;
-        }
-        return file;
-      });
-  Interposer<decltype(::CloseHandle)> close("CloseHandle", [&](HANDLE handle) {
+  INTERPOSER(CreateFileW) create_file([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                          SECURITY_ATTRIBUTES* security, DWORD disposition,
+                                          DWORD flags, HANDLE model) {
+    const HANDLE file =
+        create_file.Original()(path, access, sharing, security, disposition, flags, model);
+    if (path == inner) {
+      EXPECT_EQ(access, static_cast<DWORD>(FILE_LIST_DIRECTORY));
+      EXPECT_EQ(sharing & FILE_SHARE_DELETE, 0u);
+      EXPECT_NE(flags & FILE_FLAG_OPEN_REPARSE_POINT, 0u);
+      held = file;
+    }
+    return file;
+  });
+  INTERPOSER(CloseHandle) close([&](HANDLE handle) {
     held = handle == held ? nullptr : held;
     return close.Original()(handle);
   });
-  Interposer<decltype(::DeleteFileW)> delete_file("DeleteFileW", [&](const wchar_t* file) {
+  INTERPOSER(DeleteFileW) delete_file([&](const wchar_t* file) {
     EXPECT_NE(held, nullptr);
     return delete_file.Original()(file);
   });
@@ -74,7 +73,7 @@ TEST_F(FolderDeletionSafetyTest, HoldsTheFolderInItsPlaceWhileItsContentIsDelete
   EXPECT_EQ(held, nullptr);
 }
 
-TEST_F(FolderDeletionSafetyTest, LeavesNoHandlesBehind) {
+TEST_F(SafeFolderDeletionTest, LeavesNoHandlesBehind) {
   WriteFileBytes(folder_ + L"\\a\\b\\c", "x");
   const int handles_before = CountOpenHandles();
 

@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "base/existence.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
 #include "tests/support/interposer.h"
 #include "tests/unit/install/delete_folder_tree_test.h"
-#include "tests/unit/install/fake_listing.h"
-#include "tests/unit/install/file_lock.h"
 
 namespace nhupdate_test {
 namespace {
@@ -57,16 +57,14 @@ TEST_F(DeleteFolderTreeTest, DeletesFilesOfAllAttributes) {
 TEST_F(DeleteFolderTreeTest, ClearsTheReadOnlyAttributeAndNoOther) {
   WriteFileBytes(folder_ + L"\\file", "x");
   std::vector<DWORD> attributes_set;
-  Interposer<decltype(::GetFileAttributesW)> get_attributes(
-      "GetFileAttributesW", [](const wchar_t*) -> DWORD {
-        return FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE;
-      });
-  Interposer<decltype(::SetFileAttributesW)> set_attributes(
-      "SetFileAttributesW", [&](const wchar_t* path, DWORD attributes) -> BOOL {
-        EXPECT_EQ(path, folder_ + L"\\file");
-        attributes_set.push_back(attributes);
-        return TRUE;
-      });
+  INTERPOSER(GetFileAttributesW) get_attributes([](const wchar_t*) -> DWORD {
+    return FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE;
+  });
+  INTERPOSER(SetFileAttributesW) set_attributes([&](const wchar_t* path, DWORD attributes) -> BOOL {
+    EXPECT_EQ(path, folder_ + L"\\file");
+    attributes_set.push_back(attributes);
+    return TRUE;
+  });
 
   EXPECT_NE(Delete(), 0);
 
@@ -75,13 +73,11 @@ TEST_F(DeleteFolderTreeTest, ClearsTheReadOnlyAttributeAndNoOther) {
 
 TEST_F(DeleteFolderTreeTest, SetsNoAttributesWhereItDoesNotKnowThem) {
   WriteFileBytes(folder_ + L"\\file", "x");
-  Interposer<decltype(::GetFileAttributesW)> get_attributes("GetFileAttributesW",
-                                                            [](const wchar_t*) -> DWORD {
-                                                              ::SetLastError(ERROR_ACCESS_DENIED);
-                                                              return INVALID_FILE_ATTRIBUTES;
-                                                            });
-  Interposer<decltype(::SetFileAttributesW)> set_attributes(
-      "SetFileAttributesW", [](const wchar_t*, DWORD) -> BOOL { return TRUE; });
+  INTERPOSER(GetFileAttributesW) get_attributes([](const wchar_t*) -> DWORD {
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_FILE_ATTRIBUTES;
+  });
+  INTERPOSER(SetFileAttributesW) set_attributes([](const wchar_t*, DWORD) -> BOOL { return TRUE; });
 
   EXPECT_NE(Delete(), 0);
 
@@ -94,8 +90,7 @@ TEST_F(DeleteFolderTreeTest, LeavesTheReadOnlyAttributeOfFoldersAlone) {
   CreateFolders(folder_ + L"\\read-only");
   FakeListing listing;
   listing.Disguise(folder_ + L"\\read-only", FILE_ATTRIBUTE_READONLY, 0);
-  Interposer<decltype(::SetFileAttributesW)> set_attributes(
-      "SetFileAttributesW", [](const wchar_t*, DWORD) -> BOOL { return TRUE; });
+  INTERPOSER(SetFileAttributesW) set_attributes([](const wchar_t*, DWORD) -> BOOL { return TRUE; });
 
   EXPECT_NE(Delete(), 0);
 
@@ -107,7 +102,7 @@ TEST_F(DeleteFolderTreeTest, DeletesAllButAHeldFileAndTheFoldersAboveIt) {
   WriteFileBytes(folder_ + L"\\b\\held", "H");
   WriteFileBytes(folder_ + L"\\b\\other", "O");
   WriteFileBytes(folder_ + L"\\c\\d", "D");
-  FileLock lock(folder_ + L"\\b\\held");
+  HeldFile lock(folder_ + L"\\b\\held");
 
   EXPECT_EQ(Delete(), 0);
 
@@ -130,8 +125,7 @@ TEST_F(DeleteFolderTreeTest, LeavesAFileAlone) {
 }
 
 TEST_F(DeleteFolderTreeTest, PassesOnTheLastResultAsItIs) {
-  Interposer<decltype(::RemoveDirectoryW)> remove("RemoveDirectoryW",
-                                                  [](const wchar_t*) -> BOOL { return 5; });
+  INTERPOSER(RemoveDirectoryW) remove([](const wchar_t*) -> BOOL { return 5; });
 
   EXPECT_EQ(Delete(), 5);
 }

@@ -26,8 +26,8 @@ class LoopLink {
     return links <= kMostLinksOfAPath ? resolved : std::wstring();
   }
 
-  Interposer<decltype(::FindFirstFileW)> find_first_{
-      "FindFirstFileW", [this](const wchar_t* pattern, WIN32_FIND_DATAW* entry) -> HANDLE {
+  INTERPOSER(FindFirstFileW) find_first_{
+      [this](const wchar_t* pattern, WIN32_FIND_DATAW* entry) -> HANDLE {
         const std::wstring resolved = Resolved(pattern);
         if (resolved.empty()) {
           ::SetLastError(ERROR_CANT_RESOLVE_FILENAME);
@@ -35,8 +35,8 @@ class LoopLink {
         }
         return find_first_.Original()(resolved.c_str(), entry);
       }};
-  Interposer<decltype(::CopyFileW)> copy_{
-      "CopyFileW", [this](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) {
+  INTERPOSER(CopyFileW) copy_{
+      [this](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) {
         return copy_.Original()(Resolved(source).c_str(), target, fail_if_there);
       }};
 };

@@ -7,10 +7,10 @@
 #include <string>
 
 #include "base/existence.h"
+#include "tests/support/current_folder.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
-#include "tests/unit/base/current_folder.h"
-#include "tests/unit/install/fake_listing.h"
 
 namespace nhupdate_test {
 namespace {
@@ -46,13 +46,12 @@ TEST_P(HoldingFolderTest, IsCopiedIntoButNeverDeleted) {
 
   EXPECT_THAT(
       product_.Transcript(),
-      ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-                  L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\" + name +
-                      L" to {root}\\Nimba Hub\\" + name,
-                  L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\" + name +
-                      L"\\Updater.exe to {root}\\Nimba Hub\\" + name + L"\\Updater.exe",
-                  L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\zz.txt to "
-                  L"{root}\\Nimba Hub\\zz.txt"));
+      ElementsAre(L"2|Copy folder from {base}\\Updater\\App to {base}",
+                  L"2|Copy folder from {base}\\Updater\\App\\" + name + L" to {base}\\" + name,
+                  L"2|Copy file from {base}\\Updater\\App\\" + name + L"\\Updater.exe to {base}\\" +
+                      name + L"\\Updater.exe",
+                  L"2|Copy file from {base}\\Updater\\App\\zz.txt to "
+                  L"{base}\\zz.txt"));
   EXPECT_EQ(ReadFileBytes(installed_ + L"\\Updater\\Updater.exe"), "new");
   EXPECT_TRUE(Exists(installed_ + L"\\Updater\\Config\\ut.ini"));
   EXPECT_TRUE(Exists(staged_ + L"\\zz.txt"));
@@ -80,14 +79,14 @@ TEST_F(HoldingFolderTest, IsRecognisedAsSeenFromTheCurrentDrive) {
 
   EXPECT_EQ(ReadFileBytes(staged_ + L"\\Config\\strings.json"), "S");
   const std::wstring target = staged_.substr(2);
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to " + target,
-                          L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Config to " +
-                              target + L"\\Config",
-                          L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Config\\strings.json "
-                          L"to " +
-                              target + L"\\Config\\strings.json",
-                          L"4|Fail to copy file = 32"));
+  EXPECT_THAT(
+      product_.Transcript(),
+      ElementsAre(L"2|Copy folder from {base}\\Updater\\App to " + target,
+                  L"2|Copy folder from {base}\\Updater\\App\\Config to " + target + L"\\Config",
+                  L"2|Copy file from {base}\\Updater\\App\\Config\\strings.json "
+                  L"to " +
+                      target + L"\\Config\\strings.json",
+                  L"4|Fail to copy file = 32"));
 }
 
 TEST_F(HoldingFolderTest, IsRecognisedBehindALinkFurtherUp) {
@@ -125,14 +124,13 @@ TEST_F(HoldingFolderTest, IsNotALinkThatLeadsToTheSource) {
 
   EXPECT_EQ(Copy(installed_), 1);
 
-  EXPECT_THAT(
-      product_.Transcript(),
-      ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-                  L"2|Delete Dir : {root}\\Nimba Hub\\Sub",
-                  L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Sub to "
-                  L"{root}\\Nimba Hub\\Sub",
-                  L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Sub\\new.txt to "
-                  L"{root}\\Nimba Hub\\Sub\\new.txt"));
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"2|Copy folder from {base}\\Updater\\App to {base}",
+                          L"2|Delete Dir : {base}\\Sub",
+                          L"2|Copy folder from {base}\\Updater\\App\\Sub to "
+                          L"{base}\\Sub",
+                          L"2|Copy file from {base}\\Updater\\App\\Sub\\new.txt to "
+                          L"{base}\\Sub\\new.txt"));
   EXPECT_THAT(ListTree(installed_ + L"\\Sub"), ElementsAre(L"new.txt"));
 }
 

@@ -6,21 +6,21 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/install/fake_listing.h"
-#include "tests/unit/install/file_lock.h"
-#include "tests/unit/install/quiet_desktop.h"
+#include "tests/support/quiet_desktop.h"
 
 namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
 
-class InstallCopyRetryTest : public testing::Test {
+class RetriedInstallCopyTest : public testing::Test {
  protected:
-  InstallCopyRetryTest() {
+  RetriedInstallCopyTest() {
     product_.Start();
     product_.ForgetRecords();
     WriteFileBytes(staged_, "new");
@@ -40,13 +40,11 @@ class InstallCopyRetryTest : public testing::Test {
   }
 
   static void AddAttempt(std::vector<std::wstring>& records) {
-    records.insert(
-        records.end(),
-        {L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-         L"2|Delete Dir : {root}\\Nimba Hub\\Sub",
-         L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Sub to {root}\\Nimba Hub\\Sub",
-         L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Sub\\held.dll to "
-         L"{root}\\Nimba Hub\\Sub\\held.dll"});
+    records.insert(records.end(), {L"2|Copy folder from {base}\\Updater\\App to {base}",
+                                   L"2|Delete Dir : {base}\\Sub",
+                                   L"2|Copy folder from {base}\\Updater\\App\\Sub to {base}\\Sub",
+                                   L"2|Copy file from {base}\\Updater\\App\\Sub\\held.dll to "
+                                   L"{base}\\Sub\\held.dll"});
   }
 
   InstalledProduct product_;
@@ -54,8 +52,8 @@ class InstallCopyRetryTest : public testing::Test {
   const std::wstring installed_ = product_.Base() + L"\\Sub\\held.dll";
 };
 
-TEST_F(InstallCopyRetryTest, SucceedsAtTheTenthAttempt) {
-  FileLock lock(installed_);
+TEST_F(RetriedInstallCopyTest, SucceedsAtTheTenthAttempt) {
+  HeldFile lock(installed_);
   const QuietDesktop desktop([&](int sleep) {
     if (sleep == 9) {
       lock.Release();
@@ -73,8 +71,8 @@ TEST_F(InstallCopyRetryTest, SucceedsAtTheTenthAttempt) {
   EXPECT_EQ(ReadFileBytes(installed_), "new");
 }
 
-TEST_F(InstallCopyRetryTest, GivesUpAfterTheTenthAttemptAndItsWait) {
-  FileLock lock(installed_);
+TEST_F(RetriedInstallCopyTest, GivesUpAfterTheTenthAttemptAndItsWait) {
+  HeldFile lock(installed_);
   const QuietDesktop desktop([&](int sleep) {
     if (sleep == 10) {
       EXPECT_TRUE(desktop.Boxes().empty());
@@ -91,16 +89,16 @@ TEST_F(InstallCopyRetryTest, GivesUpAfterTheTenthAttemptAndItsWait) {
   EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(installed_)));
 }
 
-TEST_F(InstallCopyRetryTest, NamesTheFileThatFailedLast) {
+TEST_F(RetriedInstallCopyTest, NamesTheFileThatFailedLast) {
   WriteFileBytes(product_.App() + L"\\Sub\\z.dll", "new");
-  FileLock lock(installed_);
+  HeldFile lock(installed_);
   const QuietDesktop desktop([&](int sleep) {
     if (sleep == 9) {
       lock.Release();
     }
   });
-  Interposer<decltype(::CopyFileW)> copy(
-      "CopyFileW", [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
+  INTERPOSER(CopyFileW) copy(
+      [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
         if (target != product_.Base() + L"\\Sub\\z.dll") {
           return copy.Original()(source, target, fail_if_there);
         }
@@ -113,7 +111,7 @@ TEST_F(InstallCopyRetryTest, NamesTheFileThatFailedLast) {
   EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(product_.Base() + L"\\Sub\\z.dll")));
 }
 
-TEST_F(InstallCopyRetryTest, NamesTheFolderWhoseCopyCouldNotSeeAllOfItsSource) {
+TEST_F(RetriedInstallCopyTest, NamesTheFolderWhoseCopyCouldNotSeeAllOfItsSource) {
   const QuietDesktop desktop;
   FakeListing listing;
   listing.BreakOff(product_.App() + L"\\Sub", ERROR_NETNAME_DELETED);
@@ -125,7 +123,7 @@ TEST_F(InstallCopyRetryTest, NamesTheFolderWhoseCopyCouldNotSeeAllOfItsSource) {
 }
 
 // The installed files are gone by then, so it must not look like a success.
-TEST_F(InstallCopyRetryTest, FailsWhenTheStagedFolderCannotBeListedAtAll) {
+TEST_F(RetriedInstallCopyTest, FailsWhenTheStagedFolderCannotBeListedAtAll) {
   WriteFileBytes(product_.Base() + L"\\a.exe", "old");
   const QuietDesktop desktop;
   FakeListing listing;
@@ -133,10 +131,10 @@ TEST_F(InstallCopyRetryTest, FailsWhenTheStagedFolderCannotBeListedAtAll) {
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 
-  std::vector<std::wstring> expected = {L"2|Delete OK : {root}\\Nimba Hub\\a.exe"};
+  std::vector<std::wstring> expected = {L"2|Delete OK : {base}\\a.exe"};
   for (int attempt = 0; attempt < 10; ++attempt) {
     expected.insert(expected.end(),
-                    {L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
+                    {L"2|Copy folder from {base}\\Updater\\App to {base}",
                      L"4|Fail to copy file = 5", L"3|Copy fail, sleep 3 seconds and retry."});
   }
   expected.push_back(L"4|Fail to copy folder.");

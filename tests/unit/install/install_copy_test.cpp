@@ -6,10 +6,10 @@
 
 #include "base/existence.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/install/file_lock.h"
-#include "tests/unit/install/quiet_desktop.h"
+#include "tests/support/quiet_desktop.h"
 
 namespace nhupdate_test {
 namespace {
@@ -41,20 +41,18 @@ TEST_F(InstallCopyTest, DeletesTheOldFilesThenBringsTheNewOnesTwice) {
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 1);
 
-  EXPECT_THAT(
-      product_.Transcript(),
-      ElementsAre(
-          L"2|Delete OK : {root}\\Nimba Hub\\a.exe", L"2|Delete OK : {root}\\Nimba Hub\\gone.exe",
-          L"2|Copy OK : {root}\\Nimba Hub\\Updater\\App\\a.exe => {root}\\Nimba Hub\\a.exe",
-          L"2|Copy OK : {root}\\Nimba Hub\\Updater\\App\\b.exe => {root}\\Nimba Hub\\b.exe",
-          L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-          L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\a.exe to {root}\\Nimba Hub\\a.exe",
-          L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\b.exe to {root}\\Nimba Hub\\b.exe",
-          L"2|Delete Dir : {root}\\Nimba Hub\\Sub",
-          L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App\\Sub to {root}\\Nimba Hub\\Sub",
-          L"2|Copy file from {root}\\Nimba Hub\\Updater\\App\\Sub\\new.dll to "
-          L"{root}\\Nimba Hub\\Sub\\new.dll",
-          L"2|Copy complete."));
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"2|Delete OK : {base}\\a.exe", L"2|Delete OK : {base}\\gone.exe",
+                          L"2|Copy OK : {base}\\Updater\\App\\a.exe => {base}\\a.exe",
+                          L"2|Copy OK : {base}\\Updater\\App\\b.exe => {base}\\b.exe",
+                          L"2|Copy folder from {base}\\Updater\\App to {base}",
+                          L"2|Copy file from {base}\\Updater\\App\\a.exe to {base}\\a.exe",
+                          L"2|Copy file from {base}\\Updater\\App\\b.exe to {base}\\b.exe",
+                          L"2|Delete Dir : {base}\\Sub",
+                          L"2|Copy folder from {base}\\Updater\\App\\Sub to {base}\\Sub",
+                          L"2|Copy file from {base}\\Updater\\App\\Sub\\new.dll to "
+                          L"{base}\\Sub\\new.dll",
+                          L"2|Copy complete."));
   EXPECT_FALSE(Exists(base_ + L"\\gone.exe"));
   EXPECT_EQ(ReadFileBytes(base_ + L"\\a.exe"), "new");
   EXPECT_THAT(ListTree(base_ + L"\\Sub"), ElementsAre(L"new.dll"));
@@ -68,12 +66,11 @@ TEST_F(InstallCopyTest, CopiesOnlyTheFilesOfTheTopLevelTwice) {
   WriteFileBytes(app_ + L"\\a.exe", "new");
   WriteFileBytes(app_ + L"\\Sub\\b.dll", "new");
   std::vector<std::wstring> copied;
-  Interposer<decltype(::CopyFileW)> copy(
-      "CopyFileW", [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) {
-        EXPECT_FALSE(fail_if_there);
-        copied.push_back(target);
-        return copy.Original()(source, target, fail_if_there);
-      });
+  INTERPOSER(CopyFileW) copy([&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) {
+    EXPECT_FALSE(fail_if_there);
+    copied.push_back(target);
+    return copy.Original()(source, target, fail_if_there);
+  });
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 1);
 
@@ -87,8 +84,7 @@ TEST_F(InstallCopyTest, SucceedsWithNothingStaged) {
 
   EXPECT_THAT(
       product_.Transcript(),
-      ElementsAre(L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-                  L"2|Copy complete."));
+      ElementsAre(L"2|Copy folder from {base}\\Updater\\App to {base}", L"2|Copy complete."));
 }
 
 TEST_F(InstallCopyTest, EndsAtAnInstalledFileThatCannotBeDeleted) {
@@ -97,13 +93,13 @@ TEST_F(InstallCopyTest, EndsAtAnInstalledFileThatCannotBeDeleted) {
   WriteFileBytes(base_ + L"\\held 100%s.exe", "old");
   WriteFileBytes(base_ + L"\\z.exe", "old");
   WriteFileBytes(app_ + L"\\a.exe", "new");
-  const FileLock lock(base_ + L"\\held 100%s.exe");
+  const HeldFile lock(base_ + L"\\held 100%s.exe");
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 
   EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Delete OK : {root}\\Nimba Hub\\a.exe",
-                          L"4|Fail to delete (32) : {root}\\Nimba Hub\\held 100%s.exe"));
+              ElementsAre(L"2|Delete OK : {base}\\a.exe",
+                          L"4|Fail to delete (32) : {base}\\held 100%s.exe"));
   EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(base_ + L"\\held 100%s.exe")));
   EXPECT_FALSE(Exists(base_ + L"\\a.exe"));
   EXPECT_TRUE(Exists(base_ + L"\\z.exe"));
@@ -117,8 +113,7 @@ TEST_F(InstallCopyTest, DoesNotClearReadOnlyAttributesOfTheOldFiles) {
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"4|Fail to delete (5) : {root}\\Nimba Hub\\a.exe"));
+  EXPECT_THAT(product_.Transcript(), ElementsAre(L"4|Fail to delete (5) : {base}\\a.exe"));
   EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(base_ + L"\\a.exe")));
 }
 
@@ -127,7 +122,7 @@ TEST_F(InstallCopyTest, PassesOverAnInstalledFileThatIsGoneMeanwhile) {
   WriteFileBytes(base_ + L"\\a.exe", "old");
   WriteFileBytes(base_ + L"\\b.exe", "old");
   WriteFileBytes(base_ + L"\\c.exe", "old");
-  Interposer<decltype(::DeleteFileW)> delete_file("DeleteFileW", [&](const wchar_t* file) {
+  INTERPOSER(DeleteFileW) delete_file([&](const wchar_t* file) {
     if (file == base_ + L"\\a.exe") {
       delete_file.Original()((base_ + L"\\b.exe").c_str());
     }
@@ -138,10 +133,8 @@ TEST_F(InstallCopyTest, PassesOverAnInstalledFileThatIsGoneMeanwhile) {
 
   EXPECT_THAT(
       product_.Transcript(),
-      ElementsAre(L"2|Delete OK : {root}\\Nimba Hub\\a.exe",
-                  L"2|Delete OK : {root}\\Nimba Hub\\c.exe",
-                  L"2|Copy folder from {root}\\Nimba Hub\\Updater\\App to {root}\\Nimba Hub",
-                  L"2|Copy complete."));
+      ElementsAre(L"2|Delete OK : {base}\\a.exe", L"2|Delete OK : {base}\\c.exe",
+                  L"2|Copy folder from {base}\\Updater\\App to {base}", L"2|Copy complete."));
   EXPECT_EQ(delete_file.Calls(), 2);
 }
 
@@ -150,15 +143,14 @@ TEST_F(InstallCopyTest, EndsAtAStagedFileThatCannotBeCopied) {
   WriteFileBytes(app_ + L"\\a.exe", "new");
   WriteFileBytes(app_ + L"\\b.exe", "new");
   WriteFileBytes(app_ + L"\\c.exe", "new");
-  const FileLock lock(app_ + L"\\b.exe");
+  const HeldFile lock(app_ + L"\\b.exe");
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 
-  EXPECT_THAT(
-      product_.Transcript(),
-      ElementsAre(L"2|Copy OK : {root}\\Nimba Hub\\Updater\\App\\a.exe => {root}\\Nimba Hub\\a.exe",
-                  L"4|Fail to copy (32) : {root}\\Nimba Hub\\Updater\\App\\b.exe => "
-                  L"{root}\\Nimba Hub\\b.exe"));
+  EXPECT_THAT(product_.Transcript(),
+              ElementsAre(L"2|Copy OK : {base}\\Updater\\App\\a.exe => {base}\\a.exe",
+                          L"4|Fail to copy (32) : {base}\\Updater\\App\\b.exe => "
+                          L"{base}\\b.exe"));
   EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(base_ + L"\\b.exe")));
   EXPECT_FALSE(Exists(base_ + L"\\c.exe"));
   EXPECT_TRUE(desktop.Sleeps().empty());
@@ -170,7 +162,7 @@ TEST_F(InstallCopyTest, ShowsTheTextsOfTheStringTable) {
   WriteFileBytes(strings, R"({"KEY_UPDATE_TITLE": "The title", "KEY_FAIL_COMMON_ERROR": "Oh %s"})");
   product_.Manager().LoadStrings(strings);
   WriteFileBytes(base_ + L"\\a.exe", "old");
-  const FileLock lock(base_ + L"\\a.exe");
+  const HeldFile lock(base_ + L"\\a.exe");
 
   EXPECT_EQ(product_.Manager().InstallCopy(), 0);
 

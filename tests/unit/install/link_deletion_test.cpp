@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "base/existence.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/install/fake_listing.h"
 
 namespace nhupdate_test {
 namespace {
@@ -31,11 +31,10 @@ class LinkDeletionTest : public testing::TestWithParam<DWORD> {
   const std::wstring folder_ = product_.Root() + L"\\top";
   const std::wstring link_ = folder_ + L"\\link";
   std::vector<std::wstring> removed_;
-  Interposer<decltype(::RemoveDirectoryW)> remove_{"RemoveDirectoryW",
-                                                   [this](const wchar_t* folder) -> BOOL {
-                                                     removed_.push_back(folder);
-                                                     return TRUE;
-                                                   }};
+  INTERPOSER(RemoveDirectoryW) remove_{[this](const wchar_t* folder) -> BOOL {
+    removed_.push_back(folder);
+    return TRUE;
+  }};
 };
 
 TEST_P(LinkDeletionTest, RemovesALinkInTheFolderWithoutLookingBehindIt) {

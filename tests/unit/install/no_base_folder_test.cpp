@@ -5,18 +5,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <string>
-#include <vector>
 
 #include "app/manager_center.h"
+#include "tests/support/fake_listing.h"
+#include "tests/support/fake_process_table.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/install/quiet_desktop.h"
-
-// These need <windows.h> first.
-#include <psapi.h>
-#include <shellapi.h>
-#include <shlobj.h>
+#include "tests/support/product_surroundings.h"
+#include "tests/support/quiet_desktop.h"
+#include "tests/support/recorded_tools.h"
 
 namespace nhupdate_test {
 namespace {
@@ -25,46 +22,18 @@ using testing::ElementsAre;
 
 class NoBaseFolderTest : public testing::TestWithParam<std::wstring> {
  protected:
-  std::vector<std::wstring> patterns_;
   nhupdate::CManagerCenter manager_;
   const QuietDesktop desktop_;
-  Interposer<decltype(::GetModuleFileNameW)> module_file_name_{
-      "GetModuleFileNameW", [](HMODULE, wchar_t* buffer, DWORD units) -> DWORD {
-        const std::wstring& executable = GetParam();
-        const std::size_t length = executable.copy(buffer, units - 1);
-        buffer[length] = L'\0';
-        return static_cast<DWORD>(length);
-      }};
-  Interposer<decltype(::SHGetKnownFolderPath)> known_folder_{
-      "SHGetKnownFolderPath", [](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
-        *path = nullptr;
-        return E_FAIL;
-      }};
-  Interposer<decltype(::GetTokenInformation)> token_information_{
-      "GetTokenInformation",
-      [](HANDLE, TOKEN_INFORMATION_CLASS, void* information, DWORD, DWORD*) -> BOOL {
-        static_cast<TOKEN_ELEVATION*>(information)->TokenIsElevated = 1;
-        return TRUE;
-      }};
-  Interposer<decltype(::K32EnumProcesses)> processes_{"K32EnumProcesses",
-                                                      [](DWORD*, DWORD, DWORD*) { return FALSE; }};
-  Interposer<decltype(::ShellExecuteW)> shell_{
-      "ShellExecuteW", [](HWND, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*,
-                          int) { return reinterpret_cast<HINSTANCE>(INT_PTR{33}); }};
-  Interposer<decltype(::CreateDirectoryW)> create_{
-      "CreateDirectoryW", [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return FALSE; }};
-  Interposer<decltype(::RegCreateKeyExW)> key_{
-      "RegCreateKeyExW",
-      [](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM, SECURITY_ATTRIBUTES*, HKEY*,
-         DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; }};
-  Interposer<decltype(::FindFirstFileW)> find_{
-      "FindFirstFileW", [this](const wchar_t* pattern, WIN32_FIND_DATAW*) -> HANDLE {
-        patterns_.push_back(pattern);
-        ::SetLastError(ERROR_PATH_NOT_FOUND);
-        return INVALID_HANDLE_VALUE;
-      }};
-  Interposer<decltype(::DeleteFileW)> delete_file_{"DeleteFileW",
-                                                   [](const wchar_t*) -> BOOL { return TRUE; }};
+  const ProductSurroundings surroundings_{{.executable = GetParam(), .program_data = L""}};
+  const FakeProcessTable no_processes_;
+  const RecordedTools tools_;
+  const FakeListing listing_{{}, ERROR_PATH_NOT_FOUND};
+  INTERPOSER(CreateDirectoryW) create_{
+      [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return FALSE; }};
+  INTERPOSER(RegCreateKeyExW) key_{[](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM,
+                                      SECURITY_ATTRIBUTES*, HKEY*,
+                                      DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; }};
+  INTERPOSER(DeleteFileW) delete_file_{[](const wchar_t*) -> BOOL { return TRUE; }};
 };
 
 TEST_P(NoBaseFolderTest, AFinalUpdateNeverLooksAtTheDrivesRoot) {
@@ -72,7 +41,7 @@ TEST_P(NoBaseFolderTest, AFinalUpdateNeverLooksAtTheDrivesRoot) {
 
   EXPECT_EQ(manager_.InstallSequence(nhupdate::InstallKind::kLastUpdateStage), 0);
 
-  EXPECT_THAT(patterns_, ElementsAre(L"\\Updater\\App\\*.*", L"\\Updater\\App\\*.*"));
+  EXPECT_THAT(listing_.Patterns(), ElementsAre(L"\\Updater\\App\\*.*", L"\\Updater\\App\\*.*"));
   EXPECT_EQ(delete_file_.Calls(), 0);
 }
 
@@ -81,7 +50,7 @@ TEST_P(NoBaseFolderTest, ASelfUpdateNeverCopiesTheDrive) {
 
   EXPECT_EQ(manager_.SelfUpdate(), 16);
 
-  EXPECT_TRUE(patterns_.empty());
+  EXPECT_TRUE(listing_.Patterns().empty());
   EXPECT_THAT(desktop_.Boxes(),
               ElementsAre(ShownBox{L"KEY_FAIL_COMMON_ERROR", L"KEY_UPDATE_TITLE", 0x40010, true}));
 }

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "app/manager_center.h"
-#include "tests/unit/install/fake_process_table.h"
+#include "tests/support/fake_process_table.h"
 
 namespace nhupdate_test {
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/fake_process_table.h"
 #include "tests/support/installed_product.h"
-#include "tests/unit/install/fake_process_table.h"
 
 namespace nhupdate_test {
 namespace {
@@ -21,7 +21,6 @@ class TerminateProcessByNameTest : public testing::Test {
   }
 
   InstalledProduct product_;
-  const DWORD own_id_ = ::GetCurrentProcessId();
 };
 
 TEST_F(TerminateProcessByNameTest, EndsEveryProcessOfThatName) {
@@ -63,7 +62,7 @@ TEST_F(TerminateProcessByNameTest, SaysThatThereIsNoneWhenThereIsNone) {
 }
 
 TEST_F(TerminateProcessByNameTest, SkipsTheCallingProcessWhichDoesNotCountAsFound) {
-  const FakeProcessTable table({{.id = own_id_, .image_path = L"C:\\target.exe"}});
+  const FakeProcessTable table({{.id = FakeProcessTable::kOwnId, .image_path = L"C:\\target.exe"}});
 
   EXPECT_EQ(product_.Manager().TerminateProcessByName(L"target.exe"), 1);
 

@@ -7,31 +7,30 @@
 
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/install/scratch_registry.h"
+#include "tests/support/registry_recorder.h"
+#include "tests/support/scratch_registry.h"
 
 namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
 
-class RegistrationFailureTest : public testing::Test {
+class HinderedRegistrationTest : public testing::Test {
  protected:
-  RegistrationFailureTest() {
+  HinderedRegistrationTest() {
     product_.Start();
     product_.ForgetRecords();
   }
 
   InstalledProduct product_;
   ScratchRegistry registry_;
-  Interposer<decltype(::GetLocalTime)> local_time_{"GetLocalTime",
-                                                   [](SYSTEMTIME* now) { *now = {}; }};
+  INTERPOSER(GetLocalTime) local_time_{[](SYSTEMTIME* now) { *now = {}; }};
 };
 
-TEST_F(RegistrationFailureTest, SaysTheSameWhenNoKeyCanBeOpened) {
-  Interposer<decltype(::RegCreateKeyExW)> create(
-      "RegCreateKeyExW",
-      [](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM, SECURITY_ATTRIBUTES*, HKEY*,
-         DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; });
+TEST_F(HinderedRegistrationTest, SaysTheSameWhenNoKeyCanBeOpened) {
+  INTERPOSER(RegCreateKeyExW) create([](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM,
+                                        SECURITY_ATTRIBUTES*, HKEY*,
+                                        DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; });
 
   EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
 
@@ -41,7 +40,7 @@ TEST_F(RegistrationFailureTest, SaysTheSameWhenNoKeyCanBeOpened) {
                                                  L"{data}\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
 }
 
-TEST_F(RegistrationFailureTest, WritesTheRestWhenOneValueCannotBeWritten) {
+TEST_F(HinderedRegistrationTest, WritesTheRestWhenOneValueCannotBeWritten) {
   std::vector<WrittenValue> all;
   {
     const RegistryRecorder recorder;
@@ -63,7 +62,7 @@ TEST_F(RegistrationFailureTest, WritesTheRestWhenOneValueCannotBeWritten) {
   }
 }
 
-TEST_F(RegistrationFailureTest, WritesAnUnknownLogFolderAsNoBytes) {
+TEST_F(HinderedRegistrationTest, WritesAnUnknownLogFolderAsNoBytes) {
   InstalledProduct without_data({.has_program_data = false});
   without_data.Start();
   without_data.ForgetRecords();

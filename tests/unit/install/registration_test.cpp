@@ -7,19 +7,14 @@
 
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/install/scratch_registry.h"
+#include "tests/support/product_keys.h"
+#include "tests/support/registry_recorder.h"
+#include "tests/support/scratch_registry.h"
 
 namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
-
-constexpr wchar_t kProductKey[] = L"SOFTWARE\\WOW6432Node\\CorvaneNimbaHub";
-constexpr wchar_t kCollectLogKey[] = L"SOFTWARE\\WOW6432Node\\CorvaneNimba\\NimbaCollectLog";
-constexpr wchar_t kDumpKey[] =
-    L"SOFTWARE\\Microsoft\\Windows\\Windows Error Reporting\\LocalDumps\\NHUpdateManager.exe";
-constexpr wchar_t kUninstallKey[] =
-    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\NIMBA HUB";
 
 void FakeDate(SYSTEMTIME* now, WORD year, WORD month, WORD day) {
   *now = {};
@@ -59,8 +54,7 @@ class RegisterProductTest : public testing::Test {
 
   InstalledProduct product_;
   ScratchRegistry registry_;
-  Interposer<decltype(::GetLocalTime)> local_time_{
-      "GetLocalTime", [](SYSTEMTIME* now) { FakeDate(now, 2027, 3, 1); }};
+  INTERPOSER(GetLocalTime) local_time_{[](SYSTEMTIME* now) { FakeDate(now, 2027, 3, 1); }};
 };
 
 TEST_F(RegisterProductTest, WritesEveryValueInOrderWithItsTypeAndUnterminatedBytes) {
@@ -84,7 +78,7 @@ TEST_F(RegisterProductTest, LeavesTheValuesInTheRegistry) {
   EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
 
   for (const WrittenValue& row : ExpectedRows()) {
-    EXPECT_EQ(registry_.Read(row.key, row.name), row);
+    EXPECT_EQ(StoredValue(row.key, row.name), row);
   }
 }
 
@@ -118,14 +112,15 @@ TEST_F(RegisterProductTest, AsksForTheDateOnceRightBeforeItIsWritten) {
 
 TEST_F(RegisterProductTest, WritesTheSameAgainAndDeletesNothing) {
   EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
-  registry_.Write(Text(kUninstallKey, L"Comments", L"of somebody else"));
+  SetRegistryValue(HKEY_LOCAL_MACHINE, kUninstallKey, L"Comments",
+                   {REG_SZ, BytesOf(L"of somebody else")});
 
   EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
 
   for (const WrittenValue& row : ExpectedRows()) {
-    EXPECT_EQ(registry_.Read(row.key, row.name), row);
+    EXPECT_EQ(StoredValue(row.key, row.name), row);
   }
-  EXPECT_EQ(registry_.Read(kUninstallKey, L"Comments"),
+  EXPECT_EQ(StoredValue(kUninstallKey, L"Comments"),
             Text(kUninstallKey, L"Comments", L"of somebody else"));
 }
 
@@ -166,9 +161,8 @@ TEST(RegisterProductDateTest, IsWrittenAsEightDigits) {
 
   for (const DateCase& example : kCases) {
     const RegistryRecorder recorder;
-    const Interposer<decltype(::GetLocalTime)> local_time("GetLocalTime", [&](SYSTEMTIME* now) {
-      FakeDate(now, example.year, example.month, example.day);
-    });
+    const INTERPOSER(GetLocalTime) local_time(
+        [&](SYSTEMTIME* now) { FakeDate(now, example.year, example.month, example.day); });
 
     EXPECT_EQ(product.Manager().RegisterProduct(), 1);
 

@@ -3,9 +3,9 @@
 
 #include <string>
 
+#include "tests/support/fake_process_table.h"
 #include "tests/support/installed_product.h"
-#include "tests/unit/install/fake_process_table.h"
-#include "tests/unit/install/quiet_desktop.h"
+#include "tests/support/quiet_desktop.h"
 
 namespace nhupdate_test {
 namespace {
@@ -21,13 +21,13 @@ class StopUpdateManagersTest : public testing::Test {
   }
 
   InstalledProduct product_;
-  const DWORD own_id_ = ::GetCurrentProcessId();
 };
 
 TEST_F(StopUpdateManagersTest, ShowsNoBoxWhenAllOthersAreGone) {
   const QuietDesktop desktop;
-  const FakeProcessTable table({{.id = own_id_, .image_path = L"C:\\new\\NHUpdateManager.exe"},
-                                {.id = 8, .image_path = L"C:\\nhupdatemanager.EXE"}});
+  const FakeProcessTable table(
+      {{.id = FakeProcessTable::kOwnId, .image_path = L"C:\\new\\NHUpdateManager.exe"},
+       {.id = 8, .image_path = L"C:\\nhupdatemanager.EXE"}});
 
   EXPECT_EQ(product_.Manager().StopUpdateManagers(), 1);
 

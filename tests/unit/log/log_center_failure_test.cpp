@@ -11,30 +11,28 @@
 #include "tests/support/files.h"
 #include "tests/unit/log/log_library_files.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::IsLoaded;
-using nhupdate_test::LogLibraryFiles;
+using nhupdate::CNSWLogCenter;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class LogCenterFailureTest : public testing::Test {
+class LogCenterWithABadLibraryTest : public testing::Test {
  protected:
   LogLibraryFiles files_;
   CapturedConsole console_;
   CNSWLogCenter center_;
 };
 
-TEST_F(LogCenterFailureTest, NamesALibraryThatCannotBeLoaded) {
+TEST_F(LogCenterWithABadLibraryTest, NamesALibraryThatCannotBeLoaded) {
   const std::wstring missing = files_.Folder() + L"\\missing.dll";
   const std::wstring folder = files_.Folder() + L"\\folder.dll";
   const std::wstring text_file = files_.Folder() + L"\\text.dll";
   const std::wstring empty_file = files_.Folder() + L"\\empty.dll";
-  nhupdate_test::CreateFolders(folder);
-  nhupdate_test::WriteFileBytes(text_file, "This is no library.");
-  nhupdate_test::WriteFileBytes(empty_file, "");
+  CreateFolders(folder);
+  WriteFileBytes(text_file, "This is no library.");
+  WriteFileBytes(empty_file, "");
 
   std::wstring expected;
   for (const std::wstring& library : {missing, folder, text_file, empty_file}) {
@@ -46,7 +44,7 @@ TEST_F(LogCenterFailureTest, NamesALibraryThatCannotBeLoaded) {
   EXPECT_THAT(files_.Calls(), IsEmpty());
 }
 
-TEST_F(LogCenterFailureTest, NamesTheFirstMissingEntry) {
+TEST_F(LogCenterWithABadLibraryTest, NamesTheFirstMissingEntry) {
   struct Case {
     const wchar_t* library;
     const char* message;
@@ -74,7 +72,7 @@ TEST_F(LogCenterFailureTest, NamesTheFirstMissingEntry) {
   }
 }
 
-TEST_F(LogCenterFailureTest, TakesAGoodLibraryAfterABadOne) {
+TEST_F(LogCenterWithABadLibraryTest, TakesAGoodLibraryAfterABadOne) {
   ASSERT_EQ(center_.StartLog(files_.Folder() + L"\\missing.dll", L"c", L"f"), 0);
   ASSERT_EQ(center_.StartLog(files_.Add(L"recording_log_without_flush"), L"c", L"f"), 0);
 
@@ -83,13 +81,13 @@ TEST_F(LogCenterFailureTest, TakesAGoodLibraryAfterABadOne) {
   EXPECT_THAT(files_.Calls(), ElementsAre(L"Stop", L"Start|1.0.0|c|f"));
 }
 
-TEST_F(LogCenterFailureTest, TellsTheCodeOfALibraryThatRefusesToStart) {
+TEST_F(LogCenterWithABadLibraryTest, TellsTheCodeOfALibraryThatRefusesToStart) {
   EXPECT_EQ(center_.StartLog(files_.Add(L"recording_log_start_fails"), L"c", L"f"), 0);
 
   EXPECT_EQ(console_.Bytes(), "Log start fail : 7\n");
 }
 
-TEST_F(LogCenterFailureTest, KeepsALibraryThatRefusesToStart) {
+TEST_F(LogCenterWithABadLibraryTest, KeepsALibraryThatRefusesToStart) {
   const std::wstring library = files_.Add(L"recording_log_start_fails");
   ASSERT_EQ(center_.StartLog(library, L"c", L"f"), 0);
 
@@ -99,7 +97,7 @@ TEST_F(LogCenterFailureTest, KeepsALibraryThatRefusesToStart) {
   EXPECT_THAT(files_.Calls(), ElementsAre(L"Start|1.0.0|c|f", L"WriteLog|4|tag|text"));
 }
 
-TEST_F(LogCenterFailureTest, CallsALibraryThatRefusedRunningWhenStartedAgain) {
+TEST_F(LogCenterWithABadLibraryTest, CallsALibraryThatRefusedRunningWhenStartedAgain) {
   const std::wstring library = files_.Add(L"recording_log_start_fails");
   ASSERT_EQ(center_.StartLog(library, L"c", L"f"), 0);
 
@@ -110,4 +108,4 @@ TEST_F(LogCenterFailureTest, CallsALibraryThatRefusedRunningWhenStartedAgain) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

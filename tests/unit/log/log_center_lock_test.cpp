@@ -11,14 +11,13 @@
 #include "tests/support/captured_console.h"
 #include "tests/support/fake_log_library.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::FakeLogLibrary;
+using nhupdate::CNSWLogCenter;
 using testing::ElementsAre;
 
-TEST(LogCenterLockTest, LetsTheLibraryCallBack) {
+TEST(LockedLogCenterTest, LetsTheLibraryCallBack) {
   std::vector<std::string> events;
   CNSWLogCenter center;
   FakeLogLibrary library;
@@ -43,7 +42,7 @@ TEST(LogCenterLockTest, LetsTheLibraryCallBack) {
 }
 
 // Several threads use one log centre while another one unloads and loads the library.
-TEST(LogCenterLockTest, LetsOneThreadAtATimeIntoTheLibrary) {
+TEST(LockedLogCenterTest, LetsOneThreadAtATimeIntoTheLibrary) {
   std::atomic<int> inside = 0;
   std::atomic<int> overlaps = 0;
   std::atomic<int> records = 0;
@@ -81,4 +80,4 @@ TEST(LogCenterLockTest, LetsOneThreadAtATimeIntoTheLibrary) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

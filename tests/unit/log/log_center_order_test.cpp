@@ -10,16 +10,15 @@
 #include "tests/support/captured_console.h"
 #include "tests/support/fake_log_library.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::FakeLogLibrary;
+using nhupdate::CNSWLogCenter;
 using testing::ElementsAre;
 
-class LogCenterOrderTest : public testing::Test {
+class OrderlyLogCenterTest : public testing::Test {
  protected:
-  LogCenterOrderTest() {
+  OrderlyLogCenterTest() {
     library_.on_event = [this](const std::string& event, const std::wstring&) {
       events_.push_back(event);
     };
@@ -30,7 +29,7 @@ class LogCenterOrderTest : public testing::Test {
   FakeLogLibrary library_;
 };
 
-TEST_F(LogCenterOrderTest, ResolvesAllEntriesBeforeItCallsOne) {
+TEST_F(OrderlyLogCenterTest, ResolvesAllEntriesBeforeItCallsOne) {
   CNSWLogCenter center;
 
   ASSERT_EQ(center.StartLog(L"library", L"c", L"f"), 1);
@@ -39,7 +38,7 @@ TEST_F(LogCenterOrderTest, ResolvesAllEntriesBeforeItCallsOne) {
                                    "Resolve WriteLog", "Start"));
 }
 
-TEST_F(LogCenterOrderTest, LooksForNoFurtherEntryWhenOneIsMissing) {
+TEST_F(OrderlyLogCenterTest, LooksForNoFurtherEntryWhenOneIsMissing) {
   library_.missing_entry = "Flush";
   CNSWLogCenter center;
 
@@ -49,7 +48,7 @@ TEST_F(LogCenterOrderTest, LooksForNoFurtherEntryWhenOneIsMissing) {
                                    "Free"));
 }
 
-TEST_F(LogCenterOrderTest, PrintsTheMissingEntryBeforeItUnloads) {
+TEST_F(OrderlyLogCenterTest, PrintsTheMissingEntryBeforeItUnloads) {
   library_.missing_entry = "WriteLog";
   std::string printed;
   library_.on_event = [&](const std::string& event, const std::wstring&) {
@@ -64,7 +63,7 @@ TEST_F(LogCenterOrderTest, PrintsTheMissingEntryBeforeItUnloads) {
   EXPECT_EQ(printed, "Fail to load WriteLog from library\n");
 }
 
-TEST_F(LogCenterOrderTest, StopsTheLibraryBeforeItFreesIt) {
+TEST_F(OrderlyLogCenterTest, StopsTheLibraryBeforeItFreesIt) {
   CNSWLogCenter center;
   ASSERT_EQ(center.StartLog(L"library", L"c", L"f"), 1);
   events_.clear();
@@ -74,7 +73,7 @@ TEST_F(LogCenterOrderTest, StopsTheLibraryBeforeItFreesIt) {
   EXPECT_THAT(events_, ElementsAre("Stop", "Free"));
 }
 
-TEST_F(LogCenterOrderTest, DoesTheSameWhenItIsDestroyed) {
+TEST_F(OrderlyLogCenterTest, DoesTheSameWhenItIsDestroyed) {
   {
     CNSWLogCenter center;
     ASSERT_EQ(center.StartLog(L"library", L"c", L"f"), 1);
@@ -85,4 +84,4 @@ TEST_F(LogCenterOrderTest, DoesTheSameWhenItIsDestroyed) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

@@ -10,12 +10,10 @@
 #include "tests/support/captured_console.h"
 #include "tests/unit/log/log_library_files.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::IsLoaded;
-using nhupdate_test::LogLibraryFiles;
+using nhupdate::CNSWLogCenter;
 
 struct StopCase {
   const char* name;
@@ -101,4 +99,4 @@ TEST(LogCenterStopTest, IsNothingWithoutALibrary) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

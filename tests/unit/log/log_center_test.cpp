@@ -9,12 +9,11 @@
 #include "tests/support/captured_console.h"
 #include "tests/unit/log/log_library_files.h"
 
-namespace nhupdate {
+namespace nhupdate_test {
 namespace {
 
-using nhupdate_test::CapturedConsole;
-using nhupdate_test::IsLoaded;
-using nhupdate_test::LogLibraryFiles;
+using nhupdate::CNSWLogCenter;
+using nhupdate::LogLevel;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -126,4 +125,4 @@ TEST_F(LogCenterTest, NeverFlushesTheLibrary) {
 }
 
 }  // namespace
-}  // namespace nhupdate
+}  // namespace nhupdate_test

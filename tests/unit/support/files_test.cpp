@@ -4,7 +4,9 @@
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
-#include "base/unique_handle.h"
+#include <optional>
+
+#include "tests/support/held_file.h"
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
 
@@ -14,7 +16,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class FilesTest : public testing::Test {
+class FileSupportTest : public testing::Test {
  protected:
   [[nodiscard]] std::wstring Path(const std::wstring& relative) const {
     return scratch_.Path() + L"\\" + relative;
@@ -23,7 +25,7 @@ class FilesTest : public testing::Test {
   ScratchFolder scratch_;
 };
 
-TEST_F(FilesTest, ReadsWhatWasWritten) {
+TEST_F(FileSupportTest, ReadsWhatWasWritten) {
   const std::string bytes("a\0\r\n\xFF", 5);
 
   WriteFileBytes(Path(L"new\\folder\\file"), bytes);
@@ -31,13 +33,13 @@ TEST_F(FilesTest, ReadsWhatWasWritten) {
   EXPECT_EQ(ReadFileBytes(Path(L"new\\folder\\file")), bytes);
 }
 
-TEST_F(FilesTest, FailsTheTestWhenAFileCannotBeWritten) {
+TEST_F(FileSupportTest, FailsTheTestWhenAFileCannotBeWritten) {
   CreateFolders(Path(L"folder"));
 
   EXPECT_NONFATAL_FAILURE(WriteFileBytes(Path(L"folder"), "x"), "Can't write");
 }
 
-TEST_F(FilesTest, FailsTheTestWhenThereIsNoFileToRead) {
+TEST_F(FileSupportTest, FailsTheTestWhenThereIsNoFileToRead) {
   std::string bytes = "before";
 
   EXPECT_NONFATAL_FAILURE(bytes = ReadFileBytes(Path(L"missing")), "Can't read");
@@ -45,29 +47,27 @@ TEST_F(FilesTest, FailsTheTestWhenThereIsNoFileToRead) {
   EXPECT_EQ(bytes, "");
 }
 
-TEST_F(FilesTest, FailsTheTestWhenReadingFails) {
+TEST_F(FileSupportTest, FailsTheTestWhenReadingFails) {
   WriteFileBytes(Path(L"file"), "content");
-  const Interposer<decltype(::ReadFile)> read(
-      "ReadFile", [](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
-        ::SetLastError(ERROR_LOCK_VIOLATION);
-        return FALSE;
-      });
+  const INTERPOSER(ReadFile) read([](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
+    ::SetLastError(ERROR_LOCK_VIOLATION);
+    return FALSE;
+  });
 
   EXPECT_NONFATAL_FAILURE(std::ignore = ReadFileBytes(Path(L"file")), "error 33");
 }
 
-TEST_F(FilesTest, FailsTheTestWhenAFileIsNotReadWhole) {
+TEST_F(FileSupportTest, FailsTheTestWhenAFileIsNotReadWhole) {
   WriteFileBytes(Path(L"file"), "content");
-  const Interposer<decltype(::ReadFile)> read(
-      "ReadFile", [](HANDLE, void*, DWORD, DWORD* count, OVERLAPPED*) -> BOOL {
-        *count = 3;
-        return TRUE;
-      });
+  const INTERPOSER(ReadFile) read([](HANDLE, void*, DWORD, DWORD* count, OVERLAPPED*) -> BOOL {
+    *count = 3;
+    return TRUE;
+  });
 
   EXPECT_NONFATAL_FAILURE(std::ignore = ReadFileBytes(Path(L"file")), "Read 3 of 7 bytes");
 }
 
-TEST_F(FilesTest, CreatesFoldersThatMayBeThereAlready) {
+TEST_F(FileSupportTest, CreatesFoldersThatMayBeThereAlready) {
   CreateFolders(Path(L"a\\b"));
   CreateFolders(Path(L"a\\b\\c"));
   CreateFolders(Path(L"a\\b"));
@@ -75,13 +75,13 @@ TEST_F(FilesTest, CreatesFoldersThatMayBeThereAlready) {
   EXPECT_THAT(ListTree(scratch_.Path()), ElementsAre(L"a\\", L"a\\b\\", L"a\\b\\c\\"));
 }
 
-TEST_F(FilesTest, FailsTheTestWhenAFileStandsInTheWayOfAFolder) {
+TEST_F(FileSupportTest, FailsTheTestWhenAFileStandsInTheWayOfAFolder) {
   WriteFileBytes(Path(L"file"), "");
 
   EXPECT_NONFATAL_FAILURE(CreateFolders(Path(L"file")), "Can't create");
 }
 
-TEST_F(FilesTest, ListsFilesAndFoldersAtAnyDepthInOrder) {
+TEST_F(FileSupportTest, ListsFilesAndFoldersAtAnyDepthInOrder) {
   WriteFileBytes(Path(L"b.txt"), "");
   WriteFileBytes(Path(L"a\\.hidden"), "");
   WriteFileBytes(Path(L"a\\c\\\u00FC"), "");
@@ -91,22 +91,21 @@ TEST_F(FilesTest, ListsFilesAndFoldersAtAnyDepthInOrder) {
               ElementsAre(L"a\\", L"a\\.hidden", L"a\\c\\", L"a\\c\\\u00FC", L"b.txt"));
 }
 
-TEST_F(FilesTest, ListsNothingWhereThereIsNoFolder) {
+TEST_F(FileSupportTest, ListsNothingWhereThereIsNoFolder) {
   EXPECT_THAT(ListTree(Path(L"missing")), IsEmpty());
 }
 
-TEST_F(FilesTest, FailsTheTestWhenAListingBreaksOff) {
+TEST_F(FileSupportTest, FailsTheTestWhenAListingBreaksOff) {
   WriteFileBytes(Path(L"file"), "");
-  const Interposer<decltype(::FindNextFileW)> next("FindNextFileW",
-                                                   [](HANDLE, WIN32_FIND_DATAW*) -> BOOL {
-                                                     ::SetLastError(ERROR_NETNAME_DELETED);
-                                                     return FALSE;
-                                                   });
+  const INTERPOSER(FindNextFileW) next([](HANDLE, WIN32_FIND_DATAW*) -> BOOL {
+    ::SetLastError(ERROR_NETNAME_DELETED);
+    return FALSE;
+  });
 
   EXPECT_NONFATAL_FAILURE(std::ignore = ListTree(scratch_.Path()), "64");
 }
 
-TEST_F(FilesTest, RemovesAFolderWithAllInIt) {
+TEST_F(FileSupportTest, RemovesAFolderWithAllInIt) {
   WriteFileBytes(Path(L"folder\\inner\\read-only"), "");
   ::SetFileAttributesW(Path(L"folder\\inner\\read-only").c_str(), FILE_ATTRIBUTE_READONLY);
   WriteFileBytes(Path(L"folder.txt"), "");
@@ -117,22 +116,21 @@ TEST_F(FilesTest, RemovesAFolderWithAllInIt) {
 }
 
 // A scratch folder comes and goes, but the file or folder of that name in it stays open.
-void LeaveOpen(const std::wstring& name, nhupdate::UniqueFile& held, std::wstring& folder) {
+void LeaveOpen(const std::wstring& name, std::optional<HeldFile>& held, std::wstring& folder) {
   const ScratchFolder scratch;
   folder = scratch.Path();
   WriteFileBytes(folder + L"\\folder\\file", "");
-  held.Reset(::CreateFileW((folder + L"\\" + name).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  held.emplace(folder + L"\\" + name, FILE_SHARE_READ);
 }
 
 TEST(ScratchFolderTest, FailsTheTestThatStillHoldsSomethingInIt) {
   for (const wchar_t* name : {L"folder\\file", L"folder", L""}) {
-    nhupdate::UniqueFile held;
+    std::optional<HeldFile> held;
     std::wstring folder;
 
     EXPECT_NONFATAL_FAILURE(LeaveOpen(name, held, folder), "Something is left");
 
-    held.Reset();
+    held.reset();
     RemoveTree(folder);
   }
 }

@@ -13,7 +13,7 @@ TEST(InstalledProductTest, GivesAManagerThatLogsIntoTheJournal) {
 
   product.Manager().Records().WriteText(nhupdate::LogLevel::kWarning, L"in " + product.Base());
 
-  EXPECT_THAT(product.Transcript(), testing::ElementsAre(L"3|in {root}\\Nimba Hub"));
+  EXPECT_THAT(product.Transcript(), testing::ElementsAre(L"3|in {base}"));
 }
 
 TEST(InstalledProductTest, TellsTheManagerWhetherItIsElevated) {

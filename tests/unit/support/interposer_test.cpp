@@ -19,11 +19,10 @@ TEST(InterposerTest, ReplacesTheFunctionUntilItIsDestroyed) {
   const ScratchFolder scratch;
   const std::wstring folder = scratch.Path() + L"\\folder";
   {
-    Interposer<decltype(::CreateDirectoryW)> create(
-        "CreateDirectoryW", [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
-          ::SetLastError(ERROR_DISK_FULL);
-          return FALSE;
-        });
+    INTERPOSER(CreateDirectoryW) create([](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
+      ::SetLastError(ERROR_DISK_FULL);
+      return FALSE;
+    });
 
     EXPECT_FALSE(::CreateDirectoryW(folder.c_str(), nullptr));
     EXPECT_EQ(::GetLastError(), static_cast<DWORD>(ERROR_DISK_FULL));
@@ -37,10 +36,9 @@ TEST(InterposerTest, ReplacesTheFunctionUntilItIsDestroyed) {
 TEST(InterposerTest, PassesCallsOnToTheOriginal) {
   const ScratchFolder scratch;
   const std::wstring folder = scratch.Path() + L"\\folder";
-  Interposer<decltype(::CreateDirectoryW)> create(
-      "CreateDirectoryW", [&](const wchar_t* path, SECURITY_ATTRIBUTES* attributes) {
-        return create.Original()(path, attributes);
-      });
+  INTERPOSER(CreateDirectoryW) create([&](const wchar_t* path, SECURITY_ATTRIBUTES* attributes) {
+    return create.Original()(path, attributes);
+  });
 
   EXPECT_TRUE(::CreateDirectoryW(folder.c_str(), nullptr));
 
@@ -48,10 +46,8 @@ TEST(InterposerTest, PassesCallsOnToTheOriginal) {
 }
 
 TEST(InterposerTest, KeepsFunctionsOfTheSameSignatureApart) {
-  Interposer<decltype(::DeleteFileW)> delete_file("DeleteFileW",
-                                                  [](const wchar_t*) -> BOOL { return 11; });
-  Interposer<decltype(::RemoveDirectoryW)> remove_directory(
-      "RemoveDirectoryW", [](const wchar_t*) -> BOOL { return 22; });
+  INTERPOSER(DeleteFileW) delete_file([](const wchar_t*) -> BOOL { return 11; });
+  INTERPOSER(RemoveDirectoryW) remove_directory([](const wchar_t*) -> BOOL { return 22; });
 
   EXPECT_EQ(::DeleteFileW(L"a"), 11);
   EXPECT_EQ(::RemoveDirectoryW(L"a"), 22);
@@ -60,13 +56,12 @@ TEST(InterposerTest, KeepsFunctionsOfTheSameSignatureApart) {
 TEST(InterposerTest, ReachesTheCallsOfTheProgramsOwnObjects) {
   const ScratchFolder scratch;
   WriteFileBytes(scratch.Path() + L"\\file", "x");
-  Interposer<decltype(::FindFirstFileW)> find("FindFirstFileW",
-                                              [](const wchar_t*, WIN32_FIND_DATAW*) -> HANDLE {
-                                                ::SetLastError(ERROR_ACCESS_DENIED);
-                                                return INVALID_HANDLE_VALUE;
-                                              });
+  INTERPOSER(FindFirstFileW) find([](const wchar_t*, WIN32_FIND_DATAW*) -> HANDLE {
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
+  });
 
-  nhupdate::CFolderListing listing(scratch.Path() + L"\\*");
+  nhupdate::CFolderListing listing(scratch.Path());
 
   EXPECT_FALSE(listing.Next());
   EXPECT_EQ(find.Calls(), 1);
@@ -80,8 +75,8 @@ TEST(InterposerTest, ReplacesAFunctionForALoadedLibraryOnly) {
   ASSERT_NE(library, nullptr);
   const auto stop = reinterpret_cast<void (*)()>(::GetProcAddress(library, "Stop"));
   {
-    const Interposer<decltype(::CreateFileW)> open(
-        library, "CreateFileW",
+    const INTERPOSER(CreateFileW) open(
+        library,
         [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
           ::SetLastError(ERROR_ACCESS_DENIED);
           return INVALID_HANDLE_VALUE;
@@ -103,7 +98,7 @@ TEST(InterposerTest, ReplacesAFunctionForALoadedLibraryOnly) {
 TEST(InterposerTest, CountsTheCallsOfSeveralThreads) {
   constexpr int kThreads = 4;
   constexpr int kCallsOfEach = 500'000;
-  const Interposer<decltype(::GetTickCount)> tick_count("GetTickCount", [] { return DWORD{1}; });
+  const INTERPOSER(GetTickCount) tick_count([] { return DWORD{1}; });
   std::vector<std::thread> threads;
 
   for (int number = 0; number < kThreads; ++number) {

@@ -7,7 +7,7 @@
 namespace nhupdate_test {
 namespace {
 
-TEST(OpenHandlesTest, CountsEachHandleWhileItIsOpen) {
+TEST(OpenHandlesTest, AreCountedOneByOneWhileTheyAreOpen) {
   const int before = CountOpenHandles();
   nhupdate::UniqueKernelHandle first(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
   nhupdate::UniqueKernelHandle second(::CreateEventW(nullptr, TRUE, FALSE, nullptr));

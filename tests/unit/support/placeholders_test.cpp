@@ -1,14 +1,13 @@
+#include "tests/support/placeholders.h"
+
 #include <gtest/gtest.h>
 
-#include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
 
 namespace nhupdate_test {
 namespace {
 
-TEST(PlaceholdersTest, StandForTheFoldersAndTheProcess) {
-  const Interposer<decltype(::GetCurrentProcessId)> process_id("GetCurrentProcessId",
-                                                               [] { return DWORD{42}; });
+TEST(PlaceholdersTest, StandForTheFolders) {
   struct Case {
     const wchar_t* text;
     const wchar_t* expected;
@@ -16,13 +15,72 @@ TEST(PlaceholdersTest, StandForTheFoldersAndTheProcess) {
   const Case cases[] = {
       {L"", L""},
       {L"C:\\Root\\a => C:\\Root\\b", L"{root}\\a => {root}\\b"},
+      {L"C:\\Root\\Nimba Hub\\a", L"{base}\\a"},
       {L"C:\\Data\\Log", L"{data}\\Log"},
-      {L"42", L"{pid}"},
-      {L"a(42) -x:42", L"a({pid}) -x:{pid}"},
-      {L"142 421 4242 -42", L"142 421 4242 -{pid}"},
   };
   for (const Case& test_case : cases) {
     EXPECT_EQ(WithPlaceholders(test_case.text, L"C:\\Root", L"C:\\Data"), test_case.expected);
+  }
+}
+
+TEST(PlaceholdersTest, StandForThisProcess) {
+  const INTERPOSER(GetCurrentProcessId) process_id([] { return DWORD{42}; });
+
+  EXPECT_EQ(WithPlaceholders(L"-x -ExitWhenParentDie:42", L"C:\\Root", L"C:\\Data"),
+            L"-x -ExitWhenParentDie:{pid}");
+}
+
+TEST(PlaceholdersTest, StandForAProcessIdWhereTheProgramPutsOne) {
+  struct Case {
+    DWORD id;
+    const wchar_t* text;
+    const wchar_t* expected;
+  };
+  const Case cases[] = {
+      {32, L"2|Launch param : NIMBAHUB -ExitWhenParentDie:32",
+       L"2|Launch param : NIMBAHUB -ExitWhenParentDie:{name}"},
+      {0x80000005, L"-ExitWhenParentDie:-2147483643", L"-ExitWhenParentDie:{name}"},
+      {32, L"2|Skip terminate current process a.exe(32).",
+       L"2|Skip terminate current process a.exe({name})."},
+      {32, L"Skip terminate current process a.exe(32).",
+       L"Skip terminate current process a.exe({name})."},
+      {32, L"2|Target process a(32).EXE(32) found, terminate it.",
+       L"2|Target process a(32).EXE({name}) found, terminate it."},
+      {32, L"4|Process a.exe(32) still found.", L"4|Process a.exe({name}) still found."},
+      {2, L"2|Target process 2(2) found, terminate it.",
+       L"2|Target process 2({name}) found, terminate it."},
+  };
+  for (const Case& test_case : cases) {
+    EXPECT_EQ(WithProcessNamed(test_case.text, test_case.id, L"{name}"), test_case.expected);
+  }
+}
+
+TEST(PlaceholdersTest, StandForNoOtherNumber) {
+  struct Case {
+    DWORD id;
+    const wchar_t* text;
+  };
+  const Case cases[] = {
+      {32, L"4|Fail to delete (32) : C:\\a.exe"},
+      {32, L"4|Fail to copy (32) : C:\\a.exe => C:\\b.exe"},
+      {32, L"4|Fail to delete (5) : C:\\a.exe(32)."},
+      {32, L"4|Fail to copy file = 32"},
+      {32, L"4|Fail to copy (5) : C:\\Process a => C:\\a.exe(32) still found."},
+      {32,
+       L"2|ShellExecute ICACLS success on ICACLS.exe, Params = \"C:\\a\" /grant "
+       L"\"*S-1-5-32-545\":(OI)(CI)F /inheritance:e, Return Code = 33"},
+      {33, L"2|ShellExecute ICACLS success on ICACLS.exe, Params = a, Return Code = 33"},
+      {2, L"2|Return 2"},
+      {2, L"2|Target process a.exe(22) found, terminate it."},
+      {2, L"2|Target process a(2) not found."},
+      {32, L"2|Launch param : -ExitWhenParentDie:132"},
+      {32, L"2|Launch param : -ExitWhenParentDie:321"},
+      {32, L"2|Launch param : -ExitWhenParentDie:32 NIMBAHUB"},
+      {32, L"32"},
+      {8, L"2|Total 8 strings loaded."},
+  };
+  for (const Case& test_case : cases) {
+    EXPECT_EQ(WithProcessNamed(test_case.text, test_case.id, L"{name}"), test_case.text);
   }
 }
 

@@ -1,18 +1,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "base/registry.h"
+#include <vector>
+
 #include "tests/support/recorded_boxes.h"
 #include "tests/support/recorded_sleeps.h"
 #include "tests/support/recorded_tools.h"
-#include "tests/support/scratch_local_machine.h"
 
 namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
 
-TEST(RecordedBoxesTest, WritesDownEveryBox) {
+TEST(RecordedBoxesTest, WriteDownEveryBox) {
   const RecordedBoxes boxes;
 
   ::MessageBoxW(::GetDesktopWindow(), L"text", L"caption", MB_ICONERROR);
@@ -31,7 +31,7 @@ TEST(RecordedBoxesTest, KnowTheProgramsErrorBoxes) {
   EXPECT_THAT(boxes.Shown(), ElementsAre(ErrorBoxOf(L"text", L"caption")));
 }
 
-TEST(RecordedSleepsTest, DoesNotSleep) {
+TEST(RecordedSleepsTest, DoNotSleep) {
   const RecordedSleeps sleeps;
   const ULONGLONG start = ::GetTickCount64();
 
@@ -41,18 +41,18 @@ TEST(RecordedSleepsTest, DoesNotSleep) {
   EXPECT_THAT(sleeps.Milliseconds(), ElementsAre(3'600'000u));
 }
 
-TEST(RecordedSleepsTest, LetsSomethingHappenMeanwhile) {
-  int calls = 0;
-  const RecordedSleeps sleeps([&] { ++calls; });
+TEST(RecordedSleepsTest, LetSomethingHappenMeanwhile) {
+  std::vector<int> numbers;
+  const RecordedSleeps sleeps([&](int number) { numbers.push_back(number); });
 
   ::Sleep(1);
   ::Sleep(2);
 
-  EXPECT_EQ(calls, 2);
+  EXPECT_THAT(numbers, ElementsAre(1, 2));
   EXPECT_THAT(sleeps.Milliseconds(), ElementsAre(1u, 2u));
 }
 
-TEST(RecordedToolsTest, WritesDownWhatIsStartedAndCallsItASuccess) {
+TEST(RecordedToolsTest, WriteDownWhatIsStartedAndCallItASuccess) {
   const RecordedTools tools;
 
   const HINSTANCE result =
@@ -60,22 +60,6 @@ TEST(RecordedToolsTest, WritesDownWhatIsStartedAndCallsItASuccess) {
 
   EXPECT_GT(reinterpret_cast<INT_PTR>(result), 32);
   EXPECT_THAT(tools.Started(), ElementsAre(L"tool.exe \"a b\" /c"));
-}
-
-TEST(ScratchLocalMachineTest, TakesWhatIsWrittenAndForgetsItAfterwards) {
-  {
-    const ScratchLocalMachine local_machine;
-    EXPECT_TRUE(local_machine.IsEmpty());
-
-    EXPECT_EQ(nhupdate::SetRegString(L"SOFTWARE\\nhupdate", L"name", L"text"), 1);
-
-    EXPECT_FALSE(local_machine.IsEmpty());
-    EXPECT_EQ(local_machine.Text(L"SOFTWARE\\nhupdate", L"name"), L"text");
-    EXPECT_EQ(local_machine.Text(L"SOFTWARE\\nhupdate", L"other"), L"(none)");
-  }
-
-  const ScratchLocalMachine next;
-  EXPECT_TRUE(next.IsEmpty());
 }
 
 }  // namespace

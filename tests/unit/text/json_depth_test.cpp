@@ -55,20 +55,20 @@ void ExpectReadAndReleased(const std::wstring& text, int depth) {
   EXPECT_EQ(value.Kind(), JsonKind::kNull);
 }
 
-TEST(JsonDepthTest, ReadsAndReleasesAMillionArrays) {
+TEST(JsonReaderAtAnyDepthTest, ReadsAndReleasesAMillionArrays) {
   ExpectReadAndReleased(Repeat(L"[", kDepth) + Repeat(L"]", kDepth), kDepth);
 }
 
-TEST(JsonDepthTest, ReadsAndReleasesAMillionObjects) {
+TEST(JsonReaderAtAnyDepthTest, ReadsAndReleasesAMillionObjects) {
   ExpectReadAndReleased(Repeat(L"{\"a\":", kDepth - 1) + L"{}" + Repeat(L"}", kDepth - 1), kDepth);
 }
 
-TEST(JsonDepthTest, ReadsAndReleasesArraysAndObjectsByTurns) {
+TEST(JsonReaderAtAnyDepthTest, ReadsAndReleasesArraysAndObjectsByTurns) {
   ExpectReadAndReleased(Repeat(L"[{\"\":", kDepth / 2) + L"1" + Repeat(L"}, 2]", kDepth / 2),
                         kDepth);
 }
 
-TEST(JsonDepthTest, ReleasesADeepValueThatGoesOutOfScope) {
+TEST(JsonReaderAtAnyDepthTest, ReleasesADeepValueThatGoesOutOfScope) {
   auto value = std::make_unique<JsonValue>();
   EXPECT_GT(Read(*value, Repeat(L"[0,", kDepth) + Repeat(L"]", kDepth)), 0);
 
@@ -77,7 +77,7 @@ TEST(JsonDepthTest, ReleasesADeepValueThatGoesOutOfScope) {
   EXPECT_EQ(value, nullptr);
 }
 
-TEST(JsonDepthTest, ReleasesADeepValueThatIsReplaced) {
+TEST(JsonReaderAtAnyDepthTest, ReleasesADeepValueThatIsReplaced) {
   JsonValue value;
   EXPECT_GT(Read(value, Repeat(L"[", kDepth) + Repeat(L"]", kDepth)), 0);
 
@@ -86,7 +86,7 @@ TEST(JsonDepthTest, ReleasesADeepValueThatIsReplaced) {
   EXPECT_EQ(Describe(value), "true");
 }
 
-TEST(JsonDepthTest, AddsUpTheFailureInTheInnermostOfAMillionArrays) {
+TEST(JsonReaderAtAnyDepthTest, AddsUpTheFailureInTheInnermostOfAMillionArrays) {
   JsonValue value;
 
   EXPECT_EQ(Read(value, Repeat(L"[", kDepth) + L"x" + Repeat(L"]", kDepth)), -(kDepth + 1));
@@ -94,7 +94,7 @@ TEST(JsonDepthTest, AddsUpTheFailureInTheInnermostOfAMillionArrays) {
   EXPECT_EQ(value.Kind(), JsonKind::kNull);
 }
 
-TEST(JsonDepthTest, ReportsOnlyTheOutermostOfAMillionObjects) {
+TEST(JsonReaderAtAnyDepthTest, ReportsOnlyTheOutermostOfAMillionObjects) {
   JsonValue value;
 
   EXPECT_EQ(Read(value, Repeat(L"{\"a\":", kDepth) + L"x" + Repeat(L"}", kDepth)), -5);
@@ -102,7 +102,7 @@ TEST(JsonDepthTest, ReportsOnlyTheOutermostOfAMillionObjects) {
   EXPECT_EQ(value.Kind(), JsonKind::kNull);
 }
 
-TEST(JsonDepthTest, RefusesAMillionOpeningsWithoutAnEnd) {
+TEST(JsonReaderAtAnyDepthTest, RefusesAMillionOpeningsWithoutAnEnd) {
   JsonValue value;
 
   EXPECT_EQ(Read(value, Repeat(L"[", kDepth)), -1);
@@ -114,7 +114,7 @@ TEST(JsonDepthTest, RefusesAMillionOpeningsWithoutAnEnd) {
   EXPECT_EQ(value.Kind(), JsonKind::kNull);
 }
 
-TEST(JsonSizeTest, ReadsAMillionElements) {
+TEST(JsonReaderOfAnySizeTest, ReadsAMillionElements) {
   const std::wstring text = L"[" + Repeat(L"7,", kDepth) + L"]";
   JsonValue value;
 
@@ -124,7 +124,7 @@ TEST(JsonSizeTest, ReadsAMillionElements) {
   EXPECT_TRUE(elements != nullptr && elements->size() == static_cast<std::size_t>(kDepth));
 }
 
-TEST(JsonSizeTest, KeepsOneOfAMillionMembersWithTheSameKey) {
+TEST(JsonReaderOfAnySizeTest, KeepsOneOfAMillionMembersWithTheSameKey) {
   const std::wstring text = L"{" + Repeat(L"\"a\":[]", kDepth) + L"\"a\":7}";
   JsonValue value;
 
@@ -133,7 +133,7 @@ TEST(JsonSizeTest, KeepsOneOfAMillionMembersWithTheSameKey) {
   EXPECT_EQ(Describe(value), R"({"a":7})");
 }
 
-TEST(JsonSizeTest, ReadsAStringOfMillionsOfUnits) {
+TEST(JsonReaderOfAnySizeTest, ReadsAStringOfMillionsOfUnits) {
   const std::wstring text = L"\"" + Repeat(L"a\\n\\u0041", kDepth) + L"\"";
   JsonValue value;
 
@@ -143,7 +143,7 @@ TEST(JsonSizeTest, ReadsAStringOfMillionsOfUnits) {
   EXPECT_TRUE(string != nullptr && *string == Repeat(L"a\nA", kDepth));
 }
 
-TEST(JsonSizeTest, ReadsNumbersOfAMillionDigits) {
+TEST(JsonReaderOfAnySizeTest, ReadsNumbersOfAMillionDigits) {
   const std::wstring digits = Repeat(L"1", kDepth);
   JsonValue value;
 

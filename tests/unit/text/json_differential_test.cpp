@@ -46,20 +46,20 @@ void ExpectAgreement(std::uint32_t seed, MakeText make_text) {
   }
 }
 
-TEST(JsonDifferentialTest, AgreesOnWellFormedTexts) {
+TEST(TwoJsonReadersTest, AgreeOnWellFormedTexts) {
   ExpectAgreement(1, [](CJsonGenerator& generator) { return generator.Value(kDepth); });
 }
 
-TEST(JsonDifferentialTest, AgreesOnDamagedTexts) {
+TEST(TwoJsonReadersTest, AgreeOnDamagedTexts) {
   ExpectAgreement(2, [](CJsonGenerator& generator) { return generator.DamagedValue(kDepth); });
 }
 
-TEST(JsonDifferentialTest, AgreesOnNoise) {
+TEST(TwoJsonReadersTest, AgreeOnNoise) {
   ExpectAgreement(3,
                   [](CJsonGenerator& generator) { return generator.Noise(generator.Below(24)); });
 }
 
-TEST(JsonDifferentialTest, AgreesOnNoiseInContainers) {
+TEST(TwoJsonReadersTest, AgreeOnNoiseInContainers) {
   ExpectAgreement(4, [](CJsonGenerator& generator) {
     const std::wstring noise = generator.Noise(generator.Below(12));
     return generator.Below(2) == 0 ? L"[" + noise + L"]" : L"{\"a\":" + noise + L"}";

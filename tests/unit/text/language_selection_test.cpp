@@ -42,7 +42,7 @@ TEST_F(SelectLanguageTest, TakesAnythingButAPlainTextForNoSetting) {
       {REG_SZ, std::wstring(1025, L'x')},
   };
   for (const auto& value : values) {
-    steam_.SetValue(value.type, value.text.data(), value.text.size() * sizeof(wchar_t));
+    steam_.SetValue(value.type, BytesOf(value.text));
 
     EXPECT_EQ(Select({L"pt-BR"}), L"pt-BR") << value.type;
 
@@ -52,7 +52,7 @@ TEST_F(SelectLanguageTest, TakesAnythingButAPlainTextForNoSetting) {
 
 TEST_F(SelectLanguageTest, ReadsASettingWithoutATerminator) {
   WriteMapping("[Language]\r\nenglish=en-US\r\n");
-  steam_.SetValue(REG_SZ, L"english", 7 * sizeof(wchar_t));
+  steam_.SetValue(REG_SZ, BytesOf(L"english"));
 
   EXPECT_EQ(Select({L"pt-BR"}), L"en-US");
 }

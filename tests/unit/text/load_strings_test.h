@@ -12,9 +12,9 @@
 namespace nhupdate_test {
 
 inline const std::wstring kLoading =
-    L"2|Load strings from {root}\\Nimba Hub\\NHUpdateManager\\Config\\texts.json";
+    L"2|Load strings from {base}\\NHUpdateManager\\Config\\texts.json";
 inline const std::wstring kNotOpened =
-    L"4|Fail to open string file : {root}\\Nimba Hub\\NHUpdateManager\\Config\\texts.json";
+    L"4|Fail to open string file : {base}\\NHUpdateManager\\Config\\texts.json";
 
 [[nodiscard]] inline std::wstring Loaded(int count) {
   return L"2|Total " + std::to_wstring(count) + L" strings loaded.";

@@ -9,8 +9,8 @@
 
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
-#include "tests/unit/text/preferred_languages.h"
-#include "tests/unit/text/steam_setting.h"
+#include "tests/support/preferred_languages.h"
+#include "tests/support/steam_setting.h"
 
 namespace nhupdate_test {
 

@@ -8,9 +8,9 @@ namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
-using SteamLanguageTest = SelectLanguageTest;
+using SelectSteamLanguageTest = SelectLanguageTest;
 
-TEST_F(SteamLanguageTest, MapsTheLanguageOfSteamWithoutAskingTheSystem) {
+TEST_F(SelectSteamLanguageTest, MapsTheLanguageOfSteamWithoutAskingTheSystem) {
   steam_.SetLanguage(L"english");
   WriteMapping("[Language]\r\ngerman=de-DE\r\nenglish=en-US\r\n");
 
@@ -20,7 +20,7 @@ TEST_F(SteamLanguageTest, MapsTheLanguageOfSteamWithoutAskingTheSystem) {
   EXPECT_TRUE(system_calls_.empty());
 }
 
-TEST_F(SteamLanguageTest, ReadsMappingsLikeAnyProfile) {
+TEST_F(SelectSteamLanguageTest, ReadsMappingsLikeAnyProfile) {
   struct Mapping {
     const char* lines;
     const wchar_t* steam_language;
@@ -53,7 +53,7 @@ TEST_F(SteamLanguageTest, ReadsMappingsLikeAnyProfile) {
   }
 }
 
-TEST_F(SteamLanguageTest, Takes255CharactersOfAMapping) {
+TEST_F(SelectSteamLanguageTest, Takes255CharactersOfAMapping) {
   steam_.SetLanguage(L"english");
   for (const int length : {254, 255, 256, 1000}) {
     WriteMapping("[Language]\r\nenglish=" + std::string(static_cast<std::size_t>(length), 'x'));
@@ -62,7 +62,7 @@ TEST_F(SteamLanguageTest, Takes255CharactersOfAMapping) {
   }
 }
 
-TEST_F(SteamLanguageTest, AsksTheSystemWithoutAMapping) {
+TEST_F(SelectSteamLanguageTest, AsksTheSystemWithoutAMapping) {
   const char* const mappings[] = {
       "",
       "[Language]\r\n",
@@ -85,7 +85,7 @@ TEST_F(SteamLanguageTest, AsksTheSystemWithoutAMapping) {
   }
 }
 
-TEST_F(SteamLanguageTest, AsksTheSystemWithoutAMappingFile) {
+TEST_F(SelectSteamLanguageTest, AsksTheSystemWithoutAMappingFile) {
   steam_.SetLanguage(L"en-US");  // Steam's name is no code, even when it looks like one
 
   EXPECT_EQ(Select({L"fr-FR"}), L"fr-FR");

@@ -3,8 +3,8 @@
 #include <climits>
 #include <string>
 
-#include "base/unique_handle.h"
 #include "base/windows.h"
+#include "tests/support/held_file.h"
 #include "tests/support/interposer.h"
 #include "tests/unit/text/load_strings_test.h"
 
@@ -12,14 +12,9 @@ namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
-using LoadStringsFileTest = LoadStringsTest;
+using LoadStringsFromFileTest = LoadStringsTest;
 
-nhupdate::UniqueFile Hold(const std::wstring& path, DWORD access, DWORD sharing) {
-  return nhupdate::UniqueFile(::CreateFileW(path.c_str(), access, sharing, nullptr, OPEN_EXISTING,
-                                            FILE_ATTRIBUTE_NORMAL, nullptr));
-}
-
-TEST_F(LoadStringsFileTest, SaysWhenThereIsNoFile) {
+TEST_F(LoadStringsFromFileTest, SaysWhenThereIsNoFile) {
   Load(R"({"A":"a"})");
   ::DeleteFileW(Path().c_str());
 
@@ -29,7 +24,7 @@ TEST_F(LoadStringsFileTest, SaysWhenThereIsNoFile) {
   EXPECT_EQ(Text(L"A"), L"a");
 }
 
-TEST_F(LoadStringsFileTest, CannotOpenAFolder) {
+TEST_F(LoadStringsFromFileTest, CannotOpenAFolder) {
   CreateFolders(Path());
 
   Load();
@@ -37,37 +32,33 @@ TEST_F(LoadStringsFileTest, CannotOpenAFolder) {
   EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, kNotOpened));
 }
 
-TEST_F(LoadStringsFileTest, CannotOpenAFileThatIsNotShared) {
+TEST_F(LoadStringsFromFileTest, CannotOpenAFileThatIsNotShared) {
   WriteFileBytes(Path(), R"({"A":"a"})");
-  const nhupdate::UniqueFile held = Hold(Path(), GENERIC_READ, 0);
-  ASSERT_TRUE(held.IsValid());
+  const HeldFile held(Path());
 
   Load();
 
   EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, kNotOpened));
 }
 
-TEST_F(LoadStringsFileTest, ReadsBesideOthersThatReadAndWrite) {
+TEST_F(LoadStringsFromFileTest, ReadsBesideOthersThatReadAndWrite) {
   constexpr DWORD kEverything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   WriteFileBytes(Path(), R"({"A":"a"})");
-  const nhupdate::UniqueFile held =
-      Hold(Path(), GENERIC_READ | GENERIC_WRITE | DELETE, kEverything);
-  ASSERT_TRUE(held.IsValid());
+  const HeldFile held(Path(), kEverything, GENERIC_READ | GENERIC_WRITE | DELETE);
 
   Load();
 
   EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(1)));
 }
 
-TEST_F(LoadStringsFileTest, TakesAFileThatCannotBeReadForEmpty) {
+TEST_F(LoadStringsFromFileTest, TakesAFileThatCannotBeReadForEmpty) {
   WriteFileBytes(Path(), R"({"A":"a"})");
   product_.ForgetRecords();
   {
-    Interposer<decltype(::ReadFile)> read("ReadFile",
-                                          [](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
-                                            ::SetLastError(ERROR_CRC);
-                                            return FALSE;
-                                          });
+    INTERPOSER(ReadFile) read([](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
+      ::SetLastError(ERROR_CRC);
+      return FALSE;
+    });
     product_.Manager().LoadStrings(Path());
     EXPECT_EQ(read.Calls(), 1);
   }
@@ -75,11 +66,11 @@ TEST_F(LoadStringsFileTest, TakesAFileThatCannotBeReadForEmpty) {
   EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0)));
 }
 
-TEST_F(LoadStringsFileTest, TakesAFileWithoutAKnownSizeForEmpty) {
+TEST_F(LoadStringsFromFileTest, TakesAFileWithoutAKnownSizeForEmpty) {
   WriteFileBytes(Path(), R"({"A":"a"})");
   product_.ForgetRecords();
   {
-    Interposer<decltype(::GetFileSizeEx)> size("GetFileSizeEx", [](HANDLE, LARGE_INTEGER*) -> BOOL {
+    INTERPOSER(GetFileSizeEx) size([](HANDLE, LARGE_INTEGER*) -> BOOL {
       ::SetLastError(ERROR_INVALID_FUNCTION);
       return FALSE;
     });
@@ -91,22 +82,20 @@ TEST_F(LoadStringsFileTest, TakesAFileWithoutAKnownSizeForEmpty) {
 }
 
 // The reader counts in int, the position behind the last unit included.
-TEST_F(LoadStringsFileTest, TakesAFileThatIsTooLargeToCountForEmpty) {
+TEST_F(LoadStringsFromFileTest, TakesAFileThatIsTooLargeToCountForEmpty) {
   WriteFileBytes(Path(), R"({"A":"a"})");
   for (const LONGLONG bytes : {LONGLONG{INT_MAX}, LONGLONG{INT_MAX} + 1, LONGLONG{1} << 32}) {
     product_.ForgetRecords();
     int reads = 0;
     {
-      Interposer<decltype(::GetFileSizeEx)> size("GetFileSizeEx",
-                                                 [&](HANDLE, LARGE_INTEGER* result) -> BOOL {
-                                                   result->QuadPart = bytes;
-                                                   return TRUE;
-                                                 });
-      Interposer<decltype(::ReadFile)> read(
-          "ReadFile", [](HANDLE, void*, DWORD, DWORD* count, OVERLAPPED*) -> BOOL {
-            *count = 0;
-            return TRUE;
-          });
+      INTERPOSER(GetFileSizeEx) size([&](HANDLE, LARGE_INTEGER* result) -> BOOL {
+        result->QuadPart = bytes;
+        return TRUE;
+      });
+      INTERPOSER(ReadFile) read([](HANDLE, void*, DWORD, DWORD* count, OVERLAPPED*) -> BOOL {
+        *count = 0;
+        return TRUE;
+      });
       product_.Manager().LoadStrings(Path());
       reads = read.Calls();
     }
@@ -116,13 +105,12 @@ TEST_F(LoadStringsFileTest, TakesAFileThatIsTooLargeToCountForEmpty) {
   }
 }
 
-TEST_F(LoadStringsFileTest, TakesAFileThatBecameShorterAsItIs) {
+TEST_F(LoadStringsFromFileTest, TakesAFileThatBecameShorterAsItIs) {
   const std::string whole = R"({"A":"a"})";
   WriteFileBytes(Path(), whole);
   product_.ForgetRecords();
   {
-    Interposer<decltype(::ReadFile)> read(
-        "ReadFile",
+    INTERPOSER(ReadFile) read(
         [&](HANDLE file, void* bytes, DWORD byte_count, DWORD* count, OVERLAPPED* overlapped) {
           EXPECT_EQ(byte_count, whole.size());
           return read.Original()(file, bytes, byte_count - 1, count, overlapped);
@@ -134,13 +122,12 @@ TEST_F(LoadStringsFileTest, TakesAFileThatBecameShorterAsItIs) {
   EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0)));
 }
 
-TEST_F(LoadStringsFileTest, ReadsTheWholeFileInOneCall) {
+TEST_F(LoadStringsFromFileTest, ReadsTheWholeFileInOneCall) {
   WriteFileBytes(Path(), "{\"A\":\"" + std::string(300'000, 'a') + "\"}");
   product_.ForgetRecords();
   int calls = 0;
   {
-    Interposer<decltype(::ReadFile)> read(
-        "ReadFile",
+    INTERPOSER(ReadFile) read(
         [&](HANDLE file, void* bytes, DWORD byte_count, DWORD* count, OVERLAPPED* overlapped) {
           calls += byte_count == 300'000 + 8 ? 1 : 100;
           return read.Original()(file, bytes, byte_count, count, overlapped);
@@ -152,10 +139,11 @@ TEST_F(LoadStringsFileTest, ReadsTheWholeFileInOneCall) {
   EXPECT_EQ(Text(L"A").size(), 300'000U);
 }
 
-TEST_F(LoadStringsFileTest, ClosesTheFile) {
+TEST_F(LoadStringsFromFileTest, ClosesTheFile) {
   Load(R"({"A":"a"})");
 
-  EXPECT_TRUE(Hold(Path(), GENERIC_READ | GENERIC_WRITE, 0).IsValid());
+  // Nobody could, beside a reader.
+  const HeldFile held(Path(), 0, GENERIC_READ | GENERIC_WRITE);
 }
 
 }  // namespace

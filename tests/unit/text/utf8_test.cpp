@@ -87,13 +87,12 @@ TEST(Utf8ToWideTest, GivesNothingWhenTheConversionYieldsNothing) {
   for (const int failing_call : {1, 2}) {
     std::wstring text;
     {
-      Interposer<decltype(::MultiByteToWideChar)> convert(
-          "MultiByteToWideChar", [&](UINT page, DWORD flags, const char* bytes, int byte_count,
-                                     wchar_t* units, int unit_count) {
-            return convert.Calls() == failing_call
-                       ? 0
-                       : convert.Original()(page, flags, bytes, byte_count, units, unit_count);
-          });
+      INTERPOSER(MultiByteToWideChar) convert([&](UINT page, DWORD flags, const char* bytes,
+                                                  int byte_count, wchar_t* units, int unit_count) {
+        return convert.Calls() == failing_call
+                   ? 0
+                   : convert.Original()(page, flags, bytes, byte_count, units, unit_count);
+      });
       text = nhupdate::Utf8ToWide("abc", 3);
       EXPECT_EQ(convert.Calls(), failing_call);
     }
@@ -106,8 +105,7 @@ TEST(Utf8ToWideTest, UsesTheUtf8CodePageWithoutFlags) {
   UINT page = 0;
   DWORD flags = 1;
   {
-    Interposer<decltype(::MultiByteToWideChar)> convert(
-        "MultiByteToWideChar",
+    INTERPOSER(MultiByteToWideChar) convert(
         [&](UINT asked_page, DWORD asked_flags, const char*, int, wchar_t*, int) {
           page = asked_page;
           flags = asked_flags;

@@ -22,12 +22,11 @@ class CountedReads {
   [[nodiscard]] int Count() const { return read_.Calls(); }
 
  private:
-  Interposer<decltype(::GetPrivateProfileStringW)> read_{
-      "GetPrivateProfileStringW",
-      [this](const wchar_t* section, const wchar_t* key, const wchar_t* missing, wchar_t* value,
-             DWORD units, const wchar_t* file) {
-        return read_.Original()(section, key, missing, value, units, file);
-      }};
+  INTERPOSER(GetPrivateProfileStringW) read_{[this](const wchar_t* section, const wchar_t* key,
+                                                    const wchar_t* missing, wchar_t* value,
+                                                    DWORD units, const wchar_t* file) {
+    return read_.Original()(section, key, missing, value, units, file);
+  }};
 };
 
 TEST_F(CheckAndDownloadTest, DownloadsWhatTheCheckFoundWithoutReadingVersions) {

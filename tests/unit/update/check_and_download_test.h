@@ -39,7 +39,7 @@ class CheckAndDownloadTest : public WorkflowTest {
   }
 
   static constexpr wchar_t kNoUpdaterLine[] =
-      L"4|Update.exe not found : {root}\\Nimba Hub\\Updater\\Updater.exe";
+      L"4|Update.exe not found : {base}\\Updater\\Updater.exe";
 };
 
 }  // namespace nhupdate_test

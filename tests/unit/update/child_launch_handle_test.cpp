@@ -11,9 +11,9 @@ namespace {
 
 using testing::ElementsAre;
 
-class ChildLaunchHandleTest : public WorkflowTest {};
+class LaunchedProcessHandlingTest : public WorkflowTest {};
 
-TEST_F(ChildLaunchHandleTest, ClosesAtOnceWhatIsNotWaitedFor) {
+TEST_F(LaunchedProcessHandlingTest, ClosesAtOnceWhatIsNotWaitedFor) {
   const nhupdate::ChildLaunch* launches[] = {
       &nhupdate::kBackgroundDownload, &nhupdate::kStartSelfUpdate, &nhupdate::kStartFinalUpdate};
   AddFile(L"\\Place\\Updater.exe");
@@ -29,7 +29,7 @@ TEST_F(ChildLaunchHandleTest, ClosesAtOnceWhatIsNotWaitedFor) {
   }
 }
 
-TEST_F(ChildLaunchHandleTest, WaitsWithoutLimitAndKeepsTheProcessAsLongAsTheOutcome) {
+TEST_F(LaunchedProcessHandlingTest, WaitsWithoutLimitAndKeepsTheProcessAsLongAsTheOutcome) {
   const nhupdate::ChildLaunch* launches[] = {
       &nhupdate::kCheckForUpdate, &nhupdate::kCheckForUpdater,   &nhupdate::kUpdateUpdater,
       &nhupdate::kUpdateProduct,  &nhupdate::kDownloadNimbaCast, &nhupdate::kInstallNimbaCast};
@@ -47,7 +47,7 @@ TEST_F(ChildLaunchHandleTest, WaitsWithoutLimitAndKeepsTheProcessAsLongAsTheOutc
   }
 }
 
-TEST_F(ChildLaunchHandleTest, ClosesTheCheckBeforeTheDownload) {
+TEST_F(LaunchedProcessHandlingTest, ClosesTheCheckBeforeTheDownload) {
   AddUpdater();
   ScriptedShell shell({EndsWith(0), EndsWith(0)});
 
@@ -57,7 +57,7 @@ TEST_F(ChildLaunchHandleTest, ClosesTheCheckBeforeTheDownload) {
                                           "launch 2", "close 2"));
 }
 
-TEST_F(ChildLaunchHandleTest, ClosesACheckWhoseExitCodeCannotBeRead) {
+TEST_F(LaunchedProcessHandlingTest, ClosesACheckWhoseExitCodeCannotBeRead) {
   AddUpdater();
   ScriptedShell shell({EndsUnreadably()});
 
@@ -66,7 +66,7 @@ TEST_F(ChildLaunchHandleTest, ClosesACheckWhoseExitCodeCannotBeRead) {
   EXPECT_THAT(shell.Events(), ElementsAre("launch 1", "wait 1 for ever", "exit code 1", "close 1"));
 }
 
-TEST_F(ChildLaunchHandleTest, ClosesEveryProcessOfAnUpdateBeforeTheNext) {
+TEST_F(LaunchedProcessHandlingTest, ClosesEveryProcessOfAnUpdateBeforeTheNext) {
   AddUpdater();
   AddFile(L"\\Updater\\App\\NHUpdateManager\\NHUpdateManager.exe");
   ScriptedShell shell({EndsWith(0), EndsWith(0), EndsWith(0), EndsWith(0)});
@@ -80,7 +80,7 @@ TEST_F(ChildLaunchHandleTest, ClosesEveryProcessOfAnUpdateBeforeTheNext) {
                           "launch 4", "close 4"));
 }
 
-TEST_F(ChildLaunchHandleTest, LeavesAFailedUpdateOfTheProductOpen) {
+TEST_F(LaunchedProcessHandlingTest, LeavesAFailedUpdateOfTheProductOpen) {
   AddUpdater();
   ScriptedShell shell({EndsWith(1), EndsWith(9)});
 
@@ -91,7 +91,7 @@ TEST_F(ChildLaunchHandleTest, LeavesAFailedUpdateOfTheProductOpen) {
   EXPECT_EQ(shell.OpenProcesses(), 1u);
 }
 
-TEST_F(ChildLaunchHandleTest, LeavesAFailedUpdateOfTheUpdaterOpen) {
+TEST_F(LaunchedProcessHandlingTest, LeavesAFailedUpdateOfTheUpdaterOpen) {
   AddUpdater();
   ScriptedShell shell({EndsWith(0), EndsWith(9)});
 
@@ -102,7 +102,7 @@ TEST_F(ChildLaunchHandleTest, LeavesAFailedUpdateOfTheUpdaterOpen) {
   EXPECT_EQ(shell.OpenProcesses(), 1u);
 }
 
-TEST_F(ChildLaunchHandleTest, ClosesAnUpdateWhoseExitCodeCannotBeRead) {
+TEST_F(LaunchedProcessHandlingTest, ClosesAnUpdateWhoseExitCodeCannotBeRead) {
   AddUpdater();
   AddFile(L"\\Updater\\App\\NHUpdateManager\\NHUpdateManager.exe");
   ScriptedShell shell({EndsWith(0), EndsUnreadably(), EndsUnreadably(), EndsWith(0)});
@@ -112,7 +112,7 @@ TEST_F(ChildLaunchHandleTest, ClosesAnUpdateWhoseExitCodeCannotBeRead) {
   EXPECT_EQ(shell.OpenProcesses(), 0u);
 }
 
-TEST_F(ChildLaunchHandleTest, ClosesFailedRunsOfTheNimbaCastInstallation) {
+TEST_F(LaunchedProcessHandlingTest, ClosesFailedRunsOfTheNimbaCastInstallation) {
   struct Case {
     std::vector<ShellAnswer> script;
   };

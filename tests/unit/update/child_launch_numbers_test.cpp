@@ -12,9 +12,9 @@ namespace {
 using nhupdate::LaunchOutcome;
 using nhupdate::LaunchState;
 
-class ChildLaunchNumbersTest : public WorkflowTest {
+class ChildLaunchLogTest : public WorkflowTest {
  protected:
-  ChildLaunchNumbersTest() { AddUpdater(); }
+  ChildLaunchLogTest() { AddUpdater(); }
 
   LaunchOutcome Launch() {
     return nhupdate::Launch(nhupdate::kCheckForUpdate, product_.Base() + L"\\Updater",
@@ -22,7 +22,7 @@ class ChildLaunchNumbersTest : public WorkflowTest {
   }
 };
 
-TEST_F(ChildLaunchNumbersTest, ShowsExitCodesSigned) {
+TEST_F(ChildLaunchLogTest, ShowsExitCodesSigned) {
   struct Case {
     DWORD code;
     const wchar_t* line;
@@ -45,7 +45,7 @@ TEST_F(ChildLaunchNumbersTest, ShowsExitCodesSigned) {
   }
 }
 
-TEST_F(ChildLaunchNumbersTest, ShowsErrorsSigned) {
+TEST_F(ChildLaunchLogTest, ShowsErrorsSigned) {
   struct Case {
     DWORD error;
     const wchar_t* line;

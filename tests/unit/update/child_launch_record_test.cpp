@@ -96,19 +96,18 @@ TEST_P(ChildLaunchRecordTest, AnnouncesWhatItTellsTheShell) {
   Lines announced = product_.Transcript();
   ASSERT_EQ(announced.size(), 4u);
   announced.pop_back();
-  EXPECT_EQ(announced, LaunchLines(L"{root}\\Nimba Hub\\Place", GetParam().executable, parameters));
+  EXPECT_EQ(announced, LaunchLines(L"{base}\\Place", GetParam().executable, parameters));
 }
 
 INSTANTIATE_TEST_SUITE_P(AllLaunches, ChildLaunchRecordTest, testing::ValuesIn(kLaunchRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
-class ChildLaunchIdTest : public WorkflowTest {};
+class ChildLaunchParametersTest : public WorkflowTest {};
 
-TEST_F(ChildLaunchIdTest, ShowsAHugeProcessIdSigned) {
+TEST_F(ChildLaunchParametersTest, ShowAHugeProcessIdSigned) {
   AddUpdater();
   ScriptedShell shell({EndsWith(1)});
-  Interposer<decltype(::GetCurrentProcessId)> process_id("GetCurrentProcessId",
-                                                         [] { return DWORD{0x80000005}; });
+  INTERPOSER(GetCurrentProcessId) process_id([] { return DWORD{0x80000005}; });
 
   std::ignore = nhupdate::Launch(nhupdate::kUpdateProduct, product_.Base() + L"\\Updater",
                                  Manager().Records());

@@ -6,7 +6,7 @@ namespace nhupdate_test {
 
 namespace {
 
-const Lines kDeletedLine = {L"2|Delete OK : {root}\\Nimba Hub\\old.txt"};
+const Lines kDeletedLine = {L"2|Delete OK : {base}\\old.txt"};
 
 }  // namespace
 
@@ -18,8 +18,8 @@ InstallSequenceTest::InstallSequenceTest(const ProductOptions& options)
   AddFile(L"\\Updater\\Temp\\part.bin");
 }
 
-ScriptedProcess InstallSequenceTest::StubbornCopy() {
-  return {.id = 4242, .path = L"C:\\NHUpdateManager.exe", .refuses_to_end = true};
+FakeProcess InstallSequenceTest::StubbornCopy() {
+  return {.id = 4242, .image_path = L"C:\\NHUpdateManager.exe", .refuses_to_end = true};
 }
 
 Lines InstallSequenceTest::NotStoppedLines() {
@@ -34,8 +34,8 @@ Lines InstallSequenceTest::CopiedLines() {
 
 Lines InstallSequenceTest::NotCopiedLines() {
   return Join({kDeletedLine,
-               {L"4|Fail to copy (112) : {root}\\Nimba Hub\\Updater\\App\\new.txt => "
-                L"{root}\\Nimba Hub\\new.txt",
+               {L"4|Fail to copy (112) : {base}\\Updater\\App\\new.txt => "
+                L"{base}\\new.txt",
                 L"4|Fail to copy files."}});
 }
 

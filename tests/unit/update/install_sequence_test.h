@@ -4,10 +4,10 @@
 // installed, and a registry, processes and tools of its own.
 
 #include "tests/support/failing_copy.h"
+#include "tests/support/fake_process_table.h"
 #include "tests/support/product_surroundings.h"
 #include "tests/support/recorded_tools.h"
-#include "tests/support/scratch_local_machine.h"
-#include "tests/support/scripted_processes.h"
+#include "tests/support/scratch_registry.h"
 #include "tests/unit/update/workflow_test.h"
 
 namespace nhupdate_test {
@@ -17,7 +17,7 @@ class InstallSequenceTest : public WorkflowTest {
   explicit InstallSequenceTest(const ProductOptions& options = {});
 
   // Another copy of the program, which refuses to end, and the records of that.
-  static ScriptedProcess StubbornCopy();
+  static FakeProcess StubbornCopy();
   static Lines NotStoppedLines();
 
   // The old file is deleted, and the new one is copied, or isn't since the disk is full.
@@ -28,8 +28,8 @@ class InstallSequenceTest : public WorkflowTest {
 
   ProductSurroundings surroundings_;
   RecordedTools tools_;
-  ScriptedProcesses no_processes_;
-  ScratchLocalMachine local_machine_;
+  FakeProcessTable no_processes_;
+  ScratchRegistry registry_;
 };
 
 }  // namespace nhupdate_test

@@ -4,6 +4,7 @@
 
 #include "base/existence.h"
 #include "base/paths.h"
+#include "tests/support/product_keys.h"
 #include "tests/unit/update/install_sequence_test.h"
 
 namespace nhupdate_test {
@@ -19,7 +20,7 @@ const Lines kNimbaDeskLines = {L"2|Install ND begin.", L"2|Install ND end."};
 
 // NimbaCast gets a copy of the updater's folder, in which there is no updater.
 Lines NimbaCastLines() {
-  const std::wstring from = L"{root}\\Nimba Hub\\Updater";
+  const std::wstring from = L"{base}\\Updater";
   const std::wstring to = L"{root}\\NimbaCast\\Updater";
   Lines lines = {L"2|Install NCS begin.", L"2|Copy folder from " + from + L" to " + to};
   for (const wchar_t* file : {L"\\App\\new.txt", L"\\Config\\ut.ini", L"\\Temp\\part.bin"}) {
@@ -50,8 +51,7 @@ TEST_F(InstallationTest, PutsTheProductIntoPlaceAndThenItsSibling) {
   EXPECT_EQ(product_.Transcript(),
             Join({kFunctionLine, NothingToStopLines(), GrantedLines(), CopiedLines(),
                   RegisteredLines(), NimbaCastLines(), kNimbaDeskLines}));
-  EXPECT_EQ(local_machine_.Text(L"SOFTWARE\\WOW6432Node\\CorvaneNimbaHub", L"AppPath"),
-            product_.Root());
+  EXPECT_EQ(registry_.Text(kProductKey, L"AppPath"), product_.Root());
 }
 
 TEST_F(InstallationTest, RemovesNoEmptyFolder) {
@@ -64,7 +64,7 @@ TEST_F(InstallationTest, RemovesNoEmptyFolder) {
 }
 
 TEST_F(InstallationTest, NeitherCopiesNorRegistersBesideAnotherCopy) {
-  ScriptedProcesses processes({StubbornCopy()});
+  FakeProcessTable processes({StubbornCopy()});
   ScriptedShell shell({});
 
   const int result = Manager().InstallSequence(InstallKind::kInstallation);
@@ -73,7 +73,7 @@ TEST_F(InstallationTest, NeitherCopiesNorRegistersBesideAnotherCopy) {
   EXPECT_EQ(product_.Transcript(), Join({kFunctionLine, NotStoppedLines(), GrantedLines(),
                                          NimbaCastLines(), kNimbaDeskLines}));
   EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(kNeedStopText, kCaption)));
-  EXPECT_TRUE(local_machine_.IsEmpty());
+  EXPECT_TRUE(registry_.IsEmpty());
   EXPECT_TRUE(nhupdate::Exists(product_.Base() + L"\\old.txt"));
 }
 
@@ -87,7 +87,7 @@ TEST_F(InstallationTest, DoesNotRegisterWhatWasNotCopied) {
   EXPECT_EQ(product_.Transcript(),
             Join({kFunctionLine, NothingToStopLines(), GrantedLines(), NotCopiedLines(),
                   FailedNimbaCastLines(), kNimbaDeskLines}));
-  EXPECT_TRUE(local_machine_.IsEmpty());
+  EXPECT_TRUE(registry_.IsEmpty());
 }
 
 class InstallationWithoutElevationTest : public InstallSequenceTest {
@@ -96,7 +96,7 @@ class InstallationWithoutElevationTest : public InstallSequenceTest {
 };
 
 TEST_F(InstallationWithoutElevationTest, EndsBeforeAnythingIsStopped) {
-  ScriptedProcesses processes({StubbornCopy()});
+  FakeProcessTable processes({StubbornCopy()});
   ScriptedShell shell({});
 
   const int result = Manager().InstallSequence(InstallKind::kInstallation);

@@ -13,8 +13,8 @@ using testing::IsEmpty;
 
 using nhupdate::InstallKind;
 
-const Lines kRemoveLine = {L"2|Remove empty folder in path : {root}\\Nimba Hub"};
-const Lines kRemovedLine = {L"2|Remove empty folder : {root}\\Nimba Hub\\Empty"};
+const Lines kRemoveLine = {L"2|Remove empty folder in path : {base}"};
+const Lines kRemovedLine = {L"2|Remove empty folder : {base}\\Empty"};
 
 class LastUpdateStageTest : public InstallSequenceTest {
  protected:
@@ -34,14 +34,13 @@ TEST_F(LastUpdateStageTest, PutsTheProductIntoPlaceAndRemovesEmptyFolders) {
   const int result = Manager().InstallSequence(InstallKind::kLastUpdateStage);
 
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(product_.Transcript(),
-            Join({NothingToStopLines(),
-                  GrantedLines(),
-                  CopiedLines(),
-                  RegisteredLines(),
-                  kRemoveLine,
-                  {L"2|Remove empty folder : {root}\\Nimba Hub\\Empty\\Inner"},
-                  kRemovedLine}));
+  EXPECT_EQ(product_.Transcript(), Join({NothingToStopLines(),
+                                         GrantedLines(),
+                                         CopiedLines(),
+                                         RegisteredLines(),
+                                         kRemoveLine,
+                                         {L"2|Remove empty folder : {base}\\Empty\\Inner"},
+                                         kRemovedLine}));
   EXPECT_FALSE(nhupdate::Exists(EmptyFolder()));
 }
 
@@ -56,7 +55,7 @@ TEST_F(LastUpdateStageTest, ForgetsTheFoldersItRemoved) {
 }
 
 TEST_F(LastUpdateStageTest, OnlyRemovesEmptyFoldersBesideAnotherCopy) {
-  ScriptedProcesses processes({StubbornCopy()});
+  FakeProcessTable processes({StubbornCopy()});
   ScriptedShell shell({});
 
   const int result = Manager().InstallSequence(InstallKind::kLastUpdateStage);
@@ -65,7 +64,7 @@ TEST_F(LastUpdateStageTest, OnlyRemovesEmptyFoldersBesideAnotherCopy) {
   EXPECT_EQ(product_.Transcript(),
             Join({NotStoppedLines(), GrantedLines(), kRemoveLine, kRemovedLine}));
   EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(kNeedStopText, kCaption)));
-  EXPECT_TRUE(local_machine_.IsEmpty());
+  EXPECT_TRUE(registry_.IsEmpty());
   EXPECT_TRUE(nhupdate::Exists(product_.Base() + L"\\old.txt"));
   EXPECT_FALSE(nhupdate::Exists(EmptyFolder()));
 }
@@ -82,16 +81,15 @@ TEST_F(LastUpdateStageTest, DoesNotRegisterWhatWasNotCopiedButRemovesEmptyFolder
   EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(std::wstring(kCommonErrorText) + L"\n" +
                                                          product_.Base() + L"\\new.txt",
                                                      kCaption)));
-  EXPECT_TRUE(local_machine_.IsEmpty());
+  EXPECT_TRUE(registry_.IsEmpty());
   EXPECT_FALSE(nhupdate::Exists(EmptyFolder()));
 }
 
 TEST_F(LastUpdateStageTest, IsDoneEvenIfTheRegistrationFailed) {
   ScriptedShell shell({});
-  Interposer<decltype(::RegSetValueExW)> set_value(
-      "RegSetValueExW", [](HKEY, const wchar_t*, DWORD, DWORD, const BYTE*, DWORD) {
-        return LSTATUS{ERROR_ACCESS_DENIED};
-      });
+  INTERPOSER(RegSetValueExW) set_value([](HKEY, const wchar_t*, DWORD, DWORD, const BYTE*, DWORD) {
+    return LSTATUS{ERROR_ACCESS_DENIED};
+  });
 
   const int result = Manager().InstallSequence(InstallKind::kLastUpdateStage);
 

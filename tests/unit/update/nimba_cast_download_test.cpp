@@ -11,7 +11,7 @@ namespace {
 
 class NimbaCastDownloadTest : public NimbaCastInstallationTest {};
 
-TEST_F(NimbaCastDownloadTest, GivesItAnUpdaterDownloadsAndInstalls) {
+TEST_F(NimbaCastDownloadTest, BringsAnUpdaterAndIsFollowedByTheInstallation) {
   ScriptedShell shell({EndsWith(0), EndsWith(0)});
 
   const int result = InstallNimbaCast();

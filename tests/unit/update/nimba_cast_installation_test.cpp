@@ -21,7 +21,7 @@ Lines NimbaCastInstallationTest::InstalledLines() {
 }
 
 Lines NimbaCastInstallationTest::CopyUpdaterLines() {
-  const std::wstring from = L"{root}\\Nimba Hub\\Updater";
+  const std::wstring from = L"{base}\\Updater";
   const std::wstring to = L"{root}\\NimbaCast\\Updater";
   const std::wstring manager = L"\\App\\CSUpdateManager";
   return {

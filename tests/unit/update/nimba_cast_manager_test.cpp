@@ -10,9 +10,9 @@ namespace {
 
 using testing::ElementsAre;
 
-class NimbaCastManagerTest : public NimbaCastInstallationTest {};
+class NimbaCastSetupTest : public NimbaCastInstallationTest {};
 
-TEST_F(NimbaCastManagerTest, InstallsWithTheManagerThatIsThereWhenTheNewOneCannotBeCopied) {
+TEST_F(NimbaCastSetupTest, InstallsWithTheManagerThatIsThereWhenTheNewOneCannotBeCopied) {
   WriteFileBytes(NimbaCast() + L"\\CSUpdateManager\\CSUpdateManager.exe", "old");
   ScriptedShell shell({EndsWith(0), EndsWith(0)});
   const std::wstring target = NimbaCast() + L"\\CSUpdateManager\\CSUpdateManager.exe";
@@ -31,7 +31,7 @@ TEST_F(NimbaCastManagerTest, InstallsWithTheManagerThatIsThereWhenTheNewOneCanno
   EXPECT_EQ(ReadFileBytes(target), "old");
 }
 
-TEST_F(NimbaCastManagerTest, CopiesSubFoldersOverThoseThatAreThere) {
+TEST_F(NimbaCastSetupTest, CopiesSubFoldersOverThoseThatAreThere) {
   const std::wstring config = NimbaCast() + L"\\CSUpdateManager\\Config";
   WriteFileBytes(product_.App() + L"\\CSUpdateManager\\Config\\both.txt", "new");
   WriteFileBytes(product_.App() + L"\\CSUpdateManager\\Config\\new.txt", "new");
@@ -46,7 +46,7 @@ TEST_F(NimbaCastManagerTest, CopiesSubFoldersOverThoseThatAreThere) {
   EXPECT_EQ(ReadFileBytes(config + L"\\both.txt"), "new");
 }
 
-TEST_F(NimbaCastManagerTest, EndsWithoutAManager) {
+TEST_F(NimbaCastSetupTest, EndsWithoutAManager) {
   RemoveTree(product_.App());
   ScriptedShell shell({EndsWith(0)});
 
@@ -64,7 +64,7 @@ TEST_F(NimbaCastManagerTest, EndsWithoutAManager) {
                    L"{root}\\NimbaCast\\CSUpdateManager\\CSUpdateManager.exe"}}));
 }
 
-TEST_F(NimbaCastManagerTest, JudgesTheManager) {
+TEST_F(NimbaCastSetupTest, JudgesTheManager) {
   struct Case {
     ShellAnswer answer;
     int result;

@@ -20,7 +20,7 @@ class ProductVersionTest : public testing::Test {
   ScratchFolder scratch_;
 };
 
-TEST_F(ProductVersionTest, ReadsTheVersionOfTheProductSection) {
+TEST_F(ProductVersionTest, IsReadFromTheProductSection) {
   struct Case {
     const char* content;
     const wchar_t* version;
@@ -51,7 +51,7 @@ TEST_F(ProductVersionTest, IsEmptyWithoutAFile) {
   EXPECT_EQ(version, L"");
 }
 
-TEST_F(ProductVersionTest, CutsALongVersionAt255Characters) {
+TEST_F(ProductVersionTest, IsCutOffAt255Characters) {
   for (const std::size_t length : {254u, 255u, 256u, 1000u}) {
     // Wine and Windows keep versions apart by file, so every length has its own folder.
     const ScratchFolder folder;

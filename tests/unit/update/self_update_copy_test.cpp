@@ -17,7 +17,7 @@ class SelfUpdateCopyTest : public SelfUpdateTest {};
 TEST_F(SelfUpdateCopyTest, GivesStoppedProcessesASecondBeforeItBegins) {
   ScriptedShell shell({EndsWith(0)});
   const RecordedSleeps sleeps(
-      [&] { EXPECT_FALSE(nhupdate::Exists(product_.Base() + kInstalledManager)); });
+      [&](int) { EXPECT_FALSE(nhupdate::Exists(product_.Base() + kInstalledManager)); });
 
   std::ignore = Manager().SelfUpdate();
 
@@ -60,7 +60,7 @@ TEST_F(SelfUpdateCopyTest, IsGivenUpAfterThreeFailuresAndTheirSleeps) {
   ScriptedShell shell({});
   const FailingCopy copy(ERROR_SHARING_VIOLATION);
   // The user is told when it is over, not before the last sleep.
-  const RecordedSleeps sleeps([&] { EXPECT_THAT(boxes_.Shown(), IsEmpty()); });
+  const RecordedSleeps sleeps([&](int) { EXPECT_THAT(boxes_.Shown(), IsEmpty()); });
 
   const int result = Manager().SelfUpdate();
 

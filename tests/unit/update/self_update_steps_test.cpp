@@ -29,15 +29,15 @@ TEST_F(SelfUpdateTest, ReplacesTheInstalledCopyAndStartsIt) {
 }
 
 TEST_F(SelfUpdateTest, StopsOtherCopiesButNotItself) {
-  ScriptedProcesses processes({{4242, L"C:\\Elsewhere\\nhupdatemanager.EXE"},
-                               {ScriptedShell::kProcessId, L"C:\\Here\\NHUpdateManager.exe"},
-                               {4246, L"C:\\Elsewhere\\Other.exe"}});
+  FakeProcessTable processes({{4242, L"C:\\Elsewhere\\nhupdatemanager.EXE"},
+                              {FakeProcessTable::kOwnId, L"C:\\Here\\NHUpdateManager.exe"},
+                              {4246, L"C:\\Elsewhere\\Other.exe"}});
   ScriptedShell shell({EndsWith(0)});
 
   const int result = Manager().SelfUpdate();
 
   EXPECT_EQ(result, 0);
-  EXPECT_THAT(processes.Running(), ElementsAre(ScriptedShell::kProcessId, 4246u));
+  EXPECT_THAT(processes.Running(), ElementsAre(FakeProcessTable::kOwnId, 4246u));
   EXPECT_EQ(product_.Transcript(),
             Join({{L"2|Function : Self Update",
                    L"2|Target process nhupdatemanager.EXE(4242) found, terminate it.",
@@ -49,8 +49,8 @@ TEST_F(SelfUpdateTest, StopsOtherCopiesButNotItself) {
 }
 
 TEST_F(SelfUpdateTest, TellsTheUserToCloseACopyThatCannotBeStopped) {
-  ScriptedProcesses processes(
-      {{.id = 4242, .path = L"C:\\Elsewhere\\NHUpdateManager.exe", .refuses_to_end = true}});
+  FakeProcessTable processes(
+      {{.id = 4242, .image_path = L"C:\\Elsewhere\\NHUpdateManager.exe", .refuses_to_end = true}});
   ScriptedShell shell({});
 
   const int result = Manager().SelfUpdate();
@@ -78,7 +78,7 @@ TEST_F(SelfUpdateTest, TellsTheUserWhenTheNextStageIsMissing) {
                                          CopiedLine(),
                                          StartFinalUpdateLines(),
                                          {L"4|NHUpdateManager.exe not found for final update : "
-                                          L"{root}\\Nimba Hub\\NHUpdateManager\\"
+                                          L"{base}\\NHUpdateManager\\"
                                           L"NHUpdateManager.exe"}}));
   EXPECT_THAT(boxes_.Shown(), ElementsAre(ErrorBoxOf(kCommonErrorText, kCaption)));
 }
@@ -111,10 +111,9 @@ TEST_F(SelfUpdateInTheWrongPlaceTest, CopiesThreeFoldersUpAllTheSame) {
   const int result = Manager().SelfUpdate();
 
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(
-      product_.Transcript(),
-      Join({StoppedLines(), CopyLines(L"{root}\\Nimba Hub\\NHUpdateManager", target), CopiedLine(),
-            LaunchLines(target, L"\\NHUpdateManager.exe", L"-final_update"), kLaunchedLine}));
+  EXPECT_EQ(product_.Transcript(),
+            Join({StoppedLines(), CopyLines(L"{base}\\NHUpdateManager", target), CopiedLine(),
+                  LaunchLines(target, L"\\NHUpdateManager.exe", L"-final_update"), kLaunchedLine}));
   EXPECT_THAT(ListTree(target), ElementsAre(L"Config\\", L"Config\\NHUpdateManager.Default.json",
                                             L"NHUpdateManager.exe", L"NSWLogDynamic64U.dll"));
 }
@@ -125,7 +124,7 @@ class SelfUpdateWithoutElevationTest : public SelfUpdateTest {
 };
 
 TEST_F(SelfUpdateWithoutElevationTest, EndsBeforeAnythingIsStopped) {
-  ScriptedProcesses processes({{4242, L"C:\\Elsewhere\\NHUpdateManager.exe"}});
+  FakeProcessTable processes({{4242, L"C:\\Elsewhere\\NHUpdateManager.exe"}});
   ScriptedShell shell({});
 
   const int result = Manager().SelfUpdate();

@@ -3,7 +3,7 @@
 // What the tests of the self update share: a staged copy of the manager that is running, and the
 // records of its way into the installed folder.
 
-#include "tests/support/scripted_processes.h"
+#include "tests/support/fake_process_table.h"
 #include "tests/unit/update/workflow_test.h"
 
 namespace nhupdate_test {
@@ -19,13 +19,12 @@ class SelfUpdateTest : public WorkflowTest {
   static Lines StoppedLines();
 
   // The manager consists of its executable, a string file and the log library.
-  static Lines CopyLines(
-      const std::wstring& from = L"{root}\\Nimba Hub\\Updater\\App\\NHUpdateManager",
-      const std::wstring& to = L"{root}\\Nimba Hub\\NHUpdateManager");
+  static Lines CopyLines(const std::wstring& from = L"{base}\\Updater\\App\\NHUpdateManager",
+                         const std::wstring& to = L"{base}\\NHUpdateManager");
   static Lines FailedCopyLines();  // at the first file, which is in use
   static Lines CopiedLine();
 
-  ScriptedProcesses no_processes_;
+  FakeProcessTable no_processes_;
 };
 
 }  // namespace nhupdate_test

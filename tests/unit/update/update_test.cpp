@@ -66,7 +66,7 @@ TEST_F(UpdateTest, EndsWithoutABoxWhenTheUpdaterIsMissing) {
 
   const int result = Manager().Update();
 
-  const Lines missing = {L"4|Update.exe not found : {root}\\Nimba Hub\\Updater\\Updater.exe"};
+  const Lines missing = {L"4|Update.exe not found : {base}\\Updater\\Updater.exe"};
   EXPECT_EQ(result, 14);
   EXPECT_EQ(product_.Transcript(), Join({{L"2|Function : Update", L"2|Begin update updater."},
                                          CheckForUpdaterLines(),
@@ -134,7 +134,7 @@ TEST_F(UpdateTest, EndsWithoutABoxWhenTheNextStageIsMissing) {
   EXPECT_EQ(result, 15);
   EXPECT_EQ(product_.Transcript(),
             Join({UntilNextStage(),
-                  {L"4|NHUpdateManager.exe not found : {root}\\Nimba Hub\\Updater\\App\\"
+                  {L"4|NHUpdateManager.exe not found : {base}\\Updater\\App\\"
                    L"NHUpdateManager\\NHUpdateManager.exe"}}));
   EXPECT_THAT(boxes_.Shown(), IsEmpty());
 }

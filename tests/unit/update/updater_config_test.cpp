@@ -1,21 +1,21 @@
 #include <gtest/gtest.h>
 
 #include "base/existence.h"
+#include "tests/support/held_file.h"
 #include "tests/unit/update/workflow_test.h"
 
 namespace nhupdate_test {
 namespace {
 
 constexpr wchar_t kConfig[] = L"\\Updater\\Config\\ut.ini";
-constexpr wchar_t kOkLine[] =
-    L"2|Updater config file delete ok : {root}\\Nimba Hub\\Updater\\Config\\ut.ini";
+constexpr wchar_t kOkLine[] = L"2|Updater config file delete ok : {base}\\Updater\\Config\\ut.ini";
 
-class UpdaterConfigTest : public WorkflowTest {
+class ConfigCleanUpTest : public WorkflowTest {
  protected:
   bool ConfigExists() { return nhupdate::Exists(product_.Base() + kConfig); }
 };
 
-TEST_F(UpdaterConfigTest, DeletesTheConfigurationOfTheInstalledCopy) {
+TEST_F(ConfigCleanUpTest, DeletesTheConfigurationOfTheInstalledCopy) {
   AddFile(kConfig);
 
   const int result = Manager().DeleteUpdaterConfig(0);
@@ -25,40 +25,37 @@ TEST_F(UpdaterConfigTest, DeletesTheConfigurationOfTheInstalledCopy) {
   EXPECT_EQ(product_.Transcript(), Lines({kOkLine}));
 }
 
-TEST_F(UpdaterConfigTest, SaysThatThereIsNone) {
+TEST_F(ConfigCleanUpTest, SaysThatThereIsNone) {
   const int result = Manager().DeleteUpdaterConfig(0);
 
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(
-      product_.Transcript(),
-      Lines({L"4|Updater config file note found : {root}\\Nimba Hub\\Updater\\Config\\ut.ini"}));
+  EXPECT_EQ(product_.Transcript(),
+            Lines({L"4|Updater config file note found : {base}\\Updater\\Config\\ut.ini"}));
 }
 
-TEST_F(UpdaterConfigTest, LogsWhyALockedFileStays) {
+TEST_F(ConfigCleanUpTest, LogsWhyALockedFileStays) {
   AddFile(kConfig);
-  const nhupdate::UniqueFile holder(::CreateFileW((product_.Base() + kConfig).c_str(), GENERIC_READ,
-                                                  FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0,
-                                                  nullptr));
+  const HeldFile held(product_.Base() + kConfig, FILE_SHARE_READ);
 
   const int result = Manager().DeleteUpdaterConfig(0);
 
   EXPECT_EQ(result, 1);
   EXPECT_TRUE(ConfigExists());
   EXPECT_EQ(product_.Transcript(), Lines({L"4|Updater config file delete fail (32) : "
-                                          L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"}));
+                                          L"{base}\\Updater\\Config\\ut.ini"}));
 }
 
-TEST_F(UpdaterConfigTest, CannotDeleteAFolderOfThatName) {
+TEST_F(ConfigCleanUpTest, CannotDeleteAFolderOfThatName) {
   CreateFolders(product_.Base() + kConfig);
 
   const int result = Manager().DeleteUpdaterConfig(0);
 
   EXPECT_EQ(result, 1);
   EXPECT_EQ(product_.Transcript(), Lines({L"4|Updater config file delete fail (5) : "
-                                          L"{root}\\Nimba Hub\\Updater\\Config\\ut.ini"}));
+                                          L"{base}\\Updater\\Config\\ut.ini"}));
 }
 
-TEST_F(UpdaterConfigTest, LooksTwoFoldersAboveTheModuleForAnyOtherArgument) {
+TEST_F(ConfigCleanUpTest, LooksTwoFoldersAboveTheModuleForAnyOtherArgument) {
   for (const int argument : {1, 2, -1}) {
     // Seen from base\NHUpdateManager that is beside the base folder.
     WriteFileBytes(product_.Root() + L"\\Config\\ut.ini", "");
@@ -74,12 +71,12 @@ TEST_F(UpdaterConfigTest, LooksTwoFoldersAboveTheModuleForAnyOtherArgument) {
   }
 }
 
-class StagedUpdaterConfigTest : public WorkflowTest {
+class StagedConfigCleanUpTest : public WorkflowTest {
  protected:
-  StagedUpdaterConfigTest() : WorkflowTest({.module = L"\\Updater\\App\\NHUpdateManager"}) {}
+  StagedConfigCleanUpTest() : WorkflowTest({.module = L"\\Updater\\App\\NHUpdateManager"}) {}
 };
 
-TEST_F(StagedUpdaterConfigTest, DeletesTheSameFileFromTheStagedCopy) {
+TEST_F(StagedConfigCleanUpTest, DeletesTheSameFileFromTheStagedCopy) {
   AddFile(kConfig);
 
   const int result = Manager().DeleteUpdaterConfig(1);

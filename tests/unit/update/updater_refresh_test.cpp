@@ -13,7 +13,7 @@ TEST_F(UpdaterRefreshTest, EndsWithoutAnUpdater) {
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(product_.Transcript(),
-            CheckLines({L"4|Update.exe not found : {root}\\Nimba Hub\\Updater\\Updater.exe"}));
+            CheckLines({L"4|Update.exe not found : {base}\\Updater\\Updater.exe"}));
 }
 
 struct RefreshCase {
@@ -117,7 +117,7 @@ TEST_F(UpdaterRefreshTest, EndsWhenTheUpdaterIsGoneBeforeItsUpdate) {
 
   EXPECT_EQ(result, 0);
   EXPECT_EQ(product_.Transcript(),
-            UpdateLines({L"4|Update.exe not found : {root}\\Nimba Hub\\Updater\\Updater.exe"}));
+            UpdateLines({L"4|Update.exe not found : {base}\\Updater\\Updater.exe"}));
 }
 
 }  // namespace

@@ -34,9 +34,9 @@ class UpdaterRefreshTest : public WorkflowTest {
   // The copy of the new updater, as far as it is tried, and its success.
   static Lines CopyLines() {
     return {
-        L"2|Copy folder from {root}\\Nimba Hub\\Updater\\NewUpdater to {root}\\Nimba Hub\\Updater",
-        L"2|Copy file from {root}\\Nimba Hub\\Updater\\NewUpdater\\Updater.exe to "
-        L"{root}\\Nimba Hub\\Updater\\Updater.exe",
+        L"2|Copy folder from {base}\\Updater\\NewUpdater to {base}\\Updater",
+        L"2|Copy file from {base}\\Updater\\NewUpdater\\Updater.exe to "
+        L"{base}\\Updater\\Updater.exe",
     };
   }
   static Lines CopiedLines() { return {L"2|Copy complete.", L"2|Update updater complete."}; }

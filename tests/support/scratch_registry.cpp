@@ -1,19 +1,15 @@
-#include "tests/unit/base/scratch_hives.h"
+#include "tests/support/scratch_registry.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 
-#include "base/format.h"
-#include "base/unique_handle.h"
+#include "tests/support/unused_name.h"
 
 namespace nhupdate_test {
 
 namespace {
-
-std::wstring ScratchKeyPath() {
-  return nhupdate::Format(L"Software\\NHUpdateManagerTests\\%d", ::GetCurrentProcessId());
-}
 
 nhupdate::UniqueRegistryKey CreateKey(HKEY hive, const std::wstring& path) {
   nhupdate::UniqueRegistryKey key;
@@ -25,18 +21,37 @@ nhupdate::UniqueRegistryKey CreateKey(HKEY hive, const std::wstring& path) {
 
 }  // namespace
 
-ScratchHives::ScratchHives() {
-  ::RegDeleteTreeW(HKEY_CURRENT_USER, ScratchKeyPath().c_str());
-  const auto machine = CreateKey(HKEY_CURRENT_USER, ScratchKeyPath() + L"\\Machine");
-  const auto user = CreateKey(HKEY_CURRENT_USER, ScratchKeyPath() + L"\\User");
-  EXPECT_EQ(::RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine.Get()), ERROR_SUCCESS);
-  EXPECT_EQ(::RegOverridePredefKey(HKEY_CURRENT_USER, user.Get()), ERROR_SUCCESS);
+ScratchRegistry::ScratchRegistry()
+    : path_(L"Software\\nhupdate test " + UnusedName()),
+      machine_(CreateKey(HKEY_CURRENT_USER, path_ + L"\\Machine")),
+      user_(CreateKey(HKEY_CURRENT_USER, path_ + L"\\User")) {
+  EXPECT_EQ(::RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine_.Get()), ERROR_SUCCESS);
+  EXPECT_EQ(::RegOverridePredefKey(HKEY_CURRENT_USER, user_.Get()), ERROR_SUCCESS);
 }
 
-ScratchHives::~ScratchHives() {
+ScratchRegistry::~ScratchRegistry() {
   ::RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
   ::RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
-  ::RegDeleteTreeW(HKEY_CURRENT_USER, ScratchKeyPath().c_str());
+  machine_.Reset();
+  user_.Reset();
+  ::RegDeleteTreeW(HKEY_CURRENT_USER, path_.c_str());
+}
+
+bool ScratchRegistry::IsEmpty() const {
+  DWORD keys = 0;
+  DWORD values = 0;
+  const LSTATUS status =
+      ::RegQueryInfoKeyW(machine_.Get(), nullptr, nullptr, nullptr, &keys, nullptr, nullptr,
+                         &values, nullptr, nullptr, nullptr, nullptr);
+  return status == ERROR_SUCCESS && keys == 0 && values == 0;
+}
+
+std::wstring ScratchRegistry::Text(const std::wstring& key, const std::wstring& name) const {
+  std::array<wchar_t, 1024> text = {};
+  DWORD bytes = sizeof(text) - sizeof(wchar_t);
+  const LSTATUS status = ::RegGetValueW(machine_.Get(), key.c_str(), name.c_str(), RRF_RT_REG_SZ,
+                                        nullptr, text.data(), &bytes);
+  return status == ERROR_SUCCESS ? text.data() : L"(none)";
 }
 
 void SetRegistryValue(HKEY hive, const std::wstring& key_path, const std::wstring& value_name,

@@ -1,14 +1,13 @@
-#include "tests/unit/text/preferred_languages.h"
+#include "tests/support/preferred_languages.h"
 
 namespace nhupdate_test {
 
 PreferredLanguages::PreferredLanguages(std::vector<std::wstring> names, int failing_call)
     : count_(static_cast<ULONG>(names.size())),
       failing_call_(failing_call),
-      interposer_("GetUserPreferredUILanguages",
-                  [this](DWORD flags, ULONG* count, wchar_t* buffer, ULONG* units) {
-                    return Answer(flags, count, buffer, units);
-                  }) {
+      interposer_([this](DWORD flags, ULONG* count, wchar_t* buffer, ULONG* units) {
+        return Answer(flags, count, buffer, units);
+      }) {
   for (const std::wstring& name : names) {
     list_ += name + L'\0';
   }

@@ -1,28 +1,42 @@
 #pragma once
 
-// Stand-ins for HKEY_LOCAL_MACHINE and HKEY_CURRENT_USER: two keys of a test's own, for as long as
-// the object lives. What is written through the program ends up in them.
+// Two empty keys of a test's own stand for HKEY_LOCAL_MACHINE and HKEY_CURRENT_USER in this process
+// for as long as the object lives. They are gone afterwards.
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "base/unique_handle.h"
 #include "base/windows.h"
 
 namespace nhupdate_test {
 
-class ScratchHives {
+class ScratchRegistry {
  public:
-  ScratchHives();
-  ~ScratchHives();
-  ScratchHives(const ScratchHives&) = delete;
-  ScratchHives& operator=(const ScratchHives&) = delete;
+  ScratchRegistry();
+  ~ScratchRegistry();
+  ScratchRegistry(const ScratchRegistry&) = delete;
+  ScratchRegistry& operator=(const ScratchRegistry&) = delete;
+
+  // True as long as nothing was written for the machine.
+  [[nodiscard]] bool IsEmpty() const;
+
+  // The text of the machine's value; "(none)" when there is no such text.
+  [[nodiscard]] std::wstring Text(const std::wstring& key, const std::wstring& name) const;
+
+ private:
+  std::wstring path_;
+  nhupdate::UniqueRegistryKey machine_;
+  nhupdate::UniqueRegistryKey user_;
 };
 
 struct RegistryValue {
   DWORD type = REG_NONE;
   std::vector<std::uint8_t> bytes;
+
+  bool operator==(const RegistryValue&) const = default;
 };
 
 // Writes a value below the key, creating that where needed.

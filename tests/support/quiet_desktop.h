@@ -8,30 +8,23 @@
 #include <vector>
 
 #include "base/windows.h"
-#include "tests/support/interposer.h"
 #include "tests/support/recorded_boxes.h"
+#include "tests/support/recorded_sleeps.h"
 
 namespace nhupdate_test {
 
 class QuietDesktop {
  public:
   // `during_sleep` is called for each wait with its number, counted from 1.
-  explicit QuietDesktop(std::function<void(int)> during_sleep = nullptr)
-      : during_sleep_(std::move(during_sleep)) {}
+  explicit QuietDesktop(std::function<void(int)> during_sleep = [](int) {})
+      : sleeps_(std::move(during_sleep)) {}
 
   [[nodiscard]] const std::vector<ShownBox>& Boxes() const { return boxes_.Shown(); }
-  [[nodiscard]] const std::vector<DWORD>& Sleeps() const { return sleeps_; }
+  [[nodiscard]] const std::vector<DWORD>& Sleeps() const { return sleeps_.Milliseconds(); }
 
  private:
-  std::function<void(int)> during_sleep_;
   RecordedBoxes boxes_;
-  std::vector<DWORD> sleeps_;
-  Interposer<decltype(::Sleep)> sleep_{"Sleep", [this](DWORD milliseconds) {
-                                         sleeps_.push_back(milliseconds);
-                                         if (during_sleep_) {
-                                           during_sleep_(static_cast<int>(sleeps_.size()));
-                                         }
-                                       }};
+  RecordedSleeps sleeps_;
 };
 
 // The box that tells of the file or folder at which a copy failed.

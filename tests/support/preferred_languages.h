@@ -35,7 +35,7 @@ class PreferredLanguages {
   ULONG count_;
   int failing_call_;
   std::vector<Call> arguments_;
-  Interposer<decltype(::GetUserPreferredUILanguages)> interposer_;
+  INTERPOSER(GetUserPreferredUILanguages) interposer_;
 };
 
 }  // namespace nhupdate_test

@@ -1,7 +1,7 @@
 #pragma once
 
-// The registry of the local machine for tests: a scratch key takes its place, and what is written
-// to it is recorded.
+// Writes down how the program writes values of the local machine, and lets it: into a
+// ScratchRegistry.
 
 #include <functional>
 #include <iosfwd>
@@ -29,21 +29,10 @@ std::ostream& operator<<(std::ostream& stream, const WrittenValue& value);
 [[nodiscard]] WrittenValue Text(const std::wstring& key, const std::wstring& name,
                                 const std::wstring& text);
 
-// For as long as it lives HKEY_LOCAL_MACHINE is an empty key.
-class ScratchRegistry {
- public:
-  ScratchRegistry();
-  ~ScratchRegistry();
-  ScratchRegistry(const ScratchRegistry&) = delete;
-  ScratchRegistry& operator=(const ScratchRegistry&) = delete;
+// The machine's value as it is stored, of type REG_NONE when there is none. A text comes without
+// its terminator, stored or not: how many bytes the program passes is for a recorder to tell.
+[[nodiscard]] WrittenValue StoredValue(const std::wstring& key, const std::wstring& name);
 
-  // The stored value, of type REG_NONE when there is none. A text comes without its terminator,
-  // stored or not: how many bytes the program passes is for a RegistryRecorder to tell.
-  [[nodiscard]] WrittenValue Read(const std::wstring& key, const std::wstring& name) const;
-  void Write(const WrittenValue& value);
-};
-
-// Records how the program writes registry values, and lets it.
 class RegistryRecorder {
  public:
   // `before_value` is called before each value with its number, counted from 1.
@@ -65,9 +54,9 @@ class RegistryRecorder {
   std::map<HKEY, std::wstring> open_keys_;
   std::vector<WrittenValue> written_;
 
-  Interposer<decltype(::RegCreateKeyExW)> create_key_;
-  Interposer<decltype(::RegSetValueExW)> set_value_;
-  Interposer<decltype(::RegCloseKey)> close_key_;
+  INTERPOSER(RegCreateKeyExW) create_key_;
+  INTERPOSER(RegSetValueExW) set_value_;
+  INTERPOSER(RegCloseKey) close_key_;
 };
 
 }  // namespace nhupdate_test

@@ -1,0 +1,94 @@
+#pragma once
+
+// Changes what Windows says about folders and their entries, to what can't be made on every system.
+// What it isn't told to change is as it really is; deleting and copying happen for real, except for
+// what a test takes over.
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/windows.h"
+#include "tests/support/interposer.h"
+
+namespace nhupdate_test {
+
+struct FakeEntry {
+  const wchar_t* name;
+  DWORD attributes = FILE_ATTRIBUTE_NORMAL;
+  DWORD reparse_tag = 0;
+};
+
+class FakeListing {
+ public:
+  // Real folders.
+  FakeListing();
+
+  // Every folder, whatever the pattern it is listed with, has these entries. Listing ends with that
+  // error; without entries it can't even begin.
+  explicit FakeListing(std::vector<FakeEntry> entries, DWORD end_error = ERROR_NO_MORE_FILES);
+  FakeListing(const FakeListing&) = delete;
+  FakeListing& operator=(const FakeListing&) = delete;
+
+  // The folder or file is shown with these attributes on top of its own, and with that reparse tag.
+  void Disguise(const std::wstring& path, DWORD attributes, DWORD reparse_tag);
+
+  // Listing the folder fails with that error.
+  void Forbid(const std::wstring& folder, DWORD error) { forbidden_[folder] = error; }
+
+  // Listing the folder ends with that error after its first entry.
+  void BreakOff(const std::wstring& folder, DWORD error) { broken_[folder] = error; }
+
+  // The folder, once opened, turns out to be another one, and so does what is opened below it; with
+  // an empty path nobody can say which.
+  void LeadElsewhere(const std::wstring& folder, const std::wstring& final_path) {
+    final_paths_[folder] = final_path;
+  }
+
+  // Every pattern that was asked for.
+  [[nodiscard]] const std::vector<std::wstring>& Patterns() const { return patterns_; }
+
+  // How often another entry was asked for, and how often a search was closed.
+  [[nodiscard]] int Steps() const { return find_next_.Calls(); }
+  [[nodiscard]] int Closed() const { return find_close_.Calls(); }
+
+ private:
+  struct Look {
+    DWORD attributes = 0;
+    DWORD reparse_tag = 0;
+  };
+
+  FakeListing(bool is_made_up, std::vector<FakeEntry> entries, DWORD end_error);
+
+  HANDLE FindFirst(const wchar_t* pattern, WIN32_FIND_DATAW* entry);
+  BOOL FindNext(HANDLE search, WIN32_FIND_DATAW* entry);
+  BOOL GiveMadeUp(WIN32_FIND_DATAW* entry);
+  // Where what is opened by that path is said to be; nothing when that isn't changed.
+  std::optional<std::wstring> FinalPathOf(const std::wstring& path) const;
+  DWORD FinalPath(HANDLE file, wchar_t* buffer, DWORD units, DWORD flags);
+  void ApplyDisguise(const std::wstring& folder, WIN32_FIND_DATAW& entry) const;
+
+  bool is_made_up_;
+  std::vector<FakeEntry> made_up_;
+  DWORD end_error_;
+  std::size_t given_ = 0;  // of the entries that are made up
+
+  std::map<std::wstring, Look> disguises_;
+  std::map<std::wstring, DWORD> forbidden_;
+  std::map<std::wstring, DWORD> broken_;
+  std::map<std::wstring, std::wstring> final_paths_;
+  std::map<HANDLE, std::wstring> folders_;
+  std::map<HANDLE, std::wstring> opened_;
+  std::vector<std::wstring> patterns_;
+
+  INTERPOSER(FindFirstFileW) find_first_;
+  INTERPOSER(FindNextFileW) find_next_;
+  INTERPOSER(FindClose) find_close_;
+  INTERPOSER(CreateFileW) create_file_;
+  INTERPOSER(GetFileInformationByHandleEx) information_;
+  INTERPOSER(GetFinalPathNameByHandleW) final_path_;
+};
+
+}  // namespace nhupdate_test

@@ -1,0 +1,95 @@
+#pragma once
+
+// Takes the place of the machine's processes: only the given ones are running, until they are
+// ended. What is done with them is written down in order. The code under test takes itself for the
+// process kOwnId, whether that is among them or not.
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/windows.h"
+#include "tests/support/interposer.h"
+
+#include <psapi.h>  // needs <windows.h> first
+
+namespace nhupdate_test {
+
+struct FakeProcess {
+  DWORD id = 0;
+  // What each of the four questions is answered with; an empty text is a failure.
+  std::wstring image_path = {};
+  std::wstring module_path = {};
+  std::wstring device_path = {};
+  std::wstring base_name = {};
+  bool can_be_read = true;
+  bool can_be_terminated = true;     // else it can't even be opened for that
+  bool ends_when_terminated = true;  // else it lives on, though nothing failed
+  bool refuses_to_end = false;       // ending it fails
+};
+
+class FakeProcessTable {
+ public:
+  // The same as ScriptedShell's.
+  static constexpr DWORD kOwnId = 700001;
+
+  explicit FakeProcessTable(std::vector<FakeProcess> processes = {});
+  // A process that is still open is a test failure.
+  ~FakeProcessTable();
+  FakeProcessTable(const FakeProcessTable&) = delete;
+  FakeProcessTable& operator=(const FakeProcessTable&) = delete;
+
+  // Makes listing the processes fail from now on.
+  void FailToEnumerate() { can_be_enumerated_ = false; }
+
+  // What was called: L"Enumerate 4096", L"Open 0x410 0 7" (access, inheritance, id), L"Terminate 7
+  // 0" (id, exit code), L"Wait 7 3000", L"Close 7".
+  [[nodiscard]] const std::vector<std::wstring>& Calls() const { return calls_; }
+
+  // The ids of the processes that are still running.
+  [[nodiscard]] std::vector<DWORD> Running() const;
+
+  // How often the code under test asked for the list.
+  [[nodiscard]] int Enumerations() const { return enumerate_.Calls(); }
+
+  // The handles that were given out and not closed again.
+  [[nodiscard]] int OpenHandles() const { return static_cast<int>(opened_.size()); }
+
+ private:
+  struct Entry {
+    FakeProcess process;
+    bool is_running = true;
+  };
+
+  // The place of the running process; none when there is none of that id.
+  [[nodiscard]] std::optional<std::size_t> PlaceOf(DWORD id) const;
+  // Nothing when the handle is not one of this table, or closed.
+  [[nodiscard]] Entry* ByHandle(HANDLE handle);
+
+  BOOL Enumerate(DWORD* ids, DWORD byte_count, DWORD* bytes_needed);
+  HANDLE Open(DWORD access, BOOL inherit, DWORD id);
+  BOOL QueryImageName(HANDLE handle, DWORD flags, wchar_t* buffer, DWORD* units);
+  BOOL Terminate(HANDLE handle, UINT exit_code);
+  DWORD Wait(HANDLE handle, DWORD milliseconds);
+  BOOL Close(HANDLE handle);
+
+  std::vector<Entry> entries_;
+  std::map<HANDLE, std::size_t> opened_;  // each with the place of its process
+  std::vector<std::wstring> calls_;
+  bool can_be_enumerated_ = true;
+
+  INTERPOSER(GetCurrentProcessId) own_id_;
+  INTERPOSER(K32EnumProcesses) enumerate_;
+  INTERPOSER(OpenProcess) open_;
+  INTERPOSER(QueryFullProcessImageNameW) image_name_;
+  INTERPOSER(K32GetModuleFileNameExW) module_file_name_;
+  INTERPOSER(K32GetProcessImageFileNameW) device_file_name_;
+  INTERPOSER(K32GetModuleBaseNameW) base_name_;
+  INTERPOSER(TerminateProcess) terminate_;
+  INTERPOSER(WaitForSingleObject) wait_;
+  INTERPOSER(CloseHandle) close_;
+};
+
+}  // namespace nhupdate_test

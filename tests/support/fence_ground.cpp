@@ -1,0 +1,218 @@
+#include "tests/support/fence_ground.h"
+
+#include <array>
+#include <cwctype>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <vector>
+
+namespace nhupdate_test {
+
+namespace {
+
+// Every scratch folder and key begins with it.
+constexpr wchar_t kOwnName[] = L"nhupdate";
+
+using QueryKey = LONG(WINAPI*)(HANDLE key, int kind, void* buffer, ULONG size, ULONG* needed);
+
+// Windows' functions as they are without any fakes.
+struct Windows {
+  decltype(&::GetFullPathNameW) get_full_path_name = &::GetFullPathNameW;
+  decltype(&::GetModuleFileNameW) get_module_file_name = &::GetModuleFileNameW;
+  decltype(&::GetProcessId) get_process_id = &::GetProcessId;
+  QueryKey query_key = reinterpret_cast<QueryKey>(
+      reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "NtQueryKey")));
+};
+
+struct Ground {
+  FenceReach reach = FenceReach::kScratch;
+  // With a backslash at the end, in small letters.
+  std::vector<std::wstring> temporary_folders;
+  std::wstring program_folder;
+  std::wstring system_drive;
+  std::optional<Windows> windows;
+};
+
+Ground g_ground;
+std::mutex g_redirections_mutex;
+std::map<HKEY, std::wstring> g_redirections;
+
+// The test's own and those that it has started.
+std::mutex g_processes_mutex;
+std::set<DWORD> g_processes;
+
+std::wstring ToLower(std::wstring text) {
+  for (wchar_t& unit : text) {
+    unit = unit == L'/' ? L'\\' : static_cast<wchar_t>(std::towlower(unit));
+  }
+  return text;
+}
+
+// The path from its drive on, without "..", in small letters; empty when there is none.
+std::wstring Normalised(const std::wstring& path) {
+  constexpr wchar_t kLiteralPrefix[] = L"\\\\?\\";
+  std::wstring plain = path;
+  if (plain.starts_with(kLiteralPrefix)) {
+    plain.erase(0, std::size(kLiteralPrefix) - 1);
+  }
+  const auto full_path = g_ground.windows->get_full_path_name;
+  std::wstring full(full_path(plain.c_str(), 0, nullptr, nullptr), L'\0');
+  full.resize(full.empty() ? 0
+                           : full_path(plain.c_str(), static_cast<DWORD>(full.size()), full.data(),
+                                       nullptr));
+  return ToLower(full);
+}
+
+std::wstring FolderOf(HMODULE module) {
+  std::vector<wchar_t> path(32768);
+  g_ground.windows->get_module_file_name(module, path.data(), static_cast<DWORD>(path.size()));
+  const std::wstring text = ToLower(path.data());
+  return text.substr(0, text.rfind(L'\\') + 1);
+}
+
+bool IsInScratch(const std::wstring& normalised) {
+  for (const std::wstring& folder : g_ground.temporary_folders) {
+    if (normalised.starts_with(folder + kOwnName)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool IsOnGround(const std::wstring& normalised) {
+  return IsInScratch(normalised) ||
+         (g_ground.reach == FenceReach::kPrefix && normalised.starts_with(g_ground.system_drive));
+}
+
+// The name of an open key as the system knows it; nothing when this is no key.
+std::optional<std::wstring> NameOfOpenKey(HKEY key) {
+  constexpr int kKeyName = 3;
+  constexpr LONG kInvalidHandle = static_cast<LONG>(0xC0000008);
+  constexpr LONG kOtherKindOfHandle = static_cast<LONG>(0xC0000024);
+  struct NameInformation {
+    ULONG byte_count;
+    std::array<wchar_t, 2048> name;
+  };
+  NameInformation information = {};
+  ULONG needed = 0;
+  const LONG status =
+      g_ground.windows->query_key(key, kKeyName, &information, sizeof(information), &needed);
+  if (status == kInvalidHandle || status == kOtherKindOfHandle) {
+    return std::nullopt;
+  }
+  // A name that is not told is none of ours.
+  return status != 0
+             ? std::wstring(L"(unknown key)")
+             : std::wstring(information.name.data(), information.byte_count / sizeof(wchar_t));
+}
+
+// A predefined key has no name of its own, and may have been redirected.
+std::optional<std::wstring> NameOfKey(HKEY key) {
+  constexpr ULONG_PTR kPredefined = 0x80000000;
+  if ((reinterpret_cast<ULONG_PTR>(key) & kPredefined) == 0) {
+    return NameOfOpenKey(key);
+  }
+  const std::lock_guard<std::mutex> lock(g_redirections_mutex);
+  const auto redirection = g_redirections.find(key);
+  if (redirection != g_redirections.end()) {
+    return redirection->second;
+  }
+  return key == HKEY_CURRENT_USER ? L"\\Registry\\User\\(current)" : L"\\Registry\\Machine";
+}
+
+bool IsScratchKey(const std::wstring& name) {
+  constexpr wchar_t kUsers[] = L"\\registry\\user\\";
+  const std::wstring lower = ToLower(name);
+  if (!lower.starts_with(kUsers)) {
+    return false;
+  }
+  const std::size_t user_end = lower.find(L'\\', std::size(kUsers) - 1);
+  return user_end != std::wstring::npos &&
+         lower.substr(user_end).starts_with(std::wstring(L"\\software\\") + kOwnName);
+}
+
+}  // namespace
+
+void SurveyGround(FenceReach reach) {
+  g_ground.windows.emplace();
+  g_ground.reach = reach;
+  g_ground.program_folder = FolderOf(nullptr);
+  AdmitProcess(::GetCurrentProcessId());
+
+  std::array<wchar_t, MAX_PATH + 1> temporary = {};
+  ::GetTempPathW(static_cast<DWORD>(temporary.size()), temporary.data());
+  std::array<wchar_t, 4096> long_name = {};
+  ::GetLongPathNameW(temporary.data(), long_name.data(), static_cast<DWORD>(long_name.size()));
+  for (const std::wstring folder : {temporary.data(), long_name.data()}) {
+    if (!folder.empty()) {
+      g_ground.temporary_folders.push_back(Normalised(folder));
+    }
+  }
+
+  std::array<wchar_t, MAX_PATH + 1> system = {};
+  ::GetWindowsDirectoryW(system.data(), static_cast<UINT>(system.size()));
+  g_ground.system_drive = Normalised(system.data()).substr(0, std::size(L"c:\\") - 1);
+}
+
+bool IsPathInside(const wchar_t* path) {
+  return path == nullptr || *path == L'\0' || IsOnGround(Normalised(path));
+}
+
+bool IsProgramInside(const std::wstring& path) {
+  constexpr std::size_t kAfterDrive = 1;
+  if (path.find(L":\\") != kAfterDrive) {
+    return path.empty();
+  }
+  const std::wstring normalised = Normalised(path);
+  return IsOnGround(normalised) || normalised.starts_with(g_ground.program_folder);
+}
+
+bool IsKeyInside(HKEY key, const wchar_t* sub_key) {
+  const std::optional<std::wstring> name = NameOfKey(key);
+  return g_ground.reach == FenceReach::kPrefix || !name ||
+         IsScratchKey(*name + L"\\" + (sub_key != nullptr ? sub_key : L""));
+}
+
+void RedirectKey(HKEY key, HKEY target) {
+  const std::lock_guard<std::mutex> lock(g_redirections_mutex);
+  if (target == nullptr) {
+    g_redirections.erase(key);
+  } else {
+    g_redirections[key] = NameOfOpenKey(target).value_or(L"(no key)");
+  }
+}
+
+std::wstring DescribeKey(HKEY key, const wchar_t* sub_key) {
+  const std::wstring name = NameOfKey(key).value_or(L"");
+  return sub_key == nullptr || *sub_key == L'\0' ? name : name + L"\\" + sub_key;
+}
+
+DWORD ProcessIdOf(HANDLE process) {
+  return g_ground.windows->get_process_id(process);
+}
+
+bool IsProcessInside(DWORD process_id) {
+  const std::lock_guard<std::mutex> lock(g_processes_mutex);
+  return g_ground.reach == FenceReach::kPrefix || g_processes.contains(process_id);
+}
+
+void AdmitProcess(DWORD process_id) {
+  const std::lock_guard<std::mutex> lock(g_processes_mutex);
+  g_processes.insert(process_id);
+}
+
+bool IsEverythingInside() {
+  return g_ground.reach == FenceReach::kPrefix;
+}
+
+bool IsLibraryInside(HMODULE library) {
+  if (library == nullptr) {
+    return false;
+  }
+  const std::wstring folder = FolderOf(library);
+  return folder.starts_with(g_ground.program_folder) || IsInScratch(folder);
+}
+
+}  // namespace nhupdate_test

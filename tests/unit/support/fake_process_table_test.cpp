@@ -1,0 +1,109 @@
+#include "tests/support/fake_process_table.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest-spi.h>
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "base/unique_handle.h"
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::UniqueKernelHandle;
+using testing::ElementsAre;
+
+std::wstring ImageNameOf(HANDLE process) {
+  std::array<wchar_t, 64> path = {};
+  DWORD units = static_cast<DWORD>(path.size());
+  EXPECT_TRUE(::QueryFullProcessImageNameW(process, 0, path.data(), &units));
+  return path.data();
+}
+
+TEST(FakeProcessTableTest, ListsAndNamesTheGivenProcesses) {
+  const FakeProcessTable table({{4242, L"C:\\a.exe"}, {4246, L"C:\\b.exe"}});
+  std::array<DWORD, 8> ids = {};
+  DWORD bytes = 0;
+
+  EXPECT_TRUE(::K32EnumProcesses(ids.data(), sizeof(ids), &bytes));
+  const UniqueKernelHandle process(::OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, ids[1]));
+
+  EXPECT_EQ(bytes, 2 * sizeof(DWORD));
+  EXPECT_EQ(ImageNameOf(process.Get()), L"C:\\b.exe");
+  EXPECT_EQ(table.Enumerations(), 1);
+}
+
+TEST(FakeProcessTableTest, EndsAProcessUnlessItRefuses) {
+  const FakeProcessTable table(
+      {{4242, L"C:\\a.exe"}, {.id = 4246, .image_path = L"C:\\b.exe", .refuses_to_end = true}});
+  const UniqueKernelHandle first(::OpenProcess(PROCESS_TERMINATE, FALSE, 4242));
+  const UniqueKernelHandle second(::OpenProcess(PROCESS_TERMINATE, FALSE, 4246));
+
+  EXPECT_TRUE(::TerminateProcess(first.Get(), 0));
+  EXPECT_FALSE(::TerminateProcess(second.Get(), 0));
+
+  EXPECT_THAT(table.Running(), ElementsAre(4246u));
+  EXPECT_EQ(::WaitForSingleObject(first.Get(), 1), DWORD{WAIT_OBJECT_0});
+  EXPECT_EQ(::WaitForSingleObject(second.Get(), 1), DWORD{WAIT_TIMEOUT});
+}
+
+TEST(FakeProcessTableTest, HasProcessesThatLiveOnOrAreDenied) {
+  const FakeProcessTable table(
+      {{.id = 4242, .image_path = L"C:\\a.exe", .ends_when_terminated = false},
+       {.id = 4246, .image_path = L"C:\\b.exe", .can_be_terminated = false},
+       {.id = 4250, .image_path = L"C:\\c.exe", .can_be_read = false}});
+  const UniqueKernelHandle first(::OpenProcess(PROCESS_TERMINATE, FALSE, 4242));
+
+  EXPECT_TRUE(::TerminateProcess(first.Get(), 0));
+  EXPECT_EQ(::OpenProcess(PROCESS_TERMINATE, FALSE, 4246), nullptr);
+  EXPECT_EQ(::OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, 4250), nullptr);
+
+  EXPECT_THAT(table.Running(), ElementsAre(4242u, 4246u, 4250u));
+}
+
+TEST(FakeProcessTableTest, OpensNoOtherProcess) {
+  const FakeProcessTable table;
+
+  EXPECT_EQ(::OpenProcess(PROCESS_TERMINATE, FALSE, ::GetCurrentProcessId()), nullptr);
+}
+
+TEST(FakeProcessTableTest, TellsThisProcessAnIdThatNoRealOneHas) {
+  const DWORD real = ::GetCurrentProcessId();
+  const FakeProcessTable table;
+
+  EXPECT_EQ(::GetCurrentProcessId(), FakeProcessTable::kOwnId);
+  EXPECT_NE(FakeProcessTable::kOwnId % 4, 0u);  // as those of Windows and Wine are
+  EXPECT_NE(real, FakeProcessTable::kOwnId);
+}
+
+TEST(FakeProcessTableTest, LeavesTheProcessesOfTheTableBehindItAlone) {
+  const FakeProcessTable behind({{4242, L"C:\\behind.exe"}});
+  const UniqueKernelHandle process(::OpenProcess(PROCESS_TERMINATE, FALSE, 4242));
+  const FakeProcessTable front({{4242, L"C:\\front.exe"}});
+
+  EXPECT_EQ(ImageNameOf(process.Get()), L"C:\\behind.exe");
+  EXPECT_TRUE(::TerminateProcess(process.Get(), 0));
+
+  EXPECT_THAT(behind.Running(), testing::IsEmpty());
+  EXPECT_THAT(front.Running(), ElementsAre(4242u));
+}
+
+HANDLE OpenToEnd(DWORD id) {
+  return ::OpenProcess(PROCESS_TERMINATE, FALSE, id);
+}
+
+// By way of a pointer, or the compiler takes the function's address before the table is there.
+HANDLE (*volatile open_to_end)(DWORD) = &OpenToEnd;
+
+void LeaveOpen() {
+  const FakeProcessTable table({{4242, L"C:\\a.exe"}});
+  EXPECT_NE(open_to_end(4242), nullptr);
+}
+
+TEST(FakeProcessTableTest, FailsTheTestThatLeavesAProcessOpen) {
+  EXPECT_NONFATAL_FAILURE(LeaveOpen(), "Process 4242 was not closed.");
+}
+
+}  // namespace
+}  // namespace nhupdate_test

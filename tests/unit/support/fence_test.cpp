@@ -1,0 +1,247 @@
+// The fence, with processes that call through it (fence_trespasser.cpp): nothing is left of one
+// that is ended.
+
+#include "tests/support/fence.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "base/existence.h"
+#include "base/unique_handle.h"
+#include "base/windows.h"
+#include "tests/support/files.h"
+#include "tests/support/scratch_folder.h"
+#include "tests/support/unused_name.h"
+#include "tests/support/utf8_text.h"
+
+namespace nhupdate_test {
+namespace {
+
+using testing::HasSubstr;
+
+// Instead of a process id.
+constexpr DWORD kItself = 0;
+
+constexpr const wchar_t* kPlacedCalls[] = {
+    L"CreateDirectoryW",
+    L"RemoveDirectoryW",
+    L"DeleteFileW",
+    L"DeleteFileW, literal",
+    L"DeleteFileW, roundabout",
+    L"DeleteFileW, faked",
+    L"SetFileAttributesW",
+    L"CopyFileW",
+    L"MoveFileW, from",
+    L"MoveFileW, to",
+    L"CreateFileW, to write",
+    L"CreateFileW, to append",
+    L"CreateFileW, to rename",
+    L"CreateFileW, to create",
+    L"SetFileInformationByHandle",
+    L"CreateHardLinkW",
+    L"CreateSymbolicLinkW",
+    L"WritePrivateProfileStringW",
+    L"SHCreateDirectoryExW",
+    L"RegCreateKeyExW",
+    L"RegCreateKeyExW, redirected",
+    L"RegSetValueExW",
+    L"RegSetKeyValueW",
+    L"RegDeleteTreeW",
+    L"CreateProcessW",
+    L"ShellExecuteExW",
+    L"OpenProcess",
+    L"TerminateProcess",
+    L"the library's CreateFileW",
+};
+
+constexpr const wchar_t* kOutsideCalls[] = {
+    L"RegCreateKeyExW, machine",
+    L"WritePrivateProfileStringW, mere name",
+    L"ShellExecuteW, searched",
+    L"MessageBoxW",
+};
+
+constexpr const wchar_t* kReadingCalls[] = {
+    L"CreateFileW, to read",
+    L"CopyFileW, from",
+    L"RegOpenKeyExW",
+    L"OpenProcess, to look",
+};
+
+// A folder with a file and a key, where the trespassers are sent.
+class Target {
+ public:
+  Target(const std::wstring& folder, const std::wstring& key, const std::wstring& program)
+      : folder_(folder), key_(L"Software\\" + key), program_(program) {
+    const AllowOutside open("what is outside has to be made");
+    WriteFileBytes(folder_ + L"\\file", "untouched");
+    nhupdate::UniqueRegistryKey created;
+    EXPECT_EQ(::RegCreateKeyExW(HKEY_CURRENT_USER, key_.c_str(), 0, nullptr, REG_OPTION_VOLATILE,
+                                KEY_ALL_ACCESS, nullptr, created.Receive(), nullptr),
+              ERROR_SUCCESS);
+  }
+
+  ~Target() {
+    const AllowOutside open("and unmade");
+    RemoveTree(folder_);
+    ::RegDeleteTreeW(HKEY_CURRENT_USER, key_.c_str());
+  }
+
+  Target(const Target&) = delete;
+  Target& operator=(const Target&) = delete;
+
+  [[nodiscard]] std::wstring Arguments(const std::wstring& scratch, DWORD process) const {
+    return L" \"" + folder_ + L"\" \"" + scratch + L"\" \"" + key_ + L"\" \"" + program_ + L"\" " +
+           std::to_wstring(process);
+  }
+
+  void ExpectUntouched() const {
+    EXPECT_THAT(ListTree(folder_), testing::ElementsAre(L"file"));
+    EXPECT_EQ(ReadFileBytes(folder_ + L"\\file"), "untouched");
+    EXPECT_EQ(::GetFileAttributesW((folder_ + L"\\file").c_str()) & FILE_ATTRIBUTE_HIDDEN, 0U);
+    nhupdate::UniqueRegistryKey key;
+    EXPECT_EQ(::RegOpenKeyExW(HKEY_CURRENT_USER, key_.c_str(), 0, KEY_QUERY_VALUE, key.Receive()),
+              ERROR_SUCCESS);
+    DWORD keys = 0;
+    DWORD values = 0;
+    ::RegQueryInfoKeyW(key.Get(), nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values,
+                       nullptr, nullptr, nullptr, nullptr);
+    EXPECT_EQ(keys + values, 0U);
+  }
+
+ private:
+  std::wstring folder_;
+  std::wstring key_;
+  std::wstring program_;
+};
+
+class FenceTest : public testing::Test {
+ protected:
+  struct End {
+    DWORD exit_code = 0;
+    std::string message;
+  };
+
+  [[nodiscard]] End Trespass(const std::wstring& reach, const std::wstring& call,
+                             const Target& target, DWORD process) const {
+    const std::wstring messages = scratch_.Path() + L"\\messages " + UnusedName();
+    SECURITY_ATTRIBUTES inherited = {sizeof(inherited), nullptr, TRUE};
+    nhupdate::UniqueFile file(::CreateFileW(messages.c_str(), GENERIC_WRITE, FILE_SHARE_READ,
+                                            &inherited, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
+                                            nullptr));
+    const ScratchFolder scratch;
+    const std::wstring program = TestProgramFolder() + L"\\fence_trespasser.exe";
+    std::wstring command_line = L"\"" + program + L"\" " + reach + L" \"" + call + L"\"" +
+                                target.Arguments(scratch.Path(), process);
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = startup.hStdError = file.Get();
+    PROCESS_INFORMATION information = {};
+    EXPECT_TRUE(::CreateProcessW(program.c_str(), command_line.data(), nullptr, nullptr, TRUE, 0,
+                                 nullptr, nullptr, &startup, &information));
+    ::CloseHandle(information.hThread);
+    const nhupdate::UniqueKernelHandle trespasser(information.hProcess);
+    constexpr DWORD kLimitMs = 30'000;
+    EXPECT_EQ(::WaitForSingleObject(trespasser.Get(), kLimitMs), WAIT_OBJECT_0);
+    End end;
+    ::GetExitCodeProcess(trespasser.Get(), &end.exit_code);
+    file.Reset();
+    end.message = ReadFileBytes(messages);
+    return end;
+  }
+
+  // Beside the scratch folders, but not with their name.
+  [[nodiscard]] std::wstring OutsideFolder() const {
+    const std::wstring& scratch = scratch_.Path();
+    return scratch.substr(0, scratch.rfind(L'\\') + 1) + L"beyond the fence " + unused_name_;
+  }
+
+  // Ends at once where it would be started all the same.
+  [[nodiscard]] static std::wstring OutsideProgram() {
+    return L"C:\\windows\\system32\\hostname.exe";
+  }
+
+  ScratchFolder scratch_;
+  std::wstring unused_name_ = UnusedName();
+  Target outside_{OutsideFolder(), L"beyond the fence " + unused_name_, OutsideProgram()};
+  Target inside_{scratch_.Path() + L"\\target", L"nhupdate fence " + unused_name_,
+                 TestProgramFolder() + L"\\idle.exe"};
+};
+
+TEST_F(FenceTest, EndsTheRunAtEveryCallThatReachesOutside) {
+  for (const wchar_t* call : kPlacedCalls) {
+    const End end = Trespass(L"scratch", call, outside_, ::GetCurrentProcessId());
+
+    EXPECT_EQ(end.exit_code, kEndedAtTheFence) << testing::PrintToString(call);
+    std::string function = ToUtf8(call);
+    function = function.substr(0, function.find(','));
+    function = function.substr(function.rfind(' ') + 1);
+    EXPECT_THAT(end.message, HasSubstr("The fence: " + function + " reaches outside with \""));
+  }
+  outside_.ExpectUntouched();
+}
+
+TEST_F(FenceTest, NamesThePlaceThatIsOutside) {
+  EXPECT_THAT(Trespass(L"scratch", L"DeleteFileW", outside_, kItself).message,
+              HasSubstr("with \"" + ToUtf8(OutsideFolder()) + "\\file\""));
+  EXPECT_THAT(Trespass(L"scratch", L"RegDeleteTreeW", outside_, kItself).message,
+              HasSubstr("\\Software\\beyond the fence " + ToUtf8(unused_name_) + "\""));
+}
+
+TEST_F(FenceTest, EndsTheRunAtWhatIsAlwaysOutside) {
+  for (const wchar_t* call : kOutsideCalls) {
+    EXPECT_EQ(Trespass(L"scratch", call, inside_, kItself).exit_code, kEndedAtTheFence)
+        << testing::PrintToString(call);
+  }
+}
+
+TEST_F(FenceTest, LetsTheSameCallsThroughInside) {
+  for (const wchar_t* call : kPlacedCalls) {
+    const std::wstring name = L"nhupdate fence " + UnusedName();
+    const Target target(scratch_.Path() + L"\\" + name, name, TestProgramFolder() + L"\\idle.exe");
+    const End end = Trespass(L"scratch", call, target, kItself);
+
+    EXPECT_EQ(end.exit_code, 0U) << testing::PrintToString(call) << end.message;
+  }
+}
+
+TEST_F(FenceTest, LetsWhateverOnlyReadsThrough) {
+  for (const wchar_t* call : kReadingCalls) {
+    EXPECT_EQ(Trespass(L"scratch", call, outside_, ::GetCurrentProcessId()).exit_code, 0U)
+        << testing::PrintToString(call);
+  }
+}
+
+TEST_F(FenceTest, OpensForATestThatSaysSo) {
+  const End end = Trespass(L"opened", L"DeleteFileW", outside_, kItself);
+
+  EXPECT_EQ(end.exit_code, 0U);
+  EXPECT_EQ(end.message, "");
+  EXPECT_FALSE(nhupdate::Exists(OutsideFolder() + L"\\file"));
+}
+
+TEST_F(FenceTest, GoesAroundThePrefixWhereThatIsTheScratchFolder) {
+  EXPECT_EQ(Trespass(L"prefix", L"DeleteFileW", outside_, kItself).exit_code, 0U);
+  EXPECT_FALSE(nhupdate::Exists(OutsideFolder() + L"\\file"));
+  EXPECT_EQ(Trespass(L"prefix", L"RegDeleteTreeW", outside_, kItself).exit_code, 0U);
+  EXPECT_EQ(Trespass(L"prefix", L"OpenProcess", outside_, ::GetCurrentProcessId()).exit_code, 0U);
+
+  // Another drive is not in the prefix.
+  const Target none(scratch_.Path() + L"\\none", L"nhupdate none", L"Z:\\no\\such\\program.exe");
+  EXPECT_EQ(Trespass(L"prefix", L"CreateProcessW", none, kItself).exit_code, kEndedAtTheFence);
+}
+
+TEST_F(FenceTest, LeavesTheLastErrorAsItWas) {
+  ::SetLastError(4711);
+  ::RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\nhupdate no such key");
+  EXPECT_EQ(::GetLastError(), 4711U);
+
+  EXPECT_FALSE(::DeleteFileW((scratch_.Path() + L"\\nothing").c_str()));
+  EXPECT_EQ(::GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,85 @@
+#include "tests/support/scratch_registry.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "base/registry.h"
+#include "tests/support/registry_recorder.h"
+#include "tests/support/steam_setting.h"
+
+namespace nhupdate_test {
+namespace {
+
+TEST(ScratchRegistryTest, TakesWhatIsWrittenAndForgetsItAfterwards) {
+  {
+    const ScratchRegistry registry;
+    EXPECT_TRUE(registry.IsEmpty());
+
+    EXPECT_EQ(nhupdate::SetRegString(L"SOFTWARE\\nhupdate", L"name", L"text"), 1);
+
+    EXPECT_FALSE(registry.IsEmpty());
+    EXPECT_EQ(registry.Text(L"SOFTWARE\\nhupdate", L"name"), L"text");
+    EXPECT_EQ(registry.Text(L"SOFTWARE\\nhupdate", L"other"), L"(none)");
+  }
+
+  const ScratchRegistry next;
+  EXPECT_TRUE(next.IsEmpty());
+}
+
+TEST(ScratchRegistryTest, KeepsTheUserApartFromTheMachine) {
+  const ScratchRegistry registry;
+  const std::vector<std::uint8_t> bytes = {1, 0, 2};
+
+  SetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\nhupdate", L"name", {REG_BINARY, bytes});
+
+  const auto value = GetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\nhupdate", L"name");
+  ASSERT_TRUE(value);
+  EXPECT_EQ(value->type, DWORD{REG_BINARY});
+  EXPECT_EQ(value->bytes, bytes);
+  EXPECT_EQ(GetRegistryValue(HKEY_LOCAL_MACHINE, L"SOFTWARE\\nhupdate", L"name"), std::nullopt);
+  EXPECT_TRUE(registry.IsEmpty());
+}
+
+TEST(ScratchRegistryTest, LeavesTheRealRegistryAlone) {
+  {
+    const ScratchRegistry registry;
+    SetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\nhupdate", L"name", {REG_BINARY, {1}});
+    SetRegistryValue(HKEY_LOCAL_MACHINE, L"SOFTWARE\\nhupdate", L"name", {REG_BINARY, {1}});
+  }
+
+  EXPECT_EQ(GetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\nhupdate", L"name"), std::nullopt);
+  EXPECT_EQ(GetRegistryValue(HKEY_LOCAL_MACHINE, L"SOFTWARE\\nhupdate", L"name"), std::nullopt);
+}
+
+TEST(SteamSettingTest, IsWhatTheProgramReads) {
+  SteamSetting steam;
+  std::wstring language;
+  EXPECT_EQ(nhupdate::GetRegString(L"SOFTWARE\\Valve\\Steam", L"Language", language), 0);
+
+  steam.SetLanguage(L"english");
+
+  EXPECT_EQ(nhupdate::GetRegString(L"SOFTWARE\\Valve\\Steam", L"Language", language), 1);
+  EXPECT_EQ(language, L"english");
+}
+
+TEST(RegistryRecorderTest, WritesDownWhatIsWrittenAndStored) {
+  const ScratchRegistry registry;
+  RegistryRecorder recorder;
+  recorder.FailAtValue(2);
+
+  EXPECT_EQ(nhupdate::SetRegString(L"SOFTWARE\\nhupdate", L"first", L"a"), 1);
+  EXPECT_EQ(nhupdate::SetRegString(L"SOFTWARE\\nhupdate", L"second", L"b"), 0);
+
+  const WrittenValue first = Text(L"SOFTWARE\\nhupdate", L"first", L"a");
+  EXPECT_EQ(recorder.Written(), std::vector<WrittenValue>({first}));
+  EXPECT_EQ(recorder.OpenedKeys(), 2);
+  EXPECT_EQ(recorder.OpenKeys(), 0);
+  EXPECT_EQ(StoredValue(L"SOFTWARE\\nhupdate", L"first"), first);
+  EXPECT_EQ(StoredValue(L"SOFTWARE\\nhupdate", L"second").type, DWORD{REG_NONE});
+}
+
+}  // namespace
+}  // namespace nhupdate_test
