@@ -7,7 +7,7 @@ namespace nhupdate {
 
 namespace {
 
-// The entry itself, even if it is a link. Without the flag for folders Windows opens files only.
+// The entry itself, even if it is a link. Without the flag for folders Windows opens no folder.
 UniqueFile OpenItself(const std::wstring& path, DWORD access, EntryKind kind) {
   const DWORD kind_flag = kind == EntryKind::kFolder ? FILE_FLAG_BACKUP_SEMANTICS : 0;
   return UniqueFile(::CreateFileW(PathForWindows(path).c_str(), access | FILE_READ_ATTRIBUTES,
@@ -23,6 +23,14 @@ constexpr DWORD kPosixSemantics = 0x2;
 struct DispositionInfoEx {
   DWORD flags;
 };
+
+bool IsOfKind(const UniqueFile& entry, EntryKind kind) {
+  FILE_BASIC_INFO information = {};
+  const bool is_folder = ::GetFileInformationByHandleEx(entry.Get(), FileBasicInfo, &information,
+                                                        sizeof(information)) &&
+                         (information.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  return is_folder == (kind == EntryKind::kFolder);
+}
 
 bool DeleteOpened(const UniqueFile& entry) {
   // The name goes at once, also while others still have the file open: something new is going to
@@ -43,6 +51,9 @@ std::optional<DWORD> DeleteEntry(const std::wstring& path, EntryKind kind, const
   }
   if (!CPlace(entry).IsSameAs(place)) {
     return ERROR_CANT_ACCESS_FILE;
+  }
+  if (!IsOfKind(entry, kind)) {
+    return ERROR_DIRECTORY;
   }
   if (!DeleteOpened(entry)) {
     const DWORD error = ::GetLastError();

@@ -18,6 +18,14 @@ bool CHeldFolder::IsPlainAt(const CPlace& place) const {
   return folder_.IsValid() && !IsLink(folder_) && CPlace(folder_).IsSameAs(place);
 }
 
+bool CHeldFolder::LeadsElsewhere(const CPlace& place) const {
+  if (!folder_.IsValid()) {
+    return false;
+  }
+  const CPlace own_place(folder_);
+  return IsLink(folder_) || (own_place.IsKnown() && place.IsKnown() && !own_place.IsSameAs(place));
+}
+
 bool CHeldFolder::MayHold(const std::wstring& path) const {
   if (!folder_.IsValid()) {
     return !IsMissing();

@@ -31,6 +31,11 @@ class CHeldFolder {
   // out.
   [[nodiscard]] bool IsPlainAt(const CPlace& place) const;
 
+  // True when it is a link, may be one, or is known to lie elsewhere. Where that can't be found out
+  // and the folder itself is no link, it is taken to lie there: for walks in which each level was
+  // held before the next.
+  [[nodiscard]] bool LeadsElsewhere(const CPlace& place) const;
+
   // True when what the path leads to is this folder or lies below it, by whatever names the two are
   // called. True also when that can't be found out; but a folder that isn't there holds nothing.
   [[nodiscard]] bool MayHold(const std::wstring& path) const;

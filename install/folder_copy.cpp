@@ -27,10 +27,10 @@ std::optional<DWORD> MakePlainFolder(const std::wstring& folder, const CPlace& p
                                      std::optional<CHeldFolder>& held) {
   ::CreateDirectoryW(PathForWindows(folder).c_str(), nullptr);  // usually there already
   held.emplace(folder);
-  if (held->IsPlainAt(place) || held->IsMissing()) {
+  if (held->IsMissing()) {
     return std::nullopt;
   }
-  if (held->Error()) {
+  if (!held->LeadsElsewhere(place)) {
     return held->Error();
   }
   held.reset();
@@ -39,7 +39,7 @@ std::optional<DWORD> MakePlainFolder(const std::wstring& folder, const CPlace& p
   }
   ::CreateDirectoryW(PathForWindows(folder).c_str(), nullptr);
   held.emplace(folder);
-  return held->IsPlainAt(place) ? std::nullopt : std::optional<DWORD>(ERROR_CANT_ACCESS_FILE);
+  return held->LeadsElsewhere(place) ? ERROR_CANT_ACCESS_FILE : held->Error();
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ namespace {
 
 std::vector<std::wstring> FilesMatching(const std::wstring& pattern) {
   std::vector<std::wstring> names;
-  nhupdate::CFolderListing listing(ShippedConfigFolder() + L"\\" + pattern);
+  nhupdate::CFolderListing listing(ShippedConfigFolder(), (L"\\" + pattern).c_str());
   while (listing.Next()) {
     names.push_back(listing.Name());
   }

@@ -7,7 +7,6 @@
 namespace nhupdate_test {
 namespace {
 
-using nhupdate::kNoReparseTag;
 using nhupdate::MeansLink;
 
 struct LinkCase {
