@@ -29,6 +29,23 @@ DWORD RenameOpened(const UniqueFile& file, const std::wstring& new_path) {
   return is_renamed ? ERROR_SUCCESS : error;
 }
 
+// True when the file's last byte, at `size`, is no line end; false also when it can't be read. What
+// is open for appending can't be read, so the file is opened once more, by its handle and not by a
+// name.
+bool EndsWithinALine(const UniqueFile& file, std::uint64_t size) {
+  if (size == 0) {
+    return false;
+  }
+  const UniqueFile reader(::ReOpenFile(file.Get(), FILE_READ_DATA, kShareAll, 0));
+  OVERLAPPED position = {};
+  position.Offset = static_cast<DWORD>(size - 1);
+  position.OffsetHigh = static_cast<DWORD>((size - 1) >> 32);
+  char last = '\n';
+  DWORD read = 0;
+  return reader.IsValid() && ::ReadFile(reader.Get(), &last, sizeof(last), &read, &position) &&
+         read == sizeof(last) && last != '\n';
+}
+
 }  // namespace
 
 OpenResult CLogFile::Open(const CLogFolder& folder) {
@@ -49,6 +66,8 @@ OpenResult CLogFile::Open(const CLogFolder& folder) {
   }
   file_ = std::move(file);
   identity_ = opened.identity;
+  end_ = 0;
+  has_open_line_ = false;
   return OpenResult::kOpened;
 }
 
@@ -66,6 +85,7 @@ bool CLogFile::MakeRotated(const CLogFolder& folder) {
     }
     file_ = std::move(file);
     identity_ = opened.identity;
+    end_ = 0;
     has_open_line_ = false;
     return true;
   }
@@ -73,6 +93,10 @@ bool CLogFile::MakeRotated(const CLogFolder& folder) {
 }
 
 bool CLogFile::Append(std::string_view record) {
+  const std::uint64_t size = State().size;
+  if (size != end_) {
+    has_open_line_ = EndsWithinALine(file_, size);
+  }
   std::string with_line_end;
   if (has_open_line_) {
     with_line_end = "\n";
@@ -83,6 +107,7 @@ bool CLogFile::Append(std::string_view record) {
   // How much was written tells all.
   std::ignore =
       ::WriteFile(file_.Get(), record.data(), static_cast<DWORD>(record.size()), &written, nullptr);
+  end_ = size + written;
   if (written != 0) {
     has_open_line_ = written < record.size();
   }

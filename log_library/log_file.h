@@ -58,7 +58,8 @@ class CLogFile {
  private:
   UniqueFile file_;
   FileIdentity identity_;
-  bool has_open_line_ = false;  // the last record was cut short
+  std::uint64_t end_ = 0;       // where this process's last record ends, if no other came behind it
+  bool has_open_line_ = false;  // what ends there was cut short
 };
 
 }  // namespace nhupdate
