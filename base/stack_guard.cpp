@@ -9,12 +9,14 @@
 
 #include "base/windows.h"
 
-extern "C" {
 // The names are the compiler's. Code that runs before the value is drawn, of which there is none
-// but the run-time library's, would see this one.
-std::uintptr_t __stack_chk_guard = 0x4E48'5550'4441'5400;  // NOLINT(bugprone-reserved-identifier)
-[[noreturn]] void __stack_chk_fail();                      // NOLINT(bugprone-reserved-identifier)
+// but the run-time library's, would see the one that stands here.
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+extern "C" {
+std::uintptr_t __stack_chk_guard = 0x4E48'5550'4441'5400;
+[[noreturn]] void __stack_chk_fail();
 }
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 namespace {
 
@@ -29,7 +31,7 @@ std::uint64_t Mixed(std::uint64_t state, std::uint64_t value) {
 // No single one of these is secret; who overwrites a buffer from outside would have to know all.
 // The value changes under this function, so it must not be guarded itself, nor what calls it; as a
 // constructor of the highest priority it is called by the run-time library alone.
-[[gnu::constructor(101), gnu::no_stack_protector]] void DrawGuard() {
+__attribute__((constructor(101), no_stack_protector)) void DrawGuard() {
   FILETIME time = {};
   ::GetSystemTimePreciseAsFileTime(&time);
   LARGE_INTEGER counter = {};
@@ -58,7 +60,7 @@ std::uint64_t Mixed(std::uint64_t state, std::uint64_t value) {
 
 // Ends the process with STATUS_STACK_BUFFER_OVERRUN without running any more of it; Windows still
 // writes its crash dump.
-void __stack_chk_fail() {  // NOLINT(bugprone-reserved-identifier)
+void __stack_chk_fail() {
   // What __fastfail is for other compilers.
   __asm__ volatile("int $0x29" : : "c"(FAST_FAIL_STACK_COOKIE_CHECK_FAILURE));
   __builtin_unreachable();
