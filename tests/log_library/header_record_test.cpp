@@ -23,6 +23,13 @@ using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;
 
+// The text of the only record.
+std::string HeaderOf(const LogPlace& place) {
+  const auto records = ReadRecords(place.CurrentFile());
+  EXPECT_EQ(records.size(), 1u);
+  return records.empty() ? std::string() : records[0].text;
+}
+
 TEST(LogHeaderTest, TellsWhoWritesOnWhatSystem) {
   const LogPlace place;
   LoadedLogLibrary library;
@@ -78,9 +85,7 @@ TEST(LogHeaderTest, NamesTheVersionOfTheRunningExecutable) {
       EXPECT_EQ(library.Start(place.Settings(), place.Folder()), 0);
     }
 
-    const auto records = ReadRecords(place.CurrentFile());
-    ASSERT_EQ(records.size(), 1u);
-    EXPECT_THAT(records[0].text, HasSubstr(std::string(", program version ") + test.version + ","))
+    EXPECT_THAT(HeaderOf(place), HasSubstr(std::string(", program version ") + test.version + ","))
         << test.name;
   }
 }
@@ -99,9 +104,7 @@ TEST(LogHeaderTest, SaysThatTheVersionOfAnExecutableWithoutAResourceIsUnknown) {
   }
 
   EXPECT_EQ(result, 0);
-  const auto records = ReadRecords(place.CurrentFile());
-  ASSERT_EQ(records.size(), 1u);
-  EXPECT_THAT(records[0].text, HasSubstr(", program version unknown, interface version 1.0.0,"));
+  EXPECT_THAT(HeaderOf(place), HasSubstr(", program version unknown, interface version 1.0.0,"));
 }
 
 TEST(LogHeaderTest, SaysThatTheVersionOfWindowsIsUnknown) {
@@ -118,9 +121,7 @@ TEST(LogHeaderTest, SaysThatTheVersionOfWindowsIsUnknown) {
   }
 
   EXPECT_EQ(result, 0);
-  const auto records = ReadRecords(place.CurrentFile());
-  ASSERT_EQ(records.size(), 1u);
-  EXPECT_THAT(records[0].text, HasSubstr(", Windows of unknown version, time zone "));
+  EXPECT_THAT(HeaderOf(place), HasSubstr(", Windows of unknown version, time zone "));
 }
 
 TEST(LogHeaderTest, IsWrittenWhateverTheLevel) {
@@ -130,9 +131,7 @@ TEST(LogHeaderTest, IsWrittenWhateverTheLevel) {
   const int result = library.Start(place.Settings(), place.Folder());
 
   EXPECT_EQ(result, 0);
-  const auto records = ReadRecords(place.CurrentFile());
-  ASSERT_EQ(records.size(), 1u);
-  EXPECT_THAT(records[0].text, StartsWith("Log library "));
+  EXPECT_THAT(HeaderOf(place), StartsWith("Log library "));
 }
 
 TEST(LogHeaderTest, HoldsTheWholeOfALongExecutablePath) {
@@ -152,10 +151,8 @@ TEST(LogHeaderTest, HoldsTheWholeOfALongExecutablePath) {
     result = library.Start(place.Settings(), place.Folder());
   }
 
-  const auto records = ReadRecords(place.CurrentFile());
   EXPECT_EQ(result, 0);
-  ASSERT_EQ(records.size(), 1u);
-  EXPECT_THAT(records[0].text,
+  EXPECT_THAT(HeaderOf(place),
               HasSubstr("executable C:\\" + std::string(700, 'p') + "\\long.exe,"));
 }
 

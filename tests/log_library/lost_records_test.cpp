@@ -16,7 +16,6 @@ namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
-using testing::StartsWith;
 
 enum class Room { kNone, kAllButFiveBytes, kEnough };
 
@@ -149,64 +148,6 @@ TEST(LostRecordsTest, CountTheHeaderRecord) {
 
   EXPECT_EQ(result, 0);
   EXPECT_THAT(ReadAllBehindTheHeader(place), ElementsAre(Loss("1"), "INFO|test|after"));
-}
-
-constexpr char kCutShort[] = "2026-11-20T14:03:05.123+02:00 [1:1] INFO  [tag] cut sh";
-
-// What another process leaves behind when the disk is full.
-void AppendCutRecord(const LogPlace& place) {
-  const nhupdate::UniqueFile file(::CreateFileW(place.CurrentFile().c_str(), FILE_APPEND_DATA,
-                                                FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                                OPEN_ALWAYS, 0, nullptr));
-  DWORD written = 0;
-  EXPECT_TRUE(::WriteFile(file.Get(), kCutShort, sizeof(kCutShort) - 1, &written, nullptr));
-}
-
-TEST(LostRecordsTest, OfAnotherProcessAreNotContinuedByTheNextRecord) {
-  StartedLog log;
-  log.library.Write(L"before");
-  AppendCutRecord(log.place);
-
-  log.library.Write(L"after");
-
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("before", "cut sh", "after"));
-}
-
-TEST(LostRecordsTest, OfAnEarlierRunAreNotContinuedByTheHeaderRecord) {
-  const LogPlace place;
-  AppendCutRecord(place);
-  LoadedLogLibrary library;
-
-  const int result = library.Start(place.Settings(), place.Folder());
-
-  EXPECT_EQ(result, 0);
-  const auto records = ReadRecords(place.CurrentFile());
-  ASSERT_EQ(records.size(), 2u);
-  EXPECT_EQ(records[0].text, "cut sh");
-  EXPECT_THAT(records[1].text, StartsWith("Log library "));
-}
-
-TEST(LostRecordsTest, AreLookedForOnlyBehindWhatOthersHaveWritten) {
-  StartedLog log;
-  log.library.Write(L"before");
-  int looks = 0;
-  {
-    Interposer<decltype(::ReOpenFile)> open(
-        log.library.Module(), "ReOpenFile",
-        [&](HANDLE file, DWORD access, DWORD sharing, DWORD flags) {
-          EXPECT_EQ(access, static_cast<DWORD>(FILE_READ_DATA));
-          ++looks;
-          return open.Original()(file, access, sharing, flags);
-        });
-    log.library.Write(L"one");
-    log.library.Write(L"two");
-    EXPECT_EQ(looks, 0);
-    AppendCutRecord(log.place);
-    log.library.Write(L"three");
-    log.library.Write(L"four");
-  }
-
-  EXPECT_EQ(looks, 1);
 }
 
 }  // namespace

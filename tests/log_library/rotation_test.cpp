@@ -1,14 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <utility>
-
 #include "base/existence.h"
 #include "tests/log_library/fake_uptime.h"
 #include "tests/log_library/loaded_log_library.h"
 #include "tests/log_library/log_records.h"
 #include "tests/support/files.h"
-#include "tests/support/interposer.h"
 
 namespace nhupdate_test {
 namespace {
@@ -85,68 +82,6 @@ TEST(LogRotationTest, FollowsARenameOfAFileThatIsNotFullWithinASecond) {
 
   EXPECT_THAT(ReadTexts(log.place.Outside(L"moved.log")), ElementsAre("before"));
   EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("after"));
-}
-
-// Says of the library's file, once, that it was deleted while it was open.
-class DeletedFile {
- public:
-  explicit DeletedFile(const LoadedLogLibrary& library)
-      : inspect_(
-            library.Module(), "GetFileInformationByHandleEx",
-            [this](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
-              const BOOL done = inspect_.Original()(file, kind, information, size);
-              if (kind == FileStandardInfo && std::exchange(is_deleted_, false)) {
-                static_cast<FILE_STANDARD_INFO*>(information)->NumberOfLinks = 0;
-              }
-              return done;
-            }) {}
-
-  void Delete() { is_deleted_ = true; }
-
- private:
-  bool is_deleted_ = false;
-  Interposer<decltype(::GetFileInformationByHandleEx)> inspect_;
-};
-
-TEST(LogRotationTest, WritesNothingIntoAFileThatWasDeleted) {
-  StartedLog log;
-  DeletedFile deleted(log.library);
-  const FakeUptime uptime(log.library);
-  log.library.Write(L"before");
-  ASSERT_TRUE(
-      ::MoveFileW(log.place.CurrentFile().c_str(), log.place.Outside(L"deleted.log").c_str()));
-  deleted.Delete();
-
-  log.library.Write(L"after");
-
-  EXPECT_THAT(ReadTexts(log.place.Outside(L"deleted.log")), ElementsAre("before"));
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("after"));
-}
-
-// Only without a turn can another process rotate the file and delete it in between.
-TEST(LogRotationTest, WritesARecordAgainWhoseFileWasDeletedUnderIt) {
-  StartedLog log;
-  DeletedFile deleted(log.library);
-  Interposer<decltype(::WaitForSingleObject)> wait(
-      log.library.Module(), "WaitForSingleObject",
-      [](HANDLE, DWORD) -> DWORD { return WAIT_TIMEOUT; });
-  log.library.Write(L"before");
-  {
-    bool is_first = true;
-    Interposer<decltype(::WriteFile)> write(
-        log.library.Module(), "WriteFile",
-        [&](HANDLE file, const void* data, DWORD size, DWORD* written, OVERLAPPED* overlapped) {
-          if (std::exchange(is_first, false)) {
-            ::MoveFileW(log.place.CurrentFile().c_str(), log.place.Outside(L"deleted.log").c_str());
-            deleted.Delete();
-          }
-          return write.Original()(file, data, size, written, overlapped);
-        });
-    log.library.Write(L"record");
-    EXPECT_EQ(write.Calls(), 2);
-  }
-
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("record"));
 }
 
 }  // namespace

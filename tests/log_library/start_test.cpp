@@ -24,35 +24,6 @@ TEST(LogStartTest, SucceedsWithZeroAndMakesTheFile) {
   EXPECT_THAT(ListTree(place.Folder()), ElementsAre(L"NHUpdateManager.log"));
 }
 
-TEST(LogStartTest, OpensTheFileForAppendingOnlySharedAndNotInherited) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-  DWORD access = 0;
-  DWORD sharing = 0;
-  DWORD disposition = 0;
-  bool is_inherited = true;
-  {
-    Interposer<decltype(::CreateFileW)> create(
-        library.Module(), "CreateFileW",
-        [&](const wchar_t* path, DWORD wanted, DWORD shared, SECURITY_ATTRIBUTES* security,
-            DWORD how, DWORD flags, HANDLE model) {
-          if (path == place.CurrentFile()) {
-            access = wanted;
-            sharing = shared;
-            disposition = how;
-            is_inherited = security != nullptr && security->bInheritHandle != FALSE;
-          }
-          return create.Original()(path, wanted, shared, security, how, flags, model);
-        });
-    EXPECT_EQ(library.Start(place.Settings(), place.Folder()), 0);
-  }
-
-  EXPECT_EQ(access, static_cast<DWORD>(FILE_APPEND_DATA | FILE_READ_ATTRIBUTES | SYNCHRONIZE));
-  EXPECT_EQ(sharing, static_cast<DWORD>(FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE));
-  EXPECT_EQ(disposition, static_cast<DWORD>(OPEN_ALWAYS));
-  EXPECT_FALSE(is_inherited);
-}
-
 TEST(LogStartTest, FailsWithACodeOfItsOwnForEachUnusableFolder) {
   const LogPlace place;
   WriteFileBytes(place.Outside(L"file"), "x");
