@@ -21,9 +21,11 @@ using testing::StartsWith;
 // The records go to the next rotated name, and the first one says so.
 void ExpectLogInPlaceOfTheCurrentFile(const LogPlace& place) {
   LoadedLogLibrary library;
+  const Interposer<decltype(::Sleep)> sleep(library.Module(), "Sleep", [](DWORD) {});
   ASSERT_EQ(library.Start(place.Settings(), place.Folder()), 0);
   library.Write(L"record");
 
+  EXPECT_EQ(sleep.Calls(), 0);  // such things don't go away by themselves
   const auto records = ReadRecords(place.RotatedFile(1));
   ASSERT_EQ(records.size(), 2u);
   EXPECT_THAT(records[0].text, StartsWith("Log library "));

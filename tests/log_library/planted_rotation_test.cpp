@@ -105,6 +105,17 @@ TEST(PlantedRotationTest, AnyNumberOfPlantedNamesKeepsNobodyWaiting) {
   WriteFileBytes(place.RotatedFile(1), "x");
   LoadedLogLibrary library;
   int deletions = 0;
+  int deletions_in_a_turn = 0;
+  bool is_in_a_turn = false;
+  Interposer<decltype(::WaitForSingleObject)> enter(library.Module(), "WaitForSingleObject",
+                                                    [&](HANDLE mutex, DWORD milliseconds) {
+                                                      is_in_a_turn = true;
+                                                      return enter.Original()(mutex, milliseconds);
+                                                    });
+  Interposer<decltype(::ReleaseMutex)> leave(library.Module(), "ReleaseMutex", [&](HANDLE mutex) {
+    is_in_a_turn = false;
+    return leave.Original()(mutex);
+  });
   Interposer<decltype(::FindNextFileW)> next(
       library.Module(), "FindNextFileW", [&](HANDLE, WIN32_FIND_DATAW* entry) -> BOOL {
         if (next.Calls() > kNeverEnding) {
@@ -118,7 +129,10 @@ TEST(PlantedRotationTest, AnyNumberOfPlantedNamesKeepsNobodyWaiting) {
       library.Module(), "CreateFileW",
       [&](const wchar_t* path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
           DWORD disposition, DWORD flags, HANDLE model) {
-        deletions += (access & DELETE) != 0 ? 1 : 0;
+        if ((access & DELETE) != 0) {
+          ++deletions;
+          deletions_in_a_turn += is_in_a_turn ? 1 : 0;
+        }
         return create.Original()(path, access, sharing, security, disposition, flags, model);
       });
 
@@ -128,6 +142,8 @@ TEST(PlantedRotationTest, AnyNumberOfPlantedNamesKeepsNobodyWaiting) {
   EXPECT_EQ(result, 0);
   EXPECT_EQ(entries, 9999);  // behind the first one
   EXPECT_EQ(deletions, 64);
+  EXPECT_EQ(deletions_in_a_turn, 0);
+  EXPECT_EQ(leave.Calls(), 1);
 }
 
 TEST(PlantedRotationTest, AFileThatAppearsUnderEachNewNameStopsRotationAndNothingElse) {
