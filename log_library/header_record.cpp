@@ -3,6 +3,7 @@
 #include <tuple>
 
 #include "base/windows.h"
+#include "log_library/program_version.h"
 #include "log_library/record_time.h"
 
 namespace nhupdate {
@@ -53,10 +54,10 @@ std::wstring TimeZone() {
 
 }  // namespace
 
-std::wstring HeaderText(std::string_view program_version) {
+std::wstring HeaderText(std::string_view interface_version) {
   return L"Log library " + Widen(NHUPDATE_LOG_LIBRARY_VERSION) + L", program version " +
-         Widen(program_version) + L", executable " + ExecutablePath() + L", Windows " +
-         WindowsVersion() + L", time zone " + TimeZone();
+         ProgramVersion() + L", interface version " + Widen(interface_version) + L", executable " +
+         ExecutablePath() + L", Windows " + WindowsVersion() + L", time zone " + TimeZone();
 }
 
 }  // namespace nhupdate

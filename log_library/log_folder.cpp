@@ -19,6 +19,9 @@ constexpr std::uint64_t kFileTimeUnitsPerDay = 24ULL * 60 * 60 * 10'000'000;  //
 // of these but ProgramData itself.
 constexpr int kLevelsBelowProgramData = 4;
 
+// At a time. That takes some hundredths of a second.
+constexpr int kMaxDeletions = 64;
+
 // Relative names would mean another folder as soon as the program changes its current one.
 std::wstring FullPath(const std::wstring& path) {
   const DWORD needed = ::GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
@@ -45,7 +48,7 @@ StartResult CLogFolder::Open(const std::wstring& path) {
   // could mean what it leads to.
   const std::wstring own_name = path_.ends_with(L':') ? path_ + L"\\" : path_;
   held_.emplace(own_name);
-  const UniqueFile folder = OpenUnfollowed(own_name, 0, OPEN_EXISTING);
+  const UniqueFile folder = OpenUnfollowed(own_name, 0, OPEN_EXISTING, kShareAll);
   OpenedFile opened;
   if (!folder.IsValid() || !Inspect(folder, opened) || !opened.IsFolder()) {
     return StartResult::kFolderNotUsable;
@@ -61,18 +64,23 @@ StartResult CLogFolder::Open(const std::wstring& path) {
                                                           : StartResult::kStarted;
 }
 
-std::wstring CLogFolder::CurrentFile() const {
-  return path_ + L"\\" + kCurrentName;
+std::wstring CLogFolder::PathOf(const std::wstring& name) const {
+  return path_ + L"\\" + name;
 }
 
-std::wstring CLogFolder::NextRotatedFile() const {
-  return path_ + L"\\" + RotatedName(NextRotatedNumber(ListRotatedFiles(path_)));
+std::vector<std::wstring> CLogFolder::NextRotatedNames() const {
+  std::vector<std::wstring> names;
+  for (const std::uint32_t number : NextRotatedNumbers(ListRotatedFiles(path_))) {
+    names.push_back(RotatedName(number));
+  }
+  return names;
 }
 
 void CLogFolder::DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_days) const {
   const std::uint64_t now = CurrentTime();
   const std::uint64_t max_age = max_age_days * kFileTimeUnitsPerDay;
   std::uint32_t kept = 0;
+  std::vector<std::wstring> outdated;
   for (const RotatedFile& file : ListRotatedFiles(path_)) {
     if (file.is_folder) {
       continue;
@@ -81,13 +89,14 @@ void CLogFolder::DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_d
     if (kept < max_count && !is_too_old) {
       ++kept;
     } else {
-      Delete(file.name);
+      outdated.push_back(file.name);
     }
   }
-}
-
-bool CLogFolder::IsCurrentFile(const UniqueFile& file) const {
-  return IsNamed(file, kCurrentName);
+  // The oldest first, so that what stays for the next time is the youngest of them.
+  for (int deleted = 0; deleted < kMaxDeletions && !outdated.empty(); ++deleted) {
+    Delete(outdated.back());
+    outdated.pop_back();
+  }
 }
 
 bool CLogFolder::IsReachedWithoutUsersLinks() const {
@@ -108,7 +117,7 @@ bool CLogFolder::IsNamed(const UniqueFile& file, const std::wstring& name) const
 }
 
 void CLogFolder::Delete(const std::wstring& name) const {
-  const UniqueFile file = OpenUnfollowed(path_ + L"\\" + name, DELETE, OPEN_EXISTING);
+  const UniqueFile file = OpenUnfollowed(PathOf(name), DELETE, OPEN_EXISTING, kShareAll);
   OpenedFile opened;
   if (!file.IsValid() || !Inspect(file, opened) || opened.IsLink() || opened.IsFolder() ||
       !IsNamed(file, name)) {

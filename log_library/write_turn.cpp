@@ -1,5 +1,6 @@
 #include "log_library/write_turn.h"
 
+#include <algorithm>
 #include <tuple>
 
 // This needs <windows.h> first.
@@ -9,8 +10,13 @@ namespace nhupdate {
 
 namespace {
 
-constexpr DWORD kTurnWaitMs = 1000;
 constexpr ULONGLONG kNoWaitMs = 10'000;
+
+// Several times what writers cost one another who do nothing but write, four at a time.
+constexpr std::chrono::milliseconds kPatienceOfATurn{2};
+
+// Waiting for less than this is not worth a call of its own.
+constexpr std::chrono::milliseconds kShortestWait{1};
 
 // The log folder belongs to the machine and not to a session: a service or a second user who is
 // logged on writes the same file, so the name is one for all sessions. Unlike shared memory, a
@@ -38,18 +44,38 @@ bool CWriterQueue::Enter() {
   if (!mutex_.IsValid()) {
     return false;
   }
-  const bool may_wait = ::GetTickCount64() >= no_wait_before_;
-  const DWORD result = ::WaitForSingleObject(mutex_.Get(), may_wait ? kTurnWaitMs : 0);
+  // Measured finely: whoever holds the mutex for a few milliseconds at a time, again and again,
+  // would pass unnoticed on the clock of the system's ticks.
+  const auto begin = std::chrono::steady_clock::now();
+  const DWORD result = ::WaitForSingleObject(mutex_.Get(), WaitLimitMs());
+  SpendPatience(result == WAIT_TIMEOUT ? patience_ : std::chrono::steady_clock::now() - begin);
   // A process that was killed in its turn leaves nothing half done: a record and a rotation are
   // one step each.
-  if (result == WAIT_OBJECT_0 || result == WAIT_ABANDONED) {
-    no_wait_before_ = 0;
-    return true;
+  return result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
+}
+
+DWORD CWriterQueue::WaitLimitMs() {
+  if (patience_ < kShortestWait) {
+    if (::GetTickCount64() < no_wait_before_) {
+      return 0;
+    }
+    patience_ = kPatience;
   }
-  if (may_wait) {
+  return static_cast<DWORD>(
+      std::chrono::duration_cast<std::chrono::milliseconds>(patience_).count());
+}
+
+void CWriterQueue::SpendPatience(std::chrono::steady_clock::duration waited) {
+  if (patience_ < kShortestWait) {
+    return;
+  }
+  patience_ -= waited;
+  if (patience_ < kShortestWait) {
     no_wait_before_ = ::GetTickCount64() + kNoWaitMs;
+  } else {
+    patience_ =
+        std::min<std::chrono::steady_clock::duration>(patience_ + kPatienceOfATurn, kPatience);
   }
-  return false;
 }
 
 void CWriterQueue::Leave() {
