@@ -1,7 +1,5 @@
 #include "log_library/header_record.h"
 
-#include <tuple>
-
 #include "base/windows.h"
 #include "log_library/program_version.h"
 #include "log_library/record_time.h"
@@ -47,7 +45,7 @@ std::wstring WindowsVersion() {
 
 std::wstring TimeZone() {
   DYNAMIC_TIME_ZONE_INFORMATION zone = {};
-  std::ignore = ::GetDynamicTimeZoneInformation(&zone);  // without it the name stays empty
+  ::GetDynamicTimeZoneInformation(&zone);  // without it the name stays empty
   return std::wstring(zone.TimeZoneKeyName) + L" (UTC" +
          Widen(FormatUtcOffset(CurrentRecordTime().utc_offset_minutes)) + L")";
 }

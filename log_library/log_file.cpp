@@ -147,7 +147,7 @@ bool CLogFile::Rename(const CLogFolder& folder) const {
 }
 
 void CLogFile::Flush() const {
-  std::ignore = ::FlushFileBuffers(file_.Get());  // nobody is told, and the records are written
+  ::FlushFileBuffers(file_.Get());  // nobody is told, and the records are written
 }
 
 }  // namespace nhupdate

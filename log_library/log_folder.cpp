@@ -2,6 +2,7 @@
 
 #include <tuple>
 
+#include "base/entry_deletion.h"
 #include "base/paths.h"
 #include "base/windows.h"
 #include "log_library/file_names.h"
@@ -53,11 +54,8 @@ StartResult CLogFolder::Open(const std::wstring& path) {
   if (!folder.IsValid() || !Inspect(folder, opened) || !opened.IsFolder()) {
     return StartResult::kFolderNotUsable;
   }
-  resolved_path_ = ResolvedPath(folder);
-  while (resolved_path_.ends_with(L'\\')) {
-    resolved_path_.pop_back();
-  }
-  if (resolved_path_.empty()) {
+  place_ = CPlace(folder);
+  if (!place_.IsKnown()) {
     return StartResult::kFolderNotUsable;
   }
   return opened.IsLink() || !IsReachedWithoutUsersLinks() ? StartResult::kFolderIsLink
@@ -94,7 +92,9 @@ void CLogFolder::DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_d
   }
   // The oldest first, so that what stays for the next time is the youngest of them.
   for (int deleted = 0; deleted < kMaxDeletions && !outdated.empty(); ++deleted) {
-    Delete(outdated.back());
+    const std::wstring& name = outdated.back();
+    // What stays is tried again with the next rotation.
+    std::ignore = DeleteEntry(PathOf(name), EntryKind::kFile, PlaceOf(name));
     outdated.pop_back();
   }
 }
@@ -113,21 +113,11 @@ bool CLogFolder::IsReachedWithoutUsersLinks() const {
 }
 
 bool CLogFolder::IsNamed(const UniqueFile& file, const std::wstring& name) const {
-  return IsSameName(ResolvedPath(file), resolved_path_ + L"\\" + name);
+  return CPlace(file).IsSameAs(PlaceOf(name));
 }
 
-void CLogFolder::Delete(const std::wstring& name) const {
-  const UniqueFile file = OpenUnfollowed(PathOf(name), DELETE, OPEN_EXISTING, kShareAll);
-  OpenedFile opened;
-  if (!file.IsValid() || !Inspect(file, opened) || opened.IsLink() || opened.IsFolder() ||
-      !IsNamed(file, name)) {
-    return;
-  }
-  FILE_DISPOSITION_INFO disposition = {};
-  disposition.DeleteFile = TRUE;
-  // What stays is tried again with the next rotation.
-  std::ignore = ::SetFileInformationByHandle(file.Get(), FileDispositionInfo, &disposition,
-                                             sizeof(disposition));
+CPlace CLogFolder::PlaceOf(const std::wstring& name) const {
+  return place_.Below(L"\\" + name);
 }
 
 }  // namespace nhupdate

@@ -32,7 +32,8 @@ class CLogFolder {
   // Deletes rotated files: those that were written last more than `max_age_days` ago, and the
   // oldest beyond `max_count`. What can't be deleted stays until the next time, and so does what is
   // more than a few dozen: anyone may put any number of files there, and nobody is to wait for
-  // them. Links and folders, which only others can have put there, stay in any case.
+  // them. Of a link, which only others can have put there, what it leads to stays, and so does a
+  // folder.
   void DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_days) const;
 
   // True when the file is the one of that name in this very folder, and not one that a link led to.
@@ -40,10 +41,10 @@ class CLogFolder {
 
  private:
   [[nodiscard]] bool IsReachedWithoutUsersLinks() const;
-  void Delete(const std::wstring& name) const;
+  [[nodiscard]] CPlace PlaceOf(const std::wstring& name) const;
 
   std::wstring path_;
-  std::wstring resolved_path_;
+  CPlace place_;
   std::optional<CHeldFolder> held_;
 };
 

@@ -23,13 +23,4 @@ bool Inspect(const UniqueFile& file, OpenedFile& opened) {
   return true;
 }
 
-std::wstring ResolvedPath(const UniqueFile& file) {
-  constexpr DWORD kKind = FILE_NAME_OPENED | VOLUME_NAME_NT;
-  const DWORD needed = ::GetFinalPathNameByHandleW(file.Get(), nullptr, 0, kKind);
-  std::wstring path(needed, L'\0');
-  const DWORD units = ::GetFinalPathNameByHandleW(file.Get(), path.data(), needed, kKind);
-  path.resize(units < needed ? units : 0);
-  return path;
-}
-
 }  // namespace nhupdate

@@ -39,7 +39,4 @@ inline constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHA
 // False when Windows doesn't tell.
 [[nodiscard]] bool Inspect(const UniqueFile& file, OpenedFile& opened);
 
-// The path on its volume with all links on the way resolved; empty when Windows doesn't tell.
-[[nodiscard]] std::wstring ResolvedPath(const UniqueFile& file);
-
 }  // namespace nhupdate

@@ -1,7 +1,6 @@
 #include "log_library/write_turn.h"
 
 #include <algorithm>
-#include <tuple>
 
 // This needs <windows.h> first.
 #include <sddl.h>
@@ -12,8 +11,14 @@ namespace {
 
 constexpr ULONGLONG kNoWaitMs = 10'000;
 
-// Several times what writers cost one another who do nothing but write, four at a time.
+// Several times what writers cost one another who do nothing but write, four at a time, on a
+// machine that does nothing else.
 constexpr std::chrono::milliseconds kPatienceOfATurn{2};
+
+// More writers than there ever are at once. What a single turn took counts only up to a limit: one
+// that hung says nothing about the others.
+constexpr int kTurnsOfOthers = 16;
+constexpr std::chrono::milliseconds kLongestTurn{2};
 
 // Waiting for less than this is not worth a call of its own.
 constexpr std::chrono::milliseconds kShortestWait{1};
@@ -37,7 +42,7 @@ void CWriterQueue::Open() {
   }
   SECURITY_ATTRIBUTES attributes = {sizeof(attributes), descriptor, FALSE};
   mutex_.Reset(::CreateMutexExW(&attributes, kMutexName, 0, SYNCHRONIZE | MUTEX_MODIFY_STATE));
-  std::ignore = ::LocalFree(descriptor);  // nothing could be done about a failure
+  ::LocalFree(descriptor);  // nothing could be done about a failure
 }
 
 bool CWriterQueue::Enter() {
@@ -48,7 +53,8 @@ bool CWriterQueue::Enter() {
   // would pass unnoticed on the clock of the system's ticks.
   const auto begin = std::chrono::steady_clock::now();
   const DWORD result = ::WaitForSingleObject(mutex_.Get(), WaitLimitMs());
-  SpendPatience(result == WAIT_TIMEOUT ? patience_ : std::chrono::steady_clock::now() - begin);
+  turn_begin_ = std::chrono::steady_clock::now();
+  SpendPatience(result == WAIT_TIMEOUT ? patience_ : turn_begin_ - begin);
   // A process that was killed in its turn leaves nothing half done: a record and a rotation are
   // one step each.
   return result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
@@ -72,14 +78,21 @@ void CWriterQueue::SpendPatience(std::chrono::steady_clock::duration waited) {
   patience_ -= waited;
   if (patience_ < kShortestWait) {
     no_wait_before_ = ::GetTickCount64() + kNoWaitMs;
-  } else {
-    patience_ =
-        std::min<std::chrono::steady_clock::duration>(patience_ + kPatienceOfATurn, kPatience);
+  }
+}
+
+void CWriterQueue::RegainPatience(std::chrono::steady_clock::duration turn) {
+  using Duration = std::chrono::steady_clock::duration;
+  if (patience_ >= kShortestWait) {
+    const Duration regained =
+        kPatienceOfATurn + kTurnsOfOthers * std::min<Duration>(turn, kLongestTurn);
+    patience_ = std::min<Duration>(patience_ + regained, kPatience);
   }
 }
 
 void CWriterQueue::Leave() {
-  std::ignore = ::ReleaseMutex(mutex_.Get());  // can't fail in one's own turn
+  ::ReleaseMutex(mutex_.Get());  // can't fail in one's own turn
+  RegainPatience(std::chrono::steady_clock::now() - turn_begin_);
 }
 
 }  // namespace nhupdate

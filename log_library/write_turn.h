@@ -22,9 +22,10 @@ class CWriterQueue {
   void Open();
 
   // Waits for the mutex as long as there is patience: two seconds for all calls together, whether
-  // they waited in vain or not, and two milliseconds more for each, so that writers who are merely
-  // busy don't use up one another's. When it is used up, nothing is waited for in the next ten
-  // seconds.
+  // they waited in vain or not. Each turn brings back a little, so that writers who are merely busy
+  // don't use up one another's: two milliseconds, and a multiple of the time that the turn itself
+  // took, which is longer for everyone on a machine under load. When it is used up, nothing is
+  // waited for in the next ten seconds.
   [[nodiscard]] bool Enter();
 
   void Leave();
@@ -32,9 +33,11 @@ class CWriterQueue {
  private:
   [[nodiscard]] DWORD WaitLimitMs();
   void SpendPatience(std::chrono::steady_clock::duration waited);
+  void RegainPatience(std::chrono::steady_clock::duration turn);
 
   UniqueKernelHandle mutex_;
   std::chrono::steady_clock::duration patience_ = kPatience;
+  std::chrono::steady_clock::time_point turn_begin_;
   ULONGLONG no_wait_before_ = 0;  // in the milliseconds of the system's uptime
 };
 
