@@ -26,7 +26,7 @@
 namespace nhupdate {
 
 CManagerCenter::CManagerCenter() {
-  std::ignore = ::CoInitialize(nullptr);  // only some shell calls profit from COM
+  ::CoInitialize(nullptr);  // only some shell calls profit from COM
 }
 
 CManagerCenter::~CManagerCenter() {

@@ -27,7 +27,7 @@ struct ArgumentArrayTraits {
   using Value = wchar_t**;
   static Value None() { return nullptr; }
   static void Close(Value arguments) {
-    std::ignore = ::LocalFree(arguments);  // there is nothing left to be done about it
+    ::LocalFree(arguments);  // there is nothing left to be done about it
   }
 };
 

@@ -5,7 +5,7 @@
 namespace nhupdate {
 
 // Reads the command line of the process, does the one thing it asks for and returns the exit code
-// of the process (app/result_code.h).
+// of the process (update/result_code.h).
 [[nodiscard]] int RunProgram();
 
 }  // namespace nhupdate

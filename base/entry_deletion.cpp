@@ -20,6 +20,7 @@ UniqueFile OpenItself(const std::wstring& path, DWORD access, EntryKind kind) {
 constexpr auto kDispositionInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(21);
 constexpr DWORD kDelete = 0x1;
 constexpr DWORD kPosixSemantics = 0x2;
+constexpr DWORD kForceImageSectionCheck = 0x4;
 struct DispositionInfoEx {
   DWORD flags;
 };
@@ -34,8 +35,8 @@ bool IsOfKind(const UniqueFile& entry, EntryKind kind) {
 
 bool DeleteOpened(const UniqueFile& entry) {
   // The name goes at once, also while others still have the file open: something new is going to
-  // take it. Older file systems only know the plain way.
-  DispositionInfoEx at_once = {kDelete | kPosixSemantics};
+  // take it. A program that is running stays, as ever. Older file systems only know the plain way.
+  DispositionInfoEx at_once = {kDelete | kPosixSemantics | kForceImageSectionCheck};
   FILE_DISPOSITION_INFO plain = {TRUE};
   return ::SetFileInformationByHandle(entry.Get(), kDispositionInfoEx, &at_once, sizeof(at_once)) ||
          ::SetFileInformationByHandle(entry.Get(), FileDispositionInfo, &plain, sizeof(plain));

@@ -57,12 +57,12 @@ std::wstring WithNamesOnDisk(const std::wstring& path) {
   std::size_t begin = kDriveRootUnits;
   while (begin < result.size()) {
     const std::size_t end = std::min(result.find(L'\\', begin), result.size());
-    const std::wstring name = NameOnDisk(result.substr(0, end));
-    // A name of another length would be a short one that a link or a race has brought in.
-    if (name.size() == end - begin) {
-      result.replace(begin, name.size(), name);
+    std::wstring name = NameOnDisk(result.substr(0, end));
+    if (name.empty()) {
+      name = result.substr(begin, end - begin);
     }
-    begin = end + 1;
+    result.replace(begin, end - begin, name);
+    begin += name.size() + 1;
   }
   return result;
 }

@@ -14,8 +14,12 @@ bool CHeldFolder::IsMissing() const {
   return error_ == ERROR_FILE_NOT_FOUND || error_ == ERROR_PATH_NOT_FOUND;
 }
 
+bool CHeldFolder::IsLink() const {
+  return folder_.IsValid() && nhupdate::IsLink(folder_);
+}
+
 bool CHeldFolder::IsPlainAt(const CPlace& place) const {
-  return folder_.IsValid() && !IsLink(folder_) && CPlace(folder_).IsSameAs(place);
+  return folder_.IsValid() && !IsLink() && CPlace(folder_).IsSameAs(place);
 }
 
 bool CHeldFolder::LeadsElsewhere(const CPlace& place) const {
@@ -23,7 +27,7 @@ bool CHeldFolder::LeadsElsewhere(const CPlace& place) const {
     return false;
   }
   const CPlace own_place(folder_);
-  return IsLink(folder_) || (own_place.IsKnown() && place.IsKnown() && !own_place.IsSameAs(place));
+  return IsLink() || (own_place.IsKnown() && place.IsKnown() && !own_place.IsSameAs(place));
 }
 
 bool CHeldFolder::MayHold(const std::wstring& path) const {

@@ -27,11 +27,14 @@ class CHeldFolder {
   // True when there is no such folder, nor anything else of its name.
   [[nodiscard]] bool IsMissing() const;
 
+  // True when it is a link, or may be one; false when there is none to be held.
+  [[nodiscard]] bool IsLink() const;
+
   // True when it is an ordinary folder and really lies there. False also when that can't be found
   // out.
   [[nodiscard]] bool IsPlainAt(const CPlace& place) const;
 
-  // True when it is a link, may be one, or is known to lie elsewhere. Where that can't be found out
+  // True when it is a link or is known to lie elsewhere. Where that can't be found out
   // and the folder itself is no link, it is taken to lie there: for walks in which each level was
   // held before the next.
   [[nodiscard]] bool LeadsElsewhere(const CPlace& place) const;

@@ -4,7 +4,6 @@
 // belongs to its kind. The kinds differ in how they are closed and in the value that means "none".
 // That something can't be closed is passed over: there is nothing left to be done about it.
 
-#include <tuple>
 #include <utility>
 
 #include "base/windows.h"
@@ -54,7 +53,7 @@ class UniqueHandle {
 struct KernelHandleTraits {
   using Value = HANDLE;
   static Value None() { return nullptr; }
-  static void Close(Value handle) { std::ignore = ::CloseHandle(handle); }
+  static void Close(Value handle) { ::CloseHandle(handle); }
 };
 // A process or a token.
 using UniqueKernelHandle = UniqueHandle<KernelHandleTraits>;
@@ -62,28 +61,28 @@ using UniqueKernelHandle = UniqueHandle<KernelHandleTraits>;
 struct FileHandleTraits {
   using Value = HANDLE;
   static Value None() { return INVALID_HANDLE_VALUE; }
-  static void Close(Value handle) { std::ignore = ::CloseHandle(handle); }
+  static void Close(Value handle) { ::CloseHandle(handle); }
 };
 using UniqueFile = UniqueHandle<FileHandleTraits>;
 
 struct FindHandleTraits {
   using Value = HANDLE;
   static Value None() { return INVALID_HANDLE_VALUE; }
-  static void Close(Value handle) { std::ignore = ::FindClose(handle); }
+  static void Close(Value handle) { ::FindClose(handle); }
 };
 using UniqueFindHandle = UniqueHandle<FindHandleTraits>;
 
 struct RegistryKeyTraits {
   using Value = HKEY;
   static Value None() { return nullptr; }
-  static void Close(Value key) { std::ignore = ::RegCloseKey(key); }
+  static void Close(Value key) { ::RegCloseKey(key); }
 };
 using UniqueRegistryKey = UniqueHandle<RegistryKeyTraits>;
 
 struct LibraryTraits {
   using Value = HMODULE;
   static Value None() { return nullptr; }
-  static void Close(Value library) { std::ignore = ::FreeLibrary(library); }
+  static void Close(Value library) { ::FreeLibrary(library); }
 };
 using UniqueLibrary = UniqueHandle<LibraryTraits>;
 

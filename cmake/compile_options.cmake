@@ -39,10 +39,19 @@ endif()
 if(MINGW)
   target_compile_options(nhupdate_options INTERFACE -ffunction-sections -fdata-sections)
   target_link_options(nhupdate_options INTERFACE
-    -static -fstack-protector-strong
+    -static
     LINKER:--dynamicbase,--high-entropy-va,--nxcompat LINKER:--no-insert-timestamp
     LINKER:--stack,${NHUPDATE_STACK_BYTES}
     LINKER:--gc-sections)
+
+  # The stack protector's own value and failure function (see the file). The linker isn't told of
+  # the protector, so that it doesn't take the compiler's library for it.
+  add_library(nhupdate_stack_guard STATIC ${PROJECT_SOURCE_DIR}/base/stack_guard.cpp)
+  foreach(property COMPILE_FEATURES COMPILE_OPTIONS COMPILE_DEFINITIONS INCLUDE_DIRECTORIES)
+    set_property(TARGET nhupdate_stack_guard PROPERTY
+      ${property} $<TARGET_PROPERTY:nhupdate_options,INTERFACE_${property}>)
+  endforeach()
+  target_link_libraries(nhupdate_options INTERFACE nhupdate_stack_guard)
 endif()
 
 if(NHUPDATE_SANITIZE)

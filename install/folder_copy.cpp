@@ -122,8 +122,11 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
   if (const std::optional<DWORD> error = MakePlainFolder(target, place, held)) {
     return Fail(target, *error, options);
   }
-  if (source_is_link) {
-    return true;  // what it leads to is none of the product's
+  // What a link leads to is none of the product's. The listing said what the source was when it was
+  // listed; from here on it stays what it is.
+  const CHeldFolder held_source(source);
+  if (source_is_link || held_source.IsLink()) {
+    return true;
   }
   CopyOptions deeper = options;
   deeper.delete_existing_sub_folders = false;

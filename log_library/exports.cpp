@@ -1,5 +1,10 @@
 // The four entries of the library and what happens when it is unloaded. Nothing is thrown over the
 // border: running out of memory ends the process, as everywhere in the program.
+//
+// Any number of threads may call the entries at the same time. The library may be unloaded, started
+// or stopped, as soon as no thread is in one of them and none will call one again: nothing runs in
+// the background, and the unloading closes the log. It is for the caller to see to that, since a
+// thread that is in an entry while the library goes away would return into nothing.
 
 #include <cstddef>
 #include <cwchar>
@@ -85,7 +90,9 @@ void WriteLog(int level, const wchar_t* tag, const wchar_t* text) noexcept {
 }
 
 BOOL WINAPI DllMain(HINSTANCE /*library*/, DWORD reason, void* reserved) noexcept {
-  // At the end of the process Windows closes everything, and the heap may be unusable.
+  // At the end of the process Windows closes everything, and the heap may be unusable. Otherwise no
+  // thread is in an entry, so the lock, which would have to be waited for under the loader's, isn't
+  // needed.
   const bool process_goes_on = reserved == nullptr;
   if (reason == DLL_PROCESS_DETACH && process_goes_on) {
     CloseLog();

@@ -1,8 +1,7 @@
 #include "log_library/header_record.h"
 
-#include <tuple>
-
 #include "base/windows.h"
+#include "log_library/program_version.h"
 #include "log_library/record_time.h"
 
 namespace nhupdate {
@@ -46,17 +45,17 @@ std::wstring WindowsVersion() {
 
 std::wstring TimeZone() {
   DYNAMIC_TIME_ZONE_INFORMATION zone = {};
-  std::ignore = ::GetDynamicTimeZoneInformation(&zone);  // without it the name stays empty
+  ::GetDynamicTimeZoneInformation(&zone);  // without it the name stays empty
   return std::wstring(zone.TimeZoneKeyName) + L" (UTC" +
          Widen(FormatUtcOffset(CurrentRecordTime().utc_offset_minutes)) + L")";
 }
 
 }  // namespace
 
-std::wstring HeaderText(std::string_view program_version) {
+std::wstring HeaderText(std::string_view interface_version) {
   return L"Log library " + Widen(NHUPDATE_LOG_LIBRARY_VERSION) + L", program version " +
-         Widen(program_version) + L", executable " + ExecutablePath() + L", Windows " +
-         WindowsVersion() + L", time zone " + TimeZone();
+         ProgramVersion() + L", interface version " + Widen(interface_version) + L", executable " +
+         ExecutablePath() + L", Windows " + WindowsVersion() + L", time zone " + TimeZone();
 }
 
 }  // namespace nhupdate

@@ -6,11 +6,14 @@
 #include <utility>
 #include <vector>
 
+#include "log_library/file_names.h"
+
 namespace nhupdate {
 
 namespace {
 
-bool RenameOpened(const UniqueFile& file, const std::wstring& new_path) {
+// Returns Windows' error.
+DWORD RenameOpened(const UniqueFile& file, const std::wstring& new_path) {
   // The structure ends in the name, of which it has room for one unit.
   const std::size_t name_bytes = new_path.size() * sizeof(wchar_t);
   std::vector<std::byte> buffer(sizeof(FILE_RENAME_INFO) + name_bytes);
@@ -20,29 +23,80 @@ bool RenameOpened(const UniqueFile& file, const std::wstring& new_path) {
   std::memcpy(buffer.data(), &information, sizeof(information));
   std::memcpy(buffer.data() + offsetof(FILE_RENAME_INFO, FileName), new_path.c_str(),
               name_bytes + sizeof(wchar_t));
-  return ::SetFileInformationByHandle(file.Get(), FileRenameInfo, buffer.data(),
-                                      static_cast<DWORD>(buffer.size())) != FALSE;
+  const BOOL is_renamed = ::SetFileInformationByHandle(file.Get(), FileRenameInfo, buffer.data(),
+                                                       static_cast<DWORD>(buffer.size()));
+  const DWORD error = ::GetLastError();
+  return is_renamed ? ERROR_SUCCESS : error;
+}
+
+// True when the file's last byte, at `size`, is no line end; false also when it can't be read. What
+// is open for appending can't be read, so the file is opened once more, by its handle and not by a
+// name.
+bool EndsWithinALine(const UniqueFile& file, std::uint64_t size) {
+  if (size == 0) {
+    return false;
+  }
+  const UniqueFile reader(::ReOpenFile(file.Get(), FILE_READ_DATA, kShareAll, 0));
+  OVERLAPPED position = {};
+  position.Offset = static_cast<DWORD>(size - 1);
+  position.OffsetHigh = static_cast<DWORD>((size - 1) >> 32);
+  char last = '\n';
+  DWORD read = 0;
+  return reader.IsValid() && ::ReadFile(reader.Get(), &last, sizeof(last), &read, &position) &&
+         read == sizeof(last) && last != '\n';
 }
 
 }  // namespace
 
-StartResult CLogFile::Open(const CLogFolder& folder) {
-  UniqueFile file = OpenUnfollowed(folder.CurrentFile(), FILE_APPEND_DATA, OPEN_ALWAYS);
+OpenResult CLogFile::Open(const CLogFolder& folder) {
+  UniqueFile file =
+      OpenUnfollowed(folder.PathOf(kCurrentName), FILE_APPEND_DATA, OPEN_ALWAYS, kShareAll);
+  const DWORD error = ::GetLastError();
+  if (!file.IsValid()) {
+    return error == ERROR_SHARING_VIOLATION ? OpenResult::kHeld : OpenResult::kFailed;
+  }
   OpenedFile opened;
-  if (!file.IsValid() || !Inspect(file, opened)) {
-    return StartResult::kFileNotOpened;
+  if (!Inspect(file, opened)) {
+    return OpenResult::kFailed;
   }
   // Where a link was followed nevertheless, the resolved path tells.
   if (opened.IsLink() || opened.IsFolder() || opened.name_count != 1 ||
-      !folder.IsCurrentFile(file)) {
-    return StartResult::kFileNotTrustworthy;
+      !folder.IsNamed(file, kCurrentName)) {
+    return OpenResult::kNotTrustworthy;
   }
   file_ = std::move(file);
   identity_ = opened.identity;
-  return StartResult::kStarted;
+  end_ = 0;
+  has_open_line_ = false;
+  return OpenResult::kOpened;
+}
+
+bool CLogFile::MakeRotated(const CLogFolder& folder) {
+  for (const std::wstring& name : folder.NextRotatedNames()) {
+    UniqueFile file = OpenUnfollowed(folder.PathOf(name), FILE_APPEND_DATA, CREATE_NEW,
+                                     FILE_SHARE_READ | FILE_SHARE_WRITE);
+    const DWORD error = ::GetLastError();
+    if (!file.IsValid() && (error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS)) {
+      continue;
+    }
+    OpenedFile opened;
+    if (!file.IsValid() || !Inspect(file, opened) || !folder.IsNamed(file, name)) {
+      return false;
+    }
+    file_ = std::move(file);
+    identity_ = opened.identity;
+    end_ = 0;
+    has_open_line_ = false;
+    return true;
+  }
+  return false;
 }
 
 bool CLogFile::Append(std::string_view record) {
+  const std::uint64_t size = State().size;
+  if (size != end_) {
+    has_open_line_ = EndsWithinALine(file_, size);
+  }
   std::string with_line_end;
   if (has_open_line_) {
     with_line_end = "\n";
@@ -53,32 +107,47 @@ bool CLogFile::Append(std::string_view record) {
   // How much was written tells all.
   std::ignore =
       ::WriteFile(file_.Get(), record.data(), static_cast<DWORD>(record.size()), &written, nullptr);
+  end_ = size + written;
   if (written != 0) {
     has_open_line_ = written < record.size();
   }
   return written == record.size();
 }
 
-std::uint64_t CLogFile::Size() const {
+LogFileState CLogFile::State() const {
   FILE_STANDARD_INFO information = {};
   if (!::GetFileInformationByHandleEx(file_.Get(), FileStandardInfo, &information,
                                       sizeof(information))) {
-    return 0;
+    return {};
   }
-  return static_cast<std::uint64_t>(information.EndOfFile.QuadPart);
+  return {static_cast<std::uint64_t>(information.EndOfFile.QuadPart),
+          information.DeletePending != FALSE || information.NumberOfLinks == 0};
 }
 
-bool CLogFile::Rename(const CLogFolder& folder, const std::wstring& new_path) const {
+bool CLogFile::Rename(const CLogFolder& folder) const {
+  const std::vector<std::wstring> names = folder.NextRotatedNames();
   // A handle of its own, closed at once: as long as it is open, nobody could open the file without
   // sharing deletion, and most programs that show a text don't.
-  const UniqueFile file = OpenUnfollowed(folder.CurrentFile(), DELETE, OPEN_EXISTING);
+  const UniqueFile file =
+      OpenUnfollowed(folder.PathOf(kCurrentName), DELETE, OPEN_EXISTING, kShareAll);
   OpenedFile opened;
-  return file.IsValid() && Inspect(file, opened) && opened.identity == identity_ &&
-         RenameOpened(file, new_path);
+  if (!file.IsValid() || !Inspect(file, opened) || opened.identity != identity_) {
+    return false;
+  }
+  for (const std::wstring& name : names) {
+    const DWORD error = RenameOpened(file, folder.PathOf(name));
+    if (error != ERROR_ALREADY_EXISTS) {
+      return error == ERROR_SUCCESS;
+    }
+    if (!folder.IsNamed(file, kCurrentName)) {
+      return false;  // another process was quicker, and the file has the name that it gave
+    }
+  }
+  return false;
 }
 
 void CLogFile::Flush() const {
-  std::ignore = ::FlushFileBuffers(file_.Get());  // nobody is told, and the records are written
+  ::FlushFileBuffers(file_.Get());  // nobody is told, and the records are written
 }
 
 }  // namespace nhupdate

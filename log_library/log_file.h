@@ -1,7 +1,8 @@
 #pragma once
 
-// The current log file, open for appending and for nothing else: what is in it can't be written
-// over or cut off. Readers, and whoever renames or deletes it, are never in the way of each other.
+// A log file, open for appending and for nothing else: what is in it can't be written over or cut
+// off. Readers of the current one, and whoever renames or deletes it, are never in the way of each
+// other.
 
 #include <cstdint>
 #include <string>
@@ -10,30 +11,46 @@
 #include "base/unique_handle.h"
 #include "log_library/log_folder.h"
 #include "log_library/opened_file.h"
-#include "log_library/start_result.h"
 
 namespace nhupdate {
 
+enum class OpenResult {
+  kOpened,
+  kHeld,            // another program has it open and doesn't share it for writing
+  kFailed,          // Windows refuses it for another reason
+  kNotTrustworthy,  // a link, a folder or a file of several names
+};
+
+struct LogFileState {
+  std::uint64_t size = 0;  // in bytes, as all processes together have made it
+  bool is_deleted = false;
+};
+
 class CLogFile {
  public:
-  // Opens the folder's current file, or makes it. When there is anything else than a plain file of
-  // one name the file stays closed; nothing has been written then.
-  [[nodiscard]] StartResult Open(const CLogFolder& folder);
+  // Opens the folder's current file, or makes it. When that fails the file stays closed; nothing
+  // has been written then.
+  [[nodiscard]] OpenResult Open(const CLogFolder& folder);
 
-  // Writes the record in one piece. False when it was lost or cut short for lack of room; the next
-  // one that finds room begins a line of its own all the same.
+  // Makes a file under the next free name of a rotated one. As long as it is open nobody can rename
+  // or delete it, other processes that clean up included. False when none can be made.
+  [[nodiscard]] bool MakeRotated(const CLogFolder& folder);
+
+  // Writes the record in one piece. False when it was lost or cut short for lack of room. Whatever
+  // the file ends with, this process's or another's, the record begins a line of its own.
   [[nodiscard]] bool Append(std::string_view record);
 
-  // In bytes, as all processes together have made it; 0 when Windows doesn't tell.
-  [[nodiscard]] std::uint64_t Size() const;
+  // No size and not deleted when Windows doesn't tell.
+  [[nodiscard]] LogFileState State() const;
 
   [[nodiscard]] bool IsSameFile(const CLogFile& other) const {
     return identity_ == other.identity_;
   }
 
-  // Renames the file, which is to be the folder's current one, and never over another. The file
-  // stays open. False when it is not, or someone has it open who doesn't allow that.
-  [[nodiscard]] bool Rename(const CLogFolder& folder, const std::wstring& new_path) const;
+  // Renames the file, which is to be the folder's current one, to the next free name of a rotated
+  // one, and never over another. The file stays open. False when it is not the current one any
+  // more, or someone has it open who doesn't allow that.
+  [[nodiscard]] bool Rename(const CLogFolder& folder) const;
 
   // Makes sure that what has been written is on the disk.
   void Flush() const;
@@ -41,7 +58,8 @@ class CLogFile {
  private:
   UniqueFile file_;
   FileIdentity identity_;
-  bool has_open_line_ = false;  // the last record was cut short
+  std::uint64_t end_ = 0;       // where this process's last record ends, if no other came behind it
+  bool has_open_line_ = false;  // what ends there was cut short
 };
 
 }  // namespace nhupdate

@@ -2,6 +2,7 @@
 
 #include <tuple>
 
+#include "base/entry_deletion.h"
 #include "base/paths.h"
 #include "base/windows.h"
 #include "log_library/file_names.h"
@@ -18,6 +19,9 @@ constexpr std::uint64_t kFileTimeUnitsPerDay = 24ULL * 60 * 60 * 10'000'000;  //
 // The log folder is ProgramData\Corvane\NimbaSoftware\NimbaHub\Log. Users may make or exchange each
 // of these but ProgramData itself.
 constexpr int kLevelsBelowProgramData = 4;
+
+// At a time. That takes some hundredths of a second.
+constexpr int kMaxDeletions = 64;
 
 // Relative names would mean another folder as soon as the program changes its current one.
 std::wstring FullPath(const std::wstring& path) {
@@ -45,34 +49,36 @@ StartResult CLogFolder::Open(const std::wstring& path) {
   // could mean what it leads to.
   const std::wstring own_name = path_.ends_with(L':') ? path_ + L"\\" : path_;
   held_.emplace(own_name);
-  const UniqueFile folder = OpenUnfollowed(own_name, 0, OPEN_EXISTING);
+  const UniqueFile folder = OpenUnfollowed(own_name, 0, OPEN_EXISTING, kShareAll);
   OpenedFile opened;
   if (!folder.IsValid() || !Inspect(folder, opened) || !opened.IsFolder()) {
     return StartResult::kFolderNotUsable;
   }
-  resolved_path_ = ResolvedPath(folder);
-  while (resolved_path_.ends_with(L'\\')) {
-    resolved_path_.pop_back();
-  }
-  if (resolved_path_.empty()) {
+  place_ = CPlace(folder);
+  if (!place_.IsKnown()) {
     return StartResult::kFolderNotUsable;
   }
   return opened.IsLink() || !IsReachedWithoutUsersLinks() ? StartResult::kFolderIsLink
                                                           : StartResult::kStarted;
 }
 
-std::wstring CLogFolder::CurrentFile() const {
-  return path_ + L"\\" + kCurrentName;
+std::wstring CLogFolder::PathOf(const std::wstring& name) const {
+  return path_ + L"\\" + name;
 }
 
-std::wstring CLogFolder::NextRotatedFile() const {
-  return path_ + L"\\" + RotatedName(NextRotatedNumber(ListRotatedFiles(path_)));
+std::vector<std::wstring> CLogFolder::NextRotatedNames() const {
+  std::vector<std::wstring> names;
+  for (const std::uint32_t number : NextRotatedNumbers(ListRotatedFiles(path_))) {
+    names.push_back(RotatedName(number));
+  }
+  return names;
 }
 
 void CLogFolder::DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_days) const {
   const std::uint64_t now = CurrentTime();
   const std::uint64_t max_age = max_age_days * kFileTimeUnitsPerDay;
   std::uint32_t kept = 0;
+  std::vector<std::wstring> outdated;
   for (const RotatedFile& file : ListRotatedFiles(path_)) {
     if (file.is_folder) {
       continue;
@@ -81,13 +87,16 @@ void CLogFolder::DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_d
     if (kept < max_count && !is_too_old) {
       ++kept;
     } else {
-      Delete(file.name);
+      outdated.push_back(file.name);
     }
   }
-}
-
-bool CLogFolder::IsCurrentFile(const UniqueFile& file) const {
-  return IsNamed(file, kCurrentName);
+  // The oldest first, so that what stays for the next time is the youngest of them.
+  for (int deleted = 0; deleted < kMaxDeletions && !outdated.empty(); ++deleted) {
+    const std::wstring& name = outdated.back();
+    // What stays is tried again with the next rotation.
+    std::ignore = DeleteEntry(PathOf(name), EntryKind::kFile, PlaceOf(name));
+    outdated.pop_back();
+  }
 }
 
 bool CLogFolder::IsReachedWithoutUsersLinks() const {
@@ -104,21 +113,11 @@ bool CLogFolder::IsReachedWithoutUsersLinks() const {
 }
 
 bool CLogFolder::IsNamed(const UniqueFile& file, const std::wstring& name) const {
-  return IsSameName(ResolvedPath(file), resolved_path_ + L"\\" + name);
+  return CPlace(file).IsSameAs(PlaceOf(name));
 }
 
-void CLogFolder::Delete(const std::wstring& name) const {
-  const UniqueFile file = OpenUnfollowed(path_ + L"\\" + name, DELETE, OPEN_EXISTING);
-  OpenedFile opened;
-  if (!file.IsValid() || !Inspect(file, opened) || opened.IsLink() || opened.IsFolder() ||
-      !IsNamed(file, name)) {
-    return;
-  }
-  FILE_DISPOSITION_INFO disposition = {};
-  disposition.DeleteFile = TRUE;
-  // What stays is tried again with the next rotation.
-  std::ignore = ::SetFileInformationByHandle(file.Get(), FileDispositionInfo, &disposition,
-                                             sizeof(disposition));
+CPlace CLogFolder::PlaceOf(const std::wstring& name) const {
+  return place_.Below(L"\\" + name);
 }
 
 }  // namespace nhupdate

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/held_folder.h"
 #include "base/unique_handle.h"
@@ -23,27 +24,27 @@ class CLogFolder {
   // itself, only the folder is looked at, and it is kept open where Windows allows that.
   [[nodiscard]] StartResult Open(const std::wstring& path);
 
-  [[nodiscard]] std::wstring CurrentFile() const;
+  [[nodiscard]] std::wstring PathOf(const std::wstring& name) const;
 
-  // A name for the current file to get when it is rotated: one higher than that of the youngest
-  // rotated file, passing over names that are taken by whatever it may be.
-  [[nodiscard]] std::wstring NextRotatedFile() const;
+  // Names for the next rotated file, to be tried one after the other (see rotated_files.h).
+  [[nodiscard]] std::vector<std::wstring> NextRotatedNames() const;
 
   // Deletes rotated files: those that were written last more than `max_age_days` ago, and the
-  // oldest beyond `max_count`. What can't be deleted stays until the next time; links and folders,
-  // which only others can have put there, stay in any case.
+  // oldest beyond `max_count`. What can't be deleted stays until the next time, and so does what is
+  // more than a few dozen: anyone may put any number of files there, and nobody is to wait for
+  // them. Of a link, which only others can have put there, what it leads to stays, and so does a
+  // folder.
   void DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_days) const;
 
-  // True when the file is the current one of this very folder, and not one that a link led to.
-  [[nodiscard]] bool IsCurrentFile(const UniqueFile& file) const;
+  // True when the file is the one of that name in this very folder, and not one that a link led to.
+  [[nodiscard]] bool IsNamed(const UniqueFile& file, const std::wstring& name) const;
 
  private:
   [[nodiscard]] bool IsReachedWithoutUsersLinks() const;
-  [[nodiscard]] bool IsNamed(const UniqueFile& file, const std::wstring& name) const;
-  void Delete(const std::wstring& name) const;
+  [[nodiscard]] CPlace PlaceOf(const std::wstring& name) const;
 
   std::wstring path_;
-  std::wstring resolved_path_;
+  CPlace place_;
   std::optional<CHeldFolder> held_;
 };
 

@@ -2,12 +2,12 @@
 
 namespace nhupdate {
 
-UniqueFile OpenUnfollowed(const std::wstring& path, DWORD access, DWORD disposition) {
+UniqueFile OpenUnfollowed(const std::wstring& path, DWORD access, DWORD disposition,
+                          DWORD sharing) {
   // Without the backup semantics a folder could not be opened.
-  return UniqueFile(
-      ::CreateFileW(path.c_str(), access | FILE_READ_ATTRIBUTES | SYNCHRONIZE,
-                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, disposition,
-                    FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  return UniqueFile(::CreateFileW(
+      path.c_str(), access | FILE_READ_ATTRIBUTES | SYNCHRONIZE, sharing, nullptr, disposition,
+      FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
 
 bool Inspect(const UniqueFile& file, OpenedFile& opened) {
@@ -21,15 +21,6 @@ bool Inspect(const UniqueFile& file, OpenedFile& opened) {
   opened.attributes = information.dwFileAttributes;
   opened.name_count = information.nNumberOfLinks;
   return true;
-}
-
-std::wstring ResolvedPath(const UniqueFile& file) {
-  constexpr DWORD kKind = FILE_NAME_OPENED | VOLUME_NAME_NT;
-  const DWORD needed = ::GetFinalPathNameByHandleW(file.Get(), nullptr, 0, kKind);
-  std::wstring path(needed, L'\0');
-  const DWORD units = ::GetFinalPathNameByHandleW(file.Get(), path.data(), needed, kKind);
-  path.resize(units < needed ? units : 0);
-  return path;
 }
 
 }  // namespace nhupdate

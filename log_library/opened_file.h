@@ -29,14 +29,14 @@ struct OpenedFile {
   [[nodiscard]] bool IsFolder() const { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
 };
 
-// Opens the file or folder itself, even if it is a link, and shares it with everyone for
-// everything. The handle is not inherited by child processes.
-[[nodiscard]] UniqueFile OpenUnfollowed(const std::wstring& path, DWORD access, DWORD disposition);
+inline constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+// Opens the file or folder itself, even if it is a link. The handle is not inherited by child
+// processes.
+[[nodiscard]] UniqueFile OpenUnfollowed(const std::wstring& path, DWORD access, DWORD disposition,
+                                        DWORD sharing);
 
 // False when Windows doesn't tell.
 [[nodiscard]] bool Inspect(const UniqueFile& file, OpenedFile& opened);
-
-// The path on its volume with all links on the way resolved; empty when Windows doesn't tell.
-[[nodiscard]] std::wstring ResolvedPath(const UniqueFile& file);
 
 }  // namespace nhupdate

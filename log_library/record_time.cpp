@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <tuple>
 
 #include "log_library/file_time.h"
 
@@ -28,9 +27,9 @@ RecordTime CurrentRecordTime() {
   FILETIME utc = {};
   ::GetSystemTimeAsFileTime(&utc);
   FILETIME local = utc;
-  std::ignore = ::FileTimeToLocalFileTime(&utc, &local);  // fails only beyond the year 30827
+  ::FileTimeToLocalFileTime(&utc, &local);  // fails only beyond the year 30827
   RecordTime time;
-  std::ignore = ::FileTimeToSystemTime(&local, &time.local);  // likewise
+  ::FileTimeToSystemTime(&local, &time.local);  // likewise
   time.utc_offset_minutes = static_cast<int>((Units(local) - Units(utc)) / kFileTimeUnitsPerMinute);
   return time;
 }

@@ -14,8 +14,24 @@ namespace nhupdate {
 
 namespace {
 
+// Ten times as many as LogConfig.ini allows to be kept. That many are listed in some hundredths of
+// a second.
+constexpr int kMaxEntries = 10'000;
+
+constexpr int kUnforeseenNumbers = 3;
+
 std::uint32_t NumberAfter(std::uint32_t number) {
   return number < kHighestRotatedNumber ? number + 1 : 1;
+}
+
+// The counter runs too fast for anyone to plan for its value, and the factor scatters neighbours
+// over the whole range.
+std::uint32_t UnforeseenNumber() {
+  constexpr std::uint64_t kScatteringFactor = 0x9E37'79B9'7F4A'7C15;
+  LARGE_INTEGER counter = {};
+  ::QueryPerformanceCounter(&counter);
+  const std::uint64_t scattered = static_cast<std::uint64_t>(counter.QuadPart) * kScatteringFactor;
+  return static_cast<std::uint32_t>((scattered >> 32) % kHighestRotatedNumber) + 1;
 }
 
 RotatedFile FromEntry(const WIN32_FIND_DATAW& entry) {
@@ -33,23 +49,25 @@ bool IsYounger(const RotatedFile& left, const RotatedFile& right) {
 std::vector<RotatedFile> ListRotatedFiles(const std::wstring& folder) {
   std::vector<RotatedFile> files;
   WIN32_FIND_DATAW entry = {};
-  const UniqueFindHandle search(
-      ::FindFirstFileW((folder + L"\\" + kRotatedNamePattern).c_str(), &entry));
+  const UniqueFindHandle search(::FindFirstFileExW((folder + L"\\" + kRotatedNamePattern).c_str(),
+                                                   FindExInfoBasic, &entry, FindExSearchNameMatch,
+                                                   nullptr, FIND_FIRST_EX_LARGE_FETCH));
   if (!search.IsValid()) {
     return files;
   }
+  int entries = 0;
   do {
     RotatedFile file = FromEntry(entry);
     if (file.number != 0) {
       files.push_back(std::move(file));
     }
-  } while (::FindNextFileW(search.Get(), &entry));
+    ++entries;
+  } while (entries < kMaxEntries && ::FindNextFileW(search.Get(), &entry));
   std::sort(files.begin(), files.end(), IsYounger);
   return files;
 }
 
-std::uint32_t NextRotatedNumber(const std::vector<RotatedFile>& files) {
-  // Others may have put any number of files there.
+std::vector<std::uint32_t> NextRotatedNumbers(const std::vector<RotatedFile>& files) {
   std::set<std::uint32_t> taken;
   for (const RotatedFile& file : files) {
     taken.insert(file.number);
@@ -61,7 +79,11 @@ std::uint32_t NextRotatedNumber(const std::vector<RotatedFile>& files) {
   for (std::size_t tries = files.size(); tries > 0 && taken.contains(number); --tries) {
     number = NumberAfter(number);
   }
-  return number;
+  std::vector<std::uint32_t> numbers = {number};
+  for (int count = 0; count < kUnforeseenNumbers; ++count) {
+    numbers.push_back(UnforeseenNumber());
+  }
+  return numbers;
 }
 
 }  // namespace nhupdate

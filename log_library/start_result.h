@@ -1,6 +1,7 @@
 #pragma once
 
-// What "Start" returns. The numbers are shown to people and stay what they are.
+// What "Start" returns. The numbers are shown to people and stay what they are; 5, which meant that
+// something else than a plain file had the log file's name, is not used again.
 
 namespace nhupdate {
 
@@ -10,8 +11,7 @@ enum class StartResult : int {
   kFolderNotUsable = 2,  // there is no such folder, or it can't be looked at
   kFolderIsLink = 3,     // the log folder stands for another place, or may do so: by itself or by
                          // a folder above it
-  kFileNotOpened = 4,    // the log file can't be made or opened for writing
-  kFileNotTrustworthy = 5,  // under the log file's name is a link, a folder or a file of many names
+  kFileNotOpened = 4,    // neither the log file nor one in its place can be made or opened
 };
 
 }  // namespace nhupdate

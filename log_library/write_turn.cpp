@@ -1,6 +1,6 @@
 #include "log_library/write_turn.h"
 
-#include <tuple>
+#include <algorithm>
 
 // This needs <windows.h> first.
 #include <sddl.h>
@@ -9,8 +9,19 @@ namespace nhupdate {
 
 namespace {
 
-constexpr DWORD kTurnWaitMs = 1000;
 constexpr ULONGLONG kNoWaitMs = 10'000;
+
+// Several times what writers cost one another who do nothing but write, four at a time, on a
+// machine that does nothing else.
+constexpr std::chrono::milliseconds kPatienceOfATurn{2};
+
+// More writers than there ever are at once. What a single turn took counts only up to a limit: one
+// that hung says nothing about the others.
+constexpr int kTurnsOfOthers = 16;
+constexpr std::chrono::milliseconds kLongestTurn{2};
+
+// Waiting for less than this is not worth a call of its own.
+constexpr std::chrono::milliseconds kShortestWait{1};
 
 // The log folder belongs to the machine and not to a session: a service or a second user who is
 // logged on writes the same file, so the name is one for all sessions. Unlike shared memory, a
@@ -31,29 +42,57 @@ void CWriterQueue::Open() {
   }
   SECURITY_ATTRIBUTES attributes = {sizeof(attributes), descriptor, FALSE};
   mutex_.Reset(::CreateMutexExW(&attributes, kMutexName, 0, SYNCHRONIZE | MUTEX_MODIFY_STATE));
-  std::ignore = ::LocalFree(descriptor);  // nothing could be done about a failure
+  ::LocalFree(descriptor);  // nothing could be done about a failure
 }
 
 bool CWriterQueue::Enter() {
   if (!mutex_.IsValid()) {
     return false;
   }
-  const bool may_wait = ::GetTickCount64() >= no_wait_before_;
-  const DWORD result = ::WaitForSingleObject(mutex_.Get(), may_wait ? kTurnWaitMs : 0);
+  // Measured finely: whoever holds the mutex for a few milliseconds at a time, again and again,
+  // would pass unnoticed on the clock of the system's ticks.
+  const auto begin = std::chrono::steady_clock::now();
+  const DWORD result = ::WaitForSingleObject(mutex_.Get(), WaitLimitMs());
+  turn_begin_ = std::chrono::steady_clock::now();
+  SpendPatience(result == WAIT_TIMEOUT ? patience_ : turn_begin_ - begin);
   // A process that was killed in its turn leaves nothing half done: a record and a rotation are
   // one step each.
-  if (result == WAIT_OBJECT_0 || result == WAIT_ABANDONED) {
-    no_wait_before_ = 0;
-    return true;
+  return result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
+}
+
+DWORD CWriterQueue::WaitLimitMs() {
+  if (patience_ < kShortestWait) {
+    if (::GetTickCount64() < no_wait_before_) {
+      return 0;
+    }
+    patience_ = kPatience;
   }
-  if (may_wait) {
+  return static_cast<DWORD>(
+      std::chrono::duration_cast<std::chrono::milliseconds>(patience_).count());
+}
+
+void CWriterQueue::SpendPatience(std::chrono::steady_clock::duration waited) {
+  if (patience_ < kShortestWait) {
+    return;
+  }
+  patience_ -= waited;
+  if (patience_ < kShortestWait) {
     no_wait_before_ = ::GetTickCount64() + kNoWaitMs;
   }
-  return false;
+}
+
+void CWriterQueue::RegainPatience(std::chrono::steady_clock::duration turn) {
+  using Duration = std::chrono::steady_clock::duration;
+  if (patience_ >= kShortestWait) {
+    const Duration regained =
+        kPatienceOfATurn + kTurnsOfOthers * std::min<Duration>(turn, kLongestTurn);
+    patience_ = std::min<Duration>(patience_ + regained, kPatience);
+  }
 }
 
 void CWriterQueue::Leave() {
-  std::ignore = ::ReleaseMutex(mutex_.Get());  // can't fail in one's own turn
+  ::ReleaseMutex(mutex_.Get());  // can't fail in one's own turn
+  RegainPatience(std::chrono::steady_clock::now() - turn_begin_);
 }
 
 }  // namespace nhupdate

@@ -1,7 +1,11 @@
 #pragma once
 
 // Who may write: one process after the other. Appending to a file is one indivisible step on NTFS
-// but not everywhere, and a file must not be rotated while another process is about to do the same.
+// but not everywhere, the records of all are to stand in the order of their times, and a full file
+// is to be put aside before anybody writes on. A rename is one step everywhere and never replaces
+// anything, so files are rotated without a turn too.
+
+#include <chrono>
 
 #include "base/unique_handle.h"
 #include "base/windows.h"
@@ -12,17 +16,28 @@ namespace nhupdate {
 // hold the mutex, by ill will too, and a log is not worth a program that stands still.
 class CWriterQueue {
  public:
-  // Makes or opens the mutex. Without one, which is no failure, there are never any turns, and so
-  // no rotation.
+  static constexpr std::chrono::seconds kPatience{2};
+
+  // Makes or opens the mutex. Without one, which is no failure, there are never any turns.
   void Open();
 
-  // Waits for the mutex, a second at the most; after waiting in vain not at all for ten seconds.
+  // Waits for the mutex as long as there is patience: two seconds for all calls together, whether
+  // they waited in vain or not. Each turn brings back a little, so that writers who are merely busy
+  // don't use up one another's: two milliseconds, and a multiple of the time that the turn itself
+  // took, which is longer for everyone on a machine under load. When it is used up, nothing is
+  // waited for in the next ten seconds.
   [[nodiscard]] bool Enter();
 
   void Leave();
 
  private:
+  [[nodiscard]] DWORD WaitLimitMs();
+  void SpendPatience(std::chrono::steady_clock::duration waited);
+  void RegainPatience(std::chrono::steady_clock::duration turn);
+
   UniqueKernelHandle mutex_;
+  std::chrono::steady_clock::duration patience_ = kPatience;
+  std::chrono::steady_clock::time_point turn_begin_;
   ULONGLONG no_wait_before_ = 0;  // in the milliseconds of the system's uptime
 };
 

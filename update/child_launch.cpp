@@ -42,7 +42,7 @@ std::optional<DWORD> WaitForExitCode(const UniqueKernelHandle& process) {
 
 }  // namespace
 
-std::wstring LaunchParameters::Text() const {
+std::wstring CLaunchParameters::Text() const {
   return with_process_id_ ? Format(*with_process_id_, ::GetCurrentProcessId()) : Format(*plain_);
 }
 

@@ -13,21 +13,21 @@
 namespace nhupdate {
 
 // What follows the program's name on its command line.
-class LaunchParameters {
+class CLaunchParameters {
  public:
   // As they stand.
-  [[nodiscard]] static consteval LaunchParameters Plain(FormatString<> text) { return {text}; }
+  [[nodiscard]] static consteval CLaunchParameters Plain(FormatString<> text) { return {text}; }
 
   // With the id of this process in place of "%d", so that the child ends with its parent.
-  [[nodiscard]] static consteval LaunchParameters WithProcessId(FormatString<DWORD> text) {
+  [[nodiscard]] static consteval CLaunchParameters WithProcessId(FormatString<DWORD> text) {
     return {text};
   }
 
   [[nodiscard]] std::wstring Text() const;
 
  private:
-  consteval LaunchParameters(FormatString<> text) : plain_(text) {}
-  consteval LaunchParameters(FormatString<DWORD> text) : with_process_id_(text) {}
+  consteval CLaunchParameters(FormatString<> text) : plain_(text) {}
+  consteval CLaunchParameters(FormatString<DWORD> text) : with_process_id_(text) {}
 
   // One of the two.
   std::optional<FormatString<>> plain_;
@@ -38,7 +38,7 @@ class LaunchParameters {
 // stand in update/launch_catalog.h.
 struct ChildLaunch {
   const wchar_t* executable;  // the file's name with a backslash before it
-  LaunchParameters parameters;
+  CLaunchParameters parameters;
   FormatString<std::wstring> not_found_message;
   FormatString<DWORD> failure_message;
   FormatString<> success_message;

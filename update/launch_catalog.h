@@ -18,7 +18,7 @@ namespace nhupdate {
 
 inline constexpr ChildLaunch kCheckForUpdate = {
     .executable = L"\\Updater.exe",
-    .parameters = LaunchParameters::WithProcessId(
+    .parameters = CLaunchParameters::WithProcessId(
         L"-NoUI -CheckTask NIMBAHUB -SkipAdditionTasks -ExitWhenParentDie:%d"),
     .not_found_message = L"Update.exe not found : %s",               // sic
     .failure_message = L"Fail to launch updater for download : %d",  // sic: used for the check too
@@ -28,7 +28,7 @@ inline constexpr ChildLaunch kCheckForUpdate = {
 
 inline constexpr ChildLaunch kBackgroundDownload = {
     .executable = L"\\Updater.exe",
-    .parameters = LaunchParameters::Plain(
+    .parameters = CLaunchParameters::Plain(
         L"-NoUI NIMBAHUB \"-AdditionTask:NIMBA_SOFTWARE "
         L"com.corvane.windows.nimba_internal.new_updater\" -SkipAdditionTasks -DownloadOnly "
         L"-KillBrothers"),
@@ -40,7 +40,7 @@ inline constexpr ChildLaunch kBackgroundDownload = {
 
 inline constexpr ChildLaunch kCheckForUpdater = {
     .executable = L"\\Updater.exe",
-    .parameters = LaunchParameters::WithProcessId(
+    .parameters = CLaunchParameters::WithProcessId(
         L"-NoUI -CheckTask NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater "
         L"-SkipAdditionTasks -ExitWhenParentDie:%d"),
     .not_found_message = L"Update.exe not found : %s",  // sic
@@ -51,7 +51,7 @@ inline constexpr ChildLaunch kCheckForUpdater = {
 
 inline constexpr ChildLaunch kUpdateUpdater = {
     .executable = L"\\Updater.exe",
-    .parameters = LaunchParameters::WithProcessId(
+    .parameters = CLaunchParameters::WithProcessId(
         L"NIMBA_SOFTWARE com.corvane.windows.nimba_internal.new_updater -SkipAdditionTasks "
         L"-KillBrothers -ExitWhenParentDie:%d"),
     .not_found_message = L"Update.exe not found : %s",  // sic
@@ -62,7 +62,7 @@ inline constexpr ChildLaunch kUpdateUpdater = {
 
 inline constexpr ChildLaunch kUpdateProduct = {
     .executable = L"\\Updater.exe",
-    .parameters = LaunchParameters::WithProcessId(
+    .parameters = CLaunchParameters::WithProcessId(
         L"NIMBAHUB -SkipAdditionTasks -KillBrothers -ExitWhenParentDie:%d"),
     .not_found_message = L"Update.exe not found : %s",  // sic
     .failure_message = L"Fail to launch updater for update : %d",
@@ -72,7 +72,7 @@ inline constexpr ChildLaunch kUpdateProduct = {
 
 inline constexpr ChildLaunch kStartSelfUpdate = {
     .executable = L"\\NHUpdateManager.exe",
-    .parameters = LaunchParameters::Plain(L"-self_update"),
+    .parameters = CLaunchParameters::Plain(L"-self_update"),
     .not_found_message = L"NHUpdateManager.exe not found : %s",
     .failure_message = L"Fail to launch NHUpdateManager for self update : %d",
     .success_message = L"Launch NHUpdateManager success for self update.",
@@ -81,7 +81,7 @@ inline constexpr ChildLaunch kStartSelfUpdate = {
 
 inline constexpr ChildLaunch kStartFinalUpdate = {
     .executable = L"\\NHUpdateManager.exe",
-    .parameters = LaunchParameters::Plain(L"-final_update"),
+    .parameters = CLaunchParameters::Plain(L"-final_update"),
     .not_found_message = L"NHUpdateManager.exe not found for final update : %s",
     .failure_message = L"Fail to launch NHUpdateManager for final update : %d",
     .success_message = L"Launch NHUpdateManager success for final update.",
@@ -91,7 +91,7 @@ inline constexpr ChildLaunch kStartFinalUpdate = {
 inline constexpr ChildLaunch kDownloadNimbaCast = {
     .executable = L"\\Updater.exe",
     .parameters =
-        LaunchParameters::WithProcessId(L"-NoUI NIMBACS -SkipAdditionTasks -ExitWhenParentDie:%d"),
+        CLaunchParameters::WithProcessId(L"-NoUI NIMBACS -SkipAdditionTasks -ExitWhenParentDie:%d"),
     .not_found_message = L"Update.exe not found : %s",  // sic
     .failure_message = L"Fail to launch updater for download : %d",
     .success_message = L"Launch updater success for download.",
@@ -100,7 +100,7 @@ inline constexpr ChildLaunch kDownloadNimbaCast = {
 
 inline constexpr ChildLaunch kInstallNimbaCast = {
     .executable = L"\\CSUpdateManager.exe",
-    .parameters = LaunchParameters::Plain(L"-Install"),
+    .parameters = CLaunchParameters::Plain(L"-Install"),
     .not_found_message = L"CSUpdateManager.exe not found : %s",
     .failure_message = L"Fail to launch CSUpdateManager for install : %d",
     .success_message = L"Launch CSUpdateManager success for install.",

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "base/unique_handle.h"
-#include "base/windows.h"
 #include "tests/log_library/loaded_log_library.h"
 #include "tests/support/open_handles.h"
 
@@ -20,9 +18,6 @@ void RunOnce(const LogPlace& place) {
 TEST(LogCyclesTest, TenThousandRunsLeakNoHandle) {
   constexpr int kRuns = 10'000;
   constexpr int kRunsBetweenCounts = 1000;
-  // The compiler's run-time library draws the stack guard of each library that is loaded from this
-  // provider, and frees it again. Keeping it saves half of the time and leaves out nothing of ours.
-  const nhupdate::UniqueLibrary provider(::LoadLibraryW(L"rsaenh.dll"));
   const LogPlace place("MaxFileSizeKB=64\nMaxFiles=2\n");
   RunOnce(place);
   const int before = CountOpenHandles();

@@ -14,32 +14,55 @@
 namespace nhupdate_test {
 namespace {
 
-TEST(PlantedNamesTest, AFileOfSeveralNamesIsRefused) {
+using testing::EndsWith;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+// The records go to the next rotated name, and the first one says so.
+void ExpectLogInPlaceOfTheCurrentFile(const LogPlace& place) {
+  LoadedLogLibrary library;
+  const Interposer<decltype(::Sleep)> sleep(library.Module(), "Sleep", [](DWORD) {});
+  ASSERT_EQ(library.Start(place.Settings(), place.Folder()), 0);
+  library.Write(L"record");
+
+  EXPECT_EQ(sleep.Calls(), 0);  // such things don't go away by themselves
+  const auto records = ReadRecords(place.RotatedFile(1));
+  ASSERT_EQ(records.size(), 2u);
+  EXPECT_THAT(records[0].text, StartsWith("Log library "));
+  EXPECT_THAT(records[0].text, EndsWith(", in place of NHUpdateManager.log, which is a link, a "
+                                        "folder or a file of several names"));
+  EXPECT_EQ(records[1].text, "record");
+}
+
+TEST(PlantedNamesTest, AFileOfSeveralNamesIsNotWrittenTo) {
   const LogPlace place;
   WriteFileBytes(place.Outside(L"victim"), "precious");
   ASSERT_TRUE(
       ::CreateHardLinkW(place.CurrentFile().c_str(), place.Outside(L"victim").c_str(), nullptr));
-  LoadedLogLibrary library;
 
-  const int result = library.Start(place.Settings(), place.Folder());
-  library.Write(L"ignored");
+  ExpectLogInPlaceOfTheCurrentFile(place);
 
-  EXPECT_EQ(result, 5);
   EXPECT_EQ(ReadFileBytes(place.Outside(L"victim")), "precious");
 }
 
 // Wine follows the link when it opens the file; there it is the resolved path that tells.
-TEST(PlantedNamesTest, ALinkToAFileIsRefused) {
+TEST(PlantedNamesTest, ALinkToAFileIsNotWrittenThrough) {
   const LogPlace place;
   WriteFileBytes(place.Outside(L"victim"), "precious");
   CreateLink(place.CurrentFile(), place.Outside(L"victim"));
-  LoadedLogLibrary library;
 
-  const int result = library.Start(place.Settings(), place.Folder());
-  library.Write(L"ignored");
+  ExpectLogInPlaceOfTheCurrentFile(place);
 
-  EXPECT_EQ(result, 5);
   EXPECT_EQ(ReadFileBytes(place.Outside(L"victim")), "precious");
+}
+
+TEST(PlantedNamesTest, AFolderUnderTheFilesNameIsLeftAlone) {
+  const LogPlace place;
+  CreateFolders(place.CurrentFile());
+
+  ExpectLogInPlaceOfTheCurrentFile(place);
+
+  EXPECT_THAT(ListTree(place.CurrentFile()), IsEmpty());
 }
 
 // What Windows tells of a file or folder when it is a link; Wine has no such.
@@ -49,10 +72,10 @@ struct ReparsePointCase {
   int result;
 };
 
-TEST(PlantedNamesTest, ReparsePointsAreRefused) {
+TEST(PlantedNamesTest, ReparsePointsAreNotUsed) {
   const ReparsePointCase cases[] = {
       {"the folder", FILE_ATTRIBUTE_DIRECTORY, 3},
-      {"the file", 0, 5},
+      {"the file", 0, 0},
   };
   for (const ReparsePointCase& test : cases) {
     const LogPlace place;
@@ -72,6 +95,9 @@ TEST(PlantedNamesTest, ReparsePointsAreRefused) {
     }
 
     EXPECT_EQ(result, test.result) << test.name;
+    EXPECT_TRUE(!nhupdate::Exists(place.CurrentFile()) ||
+                ReadFileBytes(place.CurrentFile()).empty())
+        << test.name;
   }
 }
 
@@ -101,14 +127,6 @@ TEST(PlantedNamesTest, LinksAreOpenedThemselvesAndNotFollowed) {
   EXPECT_TRUE(nhupdate::Exists(place.RotatedFile(1)));
 }
 
-TEST(PlantedNamesTest, AFolderUnderTheFilesNameIsRefused) {
-  const LogPlace place;
-  CreateFolders(place.CurrentFile());
-  LoadedLogLibrary library;
-
-  EXPECT_EQ(library.Start(place.Settings(), place.Folder()), 5);
-}
-
 TEST(PlantedNamesTest, AFolderExchangedForALinkOnTheWayIsRefused) {
   const LogPlace place;
   LoadedLogLibrary library;
@@ -127,7 +145,7 @@ TEST(PlantedNamesTest, AFolderExchangedForALinkOnTheWayIsRefused) {
     result = library.Start(place.Settings(), place.Folder());
   }
 
-  EXPECT_EQ(result, 5);
+  EXPECT_EQ(result, 4);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 namespace nhupdate_test {
 namespace {
 
-using nhupdate::NextRotatedNumber;
+using nhupdate::NextRotatedNumbers;
 using nhupdate::RotatedFile;
 using nhupdate::RotatedNumber;
 
@@ -55,18 +55,22 @@ TEST(RotatedFilesTest, NextNumberFollowsTheYoungestAndIsFree) {
       {"all around the end", {file(999'999'998), file(999'999'999), file(1)}, 2},
   };
   for (const auto& test : cases) {
-    EXPECT_EQ(NextRotatedNumber(test.files), test.next) << test.name;
+    EXPECT_EQ(NextRotatedNumbers(test.files).front(), test.next) << test.name;
   }
 }
 
-TEST(RotatedFilesTest, NextNumberIsFoundAmongAnyNumberOfPlantedFiles) {
-  constexpr std::uint32_t kFiles = 500'000;
-  std::vector<RotatedFile> files;
-  for (std::uint32_t number = 1; number <= kFiles; ++number) {
-    files.push_back({L"", number, 0, false});
-  }
+TEST(RotatedFilesTest, NumbersAfterTheNextOneCantBeForeseen) {
+  const std::vector<std::uint32_t> once = NextRotatedNumbers({});
+  const std::vector<std::uint32_t> again = NextRotatedNumbers({});
 
-  EXPECT_EQ(NextRotatedNumber(files), kFiles + 1);
+  ASSERT_EQ(once.size(), 4u);
+  ASSERT_EQ(again.size(), 4u);
+  EXPECT_EQ(once[0], again[0]);
+  for (std::size_t index = 1; index < once.size(); ++index) {
+    EXPECT_NE(once[index], again[index]);
+    EXPECT_GE(once[index], 1u);
+    EXPECT_LE(once[index], nhupdate::kHighestRotatedNumber);
+  }
 }
 
 TEST(RotatedFilesTest, NumberAndNameGoTogether) {

@@ -5,7 +5,6 @@
 
 #include <string>
 
-#include "base/existence.h"
 #include "base/windows.h"
 #include "tests/log_library/loaded_log_library.h"
 #include "tests/log_library/log_records.h"
@@ -59,54 +58,50 @@ TEST(TurnMutexTest, IsOpenToEveryoneWhoIsLoggedOnAndNotInherited) {
   EXPECT_FALSE(is_inherited);
 }
 
-TEST(TurnMutexTest, IsDoneWithoutWhenTheMutexCantBeMade) {
-  const LogPlace place(kSmallFiles);
-  LoadedLogLibrary library;
-  int result = 1;
-  {
-    Interposer<decltype(::CreateMutexExW)> create(
-        library.Module(), "CreateMutexExW",
-        [](SECURITY_ATTRIBUTES*, const wchar_t*, DWORD, DWORD) -> HANDLE {
-          ::SetLastError(ERROR_ACCESS_DENIED);
-          return nullptr;
-        });
-    result = library.Start(place.Settings(), place.Folder());
-  }
-  library.Write(kFullFile);
-  library.Write(L"next");
+class MissingTurnMutexTest : public testing::Test {
+ protected:
+  // Files are rotated all the same.
+  void StartAndRotate() {
+    EXPECT_EQ(library_.Start(place_.Settings(), place_.Folder()), 0);
+    library_.Write(kFullFile);
+    library_.Write(L"next");
 
-  EXPECT_EQ(result, 0);
-  EXPECT_THAT(ReadTexts(place.CurrentFile()), ElementsAre(kFullFileText, "next"));
-  EXPECT_FALSE(nhupdate::Exists(place.RotatedFile(1)));
+    EXPECT_THAT(ReadTexts(place_.RotatedFile(1)), ElementsAre(kFullFileText));
+    EXPECT_THAT(ReadTexts(place_.CurrentFile()), ElementsAre("next"));
+  }
+
+  const LogPlace place_{kSmallFiles};
+  LoadedLogLibrary library_;
+};
+
+TEST_F(MissingTurnMutexTest, IsDoneWithoutWhenItCantBeMade) {
+  const Interposer<decltype(::CreateMutexExW)> create(
+      library_.Module(), "CreateMutexExW",
+      [](SECURITY_ATTRIBUTES*, const wchar_t*, DWORD, DWORD) -> HANDLE {
+        ::SetLastError(ERROR_ACCESS_DENIED);
+        return nullptr;
+      });
+
+  StartAndRotate();
+
+  EXPECT_EQ(create.Calls(), 1);
 }
 
-TEST(TurnMutexTest, IsDoneWithoutWhenThereIsNoAccessListForTheMutex) {
-  const LogPlace place(kSmallFiles);
-  LoadedLogLibrary library;
-  int result = 1;
-  int made = 0;
-  {
-    Interposer<decltype(::ConvertStringSecurityDescriptorToSecurityDescriptorW)> convert(
-        library.Module(), "ConvertStringSecurityDescriptorToSecurityDescriptorW",
-        [](const wchar_t*, DWORD, PSECURITY_DESCRIPTOR*, ULONG*) -> BOOL {
-          ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-          return FALSE;
-        });
-    Interposer<decltype(::CreateMutexExW)> create(
-        library.Module(), "CreateMutexExW",
-        [&](SECURITY_ATTRIBUTES* attributes, const wchar_t* name, DWORD flags, DWORD access) {
-          ++made;
-          return create.Original()(attributes, name, flags, access);
-        });
-    result = library.Start(place.Settings(), place.Folder());
-  }
-  library.Write(kFullFile);
-  library.Write(L"next");
+TEST_F(MissingTurnMutexTest, IsNotMadeWithoutItsAccessList) {
+  const Interposer<decltype(::ConvertStringSecurityDescriptorToSecurityDescriptorW)> convert(
+      library_.Module(), "ConvertStringSecurityDescriptorToSecurityDescriptorW",
+      [](const wchar_t*, DWORD, PSECURITY_DESCRIPTOR*, ULONG*) -> BOOL {
+        ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        return FALSE;
+      });
+  const Interposer<decltype(::CreateMutexExW)> create(
+      library_.Module(), "CreateMutexExW",
+      [](SECURITY_ATTRIBUTES*, const wchar_t*, DWORD, DWORD) -> HANDLE { return nullptr; });
 
-  EXPECT_EQ(result, 0);
-  EXPECT_EQ(made, 0);
-  EXPECT_THAT(ReadTexts(place.CurrentFile()), ElementsAre(kFullFileText, "next"));
-  EXPECT_FALSE(nhupdate::Exists(place.RotatedFile(1)));
+  StartAndRotate();
+
+  EXPECT_EQ(convert.Calls(), 1);
+  EXPECT_EQ(create.Calls(), 0);
 }
 
 }  // namespace

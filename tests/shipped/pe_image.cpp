@@ -57,6 +57,21 @@ std::vector<std::string> CPeImage::ImportedDlls() const {
   return names;
 }
 
+std::vector<std::string> CPeImage::ImportedFunctions() const {
+  const DWORD start = Header().DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+  std::vector<std::string> names;
+  for (const auto* entry = At<IMAGE_IMPORT_DESCRIPTOR>(start); entry->Name != 0; ++entry) {
+    const auto* thunk = At<IMAGE_THUNK_DATA64>(entry->OriginalFirstThunk);
+    for (; thunk->u1.AddressOfData != 0; ++thunk) {
+      if (!IMAGE_SNAP_BY_ORDINAL64(thunk->u1.Ordinal)) {
+        const auto* by_name = At<IMAGE_IMPORT_BY_NAME>(static_cast<DWORD>(thunk->u1.AddressOfData));
+        names.emplace_back(reinterpret_cast<const char*>(by_name->Name));
+      }
+    }
+  }
+  return names;
+}
+
 std::vector<std::string> CPeImage::ExportedNames() const {
   const IMAGE_DATA_DIRECTORY& directory = Header().DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT];
   if (directory.Size == 0) {

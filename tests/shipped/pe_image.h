@@ -22,6 +22,9 @@ class CPeImage {
   // The names of the DLLs that it imports from, in lower case and sorted.
   [[nodiscard]] std::vector<std::string> ImportedDlls() const;
 
+  // The names of the functions that it imports.
+  [[nodiscard]] std::vector<std::string> ImportedFunctions() const;
+
   // The names that it exports, sorted.
   [[nodiscard]] std::vector<std::string> ExportedNames() const;
 

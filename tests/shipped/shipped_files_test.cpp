@@ -6,7 +6,10 @@
 namespace nhupdate_test {
 namespace {
 
+using testing::Contains;
 using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
 
 constexpr WORD kHardening = IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA |
                             IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE |
@@ -32,6 +35,16 @@ TEST_P(ShippedBinaryTest, IsA64BitImageWithAllHardeningThatTheLinkerKnows) {
   EXPECT_EQ(image_.FileHeader().Machine, IMAGE_FILE_MACHINE_AMD64);
   EXPECT_EQ(image_.Header().DllCharacteristics & kHardening, kHardening);
   EXPECT_NE(image_.Header().DataDirectory[IMAGE_DIRECTORY_ENTRY_BASERELOC].Size, 0U);
+}
+
+// The stack protector that comes with the compiler loads the system's cryptographic DLLs, before
+// the program has restricted where DLLs may come from.
+TEST_P(ShippedBinaryTest, LoadsNothingCryptographicBeforeItBegins) {
+  const std::vector<std::string> functions = image_.ImportedFunctions();
+
+  EXPECT_THAT(functions, Contains("WaitForSingleObject"));
+  EXPECT_THAT(functions, Not(Contains(StartsWith("Crypt"))));
+  EXPECT_THAT(functions, Not(Contains("SystemFunction036")));  // which hands out random numbers
 }
 
 TEST_P(ShippedBinaryTest, CarriesNoBuildTime) {
