@@ -49,6 +49,7 @@ TEST_F(HeldFolderTest, TellsWhyItCouldNotBeOpened) {
 
     EXPECT_EQ(held.Error(), c.error);
     EXPECT_EQ(held.IsMissing(), c.is_missing) << c.error;
+    EXPECT_FALSE(held.IsLink()) << c.error;
     EXPECT_FALSE(held.IsPlainAt(CPlace())) << c.error;
     EXPECT_FALSE(held.LeadsElsewhere(CPlace())) << c.error;
     EXPECT_EQ(held.MayHold(inner_), !c.is_missing) << c.error;
@@ -109,6 +110,7 @@ TEST_F(HeldFolderTest, IsJudgedByWhatItIsAndWhereItLies) {
     const CHeldFolder held(inner_);
     const CPlace place = PlaceSeenFrom(outer_, inner_);
 
+    EXPECT_EQ(held.IsLink(), c.attributes == kLink) << c.name;
     EXPECT_EQ(held.IsPlainAt(place), c.is_plain) << c.name;
     EXPECT_EQ(held.LeadsElsewhere(place), c.leads_elsewhere) << c.name;
   }
