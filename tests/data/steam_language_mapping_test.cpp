@@ -11,7 +11,9 @@
 #include "base/windows.h"
 #include "tests/data/shipped_config.h"
 #include "tests/support/installed_product.h"
+#include "tests/support/recorded_log.h"
 #include "tests/support/steam_setting.h"
+#include "text/language_selection.h"
 #include "text/string_file.h"
 
 namespace nhupdate_test {
@@ -47,24 +49,22 @@ std::set<std::wstring> NamesInTheMapping() {
 }
 
 TEST(SteamLanguageMappingTest, LeadsFromEverySteamLanguageToAFileOfItsOwn) {
-  InstalledProduct product;
-  const std::wstring config = product.Module() + L"\\Config";
-  CopyShippedConfigTo(config);
-  nhupdate::CManagerCenter& manager = product.Manager();
+  const std::wstring config = ShippedConfigFolder();
+  RecordedLog log;
   SteamSetting steam;
 
   for (const SteamLanguage& language : kSteamLanguages) {
     SCOPED_TRACE(testing::PrintToString(language.name));
-    product.ForgetRecords();
+    log.ForgetRecords();
 
     steam.SetLanguage(language.name);
-    const std::wstring code = manager.SelectLanguage();
+    const std::wstring code = nhupdate::SelectLanguage(config, log.Log());
     const std::wstring file = nhupdate::ChooseStringFile(config, code);
 
     EXPECT_EQ(file, config + L"\\NHUpdateManager." + language.code + L".json");
     EXPECT_TRUE(nhupdate::Exists(file));
     EXPECT_THAT(
-        product.Transcript(),
+        log.Records(),
         testing::ElementsAre(std::wstring(L"2|Found steam language setting : ") + language.name,
                              std::wstring(L"2|Mapping steam language to ") + language.code + L"."));
   }
@@ -79,6 +79,7 @@ TEST(SteamLanguageMappingTest, HasNoLanguageThatIsNotTestedHere) {
   EXPECT_EQ(NamesInTheMapping(), tested);
 }
 
+// The road from the setting to a text, as a whole product takes it.
 TEST(SteamLanguageMappingTest, DecidesWhichTextsAreLoadedAtTheStart) {
   InstalledProduct product;
   CopyShippedConfigTo(product.Module() + L"\\Config");

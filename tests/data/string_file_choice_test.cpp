@@ -93,8 +93,7 @@ constexpr Choice kChoices[] = {
     // No texts in the language.
     {L"hi-IN", L"Default"},
     {L"qps-ploc", L"Default"},
-    {L"Default", L"Default"},
-};
+    {L"Default", L"Default"}};
 
 TEST(ShippedStringFileChoiceTest, GivesEveryWindowsLanguageTheTextsItsUsersRead) {
   for (const Choice& choice : kChoices) {

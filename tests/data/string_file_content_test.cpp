@@ -2,27 +2,27 @@
 #include <gtest/gtest.h>
 
 #include "tests/data/shipped_config.h"
-#include "tests/support/installed_product.h"
+#include "tests/support/recorded_log.h"
 #include "text/string_keys.h"
+#include "text/string_table.h"
 
 namespace nhupdate_test {
 namespace {
 
 TEST(ShippedStringFileTest, LoadsExactlyTheThreeTextsThatTheProgramAsksFor) {
-  InstalledProduct product;
+  RecordedLog log;
   for (const std::wstring& name : ShippedStringFiles()) {
-    SCOPED_TRACE(testing::PrintToString(name));
-    product.DestroyManager();  // the texts of one file would hide what the next one lacks
-    nhupdate::CManagerCenter& manager = product.Manager();
     const std::wstring path = ShippedConfigFolder() + L"\\" + name;
+    nhupdate::StringTable strings;
+    log.ForgetRecords();
 
-    manager.LoadStrings(path);
+    nhupdate::LoadStrings(strings, path, log.Log());
 
-    EXPECT_THAT(product.Transcript(),
+    EXPECT_THAT(log.Records(),
                 testing::ElementsAre(L"2|Load strings from " + path, L"2|Total 3 strings loaded."));
     for (const wchar_t* key : {nhupdate::kKeyUpdateTitle, nhupdate::kKeyFailCommonError,
                                nhupdate::kKeyFailNeedStopNHUpdateManager}) {
-      EXPECT_NE(manager.GetString(key), key);
+      EXPECT_TRUE(strings.contains(key)) << testing::PrintToString(name);
     }
   }
 }

@@ -14,7 +14,7 @@ int Start(const char* version, const wchar_t* configuration_path, const wchar_t*
   const std::string narrow = version;
   current->on_event("Start", std::wstring(narrow.begin(), narrow.end()) + L"|" +
                                  configuration_path + L"|" + log_folder);
-  return 0;
+  return current->start_result;
 }
 
 void Stop() {

@@ -25,6 +25,9 @@ class FakeLogLibrary {
   // The entry that isn't there; none by default.
   std::string missing_entry;
 
+  // What "Start" returns.
+  int start_result = 0;
+
  private:
   void* Resolve(const std::string& name);
 

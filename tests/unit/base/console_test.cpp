@@ -3,9 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
+#include <vector>
 
 #include "base/unique_handle.h"
 #include "base/windows.h"
@@ -18,6 +20,7 @@ namespace {
 using nhupdate::PrintConsoleError;
 using nhupdate::UniqueKernelHandle;
 using nhupdate::WriteConsoleText;
+using testing::ElementsAre;
 
 // Gives the process another standard output handle for a while.
 class StandardOutput {
@@ -33,8 +36,12 @@ class StandardOutput {
   HANDLE previous_;
 };
 
-TEST(PrintConsoleErrorTest, WritesTheFormattedTextAndNoLineEndOfItsOwn) {
+TEST(PrintConsoleErrorTest, WritesTheFormattedTextToTheStandardOutputAndNoLineEndOfItsOwn) {
   const CapturedConsole console;
+  INTERPOSER(GetStdHandle) standard_handle([&](DWORD which) {
+    EXPECT_EQ(which, STD_OUTPUT_HANDLE);
+    return standard_handle.Original()(which);
+  });
 
   PrintConsoleError(L"Log start fail : %d\n", 7);
   PrintConsoleError(L"%s", std::wstring(L"100%s"));
@@ -42,54 +49,28 @@ TEST(PrintConsoleErrorTest, WritesTheFormattedTextAndNoLineEndOfItsOwn) {
   EXPECT_EQ(console.Bytes(), "Log start fail : 7\n100%s");
 }
 
-TEST(PrintConsoleErrorTest, LeavesStandardErrorAlone) {
-  const CapturedConsole console;
-  INTERPOSER(GetStdHandle) standard_handle([&](DWORD which) {
-    EXPECT_EQ(which, STD_OUTPUT_HANDLE);
-    return standard_handle.Original()(which);
-  });
+TEST(ConsoleStreamTest, GetsEveryTextWholeAsUtf8) {
+  struct Case {
+    std::wstring text;
+    std::string bytes;
+  };
+  const std::size_t long_text = 1 << 20;
+  const Case cases[] = {
+      {L"", ""},
+      {L"a\u00FC\u20AC\U0001F600", "a\xC3\xBC\xE2\x82\xAC\xF0\x9F\x98\x80"},
+      // Surrogates without their other half.
+      {{L'a', wchar_t{0xD83D}, L'-', wchar_t{0xDE00}}, "a\xEF\xBF\xBD-\xEF\xBF\xBD"},
+      {std::wstring(long_text, L'x'), std::string(long_text, 'x')},
+  };
 
-  PrintConsoleError(L"text");
-
-  EXPECT_EQ(standard_handle.Calls(), 1);
+  for (const Case& c : cases) {
+    const CapturedConsole console;
+    WriteConsoleText(c.text);
+    EXPECT_TRUE(console.Bytes() == c.bytes) << c.text.size() << " units";
+  }
 }
 
-TEST(WriteConsoleTextTest, WritesUtf8ToAFile) {
-  const CapturedConsole console;
-
-  WriteConsoleText(L"a\u00FC\u20AC\U0001F600");
-
-  EXPECT_EQ(console.Bytes(), "a\xC3\xBC\xE2\x82\xAC\xF0\x9F\x98\x80");
-}
-
-TEST(WriteConsoleTextTest, ReplacesUnpairedSurrogatesInAFile) {
-  const CapturedConsole console;
-
-  WriteConsoleText({L'a', wchar_t{0xD83D}, L'b', wchar_t{0xDE00}});
-
-  EXPECT_EQ(console.Bytes(),
-            "a\xEF\xBF\xBD"
-            "b\xEF\xBF\xBD");
-}
-
-TEST(WriteConsoleTextTest, WritesNothingForAnEmptyText) {
-  const CapturedConsole console;
-
-  WriteConsoleText(L"");
-
-  EXPECT_EQ(console.Bytes(), "");
-}
-
-TEST(WriteConsoleTextTest, WritesALongTextWhole) {
-  const CapturedConsole console;
-  const std::size_t length = 1 << 20;
-
-  WriteConsoleText(std::wstring(length, L'x'));
-
-  EXPECT_EQ(console.Bytes(), std::string(length, 'x'));
-}
-
-TEST(WriteConsoleTextTest, WritesUtf8ToAPipe) {
+TEST(ConsoleStreamTest, MayBeAPipe) {
   HANDLE read_end = nullptr;
   HANDLE write_end = nullptr;
   ASSERT_TRUE(::CreatePipe(&read_end, &write_end, nullptr, 0));
@@ -97,7 +78,7 @@ TEST(WriteConsoleTextTest, WritesUtf8ToAPipe) {
   UniqueKernelHandle writer(write_end);
   {
     const StandardOutput output(writer.Get());
-    WriteConsoleText(L"Pr\u00FCfung\n");
+    WriteConsoleText(L"\u00FCben\n");
   }
   writer.Reset();
 
@@ -106,21 +87,18 @@ TEST(WriteConsoleTextTest, WritesUtf8ToAPipe) {
   ::ReadFile(reader.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
 
   EXPECT_EQ(std::string(bytes.data(), read),
-            "Pr\xC3\xBC"
-            "fung\n");
+            "\xC3\xBC"
+            "ben\n");
 }
 
-TEST(WriteConsoleTextTest, WritesNothingInPlaceOfATextThatCantBeConverted) {
+TEST(ConsoleStreamTest, GetsNothingInPlaceOfATextThatCantBeConverted) {
   const CapturedConsole console;
   INTERPOSER(WideCharToMultiByte) convert([&](UINT code_page, DWORD flags, const wchar_t* text,
                                               int units, char* bytes, int size,
                                               const char* replacement, BOOL* is_replaced) {
-    if (bytes == nullptr) {
-      return convert.Original()(code_page, flags, text, units, bytes, size, replacement,
-                                is_replaced);
-    }
-    ::SetLastError(ERROR_NO_UNICODE_TRANSLATION);
-    return 0;
+    return bytes != nullptr ? 0
+                            : convert.Original()(code_page, flags, text, units, bytes, size,
+                                                 replacement, is_replaced);
   });
 
   WriteConsoleText(L"abc");
@@ -129,45 +107,37 @@ TEST(WriteConsoleTextTest, WritesNothingInPlaceOfATextThatCantBeConverted) {
   EXPECT_EQ(convert.Calls(), 2);
 }
 
-TEST(WriteConsoleTextTest, GoesOnAfterAPartialWriteToAStream) {
-  const CapturedConsole console;
-  INTERPOSER(WriteFile) write(
-      [&](HANDLE file, const void* bytes, DWORD count, DWORD* written, OVERLAPPED* overlapped) {
-        return write.Original()(file, bytes, count > 3 ? 3 : count, written, overlapped);
-      });
+TEST(ConsoleStreamTest, GetsTheRestAfterAPartialWriteUnlessItTakesNothingOrFails) {
+  struct Case {
+    const char* name;
+    BOOL result;
+    DWORD at_once;
+    std::vector<DWORD> writes;
+  };
+  const Case cases[] = {
+      {"three at once", TRUE, 3, {8, 5, 2}},
+      {"nothing", TRUE, 0, {8}},
+      {"a failure", FALSE, 1, {8}},
+  };
 
-  WriteConsoleText(L"abcdefgh");
+  for (const Case& c : cases) {
+    const CapturedConsole console;
+    std::vector<DWORD> writes;
+    INTERPOSER(WriteFile) write(
+        [&](HANDLE, const void* bytes, DWORD count, DWORD* written, OVERLAPPED*) {
+          EXPECT_EQ(*static_cast<const char*>(bytes), "abcdefgh"[8 - count]);
+          writes.push_back(count);
+          *written = std::min(count, c.at_once);
+          return c.result;
+        });
 
-  EXPECT_EQ(console.Bytes(), "abcdefgh");
-  EXPECT_EQ(write.Calls(), 3);
+    WriteConsoleText(L"abcdefgh");
+
+    EXPECT_EQ(writes, c.writes) << c.name;
+  }
 }
 
-TEST(WriteConsoleTextTest, GivesUpOnAStreamThatTakesNothing) {
-  const CapturedConsole console;
-  INTERPOSER(WriteFile) write([](HANDLE, const void*, DWORD, DWORD* written, OVERLAPPED*) -> BOOL {
-    *written = 0;
-    return TRUE;
-  });
-
-  WriteConsoleText(L"abc");
-
-  EXPECT_EQ(write.Calls(), 1);
-}
-
-TEST(WriteConsoleTextTest, GivesUpOnAStreamThatFails) {
-  const CapturedConsole console;
-  INTERPOSER(WriteFile) write([](HANDLE, const void*, DWORD, DWORD* written, OVERLAPPED*) -> BOOL {
-    *written = 1;
-    ::SetLastError(ERROR_BROKEN_PIPE);
-    return FALSE;
-  });
-
-  WriteConsoleText(L"abc");
-
-  EXPECT_EQ(write.Calls(), 1);
-}
-
-TEST(WriteConsoleTextTest, WritesNothingWithoutAStandardOutput) {
+TEST(ConsoleStreamTest, MayBeMissing) {
   for (const HANDLE absent : {static_cast<HANDLE>(nullptr), INVALID_HANDLE_VALUE}) {
     const StandardOutput output(absent);
     INTERPOSER(WriteFile) write(
@@ -177,12 +147,11 @@ TEST(WriteConsoleTextTest, WritesNothingWithoutAStandardOutput) {
 
     WriteConsoleText(L"abc");
 
-    EXPECT_EQ(write.Calls(), 0);
-    EXPECT_EQ(write_console.Calls(), 0);
+    EXPECT_EQ(write.Calls() + write_console.Calls(), 0);
   }
 }
 
-TEST(WriteConsoleTextTest, SurvivesAStandardOutputThatWasClosed) {
+TEST(ConsoleStreamTest, MayHaveBeenClosed) {
   HANDLE read_end = nullptr;
   HANDLE write_end = nullptr;
   ASSERT_TRUE(::CreatePipe(&read_end, &write_end, nullptr, 0));
@@ -197,6 +166,58 @@ TEST(WriteConsoleTextTest, SurvivesAStandardOutputThatWasClosed) {
   WriteConsoleText(L"abc");
 
   EXPECT_EQ(write.Calls(), 1);
+}
+
+// There is no console where the tests run, so its functions are replaced.
+TEST(RealConsoleTest, GetsWideTextInChunksThatDivideNoPair) {
+  constexpr std::size_t kChunk = 8192;
+  constexpr std::size_t kAll = static_cast<std::size_t>(-1);
+  constexpr wchar_t kLead = 0xD83D;
+  constexpr wchar_t kTrail = 0xDE00;
+  struct Case {
+    const char* name;
+    std::wstring text;
+    std::vector<std::size_t> writes;
+    std::size_t at_once = kAll;  // that the console takes
+    BOOL result = TRUE;
+  };
+  const Case cases[] = {
+      {"nothing", L"", {}},
+      {"a short text", L"Pr\u00FCfung \U0001F600\n", {11}},
+      {"one chunk", std::wstring(kChunk, L'x'), {kChunk}},
+      {"more than two", std::wstring(2 * kChunk + 1, L'x'), {kChunk, kChunk, 1}},
+      {"a pair at the border", std::wstring(kChunk - 1, L'x') + L"\U0001F600y", {kChunk - 1, 3}},
+      {"half a pair", {kLead}, {1}},
+      {"the other half", {kTrail}, {1}},
+      {"half a pair at the end", {L'a', kLead}, {1, 1}},
+      {"halves in a row", {kLead, kLead, L'b'}, {3}},
+      {"nothing but halves", std::wstring(kChunk, kLead), {kChunk - 1, 1}},
+      {"three at once", L"abcdefgh", {8, 5, 2}, 3},
+      {"taking nothing", L"abc", {3}, 0},
+      {"failing", L"abc", {3}, 0, FALSE},
+  };
+
+  for (const Case& c : cases) {
+    const CapturedConsole stream;
+    std::vector<std::size_t> writes;
+    std::wstring text;
+    INTERPOSER(GetConsoleMode) mode([](HANDLE, DWORD*) -> BOOL { return TRUE; });
+    INTERPOSER(WriteConsoleW) write(
+        [&](HANDLE console, const void* units, DWORD count, DWORD* written, void* reserved) {
+          EXPECT_EQ(console, ::GetStdHandle(STD_OUTPUT_HANDLE));
+          EXPECT_EQ(reserved, nullptr);
+          writes.push_back(count);
+          *written = static_cast<DWORD>(std::min<std::size_t>(count, c.at_once));
+          text.append(static_cast<const wchar_t*>(units), *written);
+          return c.result;
+        });
+
+    WriteConsoleText(c.text);
+
+    EXPECT_EQ(writes, c.writes) << c.name;
+    EXPECT_TRUE(text == (c.at_once == 0 ? L"" : c.text)) << c.name;
+    EXPECT_EQ(stream.Bytes(), "") << c.name;
+  }
 }
 
 }  // namespace

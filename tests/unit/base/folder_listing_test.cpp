@@ -3,117 +3,171 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
-#include <tuple>
-#include <utility>
 #include <vector>
 
 #include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/scratch_folder.h"
+#include "tests/support/short_path_policy.h"
 
 namespace nhupdate_test {
 namespace {
 
 using nhupdate::CFolderListing;
 using testing::ElementsAre;
+using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-std::vector<std::wstring> Names(CFolderListing& listing) {
-  std::vector<std::wstring> names;
+// Each entry with an "F", "R" or "L" behind a "/" if it is a folder, read-only or a link.
+std::vector<std::wstring> Entries(CFolderListing& listing) {
+  std::vector<std::wstring> entries;
   while (listing.Next()) {
-    names.push_back(listing.Name());
+    entries.push_back(listing.Name() + L"/" + (listing.IsFolder() ? L"F" : L"") +
+                      (listing.IsReadOnly() ? L"R" : L"") + (listing.IsLink() ? L"L" : L""));
   }
-  return names;
+  return entries;
 }
 
 TEST(FolderListingTest, GivesFilesAndFoldersOfOneFolder) {
   const ScratchFolder scratch;
+  const std::wstring read_only = scratch.Path() + L"\\read-only";
   WriteFileBytes(scratch.Path() + L"\\file \u00FC", "x");
   WriteFileBytes(scratch.Path() + L"\\folder\\below", "x");
-
-  std::vector<std::pair<std::wstring, bool>> entries;
-  CFolderListing listing(scratch.Path());
-  while (listing.Next()) {
-    entries.emplace_back(listing.Name(), listing.IsFolder());
-    EXPECT_FALSE(listing.IsLink());
-  }
-
-  EXPECT_THAT(entries,
-              UnorderedElementsAre(std::pair(L"file \u00FC", false), std::pair(L"folder", true)));
-}
-
-TEST(FolderListingTest, IsEmptyForAnEmptyFolder) {
-  const ScratchFolder scratch;
+  WriteFileBytes(read_only, "x");
+  ::SetFileAttributesW(read_only.c_str(), FILE_ATTRIBUTE_READONLY);
   CFolderListing listing(scratch.Path());
 
+  EXPECT_THAT(Entries(listing), UnorderedElementsAre(L"file \u00FC/", L"folder/F", L"read-only/R"));
+
   EXPECT_FALSE(listing.Next());
+  EXPECT_EQ(listing.Error(), std::nullopt);
+  EXPECT_FALSE(listing.HasBrokenOff());
+  EXPECT_FALSE(listing.IsOfNoFolder());
 }
 
-TEST(FolderListingTest, IsEmptyForAFolderThatIsNotThere) {
+TEST(FolderListingTest, GivesOnlyWhatFitsTheWildcard) {
   const ScratchFolder scratch;
-  CFolderListing listing(scratch.Path() + L"\\missing\\*.*");
+  WriteFileBytes(scratch.Path() + L"\\a.txt", "x");
+  WriteFileBytes(scratch.Path() + L"\\b.bin", "x");
+  CFolderListing listing(scratch.Path(), L"\\*.txt");
 
-  EXPECT_FALSE(listing.Next());
-  EXPECT_FALSE(listing.Next());
+  EXPECT_THAT(Entries(listing), ElementsAre(L"a.txt/"));
 }
 
-TEST(FolderListingTest, PassesOverTheDotEntriesWhereverTheyStand) {
-  const FakeListing folder({{L"a"}, {L".."}, {L"b"}, {L"."}});
+TEST(FolderListingTest, IsOfAFolderWithALongPath) {
+  const ScratchFolder scratch;
+  const std::wstring folder =
+      scratch.Path() + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
+  WriteFileBytes(folder + L"\\file", "x");
+  const ShortPathPolicy policy;
+  CFolderListing listing(folder);
+
+  EXPECT_THAT(Entries(listing), ElementsAre(L"file/"));
+}
+
+TEST(FolderListingTest, PassesOverDotEntriesOnlyAndKeepsTheOrderOfWindows) {
+  const FakeListing windows({{L"b"}, {L".."}, {L"..."}, {L"."}, {L".git"}, {L"..a"}, {L"a"}});
   CFolderListing listing(L"folder");
 
-  EXPECT_THAT(Names(listing), ElementsAre(L"a", L"b"));
+  EXPECT_THAT(Entries(listing), ElementsAre(L"b/", L".../", L".git/", L"..a/", L"a/"));
+  EXPECT_THAT(windows.Patterns(), ElementsAre(L"folder\\*.*"));
 }
-
-TEST(FolderListingTest, KeepsNamesThatOnlyBeginWithDots) {
-  const FakeListing folder({{L"."}, {L".."}, {L"..."}, {L".git"}, {L"..a"}});
-  CFolderListing listing(L"folder");
-
-  EXPECT_THAT(Names(listing), ElementsAre(L"...", L".git", L"..a"));
-}
-
-TEST(FolderListingTest, KeepsTheOrderOfWindows) {
-  const FakeListing folder({{L"b"}, {L"c"}, {L"a"}});
-  CFolderListing listing(L"folder");
-
-  EXPECT_THAT(Names(listing), ElementsAre(L"b", L"c", L"a"));
-}
-
-TEST(FolderListingTest, ClosesItsSearchOnce) {
-  const FakeListing folder({{L"a"}});
-  {
-    CFolderListing listing(L"folder");
-    static_cast<void>(Names(listing));
-    EXPECT_EQ(folder.Closed(), 0);
-  }
-
-  EXPECT_EQ(folder.Closed(), 1);
-}
-
-TEST(FolderListingTest, ClosesNothingWhenThereIsNoSearch) {
-  const FakeListing folder({}, ERROR_FILE_NOT_FOUND);
-  { const CFolderListing listing(L"folder"); }
-
-  EXPECT_EQ(folder.Closed(), 0);
-}
-
-constexpr DWORD kFolderPoint = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
-constexpr DWORD kFilePoint = FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_REPARSE_POINT;
 
 TEST(FolderListingTest, TellsLinksByTheReparseTag) {
-  const FakeListing folder({{L"junction", kFolderPoint, IO_REPARSE_TAG_MOUNT_POINT},
-                            {L"cloud", kFolderPoint, IO_REPARSE_TAG_CLOUD},
-                            {L"file link", kFilePoint, IO_REPARSE_TAG_SYMLINK}});
+  constexpr DWORD kFolderPoint = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+  constexpr DWORD kFilePoint = FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_REPARSE_POINT;
+  const FakeListing windows({{L"junction", kFolderPoint, IO_REPARSE_TAG_MOUNT_POINT},
+                             {L"cloud", kFolderPoint, IO_REPARSE_TAG_CLOUD},
+                             {L"file link", kFilePoint, IO_REPARSE_TAG_SYMLINK}});
   CFolderListing listing(L"folder");
-  std::vector<std::tuple<std::wstring, bool, bool>> entries;
 
-  while (listing.Next()) {
-    entries.emplace_back(listing.Name(), listing.IsFolder(), listing.IsLink());
+  EXPECT_THAT(Entries(listing), ElementsAre(L"junction/FL", L"cloud/F", L"file link/L"));
+}
+
+TEST(FolderListingTest, ClosesItsSearchOnceIfThereIsOne) {
+  const FakeListing windows({{L"a"}});
+  {
+    CFolderListing listing(L"folder");
+    static_cast<void>(Entries(listing));
+    EXPECT_EQ(windows.Closed(), 0);
   }
+  EXPECT_EQ(windows.Closed(), 1);
 
-  EXPECT_THAT(entries,
-              ElementsAre(std::tuple(L"junction", true, true), std::tuple(L"cloud", true, false),
-                          std::tuple(L"file link", false, true)));
+  const FakeListing nothing({}, ERROR_FILE_NOT_FOUND);
+  { const CFolderListing listing(L"folder"); }
+  EXPECT_EQ(nothing.Closed(), 0);
+}
+
+TEST(FolderListingTest, TellsWhyItBrokeOff) {
+  const FakeListing windows({{L"a"}, {L"b"}}, ERROR_NETNAME_DELETED);
+  CFolderListing listing(L"folder");
+
+  EXPECT_THAT(Entries(listing), ElementsAre(L"a/", L"b/"));
+
+  EXPECT_FALSE(listing.Next());
+  EXPECT_EQ(listing.Error(), DWORD{ERROR_NETNAME_DELETED});
+  EXPECT_TRUE(listing.HasBrokenOff());
+  EXPECT_FALSE(listing.IsOfNoFolder());
+}
+
+// By what is in the folder's place, and by what Windows says when the listing shall begin.
+TEST(FolderListingTest, TellsWhyItCouldNotBegin) {
+  const ScratchFolder scratch;
+  const std::wstring file = scratch.Path() + L"\\file";
+  WriteFileBytes(file, "x");
+  const std::wstring& folder = scratch.Path();
+  const std::wstring missing = scratch.Path() + L"\\missing";
+  struct Case {
+    std::wstring path;
+    DWORD error;
+    bool is_of_no_folder;
+  };
+  const Case cases[] = {
+      {folder, ERROR_FILE_NOT_FOUND, true},  {missing, ERROR_PATH_NOT_FOUND, true},
+      {folder, ERROR_DIRECTORY, true},       {file, ERROR_DIRECTORY, true},
+      {file, ERROR_INVALID_NAME, true},      {missing, ERROR_INVALID_NAME, false},
+      {folder, ERROR_INVALID_NAME, false},   {folder, ERROR_ACCESS_DENIED, false},
+      {missing, ERROR_ACCESS_DENIED, false}, {folder, ERROR_SHARING_VIOLATION, false},
+      {folder, ERROR_NOT_READY, false},      {folder, ERROR_CANT_RESOLVE_FILENAME, false},
+  };
+
+  for (const Case& c : cases) {
+    const FakeListing windows({}, c.error);
+    CFolderListing listing(c.path);
+
+    EXPECT_THAT(Entries(listing), IsEmpty()) << c.error;
+
+    EXPECT_EQ(listing.Error(), c.error);
+    EXPECT_EQ(listing.IsOfNoFolder(), c.is_of_no_folder)
+        << c.error << " at " << testing::PrintToString(c.path);
+    EXPECT_FALSE(listing.HasBrokenOff()) << c.error;
+    EXPECT_EQ(windows.Steps(), 0) << c.error;
+  }
+}
+
+TEST(FolderListingTest, IsOfNoFolderWhereThereIsNoneOrAFile) {
+  const ScratchFolder scratch;
+  const std::wstring file =
+      scratch.Path() + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
+  WriteFileBytes(file, "x");
+  const ShortPathPolicy policy;
+
+  EXPECT_TRUE(CFolderListing(file).IsOfNoFolder());
+  EXPECT_TRUE(CFolderListing(scratch.Path() + L"\\missing").IsOfNoFolder());
+  EXPECT_TRUE(CFolderListing(scratch.Path() + L"\\missing\\too").IsOfNoFolder());
+}
+
+// The root of an empty drive has not even "." and "..".
+TEST(FolderListingTest, IsAtItsEndWhereThereIsNoEntryAtAll) {
+  const FakeListing windows({}, ERROR_NO_MORE_FILES);
+  CFolderListing listing(L"folder");
+
+  EXPECT_FALSE(listing.Next());
+  EXPECT_EQ(listing.Error(), std::nullopt);
+  EXPECT_FALSE(listing.IsOfNoFolder());
+  EXPECT_FALSE(listing.HasBrokenOff());
 }
 
 }  // namespace

@@ -1,13 +1,12 @@
 #include "base/held_folder.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "base/windows.h"
+#include "tests/support/current_folder.h"
 #include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
@@ -17,7 +16,11 @@ namespace nhupdate_test {
 namespace {
 
 using nhupdate::CHeldFolder;
+using nhupdate::CPlace;
+using nhupdate::PlaceOfFolder;
 using nhupdate::PlaceSeenFrom;
+
+constexpr DWORD kJunction = 0xA0000003;
 
 class HeldFolderTest : public testing::Test {
  protected:
@@ -28,179 +31,196 @@ class HeldFolderTest : public testing::Test {
   std::wstring inner_ = outer_ + L"\\Middle\\Inner";
 };
 
-TEST_F(HeldFolderTest, IsAtItselfAndBelowEveryFolderAboveIt) {
-  const CHeldFolder held(inner_);
-
-  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(inner_, inner_)));
-  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(outer_ + L"\\Middle", inner_)));
-  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(outer_, inner_)));
-  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(scratch_.Path(), inner_)));
-}
-
-TEST_F(HeldFolderTest, IsBelowWhateverTheLetterCase) {
-  const CHeldFolder held(outer_ + L"\\MIDDLE\\inner");
-
-  EXPECT_TRUE(
-      held.IsPlainAt(PlaceSeenFrom(scratch_.Path() + L"\\OUTER", outer_ + L"\\MIDDLE\\inner")));
-}
-
-TEST_F(HeldFolderTest, IsBelowADrivesRoot) {
-  const CHeldFolder held(inner_);
-
-  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(inner_.substr(0, 2), inner_)));
-}
-
-TEST_F(HeldFolderTest, IsNotBelowAFolderBesideIt) {
-  CreateFolders(outer_ + L"\\Mid");
-  const CHeldFolder held(inner_);
-
-  EXPECT_FALSE(held.IsPlainAt(PlaceSeenFrom(outer_ + L"\\Mid", inner_)));
-  EXPECT_FALSE(held.IsPlainAt(PlaceSeenFrom(inner_ + L"\\Below", inner_)));
-}
-
-TEST_F(HeldFolderTest, IsBelowNothingWhenItIsNotThere) {
-  const CHeldFolder held(outer_ + L"\\Missing");
-
-  EXPECT_FALSE(held.IsPlainAt(PlaceSeenFrom(outer_, outer_ + L"\\Missing")));
-  EXPECT_EQ(held.Error(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
-}
-
 TEST_F(HeldFolderTest, TellsWhyItCouldNotBeOpened) {
-  INTERPOSER(CreateFileW) open(
-      [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
-        ::SetLastError(ERROR_SHARING_VIOLATION);
-        return INVALID_HANDLE_VALUE;
-      });
+  struct Case {
+    DWORD error;
+    bool is_missing;
+  };
+  constexpr Case cases[] = {{ERROR_FILE_NOT_FOUND, true}, {ERROR_PATH_NOT_FOUND, true},
+                            {ERROR_ACCESS_DENIED, false}, {ERROR_SHARING_VIOLATION, false},
+                            {ERROR_INVALID_NAME, false},  {ERROR_DIRECTORY, false}};
+  for (const Case& c : cases) {
+    INTERPOSER(CreateFileW) open(
+        [&](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
+          ::SetLastError(c.error);
+          return INVALID_HANDLE_VALUE;
+        });
+    const CHeldFolder held(inner_);
 
-  const CHeldFolder held(inner_);
-
-  EXPECT_EQ(held.Error(), static_cast<DWORD>(ERROR_SHARING_VIOLATION));
+    EXPECT_EQ(held.Error(), c.error);
+    EXPECT_EQ(held.IsMissing(), c.is_missing) << c.error;
+    EXPECT_FALSE(held.IsLink()) << c.error;
+    EXPECT_FALSE(held.IsPlainAt(CPlace())) << c.error;
+    EXPECT_FALSE(held.LeadsElsewhere(CPlace())) << c.error;
+    EXPECT_EQ(held.MayHold(inner_), !c.is_missing) << c.error;
+  }
 }
 
 TEST_F(HeldFolderTest, HasNoErrorWhenItIsOpen) {
-  ::SetLastError(ERROR_ACCESS_DENIED);
+  ::SetLastError(ERROR_FILE_NOT_FOUND);
 
   const CHeldFolder held(inner_);
 
   EXPECT_EQ(held.Error(), std::nullopt);
+  EXPECT_FALSE(held.IsMissing());
 }
 
-TEST_F(HeldFolderTest, IsNotBelowAnAnchorThatCannotBeOpened) {
-  const CHeldFolder held(inner_);
-  INTERPOSER(CreateFileW) open(
-      [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
-        ::SetLastError(ERROR_ACCESS_DENIED);
-        return INVALID_HANDLE_VALUE;
-      });
-
-  EXPECT_FALSE(held.IsPlainAt(PlaceSeenFrom(outer_, inner_)));
-}
-
-TEST_F(HeldFolderTest, CannotBeRemovedOrRenamedWhileItIsHeld) {
+TEST_F(HeldFolderTest, CannotBeRemovedOrRenamedButWorkedIn) {
+  const std::wstring file = inner_ + L"\\file";
   {
     const CHeldFolder held(inner_);
     EXPECT_FALSE(::RemoveDirectoryW(inner_.c_str()));
     EXPECT_FALSE(::MoveFileW(inner_.c_str(), (inner_ + L" moved").c_str()));
+    WriteFileBytes(file, "x");
+    EXPECT_TRUE(::DeleteFileW(file.c_str()));
   }
 
   EXPECT_TRUE(::RemoveDirectoryW(inner_.c_str()));
 }
 
-TEST_F(HeldFolderTest, CanBeWorkedInWhileItIsHeld) {
-  const CHeldFolder held(inner_);
-
-  WriteFileBytes(inner_ + L"\\file", "x");
-
-  EXPECT_TRUE(::DeleteFileW((inner_ + L"\\file").c_str()));
-}
-
-TEST_F(HeldFolderTest, OpensTheFolderItselfAndTheAnchorAsItIsReached) {
-  std::vector<DWORD> flags;
-  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
-                                   SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flag,
-                                   HANDLE model) {
-    EXPECT_EQ(sharing & FILE_SHARE_DELETE, 0U);
-    flags.push_back(flag & FILE_FLAG_OPEN_REPARSE_POINT);
-    return open.Original()(path, access, sharing, security, creation, flag, model);
-  });
-
-  const CHeldFolder held(inner_);
-  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(outer_, inner_)));
-
-  EXPECT_THAT(flags, testing::ElementsAre(FILE_FLAG_OPEN_REPARSE_POINT, 0U));
-}
-
-// What Windows says about the folder itself. FAT and exFAT don't know the question for a tag.
-TEST_F(HeldFolderTest, IsNotPlainWhenItIsOrMayBeALink) {
+// A link is a link wherever it lies; that of which nothing is known may be one.
+TEST_F(HeldFolderTest, IsJudgedByWhatItIsAndWhereItLies) {
   struct Case {
     const char* name;
-    bool attributes_are_known;
-    DWORD attributes;
-    bool tag_is_known;
-    DWORD reparse_tag;
-    bool expected;
+    DWORD attributes;       // besides those that it has
+    const wchar_t* outer;   // where the folder above really is
+    const wchar_t* middle;  // where the one between really is; nothing special if null
+    bool is_plain;
+    bool leads_elsewhere;
   };
-  constexpr DWORD kFolder = FILE_ATTRIBUTE_DIRECTORY;
-  constexpr DWORD kPoint = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+  constexpr DWORD kLink = FILE_ATTRIBUTE_REPARSE_POINT;
   const Case cases[] = {
-      {"a folder", true, kFolder, true, 0, true},
-      {"a folder on a FAT volume", true, kFolder, false, 0, true},
-      {"a junction", true, kPoint, true, 0xA0000003, false},
-      {"a symbolic link", true, kPoint, true, 0xA000000C, false},
-      {"a cloud placeholder", true, kPoint, true, 0x9000001A, true},
-      {"a reparse point of unknown kind", true, kPoint, false, 0, false},
-      {"nothing known", false, kFolder, false, 0, false},
-      {"no attributes known", false, kFolder, true, 0, false},
+      {"a folder at its place", 0, L"\\Device\\V1\\O", nullptr, true, false},
+      {"a link at its place", kLink, L"\\Device\\V1\\O", nullptr, false, true},
+      {"below a link", 0, L"\\Device\\V1\\O", L"\\Device\\V1\\Windows", false, true},
+      {"below a link to its own folder", 0, L"\\Device\\V1\\O", L"\\Device\\V1\\O", false, true},
+      {"a folder whose place is unknown", 0, L"\\Device\\V1\\O", L"", false, false},
+      {"a link whose place is unknown", kLink, L"\\Device\\V1\\O", L"", false, true},
+      {"a folder below an unknown place", 0, L"", L"\\Device\\V1\\O\\Middle", false, false},
+      {"a folder where no place is known", 0, L"", L"", false, false},
   };
 
   for (const Case& c : cases) {
+    FakeListing windows;
+    windows.LeadElsewhere(outer_, c.outer);
+    if (c.middle != nullptr) {
+      windows.LeadElsewhere(outer_ + L"\\Middle", c.middle);
+    }
+    windows.Disguise(inner_, c.attributes, kJunction);
     const CHeldFolder held(inner_);
-    INTERPOSER(GetFileInformationByHandleEx) information(
-        [&](HANDLE, FILE_INFO_BY_HANDLE_CLASS what, void* answer, DWORD) -> BOOL {
-          if (what == FileBasicInfo && c.attributes_are_known) {
-            static_cast<FILE_BASIC_INFO*>(answer)->FileAttributes = c.attributes;
-            return TRUE;
-          }
-          if (what == FileAttributeTagInfo && c.tag_is_known) {
-            *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(answer) = {c.attributes, c.reparse_tag};
-            return TRUE;
-          }
-          ::SetLastError(ERROR_INVALID_PARAMETER);
-          return FALSE;
-        });
+    const CPlace place = PlaceSeenFrom(outer_, inner_);
 
-    EXPECT_EQ(held.IsPlainAt(PlaceSeenFrom(outer_, inner_)), c.expected) << c.name;
+    EXPECT_EQ(held.IsLink(), c.attributes == kLink) << c.name;
+    EXPECT_EQ(held.IsPlainAt(place), c.is_plain) << c.name;
+    EXPECT_EQ(held.LeadsElsewhere(place), c.leads_elsewhere) << c.name;
   }
 }
 
-// Where the folder and the anchor really are, as Windows says in this order.
-TEST_F(HeldFolderTest, IsNotBelowWhenALinkLeadsElsewhere) {
+TEST_F(HeldFolderTest, IsAtItsPlaceByWhateverNames) {
+  const CHeldFolder held(outer_ + L"\\MIDDLE\\inner");
+
+  EXPECT_TRUE(held.IsPlainAt(PlaceOfFolder(inner_)));
+  EXPECT_FALSE(held.LeadsElsewhere(PlaceOfFolder(inner_)));
+  EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(inner_.substr(0, 2), inner_)));
+  EXPECT_FALSE(held.IsPlainAt(PlaceOfFolder(outer_)));
+  EXPECT_TRUE(held.LeadsElsewhere(PlaceOfFolder(outer_)));
+}
+
+// On FAT and exFAT nobody can ask for a reparse tag.
+TEST_F(HeldFolderTest, IsPlainWhereWindowsKnowsNoLinks) {
+  const CHeldFolder held(inner_);
+  INTERPOSER(GetFileInformationByHandleEx) information(
+      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS what, void* answer, DWORD size) -> BOOL {
+        if (what != FileAttributeTagInfo) {
+          return information.Original()(file, what, answer, size);
+        }
+        ::SetLastError(ERROR_INVALID_PARAMETER);
+        return FALSE;
+      });
+
+  EXPECT_TRUE(held.IsPlainAt(PlaceOfFolder(inner_)));
+  EXPECT_FALSE(held.LeadsElsewhere(PlaceOfFolder(inner_)));
+}
+
+TEST_F(HeldFolderTest, MayHoldItselfAndWhatIsBelowByWhateverName) {
+  const CurrentFolder drive(outer_.substr(0, 3));
+  for (const std::wstring& name :
+       {outer_, outer_.substr(2), scratch_.Path() + L"\\OUTER", outer_ + L"\\Middle\\..\\."}) {
+    const CHeldFolder held(name);
+
+    EXPECT_TRUE(held.MayHold(outer_)) << testing::PrintToString(name);
+    EXPECT_TRUE(held.MayHold(inner_)) << testing::PrintToString(name);
+  }
+}
+
+TEST_F(HeldFolderTest, HoldsNothingAboveOrBesideItNorWithoutBeingThere) {
+  CreateFolders(outer_ + L"\\Mid");
+  CreateFolders(outer_ + L" too");
+  const CHeldFolder held(outer_ + L"\\Middle");
+
+  EXPECT_FALSE(held.MayHold(outer_));
+  EXPECT_FALSE(held.MayHold(outer_ + L"\\Mid"));
+  EXPECT_FALSE(CHeldFolder(outer_).MayHold(outer_ + L" too"));
+  EXPECT_FALSE(CHeldFolder(outer_ + L"\\Missing").MayHold(inner_));
+  EXPECT_FALSE(CHeldFolder(outer_ + L"\\Missing\\Too").MayHold(inner_));
+}
+
+// What Windows says of the two, which a link on the way has brought elsewhere.
+TEST_F(HeldFolderTest, HoldsAPathByWhereTheTwoReallyAre) {
   struct Case {
-    const wchar_t* anchor;
     const wchar_t* folder;
+    const wchar_t* path;
     bool expected;
   };
   const Case cases[] = {
-      {L"\\Device\\V1\\Outer", L"\\Device\\V1\\Outer\\Middle\\Inner", true},
-      // The anchor itself may be reached by a link.
-      {L"\\Device\\V9\\Real", L"\\Device\\V9\\Real\\Middle\\Inner", true},
-      {L"\\Device\\V1\\Outer", L"\\Device\\V1\\Windows", false},
-      {L"\\Device\\V1\\Outer", L"\\Device\\V1\\Outer\\Inner", false},
-      {L"\\Device\\V1\\Outer", L"\\Device\\V2\\Outer\\Middle\\Inner", false},
-      {L"\\Device\\V1\\Outer", L"", false},
-      {L"", L"\\Device\\V1\\Outer\\Middle\\Inner", false},
-      {L"", L"", false},
+      {L"\\Device\\V1\\Hub", L"\\Device\\V1\\HUB\\App", true},
+      {L"\\Device\\V1\\Hub", L"\\Device\\V1\\Hub 2", false},
+      {L"", L"\\Device\\V1\\Hub", true},
+      {L"\\Device\\V1\\Hub", L"", true},
   };
 
   for (const Case& c : cases) {
-    FakeListing listing;
-    listing.LeadElsewhere(inner_, c.folder);
-    listing.LeadElsewhere(outer_, c.anchor);
-    const CHeldFolder held(inner_);
+    FakeListing windows;
+    windows.LeadElsewhere(outer_, c.folder);
+    windows.LeadElsewhere(scratch_.Path(), c.path);
 
-    EXPECT_EQ(held.IsPlainAt(PlaceSeenFrom(outer_, inner_)), c.expected)
-        << testing::PrintToString(c.folder) << " below " << testing::PrintToString(c.anchor);
+    EXPECT_EQ(CHeldFolder(outer_).MayHold(scratch_.Path()), c.expected)
+        << testing::PrintToString(c.path) << " in " << testing::PrintToString(c.folder);
   }
+}
+
+TEST_F(HeldFolderTest, MayHoldAPathThatCannotBeOpened) {
+  const std::wstring beside = scratch_.Path() + L"\\Beside";
+  CreateFolders(beside);
+  EXPECT_FALSE(CHeldFolder(outer_).MayHold(beside));
+
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                   SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags,
+                                   HANDLE model) -> HANDLE {
+    if (path != beside) {
+      return open.Original()(path, access, sharing, security, creation, flags, model);
+    }
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
+  });
+
+  EXPECT_TRUE(CHeldFolder(outer_).MayHold(beside));
+}
+
+// The folder is opened as what it is, the path as it is walked.
+TEST_F(HeldFolderTest, LooksBehindLinksOnlyForWhatItMayHold) {
+  std::vector<std::pair<std::wstring, DWORD>> openings;
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                   SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags,
+                                   HANDLE model) {
+    openings.emplace_back(path, flags & FILE_FLAG_OPEN_REPARSE_POINT);
+    return open.Original()(path, access, sharing, security, creation, flags, model);
+  });
+
+  EXPECT_TRUE(CHeldFolder(outer_).MayHold(inner_));
+
+  EXPECT_EQ(openings, (std::vector<std::pair<std::wstring, DWORD>>{
+                          {outer_, FILE_FLAG_OPEN_REPARSE_POINT}, {inner_, 0}}));
 }
 
 }  // namespace

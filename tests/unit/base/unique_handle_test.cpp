@@ -3,13 +3,22 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <string>
 #include <utility>
 #include <vector>
+
+#include "tests/support/interposer.h"
 
 namespace nhupdate_test {
 namespace {
 
+using nhupdate::UniqueFile;
+using nhupdate::UniqueFindHandle;
 using nhupdate::UniqueHandle;
+using nhupdate::UniqueKernelHandle;
+using nhupdate::UniqueLibrary;
+using nhupdate::UniqueRegistryKey;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -30,122 +39,105 @@ class UniqueHandleTest : public testing::Test {
   void SetUp() override { Closed().clear(); }
 };
 
-TEST_F(UniqueHandleTest, HoldsNothingAtFirstAndClosesNothing) {
+TEST_F(UniqueHandleTest, ClosesOnceAtItsEndWhatIsNotNone) {
   {
-    const Number number;
-    EXPECT_FALSE(number.IsValid());
-    EXPECT_EQ(number.Get(), -1);
-  }
-
-  EXPECT_THAT(Closed(), IsEmpty());
-}
-
-TEST_F(UniqueHandleTest, ClosesOnceAtItsEnd) {
-  {
-    const Number number(7);
-    EXPECT_TRUE(number.IsValid());
-    EXPECT_EQ(number.Get(), 7);
+    const Number none;
+    const Number zero(0);
+    const Number seven(7);
+    EXPECT_FALSE(none.IsValid());
+    EXPECT_EQ(none.Get(), -1);
+    EXPECT_TRUE(zero.IsValid());
+    EXPECT_TRUE(seven.IsValid());
+    EXPECT_EQ(seven.Get(), 7);
     EXPECT_THAT(Closed(), IsEmpty());
   }
 
-  EXPECT_THAT(Closed(), ElementsAre(7));
+  EXPECT_THAT(Closed(), ElementsAre(7, 0));
 }
 
-TEST_F(UniqueHandleTest, TakesAValueThatOnlyLooksLikeNone) {
-  {
-    const Number number(0);
-    EXPECT_TRUE(number.IsValid());
-  }
-
-  EXPECT_THAT(Closed(), ElementsAre(0));
-}
-
-TEST_F(UniqueHandleTest, IsNotClosedAgainAfterReset) {
-  {
-    Number number(7);
-    number.Reset();
-    EXPECT_FALSE(number.IsValid());
-    number.Reset();
-  }
-
-  EXPECT_THAT(Closed(), ElementsAre(7));
-}
-
-TEST_F(UniqueHandleTest, ClosesTheOldValueWhenItGetsANewOne) {
+TEST_F(UniqueHandleTest, ClosesWhatItHeldWhenItIsResetOrReceives) {
   {
     Number number(7);
     number.Reset(8);
     EXPECT_THAT(Closed(), ElementsAre(7));
     EXPECT_EQ(number.Get(), 8);
-  }
-
-  EXPECT_THAT(Closed(), ElementsAre(7, 8));
-}
-
-TEST_F(UniqueHandleTest, GivesItsValueAwayUnclosed) {
-  int value = 0;
-  {
-    Number number(7);
-    value = number.Release();
+    *number.Receive() = 9;
+    EXPECT_THAT(Closed(), ElementsAre(7, 8));
+    EXPECT_EQ(number.Get(), 9);
+    static_cast<void>(number.Receive());
+    EXPECT_FALSE(number.IsValid());
+    number.Reset(10);
+    number.Reset();
+    number.Reset();
     EXPECT_FALSE(number.IsValid());
   }
 
-  EXPECT_EQ(value, 7);
-  EXPECT_THAT(Closed(), IsEmpty());
+  EXPECT_THAT(Closed(), ElementsAre(7, 8, 9, 10));
 }
 
-TEST_F(UniqueHandleTest, ClosesWhatItHeldBeforeItReceives) {
+TEST_F(UniqueHandleTest, GivesItsValueAwayUnclosed) {
   {
     Number number(7);
-    *number.Receive() = 8;
-    EXPECT_THAT(Closed(), ElementsAre(7));
-    EXPECT_EQ(number.Get(), 8);
+    EXPECT_EQ(number.Release(), 7);
+    EXPECT_FALSE(number.IsValid());
   }
 
-  EXPECT_THAT(Closed(), ElementsAre(7, 8));
-}
-
-TEST_F(UniqueHandleTest, HoldsNothingWhenNothingWasReceived) {
-  Number number(7);
-
-  static_cast<void>(number.Receive());
-
-  EXPECT_FALSE(number.IsValid());
+  EXPECT_THAT(Closed(), IsEmpty());
 }
 
 TEST_F(UniqueHandleTest, HandsItsValueOverWhenMoved) {
   {
     Number source(7);
-    Number target(std::move(source));
-    EXPECT_EQ(target.Get(), 7);
-    EXPECT_THAT(Closed(), IsEmpty());
-  }
-
-  EXPECT_THAT(Closed(), ElementsAre(7));
-}
-
-TEST_F(UniqueHandleTest, ClosesTheTargetsOldValueWhenMovedInto) {
-  {
-    Number source(7);
+    Number made(std::move(source));
+    EXPECT_EQ(made.Get(), 7);
     Number target(8);
-    target = std::move(source);
+    EXPECT_THAT(Closed(), IsEmpty());
+    target = std::move(made);
     EXPECT_THAT(Closed(), ElementsAre(8));
     EXPECT_EQ(target.Get(), 7);
+    Number& same = target;
+    target = std::move(same);
+    EXPECT_EQ(target.Get(), 7);
+    EXPECT_THAT(Closed(), ElementsAre(8));
   }
 
   EXPECT_THAT(Closed(), ElementsAre(8, 7));
 }
 
-TEST_F(UniqueHandleTest, SurvivesBeingMovedIntoItself) {
-  {
-    Number number(7);
-    Number& same = number;
-    number = std::move(same);
-    EXPECT_EQ(number.Get(), 7);
-    EXPECT_THAT(Closed(), IsEmpty());
-  }
+TEST(HandleKindsTest, KnowTheirValueForNone) {
+  EXPECT_FALSE(UniqueKernelHandle(nullptr).IsValid());
+  EXPECT_FALSE(UniqueFile(INVALID_HANDLE_VALUE).IsValid());
+  EXPECT_FALSE(UniqueFindHandle(INVALID_HANDLE_VALUE).IsValid());
+  EXPECT_FALSE(UniqueRegistryKey(nullptr).IsValid());
+  EXPECT_FALSE(UniqueLibrary(nullptr).IsValid());
+}
 
-  EXPECT_THAT(Closed(), ElementsAre(7));
+// The values are no real handles: the fakes keep them.
+TEST(HandleKindsTest, AreClosedByTheirOwnFunctions) {
+  void* const value = reinterpret_cast<void*>(std::uintptr_t{0x7000});
+  std::vector<std::string> calls;
+  const auto record = [&](const char* function, const void* handle) {
+    EXPECT_EQ(handle, value);
+    calls.emplace_back(function);
+    return TRUE;
+  };
+  INTERPOSER(CloseHandle) close([&](HANDLE handle) -> BOOL {
+    return handle == value ? record("CloseHandle", handle) : close.Original()(handle);
+  });
+  INTERPOSER(FindClose) find_close([&](HANDLE handle) { return record("FindClose", handle); });
+  INTERPOSER(RegCloseKey) close_key(
+      [&](HKEY key) -> LSTATUS { return record("RegCloseKey", key); });
+  INTERPOSER(FreeLibrary) free_library(
+      [&](HMODULE library) { return record("FreeLibrary", library); });
+
+  UniqueKernelHandle{value}.Reset();
+  UniqueFile{value}.Reset();
+  UniqueFindHandle{value}.Reset();
+  UniqueRegistryKey{static_cast<HKEY>(value)}.Reset();
+  UniqueLibrary{static_cast<HMODULE>(value)}.Reset();
+
+  EXPECT_THAT(calls,
+              ElementsAre("CloseHandle", "CloseHandle", "FindClose", "RegCloseKey", "FreeLibrary"));
 }
 
 }  // namespace

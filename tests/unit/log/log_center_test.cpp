@@ -3,125 +3,269 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <functional>
 #include <string>
+#include <thread>
+#include <tuple>
+#include <vector>
 
-#include "log/log_level.h"
 #include "tests/support/captured_console.h"
+#include "tests/support/fake_log_library.h"
+#include "tests/support/files.h"
 #include "tests/unit/log/log_library_files.h"
 
 namespace nhupdate_test {
 namespace {
 
 using nhupdate::CNSWLogCenter;
-using nhupdate::LogLevel;
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 
-class LogCenterTest : public testing::Test {
+void Stop(CNSWLogCenter& center) {
+  center.StopLog();
+}
+
+void Unload(CNSWLogCenter& center) {
+  center.UnloadLogLibrary();
+}
+
+void Write(CNSWLogCenter& center) {
+  center.WriteRecord(4, L"tag", L"text");
+}
+
+void Start(CNSWLogCenter& center) {
+  std::ignore = center.StartLog(L"again", L"c2", L"f2");
+}
+
+// Everything that happens between the log centre, Windows and the library, in its order; what was
+// printed stands where it was first seen.
+std::wstring Events(const std::string& missing_entry, int start_result,
+                    const std::function<void(CNSWLogCenter&)>& use) {
+  const CapturedConsole console;
+  std::wstring events;
+  std::wstring printed;
+  const auto look_at_console = [&] {
+    const std::wstring all = console.Text();
+    events += all == printed ? L"" : L"[" + all.substr(printed.size()) + L"] ";
+    printed = all;
+  };
+  FakeLogLibrary library;
+  library.missing_entry = missing_entry;
+  library.start_result = start_result;
+  library.on_event = [&](const std::string& event, const std::wstring& details) {
+    look_at_console();
+    events += std::wstring(event.begin(), event.end()) +
+              (details.empty() ? L"" : L"(" + details + L")") + L"; ";
+  };
+  {
+    CNSWLogCenter center;
+    use(center);
+  }
+  look_at_console();
+  return events;
+}
+
+const std::wstring kResolved = L"Resolve Start; Resolve Stop; Resolve Flush; Resolve WriteLog; ";
+const std::wstring kStarted = L"Load(a); " + kResolved + L"Start(1.0.0|c|f); ";
+
+TEST(LogCenterTest, UsesTheLibraryFromLoadToFree) {
+  struct Case {
+    const char* name;
+    std::vector<void (*)(CNSWLogCenter&)> steps;
+    std::wstring events;
+  };
+  const Case cases[] = {
+      {"destruction alone", {}, L"Stop; Free; "},
+      {"stopping", {Stop}, L"Stop; Stop; Free; "},
+      {"stopping twice", {Stop, Stop}, L"Stop; Stop; Stop; Free; "},
+      {"unloading", {Unload}, L"Stop; Free; "},
+      {"unloading twice", {Unload, Unload}, L"Stop; Free; "},
+      {"stopping after unloading", {Unload, Stop}, L"Stop; Free; "},
+      {"the program's normal end", {Stop, Unload}, L"Stop; Stop; Free; "},
+      {"a record", {Write}, L"WriteLog(4|tag|text); Stop; Free; "},
+      {"a late record", {Stop, Write}, L"Stop; WriteLog(4|tag|text); Stop; Free; "},
+      {"a record that comes too late", {Unload, Write}, L"Stop; Free; "},
+      {"starting again", {Start}, L"Stop; Free; "},
+      {"starting again after unloading",
+       {Unload, Start, Write},
+       L"Stop; Free; Load(again); " + kResolved +
+           L"Start(1.0.0|c2|f2); WriteLog(4|tag|text); Stop; Free; "},
+  };
+
+  for (const Case& c : cases) {
+    EXPECT_EQ(Events("", 0,
+                     [&](CNSWLogCenter& center) {
+                       EXPECT_EQ(center.StartLog(L"a", L"c", L"f"), 1) << c.name;
+                       for (const auto& step : c.steps) {
+                         step(center);
+                       }
+                     }),
+              kStarted + c.events)
+        << c.name;
+  }
+}
+
+TEST(LogCenterTest, KeepsALibraryThatRefusesToStart) {
+  EXPECT_EQ(Events("", 7,
+                   [](CNSWLogCenter& center) {
+                     EXPECT_EQ(center.StartLog(L"a", L"c", L"f"), 0);
+                     Write(center);
+                     // It counts as running from then on.
+                     EXPECT_EQ(center.StartLog(L"a", L"c", L"f"), 1);
+                   }),
+            kStarted + L"[Log start fail : 7\n] WriteLog(4|tag|text); Stop; Free; ");
+}
+
+// It is stopped, though never started, if it can be.
+TEST(LogCenterTest, DropsALibraryAtItsFirstMissingEntry) {
+  struct Case {
+    const char* missing_entry;
+    const wchar_t* events;
+  };
+  const Case cases[] = {
+      {"Start", L"Load(a); Resolve Start; [Fail to load Start from library\n] Free; "},
+      {"Stop", L"Load(a); Resolve Start; Resolve Stop; [Fail to load Stop from library\n] Free; "},
+      {"Flush",
+       L"Load(a); Resolve Start; Resolve Stop; Resolve Flush; "
+       L"[Fail to load Flush from library\n] Stop; Free; "},
+      {"WriteLog",
+       L"Load(a); Resolve Start; Resolve Stop; Resolve Flush; Resolve WriteLog; "
+       L"[Fail to load WriteLog from library\n] Stop; Free; "},
+  };
+
+  for (const Case& c : cases) {
+    EXPECT_EQ(Events(c.missing_entry, 0,
+                     [](CNSWLogCenter& center) {
+                       EXPECT_EQ(center.StartLog(L"a", L"c", L"f"), 0);
+                       Write(center);
+                       Stop(center);
+                     }),
+              c.events);
+  }
+}
+
+TEST(LogCenterTest, DoesNothingWithoutALibrary) {
+  EXPECT_EQ(Events("", 0,
+                   [](CNSWLogCenter& center) {
+                     Write(center);
+                     Stop(center);
+                     Unload(center);
+                   }),
+            L"");
+}
+
+TEST(LogCenterTest, LetsTheLibraryCallBack) {
+  std::vector<std::string> events;
+  CNSWLogCenter center;
+  FakeLogLibrary library;
+  library.on_event = [&](const std::string& event, const std::wstring& details) {
+    events.push_back(event);
+    if (event == "Start" || event == "Stop" || details == L"4|tag|text") {
+      center.WriteRecord(2, L"tag", L"from within");
+    }
+  };
+
+  ASSERT_EQ(center.StartLog(L"a", L"c", L"f"), 1);
+  events.clear();
+  Write(center);
+  Unload(center);
+
+  EXPECT_THAT(events, ElementsAre("WriteLog", "WriteLog", "Stop", "WriteLog", "Free"));
+}
+
+// Several threads use one log centre while another one unloads and loads the library.
+TEST(LogCenterTest, LetsOneThreadAtATimeIntoTheLibrary) {
+  std::atomic<int> inside = 0;
+  std::atomic<int> overlaps = 0;
+  std::atomic<int> records = 0;
+  CNSWLogCenter center;
+  FakeLogLibrary library;
+  library.on_event = [&](const std::string& event, const std::wstring&) {
+    overlaps += inside++ == 0 ? 0 : 1;
+    records += event == "WriteLog" ? 1 : 0;
+    std::this_thread::yield();
+    --inside;
+  };
+  ASSERT_EQ(center.StartLog(L"a", L"c", L"f"), 1);
+
+  {
+    std::vector<std::jthread> threads;
+    for (int thread = 0; thread < 3; ++thread) {
+      threads.emplace_back([&] {
+        for (int record = 0; record < 300; ++record) {
+          Write(center);
+        }
+      });
+    }
+    threads.emplace_back([&] {
+      for (int round = 0; round < 50; ++round) {
+        Stop(center);
+        Unload(center);
+        Start(center);
+      }
+    });
+  }
+
+  EXPECT_EQ(overlaps, 0);
+  EXPECT_GT(records, 0);
+  Unload(center);
+}
+
+// With libraries that are files.
+class LogLibraryTest : public testing::Test {
  protected:
   LogLibraryFiles files_;
   CapturedConsole console_;
   CNSWLogCenter center_;
 };
 
-TEST_F(LogCenterTest, StartsTheLibraryWithTheInterfaceVersionAndItsPaths) {
+TEST_F(LogLibraryTest, GetsPathsAndRecordsAsTheyAre) {
   const std::wstring library = files_.Add(L"recording_log");
-
-  EXPECT_EQ(center_.StartLog(library, L"C:\\100%s\\LogConfig.ini", L"D:\\Log \u00FC"), 1);
-
-  EXPECT_THAT(files_.Calls(), ElementsAre(L"Start|1.0.0|C:\\100%s\\LogConfig.ini|D:\\Log \u00FC"));
+  const std::wstring long_message(200'000, L'\u00FC');
+  ASSERT_EQ(center_.StartLog(library, L"C:\\100%s\\LogConfig.ini", L""), 1);
   EXPECT_TRUE(IsLoaded(library));
+
+  center_.WriteRecord(3, L"tag \u00FC", L"100%s %d \u7E41");
+  center_.WriteRecord(-1, L"tag", L"two\nlines");
+  center_.WriteRecord(2, L"tag", long_message);
+  center_.UnloadLogLibrary();
+
+  EXPECT_FALSE(IsLoaded(library));
+  EXPECT_THAT(files_.Calls(), ElementsAre(L"Start|1.0.0|C:\\100%s\\LogConfig.ini|",
+                                          L"WriteLog|3|tag \u00FC|100%s %d \u7E41",
+                                          L"WriteLog|-1|tag|two\u240Alines",
+                                          L"WriteLog|2|tag|" + long_message, L"Stop"));
   EXPECT_EQ(console_.Bytes(), "");
 }
 
-TEST_F(LogCenterTest, StartsTheLibraryWithEmptyPathsToo) {
-  const std::wstring library = files_.Add(L"recording_log");
+TEST_F(LogLibraryTest, IsNamedWhenItCannotBeLoaded) {
+  const std::wstring missing = files_.Folder() + L"\\missing.dll";
+  const std::wstring folder = files_.Folder() + L"\\folder.dll";
+  const std::wstring text_file = files_.Folder() + L"\\text \u00FC.dll";
+  const std::wstring empty_file = files_.Folder() + L"\\empty.dll";
+  CreateFolders(folder);
+  WriteFileBytes(text_file, "This is no library.");
+  WriteFileBytes(empty_file, "");
 
-  EXPECT_EQ(center_.StartLog(library, L"", L""), 1);
-
-  EXPECT_THAT(files_.Calls(), ElementsAre(L"Start|1.0.0||"));
-}
-
-TEST_F(LogCenterTest, DoesNothingMoreWhenStartedAgain) {
-  const std::wstring library = files_.Add(L"recording_log");
-  const std::wstring other = files_.Add(L"recording_log_start_fails");
-  ASSERT_EQ(center_.StartLog(library, L"configuration", L"folder"), 1);
-
-  EXPECT_EQ(center_.StartLog(other, L"other", L"other"), 1);
-
-  EXPECT_THAT(files_.Calls(), ElementsAre(L"Start|1.0.0|configuration|folder"));
-  EXPECT_FALSE(IsLoaded(other));
-}
-
-TEST_F(LogCenterTest, LoadsAndStartsAgainAfterItWasUnloaded) {
-  const std::wstring library = files_.Add(L"recording_log");
-  ASSERT_EQ(center_.StartLog(library, L"first", L"first"), 1);
-  center_.UnloadLogLibrary();
-
-  EXPECT_EQ(center_.StartLog(library, L"second", L"second"), 1);
-  center_.WriteRecord(2, L"tag", L"text");
-
-  EXPECT_THAT(files_.Calls(), ElementsAre(L"Start|1.0.0|first|first", L"Stop",
-                                          L"Start|1.0.0|second|second", L"WriteLog|2|tag|text"));
-}
-
-TEST_F(LogCenterTest, PassesRecordsOnAsTheyAre) {
-  ASSERT_EQ(center_.StartLog(files_.Add(L"recording_log"), L"c", L"f"), 1);
-
-  center_.WriteRecord(static_cast<int>(LogLevel::kInformation), L"NHUpdateManager", L"started");
-  center_.WriteRecord(static_cast<int>(LogLevel::kWarning), L"tag \u00FC", L"100%s %d \u7E41");
-  center_.WriteRecord(static_cast<int>(LogLevel::kError), L"tag", L"two\nlines");
-  center_.WriteRecord(-1, L"tag", L"unknown level");
-
-  EXPECT_THAT(files_.Calls(),
-              ElementsAre(L"Start|1.0.0|c|f", L"WriteLog|2|NHUpdateManager|started",
-                          L"WriteLog|3|tag \u00FC|100%s %d \u7E41",
-                          L"WriteLog|4|tag|two\u240Alines", L"WriteLog|-1|tag|unknown level"));
-}
-
-TEST_F(LogCenterTest, PassesALongRecordOnWhole) {
-  ASSERT_EQ(center_.StartLog(files_.Add(L"recording_log"), L"c", L"f"), 1);
-  const std::wstring message(200000, L'\u00FC');
-
-  center_.WriteRecord(2, L"tag", message);
-
-  EXPECT_TRUE(files_.Calls().back() == L"WriteLog|2|tag|" + message);
-}
-
-TEST_F(LogCenterTest, DropsRecordsWithoutALibrary) {
-  center_.WriteRecord(2, L"tag", L"text");
-
+  std::wstring expected;
+  for (const std::wstring& library : {missing, folder, text_file, empty_file}) {
+    EXPECT_EQ(center_.StartLog(library, L"c", L"f"), 0) << testing::PrintToString(library);
+    expected += L"Fail to load library : " + library + L"\n";
+    EXPECT_EQ(console_.Text(), expected);
+  }
   EXPECT_THAT(files_.Calls(), IsEmpty());
-  EXPECT_EQ(console_.Bytes(), "");
 }
 
-TEST_F(LogCenterTest, DropsRecordsAfterTheLibraryWasUnloaded) {
-  ASSERT_EQ(center_.StartLog(files_.Add(L"recording_log"), L"c", L"f"), 1);
-  center_.UnloadLogLibrary();
+TEST_F(LogLibraryTest, MayBeAGoodOneAfterBadOnes) {
+  const std::wstring incomplete = files_.Add(L"recording_log_without_flush");
+  ASSERT_EQ(center_.StartLog(files_.Folder() + L"\\missing.dll", L"c", L"f"), 0);
+  ASSERT_EQ(center_.StartLog(incomplete, L"c", L"f"), 0);
+  EXPECT_FALSE(IsLoaded(incomplete));
 
-  center_.WriteRecord(2, L"tag", L"text");
+  EXPECT_EQ(center_.StartLog(files_.Add(L"recording_log"), L"c", L"f"), 1);
 
-  EXPECT_THAT(files_.Calls(), ElementsAre(L"Start|1.0.0|c|f", L"Stop"));
-}
-
-TEST_F(LogCenterTest, PassesRecordsOnBetweenStopAndUnload) {
-  ASSERT_EQ(center_.StartLog(files_.Add(L"recording_log"), L"c", L"f"), 1);
-  center_.StopLog();
-
-  center_.WriteRecord(2, L"tag", L"late");
-
-  EXPECT_THAT(files_.Calls(), ElementsAre(L"Start|1.0.0|c|f", L"Stop", L"WriteLog|2|tag|late"));
-}
-
-TEST_F(LogCenterTest, NeverFlushesTheLibrary) {
-  ASSERT_EQ(center_.StartLog(files_.Add(L"recording_log"), L"c", L"f"), 1);
-  center_.WriteRecord(4, L"tag", L"text");
-  center_.StopLog();
-  center_.UnloadLogLibrary();
-
-  EXPECT_THAT(files_.Calls(), Each(Not(L"Flush")));
+  EXPECT_THAT(files_.Calls(), ElementsAre(L"Stop", L"Start|1.0.0|c|f"));
 }
 
 }  // namespace

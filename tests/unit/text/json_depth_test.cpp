@@ -47,25 +47,19 @@ int Depth(const JsonValue& value) {
   return depth;
 }
 
-void ExpectReadAndReleased(const std::wstring& text, int depth) {
-  JsonValue value;
-  EXPECT_EQ(Read(value, text), static_cast<int>(text.size()));
-  EXPECT_EQ(Depth(value), depth);
-  FreeValue(value);
-  EXPECT_EQ(value.Kind(), JsonKind::kNull);
-}
-
-TEST(JsonReaderAtAnyDepthTest, ReadsAndReleasesAMillionArrays) {
-  ExpectReadAndReleased(Repeat(L"[", kDepth) + Repeat(L"]", kDepth), kDepth);
-}
-
-TEST(JsonReaderAtAnyDepthTest, ReadsAndReleasesAMillionObjects) {
-  ExpectReadAndReleased(Repeat(L"{\"a\":", kDepth - 1) + L"{}" + Repeat(L"}", kDepth - 1), kDepth);
-}
-
-TEST(JsonReaderAtAnyDepthTest, ReadsAndReleasesArraysAndObjectsByTurns) {
-  ExpectReadAndReleased(Repeat(L"[{\"\":", kDepth / 2) + L"1" + Repeat(L"}, 2]", kDepth / 2),
-                        kDepth);
+TEST(JsonReaderAtAnyDepthTest, ReadsAndReleasesAMillionContainers) {
+  const std::wstring texts[] = {
+      Repeat(L"[", kDepth) + Repeat(L"]", kDepth),
+      Repeat(L"{\"a\":", kDepth - 1) + L"{}" + Repeat(L"}", kDepth - 1),
+      Repeat(L"[{\"\":", kDepth / 2) + L"1" + Repeat(L"}, 2]", kDepth / 2),
+  };
+  for (const std::wstring& text : texts) {
+    JsonValue value;
+    EXPECT_EQ(Read(value, text), static_cast<int>(text.size()));
+    EXPECT_EQ(Depth(value), kDepth);
+    FreeValue(value);
+    EXPECT_EQ(value.Kind(), JsonKind::kNull);
+  }
 }
 
 TEST(JsonReaderAtAnyDepthTest, ReleasesADeepValueThatGoesOutOfScope) {
@@ -86,32 +80,29 @@ TEST(JsonReaderAtAnyDepthTest, ReleasesADeepValueThatIsReplaced) {
   EXPECT_EQ(Describe(value), "true");
 }
 
-TEST(JsonReaderAtAnyDepthTest, AddsUpTheFailureInTheInnermostOfAMillionArrays) {
-  JsonValue value;
-
-  EXPECT_EQ(Read(value, Repeat(L"[", kDepth) + L"x" + Repeat(L"]", kDepth)), -(kDepth + 1));
-
-  EXPECT_EQ(value.Kind(), JsonKind::kNull);
-}
-
-TEST(JsonReaderAtAnyDepthTest, ReportsOnlyTheOutermostOfAMillionObjects) {
-  JsonValue value;
-
-  EXPECT_EQ(Read(value, Repeat(L"{\"a\":", kDepth) + L"x" + Repeat(L"}", kDepth)), -5);
-
-  EXPECT_EQ(value.Kind(), JsonKind::kNull);
-}
-
-TEST(JsonReaderAtAnyDepthTest, RefusesAMillionOpeningsWithoutAnEnd) {
-  JsonValue value;
-
-  EXPECT_EQ(Read(value, Repeat(L"[", kDepth)), -1);
-  EXPECT_EQ(Read(value, Repeat(L"{\"a\":", kDepth)), -1);
-  EXPECT_EQ(Read(value, Repeat(L"[", kDepth) + L"]"), -(kDepth + 2));
-  EXPECT_EQ(Read(value, Repeat(L"[{\"a\":", kDepth) + L"]"), -2);
-  EXPECT_EQ(Read(value, Repeat(L"[", kDepth) + L"{" + Repeat(L"]", kDepth)), -(kDepth + 1));
-
-  EXPECT_EQ(value.Kind(), JsonKind::kNull);
+// Arrays add up what is read before the failure of an element; objects report only what they have
+// read themselves.
+TEST(JsonReaderAtAnyDepthTest, FailsInTheInnermostOfAMillionContainers) {
+  const std::wstring arrays = Repeat(L"[", kDepth);
+  const std::wstring objects = Repeat(L"{\"a\":", kDepth);
+  struct Case {
+    std::wstring text;
+    int result;
+  };
+  const Case cases[] = {
+      {arrays + L"x" + Repeat(L"]", kDepth), -(kDepth + 1)},
+      {objects + L"x" + Repeat(L"}", kDepth), -5},
+      {arrays, -1},
+      {objects, -1},
+      {arrays + L"]", -(kDepth + 2)},
+      {Repeat(L"[{\"a\":", kDepth) + L"]", -2},
+      {arrays + L"{" + Repeat(L"]", kDepth), -(kDepth + 1)},
+  };
+  for (const Case& c : cases) {
+    JsonValue value;
+    EXPECT_EQ(Read(value, c.text), c.result);
+    EXPECT_EQ(value.Kind(), JsonKind::kNull);
+  }
 }
 
 TEST(JsonReaderOfAnySizeTest, ReadsAMillionElements) {

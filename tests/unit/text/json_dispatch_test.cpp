@@ -9,21 +9,19 @@ using nhupdate::ParseValue;
 using namespace std::string_view_literals;
 
 TEST(ParseValueTest, ReadsEveryKindOfValue) {
-  ExpectReadings(ParseValue, {
-                                 {LR"({})", 2, "{}"},
-                                 {LR"([])", 2, "[]"},
-                                 {LR"("a")", 3, R"("a")"},
-                                 {LR"(null)", 4, "null"},
-                                 {LR"(true)", 4, "true"},
-                                 {LR"(false)", 5, "false"},
-                                 {LR"(NULL)", 4, "null"},
-                                 {LR"(TRUE)", 4, "true"},
-                                 {LR"(FALSE)", 5, "false"},
-                                 {LR"(1,)", 1, "1"},
-                                 {LR"(+1,)", 2, "1"},
-                                 {LR"(-1,)", 2, "-1"},
-                                 {LR"(1.5,)", 3, "real 1.5"},
-                             });
+  ExpectReadings(ParseValue, {{LR"({})", 2, "{}"},
+                              {LR"([])", 2, "[]"},
+                              {LR"("a")", 3, R"("a")"},
+                              {LR"(null)", 4, "null"},
+                              {LR"(true)", 4, "true"},
+                              {LR"(false)", 5, "false"},
+                              {LR"(NULL)", 4, "null"},
+                              {LR"(TRUE)", 4, "true"},
+                              {LR"(FALSE)", 5, "false"},
+                              {LR"(1,)", 1, "1"},
+                              {LR"(+1,)", 2, "1"},
+                              {LR"(-1,)", 2, "-1"},
+                              {LR"(1.5,)", 3, "real 1.5"}});
 }
 
 TEST(ParseValueTest, TakesEveryDecimalDigitForANumber) {
@@ -68,22 +66,16 @@ TEST(ParseValueTest, SkipsEveryUnitFrom1To32) {
 }
 
 TEST(ParseValueTest, AddsTheWhitespaceToTheResult) {
-  ExpectReadings(ParseValue, {
-                                 {L"  null", 6, "null"},
-                                 {L" \r\n[1]", 6, "[1]"},
-                                 {L" {}", 3, "{}"},
-                                 {L"\t\"a\"", 4, "\"a\""},
-                                 {L" 12,", 3, "12"},
-                             });
+  ExpectReadings(ParseValue, {{L"  null", 6, "null"},
+                              {L" \r\n[1]", 6, "[1]"},
+                              {L" {}", 3, "{}"},
+                              {L"\t\"a\"", 4, "\"a\""},
+                              {L" 12,", 3, "12"}});
 }
 
 TEST(ParseValueTest, FailsWhenNothingButWhitespaceIsThere) {
-  ExpectReadings(ParseValue, {
-                                 {L" "sv, -2},
-                                 {L"    "sv, -5},
-                                 {L"  \0true"sv, -3},
-                                 {L"\0true"sv, -1},
-                             });
+  ExpectReadings(ParseValue,
+                 {{L" "sv, -2}, {L"    "sv, -5}, {L"  \0true"sv, -3}, {L"\0true"sv, -1}});
 }
 
 TEST(ParseValueTest, HidesAFailureThatIsSmallerThanTheWhitespace) {
@@ -106,52 +98,44 @@ TEST(ParseValueTest, HidesAFailureThatIsSmallerThanTheWhitespace) {
 }
 
 TEST(ParseValueTest, LeavesWhatFollowsTheValueAlone) {
-  ExpectReadings(ParseValue, {
-                                 {L"{}}", 2, "{}"},
-                                 {L"[]x", 2, "[]"},
-                                 {L"\"a\"b", 3, "\"a\""},
-                                 {L"nullx", 4, "null"},
-                                 {L"null ", 4, "null"},
-                                 {L"1x", 1, "1"},
-                             });
+  ExpectReadings(ParseValue, {{L"{}}", 2, "{}"},
+                              {L"[]x", 2, "[]"},
+                              {L"\"a\"b", 3, "\"a\""},
+                              {L"nullx", 4, "null"},
+                              {L"null ", 4, "null"},
+                              {L"1x", 1, "1"}});
 }
 
 TEST(ParseValueTest, ReadsNoFurtherThanTheBound) {
-  ExpectReadingsWithin(ParseValue, {
-                                       {LR"([1,2])", 4, -1},
-                                       {LR"([1]2])", 3, 3, "[1]"},
-                                       {LR"({"a":1})", 6, -1},
-                                       {LR"("abc")", 3, 3, R"("ab")"},
-                                       {LR"(  true)", 5, 1},
-                                       {LR"(12,)", 2, -1},
-                                       {LR"( x)", 1, -2},
-                                   });
+  ExpectReadingsWithin(ParseValue, {{LR"([1,2])", 4, -1},
+                                    {LR"([1]2])", 3, 3, "[1]"},
+                                    {LR"({"a":1})", 6, -1},
+                                    {LR"("abc")", 3, 3, R"("ab")"},
+                                    {LR"(  true)", 5, 1},
+                                    {LR"(12,)", 2, -1},
+                                    {LR"( x)", 1, -2}});
 }
 
 TEST(ParseValueTest, TakesTheTerminatorForTheEndWhenTheBoundIsLarger) {
-  ExpectReadingsWithin(ParseValue, {
-                                       {LR"([1,2])", 1000, 5, "[1,2]"},
-                                       {LR"([1,2)", 1000, -1},
-                                       {LR"("abc)", 1000, 4, R"("abc")"},
-                                       {LR"("abc\)", 1000, -6},
-                                       {LR"(12)", 1000, -1},
-                                       {LR"(tru)", 1000, -1},
-                                       {LR"( )", 1000, -2},
-                                       {LR"()", 1000, -1},
-                                       {LR"({"a":1})", 2147483647, 7, R"({"a":1})"},
-                                   });
+  ExpectReadingsWithin(ParseValue, {{LR"([1,2])", 1000, 5, "[1,2]"},
+                                    {LR"([1,2)", 1000, -1},
+                                    {LR"("abc)", 1000, 4, R"("abc")"},
+                                    {LR"("abc\)", 1000, -6},
+                                    {LR"(12)", 1000, -1},
+                                    {LR"(tru)", 1000, -1},
+                                    {LR"( )", 1000, -2},
+                                    {LR"()", 1000, -1},
+                                    {LR"({"a":1})", 2147483647, 7, R"({"a":1})"}});
 }
 
 TEST(ParseValueTest, TakesANulWithinTheBoundForTheEnd) {
-  ExpectReadings(ParseValue, {
-                                 {L"[1\0]"sv, -1},
-                                 {L"[1]\0]"sv, 3, "[1]"},
-                                 {L"{\"a\":1\0}"sv, -1},
-                                 {L"\"a\0b\""sv, 2, "\"a\""},
-                                 {L"12\0,"sv, -1},
-                                 {L"fals\0e"sv, -1},
-                                 {L"[\"]\0\",1]"sv, -4},
-                             });
+  ExpectReadings(ParseValue, {{L"[1\0]"sv, -1},
+                              {L"[1]\0]"sv, 3, "[1]"},
+                              {L"{\"a\":1\0}"sv, -1},
+                              {L"\"a\0b\""sv, 2, "\"a\""},
+                              {L"12\0,"sv, -1},
+                              {L"fals\0e"sv, -1},
+                              {L"[\"]\0\",1]"sv, -4}});
 }
 
 }  // namespace

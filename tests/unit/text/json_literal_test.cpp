@@ -41,27 +41,22 @@ TEST(ParseLiteralTest, AcceptsEveryMixtureOfLetterCases) {
 }
 
 TEST(ParseLiteralTest, LeavesTheUnitBehindTheLiteralAlone) {
-  ExpectReadings(ParseLiteral, {
-                                   {L"nullx", 4, "null"},
-                                   {L"truefalse", 4, "true"},
-                                   {L"falsely", 5, "false"},
-                               });
+  ExpectReadings(ParseLiteral,
+                 {{L"nullx", 4, "null"}, {L"truefalse", 4, "true"}, {L"falsely", 5, "false"}});
 }
 
 TEST(ParseLiteralTest, RefusesEverythingElse) {
-  ExpectReadings(ParseLiteral, {
-                                   {L"nope", -1},
-                                   {L"trux", -1},
-                                   {L"fault", -1},
-                                   {L"fals ", -1},
-                                   {L"nul\u00CC", -1},  // "l" + 96: only ASCII letters are folded
-                                   {L"t\x0152ue", -1},
-                                   {L"xrue", -1},
-                                   {L" true", -1},
-                                   {L"\"true\"", -1},
-                                   {L"alse ", -1},
-                                   {L"ntrue", -1},
-                               });
+  ExpectReadings(ParseLiteral, {{L"nope", -1},
+                                {L"trux", -1},
+                                {L"fault", -1},
+                                {L"fals ", -1},
+                                {L"nul\u00CC", -1},  // "l" + 96: only ASCII letters are folded
+                                {L"t\x0152ue", -1},
+                                {L"xrue", -1},
+                                {L" true", -1},
+                                {L"\"true\"", -1},
+                                {L"alse ", -1},
+                                {L"ntrue", -1}});
 }
 
 TEST(ParseLiteralTest, FoldsUpperCaseLettersOnly) {
@@ -75,23 +70,19 @@ TEST(ParseLiteralTest, FoldsUpperCaseLettersOnly) {
 }
 
 TEST(ParseLiteralTest, NeedsFourUnitsWithinTheBound) {
-  ExpectReadingsWithin(ParseLiteral, {
-                                         {L"true", 3, -1},
-                                         {L"null", 1, -1},
-                                         {L"null", 4, 4, "null"},
-                                         {L"tru", 4, -1},
-                                         {L"nul\0l"sv, 5, -1},
-                                     });
+  ExpectReadingsWithin(ParseLiteral, {{L"true", 3, -1},
+                                      {L"null", 1, -1},
+                                      {L"null", 4, 4, "null"},
+                                      {L"tru", 4, -1},
+                                      {L"nul\0l"sv, 5, -1}});
 }
 
 TEST(ParseLiteralTest, NeedsFiveUnitsForFalse) {
-  ExpectReadingsWithin(ParseLiteral, {
-                                         {L"false", 4, -1},
-                                         {L"FALSE", 4, -1},
-                                         {L"false", 5, 5, "false"},
-                                         {L"fals", 5, -1},
-                                         {L"fals\0e"sv, 6, -1},
-                                     });
+  ExpectReadingsWithin(ParseLiteral, {{L"false", 4, -1},
+                                      {L"FALSE", 4, -1},
+                                      {L"false", 5, 5, "false"},
+                                      {L"fals", 5, -1},
+                                      {L"fals\0e"sv, 6, -1}});
 }
 
 }  // namespace

@@ -10,119 +10,100 @@ using nhupdate::ParseValue;
 using namespace std::string_view_literals;
 
 TEST(ParseNumberTest, ReadsIntegers) {
-  ExpectReadings(ParseNumber, {
-                                  {L"0,", 1, "0"},
-                                  {L"42,", 2, "42"},
-                                  {L"+42,", 3, "42"},
-                                  {L"-42,", 3, "-42"},
-                                  {L"007,", 3, "7"},
-                                  {L"-007,", 4, "-7"},
-                                  {L"-0,", 2, "0"},
-                              });
+  ExpectReadings(ParseNumber, {{L"0,", 1, "0"},
+                               {L"42,", 2, "42"},
+                               {L"+42,", 3, "42"},
+                               {L"-42,", 3, "-42"},
+                               {L"007,", 3, "7"},
+                               {L"-007,", 4, "-7"},
+                               {L"-0,", 2, "0"}});
 }
 
 TEST(ParseNumberTest, ReadsAnythingWithAFullStopAsReal) {
-  ExpectReadings(ParseNumber, {
-                                  {L"1.5,", 3, "real 1.5"},
-                                  {L"1.,", 2, "real 1"},
-                                  {L"-.5,", 3, "real -0.5"},
-                                  {L"+.5,", 3, "real 0.5"},
-                                  {L".5,", 2, "real 0.5"},
-                                  {L"0.1,", 3, "real 0.1"},
-                                  {L"-0.,", 3, "real -0"},
-                                  {L"00012.50,", 8, "real 12.5"},
-                                  {L"0.30000000000000004,", 19, "real 0.30000000000000004"},
-                                  {L"9007199254740993.,", 17, "real 9007199254740992"},
-                              });
+  ExpectReadings(ParseNumber, {{L"1.5,", 3, "real 1.5"},
+                               {L"1.,", 2, "real 1"},
+                               {L"-.5,", 3, "real -0.5"},
+                               {L"+.5,", 3, "real 0.5"},
+                               {L".5,", 2, "real 0.5"},
+                               {L"0.1,", 3, "real 0.1"},
+                               {L"-0.,", 3, "real -0"},
+                               {L"00012.50,", 8, "real 12.5"},
+                               {L"0.30000000000000004,", 19, "real 0.30000000000000004"},
+                               {L"9007199254740993.,", 17, "real 9007199254740992"}});
 }
 
 TEST(ParseNumberTest, ReadsARunWithoutDigitsAsZero) {
-  ExpectReadings(ParseNumber, {
-                                  {L"-,", 1, "0"},
-                                  {L"+,", 1, "0"},
-                                  {L"-x", 1, "0"},
-                                  {L".,", 1, "real 0"},
-                                  {L"-.,", 2, "real -0"},
-                                  {L",", 0, "0"},
-                              });
+  ExpectReadings(ParseNumber, {{L"-,", 1, "0"},
+                               {L"+,", 1, "0"},
+                               {L"-x", 1, "0"},
+                               {L".,", 1, "real 0"},
+                               {L"-.,", 2, "real -0"},
+                               {L",", 0, "0"}});
 }
 
 TEST(ParseNumberTest, EndsAtTheFirstOtherUnit) {
-  ExpectReadings(ParseNumber, {
-                                  {L"1e5,", 1, "1"},
-                                  {L"1.5e5,", 3, "real 1.5"},
-                                  {L"0x10,", 1, "0"},
-                                  {L"1-2,", 1, "1"},
-                                  {L"--1,", 1, "0"},
-                                  {L"+-1,", 1, "0"},
-                                  {L"- 1,", 1, "0"},
-                                  {L"1 2,", 1, "1"},
-                                  {L"12\"", 2, "12"},
-                                  {L"1\x0661,", 1, "1"},  // no ASCII digit
-                                  {L"1\xFF12,", 1, "1"},
-                              });
+  ExpectReadings(ParseNumber, {{L"1e5,", 1, "1"},
+                               {L"1.5e5,", 3, "real 1.5"},
+                               {L"0x10,", 1, "0"},
+                               {L"1-2,", 1, "1"},
+                               {L"--1,", 1, "0"},
+                               {L"+-1,", 1, "0"},
+                               {L"- 1,", 1, "0"},
+                               {L"1 2,", 1, "1"},
+                               {L"12\"", 2, "12"},
+                               {L"1\x0661,", 1, "1"},  // no ASCII digit
+                               {L"1\xFF12,", 1, "1"}});
 }
 
 TEST(ParseNumberTest, FailsAtASecondFullStop) {
-  ExpectReadings(ParseNumber, {
-                                  {L"1.2.3,", -1},
-                                  {L"1..,", -1},
-                                  {L"..,", -1},
-                                  {L"-1.2.,", -1},
-                                  {L"1.2.", -1},
-                                  {L"1.2x.", 3, "real 1.2"},
-                              });
+  ExpectReadings(ParseNumber, {{L"1.2.3,", -1},
+                               {L"1..,", -1},
+                               {L"..,", -1},
+                               {L"-1.2.,", -1},
+                               {L"1.2.", -1},
+                               {L"1.2x.", 3, "real 1.2"}});
 }
 
 TEST(ParseNumberTest, FailsWhenNothingFollowsWithinTheBound) {
-  ExpectReadingsWithin(ParseNumber, {
-                                        {L"12", 2, -1},
-                                        {L"12,", 2, -1},
-                                        {L"12,", 3, 2, "12"},
-                                        {L"1.5,", 3, -1},
-                                        {L"-", 1, -1},
-                                        {L"-,", 1, -1},
-                                        {L"12", 100, -1},
-                                        {L"12\0,"sv, 4, -1},
-                                        {L"-\0"sv, 2, -1},
-                                    });
+  ExpectReadingsWithin(ParseNumber, {{L"12", 2, -1},
+                                     {L"12,", 2, -1},
+                                     {L"12,", 3, 2, "12"},
+                                     {L"1.5,", 3, -1},
+                                     {L"-", 1, -1},
+                                     {L"-,", 1, -1},
+                                     {L"12", 100, -1},
+                                     {L"12\0,"sv, 4, -1},
+                                     {L"-\0"sv, 2, -1}});
 }
 
 TEST(ParseNumberTest, SaturatesBeforeTheSignIsApplied) {
-  ExpectReadings(ParseNumber, {
-                                  {L"9223372036854775806,", 19, "9223372036854775806"},
-                                  {L"9223372036854775807,", 19, "9223372036854775807"},
-                                  {L"9223372036854775808,", 19, "9223372036854775807"},
-                                  {L"99999999999999999999,", 20, "9223372036854775807"},
-                                  {L"-9223372036854775807,", 20, "-9223372036854775807"},
-                                  {L"-9223372036854775808,", 20, "-9223372036854775807"},
-                                  {L"-99999999999999999999,", 21, "-9223372036854775807"},
-                              });
+  ExpectReadings(ParseNumber, {{L"9223372036854775806,", 19, "9223372036854775806"},
+                               {L"9223372036854775807,", 19, "9223372036854775807"},
+                               {L"9223372036854775808,", 19, "9223372036854775807"},
+                               {L"99999999999999999999,", 20, "9223372036854775807"},
+                               {L"-9223372036854775807,", 20, "-9223372036854775807"},
+                               {L"-9223372036854775808,", 20, "-9223372036854775807"},
+                               {L"-99999999999999999999,", 21, "-9223372036854775807"}});
 }
 
 TEST(ParseNumberTest, ReadsRunsOfAnyLength) {
   const std::wstring zeros(400, L'0');
   const std::wstring nines(400, L'9');
-  ExpectReadings(ParseNumber, {
-                                  {zeros + L"5,", 401, "5"},
-                                  {nines + L",", 400, "9223372036854775807"},
-                                  {nines + L".,", 401, "real inf"},
-                                  {L"-" + nines + L".,", 402, "real -inf"},
-                                  {L"." + zeros + L"1,", 402, "real 0"},
-                                  {L"-." + zeros + L"1,", 403, "real -0"},
-                                  {zeros + L"." + zeros + L",", 801, "real 0"},
-                                  {L"1." + zeros + L"1,", 403, "real 1"},
-                                  {L"0." + zeros.substr(0, 323) + L"5,", 326, "real 5e-324"},
-                              });
+  ExpectReadings(ParseNumber, {{zeros + L"5,", 401, "5"},
+                               {nines + L",", 400, "9223372036854775807"},
+                               {nines + L".,", 401, "real inf"},
+                               {L"-" + nines + L".,", 402, "real -inf"},
+                               {L"." + zeros + L"1,", 402, "real 0"},
+                               {L"-." + zeros + L"1,", 403, "real -0"},
+                               {zeros + L"." + zeros + L",", 801, "real 0"},
+                               {L"1." + zeros + L"1,", 403, "real 1"},
+                               {L"0." + zeros.substr(0, 323) + L"5,", 326, "real 5e-324"}});
 }
 
 TEST(ParseValueTest, TakesASignOrADigitForANumberButNoFullStop) {
-  ExpectReadings(ParseValue, {
-                                 {L"-.5,", 3, "real -0.5"},
-                                 {L"+.5,", 3, "real 0.5"},
-                                 {L".5,", -1},
-                                 {L"  .5,", -3},
-                             });
+  ExpectReadings(
+      ParseValue,
+      {{L"-.5,", 3, "real -0.5"}, {L"+.5,", 3, "real 0.5"}, {L".5,", -1}, {L"  .5,", -3}});
 }
 
 }  // namespace

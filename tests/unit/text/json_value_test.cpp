@@ -25,22 +25,6 @@ JsonValue ValueOf(std::wstring_view text) {
   return value;
 }
 
-TEST(JsonKindTest, HasFixedNumbers) {
-  EXPECT_EQ(static_cast<int>(JsonKind::kNull), 0);
-  EXPECT_EQ(static_cast<int>(JsonKind::kBoolean), 1);
-  EXPECT_EQ(static_cast<int>(JsonKind::kInteger), 2);
-  EXPECT_EQ(static_cast<int>(JsonKind::kReal), 3);
-  EXPECT_EQ(static_cast<int>(JsonKind::kString), 4);
-  EXPECT_EQ(static_cast<int>(JsonKind::kArray), 5);
-  EXPECT_EQ(static_cast<int>(JsonKind::kObject), 6);
-}
-
-TEST(JsonValueTest, IsNullAtFirst) {
-  const JsonValue value;
-
-  EXPECT_EQ(value.Kind(), JsonKind::kNull);
-}
-
 TEST(JsonValueTest, IsNotMadeOfAPointer) {
   EXPECT_FALSE((std::is_constructible_v<JsonValue, const wchar_t*>));
   EXPECT_FALSE((std::is_constructible_v<JsonValue, const wchar_t(&)[5]>));
@@ -49,18 +33,12 @@ TEST(JsonValueTest, IsNotMadeOfAPointer) {
   EXPECT_TRUE((std::is_constructible_v<JsonValue, bool>));
 }
 
-TEST(JsonValueTest, KnowsTheKindThatWasRead) {
+// The kinds have fixed numbers.
+TEST(JsonValueTest, HasThePayloadOfItsOwnKindOnlyUntilItIsFreed) {
   int kind = 0;
   for (const wchar_t* text : kTextsOfAllKinds) {
-    EXPECT_EQ(static_cast<int>(ValueOf(text).Kind()), kind) << DescribeString(text);
-    ++kind;
-  }
-}
-
-TEST(JsonValueTest, GivesThePayloadOfItsOwnKindOnly) {
-  int kind = 0;
-  for (const wchar_t* text : kTextsOfAllKinds) {
-    const JsonValue value = ValueOf(text);
+    JsonValue value = ValueOf(text);
+    EXPECT_EQ(static_cast<int>(value.Kind()), kind) << DescribeString(text);
     EXPECT_EQ(value.AsBoolean() != nullptr, kind == 1) << DescribeString(text);
     EXPECT_EQ(value.AsInteger() != nullptr, kind == 2) << DescribeString(text);
     EXPECT_EQ(value.AsReal() != nullptr, kind == 3) << DescribeString(text);
@@ -68,26 +46,13 @@ TEST(JsonValueTest, GivesThePayloadOfItsOwnKindOnly) {
     EXPECT_EQ(value.AsArray() != nullptr, kind == 5) << DescribeString(text);
     EXPECT_EQ(value.AsObject() != nullptr, kind == 6) << DescribeString(text);
     ++kind;
-  }
-}
-
-TEST(FreeValueTest, LeavesNullOfEveryKind) {
-  for (const wchar_t* text : kTextsOfAllKinds) {
-    JsonValue value = ValueOf(text);
 
     FreeValue(value);
-
+    FreeValue(value);
     EXPECT_EQ(value.Kind(), JsonKind::kNull) << DescribeString(text);
   }
-}
-
-TEST(FreeValueTest, CanBeCalledAgain) {
-  JsonValue value = ValueOf(L"[1]");
-
-  FreeValue(value);
-  FreeValue(value);
-
-  EXPECT_EQ(value.Kind(), JsonKind::kNull);
+  EXPECT_EQ(JsonValue().Kind(), JsonKind::kNull);
+  EXPECT_EQ(static_cast<int>(JsonKind::kNull), 0);
 }
 
 TEST(FreeValueTest, ReleasesEveryDepth) {
@@ -140,13 +105,14 @@ TEST(JsonReaderTest, RefusesANullPointer) {
 }
 
 TEST(JsonReaderTest, RefusesABoundBelowOne) {
+  const std::pair<JsonReader, const wchar_t*> readers[] = {
+      {nhupdate::ParseValue, L"null"}, {nhupdate::ParseObject, L"{}"},
+      {nhupdate::ParseArray, L"[]"},   {nhupdate::ParseString, L"\"\""},
+      {nhupdate::ParseNumber, L"1,"},  {nhupdate::ParseLiteral, L"null"}};
   for (const int bound : {0, -1, INT_MIN}) {
-    EXPECT_EQ(ReadJson(nhupdate::ParseValue, L"null", bound), (JsonReading{-1}));
-    EXPECT_EQ(ReadJson(nhupdate::ParseObject, L"{}", bound), (JsonReading{-1}));
-    EXPECT_EQ(ReadJson(nhupdate::ParseArray, L"[]", bound), (JsonReading{-1}));
-    EXPECT_EQ(ReadJson(nhupdate::ParseString, L"\"\"", bound), (JsonReading{-1}));
-    EXPECT_EQ(ReadJson(nhupdate::ParseNumber, L"1,", bound), (JsonReading{-1}));
-    EXPECT_EQ(ReadJson(nhupdate::ParseLiteral, L"null", bound), (JsonReading{-1}));
+    for (const auto& [reader, text] : readers) {
+      EXPECT_EQ(ReadJson(reader, text, bound), (JsonReading{-1})) << DescribeString(text);
+    }
     EXPECT_EQ(ScanJsonString(L"\"\"", bound), (JsonReading{-1}));
   }
 }

@@ -2,23 +2,32 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "base/windows.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
+#include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
+#include "tests/support/short_path_policy.h"
 
 namespace nhupdate_test {
 namespace {
 
-struct FileChoice {
-  std::vector<std::wstring> languages;  // those that there are files for
-  std::wstring language;
-  std::wstring chosen;
-};
+using nhupdate::ChooseStringFile;
+using nhupdate::ReadStringFile;
+using nhupdate::StringFileText;
 
 TEST(ChooseStringFileTest, FallsBackToTheGeneralLanguageAndThenToDefault) {
-  const FileChoice choices[] = {
+  struct Case {
+    std::vector<std::wstring> languages;  // those that there are files for
+    std::wstring language;
+    std::wstring chosen;
+  };
+  const Case cases[] = {
       {{L"pt-BR", L"pt", L"Default"}, L"pt-BR", L"pt-BR"},
       {{L"pt", L"Default"}, L"pt-BR", L"pt"},
       {{L"Default"}, L"pt-BR", L"Default"},
@@ -40,15 +49,15 @@ TEST(ChooseStringFileTest, FallsBackToTheGeneralLanguageAndThenToDefault) {
       {{L"", L"Default"}, L"", L""},
       {{L"Default"}, L"", L"Default"},
   };
-  for (const FileChoice& choice : choices) {
+  for (const Case& c : cases) {
     const ScratchFolder scratch;
-    for (const std::wstring& language : choice.languages) {
+    for (const std::wstring& language : c.languages) {
       WriteFileBytes(scratch.Path() + L"\\NHUpdateManager." + language + L".json", "{}");
     }
 
-    EXPECT_EQ(nhupdate::ChooseStringFile(scratch.Path(), choice.language),
-              scratch.Path() + L"\\NHUpdateManager." + choice.chosen + L".json")
-        << testing::PrintToString(choice.language);
+    EXPECT_EQ(ChooseStringFile(scratch.Path(), c.language),
+              scratch.Path() + L"\\NHUpdateManager." + c.chosen + L".json")
+        << testing::PrintToString(c.language);
   }
 }
 
@@ -57,7 +66,132 @@ TEST(ChooseStringFileTest, TakesWhateverHasTheName) {
   const std::wstring folder = scratch.Path() + L"\\NHUpdateManager.de.json";
   CreateFolders(folder);
 
-  EXPECT_EQ(nhupdate::ChooseStringFile(scratch.Path(), L"de"), folder);
+  EXPECT_EQ(ChooseStringFile(scratch.Path(), L"de"), folder);
+}
+
+class ReadStringFileTest : public testing::Test {
+ protected:
+  // What is read of these bytes.
+  StringFileText Read(const std::string& bytes) {
+    WriteFileBytes(path_, bytes);
+    return ReadStringFile(path_).value_or(StringFileText{L"(nothing)", -1});
+  }
+
+  ScratchFolder scratch_;
+  std::wstring path_ = scratch_.Path() + L"\\texts.json";
+};
+
+TEST_F(ReadStringFileTest, GivesTheTextWithoutItsMarkAndTheSizeOfTheFile) {
+  struct Case {
+    std::string bytes;
+    std::wstring text;
+  };
+  const std::wstring long_text(300'000, L'a');
+  const Case cases[] = {
+      {"", L""},
+      {"{\"A\":\"x\"}", L"{\"A\":\"x\"}"},
+      {std::string("a\0b", 3), std::wstring(L"a\0b", 3)},
+      {"\xC3\x84\xE6\x96\xB0\xF0\x9F\x98\x80", L"\u00C4\u65B0\xD83D\xDE00"},
+      {"x\xFFy", L"x\uFFFDy"},
+      {std::string(300'000, 'a'), long_text},
+      {"\xEF\xBB\xBF", L""},
+      {"\xEF\xBB\xBFx", L"x"},
+      {"\xEF\xBB\xBFxyz", L"xyz"},
+      {"\xEF\xBB\xBF\xEF\xBB\xBFx", L"\xFEFFx"},  // only one mark is taken off
+      {"x\xEF\xBB\xBF", L"x\xFEFF"},
+      {"\xEF\xBB\xBCx", L"\xFEFCx"},
+      {"\xEF\xBA\xBFx", L"\xFEBFx"},
+  };
+
+  for (const Case& c : cases) {
+    const StringFileText read = Read(c.bytes);
+
+    EXPECT_TRUE(read.text == c.text) << testing::PrintToString(c.bytes.substr(0, 20));
+    EXPECT_EQ(read.byte_count, static_cast<int>(c.bytes.size()));
+  }
+}
+
+TEST_F(ReadStringFileTest, TakesALongPath) {
+  path_ = scratch_.Path() + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
+  WriteFileBytes(path_, "x");
+  const ShortPathPolicy policy;
+
+  EXPECT_TRUE(ReadStringFile(path_));
+}
+
+TEST_F(ReadStringFileTest, ReadsBesideOthersThatReadWriteAndDelete) {
+  constexpr DWORD kEverything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  WriteFileBytes(path_, "x");
+  const HeldFile held(path_, kEverything, GENERIC_READ | GENERIC_WRITE | DELETE);
+
+  EXPECT_TRUE(ReadStringFile(path_));
+}
+
+TEST_F(ReadStringFileTest, LeavesNothingOpen) {
+  EXPECT_EQ(Read("x").byte_count, 1);
+
+  // Nobody could, beside a reader.
+  const HeldFile held(path_, 0, GENERIC_READ | GENERIC_WRITE);
+}
+
+TEST_F(ReadStringFileTest, GivesNothingOfWhatCannotBeOpened) {
+  EXPECT_FALSE(ReadStringFile(path_));            // nothing there
+  EXPECT_FALSE(ReadStringFile(scratch_.Path()));  // a folder
+  WriteFileBytes(path_, "x");
+  const HeldFile held(path_);
+  EXPECT_FALSE(ReadStringFile(path_));  // not shared
+}
+
+TEST_F(ReadStringFileTest, GivesNothingOfWhatCannotBeRead) {
+  WriteFileBytes(path_, "x");
+  INTERPOSER(ReadFile) read([](HANDLE, void*, DWORD, DWORD* count, OVERLAPPED*) -> BOOL {
+    *count = 1;
+    ::SetLastError(ERROR_CRC);
+    return FALSE;
+  });
+
+  EXPECT_FALSE(ReadStringFile(path_));
+  EXPECT_EQ(read.Calls(), 1);
+}
+
+// The JSON reader counts in int, the position behind the last unit included.
+TEST_F(ReadStringFileTest, GivesNothingOfASizeThatIsUnknownOrTooLargeToCount) {
+  struct Case {
+    BOOL result;
+    LONGLONG size;
+  };
+  constexpr Case cases[] = {
+      {FALSE, 1}, {TRUE, INT_MAX}, {TRUE, LONGLONG{INT_MAX} + 1}, {TRUE, LONGLONG{1} << 32}};
+  WriteFileBytes(path_, "x");
+
+  for (const Case& c : cases) {
+    INTERPOSER(GetFileSizeEx) size([&](HANDLE, LARGE_INTEGER* result) {
+      result->QuadPart = c.size;
+      return c.result;
+    });
+    INTERPOSER(ReadFile) read(
+        [](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL { return FALSE; });
+
+    EXPECT_FALSE(ReadStringFile(path_)) << c.size;
+    EXPECT_EQ(read.Calls(), 0) << c.size;
+  }
+}
+
+// As after another has shortened it.
+TEST_F(ReadStringFileTest, GivesWhatOneReadGives) {
+  WriteFileBytes(path_, "abcdef");
+  INTERPOSER(ReadFile) read(
+      [&](HANDLE file, void* bytes, DWORD byte_count, DWORD* count, OVERLAPPED* overlapped) {
+        EXPECT_EQ(byte_count, 6U);
+        return read.Original()(file, bytes, 4, count, overlapped);
+      });
+
+  const std::optional<StringFileText> file = ReadStringFile(path_);
+
+  ASSERT_TRUE(file);
+  EXPECT_EQ(file->text, L"abcd");
+  EXPECT_EQ(file->byte_count, 4);
+  EXPECT_EQ(read.Calls(), 1);
 }
 
 }  // namespace

@@ -1,157 +1,144 @@
+#include "text/string_table.h"
+
 #include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <string>
 
-#include "tests/unit/text/load_strings_test.h"
+#include "base/windows.h"
+#include "tests/support/files.h"
+#include "tests/support/interposer.h"
+#include "tests/support/recorded_log.h"
+#include "tests/support/scratch_folder.h"
 #include "text/string_keys.h"
 
 namespace nhupdate_test {
 namespace {
 
+using nhupdate::StringTable;
 using namespace std::string_literals;
 using testing::ElementsAre;
 
-TEST_F(LoadStringsTest, TakesTheTextsOfTheObject) {
-  Load(R"({"KEY_UPDATE_TITLE": "Nimba Hub Update", "Other": "a\nb"})");
+class StringTableTest : public testing::Test {
+ protected:
+  void Load() {
+    log_.ForgetRecords();
+    nhupdate::LoadStrings(strings_, path_, log_.Log());
+  }
 
-  EXPECT_EQ(Text(nhupdate::kKeyUpdateTitle), L"Nimba Hub Update");
-  EXPECT_EQ(Text(L"Other"), L"a\nb");
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(2)));
-}
+  void Load(const std::string& bytes) {
+    WriteFileBytes(path_, bytes);
+    Load();
+  }
 
-TEST_F(LoadStringsTest, SkipsAUtf8Mark) {
-  Load("\xEF\xBB\xBF{\"A\":\"x\",\"B\":\"y\"}");
+  // The records of a load after which there are that many texts.
+  [[nodiscard]] bool Logged(std::size_t count) const {
+    return log_.Records() ==
+           std::vector<std::wstring>{L"2|Load strings from {root}\\texts.json",
+                                     L"2|Total " + std::to_wstring(count) + L" strings loaded."};
+  }
 
-  EXPECT_EQ(Text(L"A"), L"x");
-  EXPECT_EQ(Text(L"B"), L"y");
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(2)));
-}
+  ScratchFolder scratch_;
+  std::wstring path_ = scratch_.Path() + L"\\texts.json";
+  RecordedLog log_{scratch_.Path()};
+  StringTable strings_;
+};
 
-TEST_F(LoadStringsTest, SkipsOneMarkOnly) {
-  Load("\xEF\xBB\xBF\xEF\xBB\xBF{\"A\":\"x\"}");
+TEST_F(StringTableTest, TakesTheTextsOfAnObject) {
+  struct Case {
+    const char* name;
+    std::string bytes;
+    StringTable strings;
+  };
+  const Case cases[] = {
+      {"texts",
+       R"({"KEY_UPDATE_TITLE": "Nimba Hub Update", "Other": "a\nb"})",
+       {{nhupdate::kKeyUpdateTitle, L"Nimba Hub Update"}, {L"Other", L"a\nb"}}},
+      {"a mark", "\xEF\xBB\xBF{\"A\":\"x\",\"B\":\"y\"}", {{L"A", L"x"}, {L"B", L"y"}}},
+      {"two marks", "\xEF\xBB\xBF\xEF\xBB\xBF{\"A\":\"x\"}", {}},
+      {"UTF-8", "{\"\xC3\x84\":\"\xE6\x96\xB0\xFF\"}", {{L"\u00C4", L"\u65B0\uFFFD"}}},
+      {"a key twice", R"({"A":"x","A":"y"})", {{L"A", L"y"}}},
+      {"a later member that is no text", R"({"A":"x","A":1,"B":"y"})", {{L"B", L"y"}}},
+      {"no texts",
+       R"({"A":"", "B":1, "C":{"D":"z"}, "":"e", "F":["g"], "H":null, "I":true, "J":1.5})",
+       {}},
+      {"something behind it", "{\"A\":\"x\"}\0{\"B\":\"y\"}"s, {{L"A", L"x"}}},
+      {"a million levels",
+       "{\"A\":\"x\",\"B\":" + std::string(1'000'000, '[') + std::string(1'000'000, ']') + "}",
+       {{L"A", L"x"}}},
+      {"nothing", "", {}},
+      {"half an object", "{", {}},
+      {"an empty object", "{}", {}},
+      {"half a mark", "\xEF\xBB", {}},
+      {"only a mark", "\xEF\xBB\xBF", {}},
+      {"null", "null", {}},
+      {"an array", R"(["KEY_UPDATE_TITLE","x"])", {}},
+      {"a text", R"("KEY_UPDATE_TITLE")", {}},
+      {"no end", R"({"A":"x")", {}},
+      {"no colon", R"({"A" "x"})", {}},
+      {"no value", R"({"A":"x","B":})", {}},
+      {"something before it", R"(x{"A":"x"})", {}},
+      {"a comment", "// comment\n{\"A\":\"x\"}", {}},
+      {"a NUL in a text", "{\"A\":\"x\0\"}"s, {}},
+      {"a NUL before it", "\0{\"A\":\"x\"}"s, {}},
+      {"UTF-16", "\xFF\xFE{\0\"\0A\0\"\0:\0\"\0x\0\"\0}\0"s, {}},
+  };
 
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0)));
-}
+  for (const Case& c : cases) {
+    strings_.clear();
 
-TEST_F(LoadStringsTest, DecodesUtf8) {
-  Load("{\"\xC3\x84\":\"\xE6\x96\xB0\xF0\x9F\x98\x80\"}");
+    Load(c.bytes);
 
-  EXPECT_EQ(Text(L"\u00C4"), L"\u65B0\xD83D\xDE00");
-}
-
-TEST_F(LoadStringsTest, TakesInvalidUtf8ForReplacementCharacters) {
-  Load("{\"A\":\"x\xFFy\"}");
-
-  EXPECT_EQ(Text(L"A"), L"x\uFFFDy");
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(1)));
-}
-
-TEST_F(LoadStringsTest, LetsTheLaterOfTwoMembersWin) {
-  Load(R"({"A":"x","A":"y"})");
-
-  EXPECT_EQ(Text(L"A"), L"y");
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(1)));
-}
-
-TEST_F(LoadStringsTest, SkipsMembersThatAreNoTexts) {
-  Load(R"({"A":"", "B":1, "C":{"D":"z"}, "":"e", "F":["g"], "H":null, "I":true, "J":1.5})");
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0)));
-  for (const wchar_t* key : {L"A", L"B", L"C", L"D", L"", L"F", L"H", L"I", L"J"}) {
-    EXPECT_EQ(Text(key), key);
+    EXPECT_EQ(strings_, c.strings) << c.name;
+    EXPECT_TRUE(Logged(c.strings.size())) << c.name;
   }
 }
 
-TEST_F(LoadStringsTest, SkipsATextWhoseLaterMemberIsNone) {
-  Load(R"({"A":"x","A":1,"B":"y"})");
-
-  EXPECT_EQ(Text(L"A"), L"A");
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(1)));
-}
-
-TEST_F(LoadStringsTest, AddsToWhatIsThere) {
+TEST_F(StringTableTest, AddsToWhatIsThere) {
   Load(R"({"A":"a","B":"b"})");
 
   Load(R"({"B":"new","C":"c"})");
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(3)));
-  EXPECT_EQ(Text(L"A"), L"a");
-  EXPECT_EQ(Text(L"B"), L"new");
-  EXPECT_EQ(Text(L"C"), L"c");
-}
-
-TEST_F(LoadStringsTest, CountsWhatWasThereWhenAFileAddsNothing) {
-  Load(R"({"A":"a","B":"b"})");
+  const StringTable expected = {{L"A", L"a"}, {L"B", L"new"}, {L"C", L"c"}};
+  EXPECT_EQ(strings_, expected);
+  EXPECT_TRUE(Logged(3));
 
   Load("[]");
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(2)));
-  EXPECT_EQ(Text(L"A"), L"a");
+  EXPECT_EQ(strings_, expected);
+  EXPECT_TRUE(Logged(3));
 }
 
-TEST_F(LoadStringsTest, FindsNothingInAFileThatIsNoObject) {
-  const std::string contents[] = {
-      "",
-      "{",
-      "{}",
-      "\xEF",
-      "\xEF\xBB",
-      "\xEF\xBB\xBF",
-      "{ }",
-      "null",
-      R"(["KEY_UPDATE_TITLE","x"])",
-      R"("KEY_UPDATE_TITLE")",
-      R"({"KEY_UPDATE_TITLE":"x")",
-      R"({"KEY_UPDATE_TITLE" "x"})",
-      R"({"KEY_UPDATE_TITLE":"x","B":})",
-      R"(x{"KEY_UPDATE_TITLE":"x"})",
-      "// comment\n{\"KEY_UPDATE_TITLE\":\"x\"}",
-      "{\"KEY_UPDATE_TITLE\":\"x\0\"}"s,
-      "\0{\"KEY_UPDATE_TITLE\":\"x\"}"s,
-  };
-  for (const std::string& content : contents) {
-    Load(content);
-
-    EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0))) << content;
+// Missing, unreadable, too large: tests/unit/text/string_file_test.cpp.
+TEST_F(StringTableTest, SaysWhichFileCannotBeReadAndKeepsWhatIsThere) {
+  const auto not_opened = ElementsAre(L"2|Load strings from {root}\\texts.json",
+                                      L"4|Fail to open string file : {root}\\texts.json");
+  const StringTable expected = {{L"A", L"a"}};
+  Load(R"({"A":"a"})");
+  {
+    INTERPOSER(ReadFile) read([](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
+      ::SetLastError(ERROR_CRC);
+      return FALSE;
+    });
+    Load();
   }
+  EXPECT_THAT(log_.Records(), not_opened);
+  EXPECT_EQ(strings_, expected);
+
+  ::DeleteFileW(path_.c_str());
+  Load();
+  EXPECT_THAT(log_.Records(), not_opened);
+  EXPECT_EQ(strings_, expected);
 }
 
-TEST_F(LoadStringsTest, FindsNothingInAUtf16File) {
-  std::string bytes = "\xFF\xFE";
-  for (const char character : std::string(R"({"A":"x"})")) {
-    bytes += character;
-    bytes += '\0';
+TEST_F(StringTableTest, GivesTheKeyForWhatIsNotThere) {
+  const StringTable strings = {{L"KEY_UPDATE_TITLE", L"x"}};
+
+  EXPECT_EQ(nhupdate::GetString(strings, nhupdate::kKeyUpdateTitle), L"x");
+  for (const wchar_t* key : {L"key_update_title", L"KEY_UPDATE_TITLE ", L""}) {
+    EXPECT_EQ(nhupdate::GetString(strings, key), key);
   }
-
-  Load(bytes);
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(0)));
-}
-
-TEST_F(LoadStringsTest, IgnoresWhatStandsBehindTheObject) {
-  Load("{\"A\":\"x\"}\0{\"B\":\"y\"}"s);
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(1)));
-  EXPECT_EQ(Text(L"A"), L"x");
-}
-
-TEST_F(LoadStringsTest, SurvivesAFileThatIsNestedAMillionDeep) {
-  constexpr int kDepth = 1'000'000;
-
-  Load("{\"A\":\"x\",\"B\":" + std::string(kDepth, '[') + std::string(kDepth, ']') + "}");
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(kLoading, Loaded(1)));
-  EXPECT_EQ(Text(L"A"), L"x");
-}
-
-TEST_F(LoadStringsTest, GivesTheKeyForWhatIsNotThere) {
-  Load(R"({"KEY_UPDATE_TITLE":"x"})");
-
-  EXPECT_EQ(Text(L"key_update_title"), L"key_update_title");
-  EXPECT_EQ(Text(L"KEY_UPDATE_TITLE "), L"KEY_UPDATE_TITLE ");
-  EXPECT_EQ(Text(L""), L"");
-  EXPECT_EQ(Text(nhupdate::kKeyFailCommonError), L"KEY_FAIL_COMMON_ERROR");
-  EXPECT_EQ(Text(nhupdate::kKeyFailNeedStopNHUpdateManager), L"KEY_FAIL_NEED_STOP_NHUPDATEMANAGER");
+  EXPECT_EQ(nhupdate::GetString({}, nhupdate::kKeyFailCommonError), L"KEY_FAIL_COMMON_ERROR");
+  EXPECT_EQ(nhupdate::GetString({}, nhupdate::kKeyFailNeedStopNHUpdateManager),
+            L"KEY_FAIL_NEED_STOP_NHUPDATEMANAGER");
 }
 
 }  // namespace

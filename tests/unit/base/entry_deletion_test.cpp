@@ -1,0 +1,261 @@
+#include "base/entry_deletion.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/existence.h"
+#include "tests/support/fake_listing.h"
+#include "tests/support/files.h"
+#include "tests/support/interposer.h"
+#include "tests/support/scratch_folder.h"
+#include "tests/support/short_path_policy.h"
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::ClearReadOnly;
+using nhupdate::CPlace;
+using nhupdate::DeleteEntry;
+using nhupdate::EntryKind;
+using nhupdate::Exists;
+using nhupdate::PlaceOfFolder;
+
+// The kinds of FILE_INFO_BY_HANDLE_CLASS by which something is deleted.
+constexpr int kPlainDeletion = 4;
+constexpr int kPosixDeletion = 21;
+
+class EntryDeletionTest : public testing::Test {
+ protected:
+  EntryDeletionTest() {
+    CreateFolders(folder_);
+    WriteFileBytes(file_, "x");
+  }
+
+  [[nodiscard]] CPlace PlaceOfFile() const { return PlaceOfFolder(outer_).Below(L"\\file"); }
+
+  ScratchFolder scratch_;
+  std::wstring outer_ = scratch_.Path() + L"\\Outer";
+  std::wstring folder_ = outer_ + L"\\Folder";
+  std::wstring file_ = outer_ + L"\\file";
+};
+
+TEST_F(EntryDeletionTest, TakesAFileAndAnEmptyFolder) {
+  EXPECT_EQ(DeleteEntry(file_, EntryKind::kFile, PlaceOfFile()), std::nullopt);
+  EXPECT_EQ(DeleteEntry(folder_, EntryKind::kFolder, PlaceOfFolder(folder_)), std::nullopt);
+
+  EXPECT_THAT(ListTree(outer_), testing::IsEmpty());
+}
+
+TEST_F(EntryDeletionTest, TakesNoneForTheOtherKind) {
+  EXPECT_EQ(DeleteEntry(file_, EntryKind::kFolder, PlaceOfFile()), DWORD{ERROR_DIRECTORY});
+  EXPECT_EQ(DeleteEntry(folder_, EntryKind::kFile, PlaceOfFolder(folder_)),
+            DWORD{ERROR_ACCESS_DENIED});
+
+  EXPECT_TRUE(Exists(file_));
+  EXPECT_TRUE(Exists(folder_));
+}
+
+// Whatever the file system says about it while it is being deleted.
+TEST_F(EntryDeletionTest, TakesNothingForAFolderThatDoesNotSayItIsOne) {
+  INTERPOSER(GetFileInformationByHandleEx) information(
+      [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) -> BOOL { return FALSE; });
+
+  EXPECT_EQ(DeleteEntry(folder_, EntryKind::kFolder, PlaceOfFolder(folder_)),
+            DWORD{ERROR_DIRECTORY});
+}
+
+TEST_F(EntryDeletionTest, TellsWhyNothingWasDeleted) {
+  WriteFileBytes(folder_ + L"\\below", "x");
+
+  EXPECT_EQ(DeleteEntry(outer_ + L"\\missing", EntryKind::kFile, PlaceOfFile()),
+            DWORD{ERROR_FILE_NOT_FOUND});
+  EXPECT_EQ(DeleteEntry(folder_, EntryKind::kFolder, PlaceOfFolder(folder_)),
+            DWORD{ERROR_DIR_NOT_EMPTY});
+  EXPECT_TRUE(Exists(folder_ + L"\\below"));
+}
+
+TEST_F(EntryDeletionTest, TellsWhyNothingWasOpened) {
+  constexpr DWORD kErrors[] = {ERROR_PATH_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION};
+  for (const DWORD error : kErrors) {
+    const CPlace place = PlaceOfFile();
+    INTERPOSER(CreateFileW) open(
+        [&](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
+          ::SetLastError(error);
+          return INVALID_HANDLE_VALUE;
+        });
+
+    EXPECT_EQ(DeleteEntry(file_, EntryKind::kFile, place), error);
+  }
+}
+
+struct Opening {
+  std::wstring path;
+  DWORD access;
+  DWORD sharing;
+  DWORD disposition;
+  DWORD flags;
+  bool operator==(const Opening&) const = default;
+};
+
+// A look at a path and an act by the same path would be two moments.
+TEST_F(EntryDeletionTest, OpensTheEntryItselfOnceAndLetsOthersWorkWithIt) {
+  const CPlace place = PlaceOfFile();
+  const CPlace folder_place = PlaceOfFolder(folder_);
+  std::vector<Opening> openings;
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                   SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
+                                   HANDLE model) {
+    openings.push_back({path, access, sharing, disposition, flags});
+    return open.Original()(path, access, sharing, security, disposition, flags, model);
+  });
+
+  EXPECT_EQ(DeleteEntry(file_, EntryKind::kFile, place), std::nullopt);
+  EXPECT_EQ(DeleteEntry(folder_, EntryKind::kFolder, folder_place), std::nullopt);
+
+  constexpr DWORD kAccess = DELETE | FILE_READ_ATTRIBUTES;
+  constexpr DWORD kEverything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  constexpr DWORD kItself = FILE_FLAG_OPEN_REPARSE_POINT;
+  EXPECT_TRUE(openings ==
+              (std::vector<Opening>{{file_, kAccess, kEverything, OPEN_EXISTING, kItself},
+                                    {folder_, kAccess, kEverything, OPEN_EXISTING,
+                                     kItself | FILE_FLAG_BACKUP_SEMANTICS}}));
+}
+
+// The name goes at once where the file system knows how to do that.
+TEST_F(EntryDeletionTest, TriesThePosixWayBeforeThePlainOne) {
+  struct Case {
+    DWORD posix_error;
+    DWORD plain_error;
+    std::vector<int> ways;
+    std::optional<DWORD> result;
+  };
+  const Case cases[] = {
+      {0, 0, {kPosixDeletion}, std::nullopt},
+      {ERROR_INVALID_PARAMETER, 0, {kPosixDeletion, kPlainDeletion}, std::nullopt},
+      {ERROR_INVALID_PARAMETER,
+       ERROR_ACCESS_DENIED,
+       {kPosixDeletion, kPlainDeletion},
+       ERROR_ACCESS_DENIED},
+      {ERROR_ACCESS_DENIED,
+       ERROR_DIR_NOT_EMPTY,
+       {kPosixDeletion, kPlainDeletion},
+       ERROR_DIR_NOT_EMPTY},
+  };
+
+  for (const Case& c : cases) {
+    std::vector<int> ways;
+    INTERPOSER(SetFileInformationByHandle) set(
+        [&](HANDLE, FILE_INFO_BY_HANDLE_CLASS way, void* information, DWORD size) -> BOOL {
+          ways.push_back(way);
+          const bool is_posix = way == kPosixDeletion;
+          // To be deleted, the name at once, unless it is a program that is running; or just to be
+          // deleted.
+          EXPECT_EQ(size, is_posix ? sizeof(DWORD) : sizeof(FILE_DISPOSITION_INFO));
+          EXPECT_EQ(is_posix ? *static_cast<DWORD*>(information)
+                             : static_cast<FILE_DISPOSITION_INFO*>(information)->DeleteFile,
+                    is_posix ? 7U : 1U);
+          const DWORD error = is_posix ? c.posix_error : c.plain_error;
+          ::SetLastError(error);
+          return error == 0;
+        });
+
+    EXPECT_EQ(DeleteEntry(file_, EntryKind::kFile, PlaceOfFile()), c.result);
+    EXPECT_EQ(ways, c.ways);
+  }
+}
+
+// Somebody puts a link to another folder in the place of the one that was listed.
+TEST_F(EntryDeletionTest, TakesNothingThatLiesElsewhereThanItSeems) {
+  const CPlace folder_place = PlaceOfFolder(folder_);
+  FakeListing windows;
+  windows.LeadElsewhere(outer_, L"\\Device\\V1\\Windows");
+
+  const CPlace file_place = folder_place;
+  EXPECT_EQ(DeleteEntry(folder_, EntryKind::kFolder, folder_place), DWORD{ERROR_CANT_ACCESS_FILE});
+  EXPECT_EQ(DeleteEntry(file_, EntryKind::kFile, file_place), DWORD{ERROR_CANT_ACCESS_FILE});
+  EXPECT_EQ(DeleteEntry(file_, EntryKind::kFile, CPlace()), DWORD{ERROR_CANT_ACCESS_FILE});
+
+  EXPECT_THAT(ListTree(outer_), testing::ElementsAre(L"Folder\\", L"file"));
+}
+
+TEST_F(EntryDeletionTest, OpensAnEntryWithALongPath) {
+  const std::wstring folder =
+      outer_ + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
+  CreateFolders(folder);
+  const ShortPathPolicy policy;
+
+  // Its place isn't known, so it stays; that it was opened can be seen from the error.
+  EXPECT_EQ(DeleteEntry(folder, EntryKind::kFolder, CPlace()), DWORD{ERROR_CANT_ACCESS_FILE});
+}
+
+class ReadOnlyFileTest : public EntryDeletionTest {
+ protected:
+  ReadOnlyFileTest() { SetAttributes(FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN); }
+
+  void SetAttributes(DWORD attributes) {
+    EXPECT_TRUE(::SetFileAttributesW(file_.c_str(), attributes));
+  }
+  [[nodiscard]] DWORD Attributes() const { return ::GetFileAttributesW(file_.c_str()); }
+};
+
+TEST_F(ReadOnlyFileTest, KeepsItsOtherAttributes) {
+  ClearReadOnly(file_, PlaceOfFile());
+
+  EXPECT_EQ(Attributes() & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN),
+            DWORD{FILE_ATTRIBUTE_HIDDEN});
+  EXPECT_EQ(ReadFileBytes(file_), "x");
+}
+
+// No attributes at all and times of 0 mean that they stay as they are.
+TEST_F(ReadOnlyFileTest, GetsAnAttributeInAnyCaseAndNoTime) {
+  INTERPOSER(GetFileInformationByHandleEx) information(
+      [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void* answer, DWORD) -> BOOL {
+        *static_cast<FILE_BASIC_INFO*>(answer) = {
+            {{1, 1}}, {{2, 2}}, {{3, 3}}, {{4, 4}}, FILE_ATTRIBUTE_READONLY};
+        return TRUE;
+      });
+  std::vector<FILE_BASIC_INFO> written;
+  INTERPOSER(SetFileInformationByHandle) set(
+      [&](HANDLE, FILE_INFO_BY_HANDLE_CLASS kind, void* answer, DWORD) -> BOOL {
+        EXPECT_EQ(kind, FileBasicInfo);
+        written.push_back(*static_cast<FILE_BASIC_INFO*>(answer));
+        return TRUE;
+      });
+
+  ClearReadOnly(file_, PlaceOfFile());
+
+  ASSERT_EQ(written.size(), 1U);
+  EXPECT_EQ(written[0].FileAttributes, DWORD{FILE_ATTRIBUTE_NORMAL});
+  EXPECT_EQ(written[0].CreationTime.QuadPart | written[0].LastAccessTime.QuadPart |
+                written[0].LastWriteTime.QuadPart | written[0].ChangeTime.QuadPart,
+            0);
+}
+
+TEST_F(ReadOnlyFileTest, StaysReadOnlyUnlessItLiesAtThePlace) {
+  const CPlace place = PlaceOfFile();
+  INTERPOSER(SetFileInformationByHandle) set(
+      [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) -> BOOL { return TRUE; });
+
+  ClearReadOnly(file_, PlaceOfFolder(outer_));
+  ClearReadOnly(file_, CPlace());
+  ClearReadOnly(outer_ + L"\\missing", place);
+  {
+    FakeListing windows;
+    windows.LeadElsewhere(outer_, L"\\Device\\V1\\Windows");
+    ClearReadOnly(file_, place);
+  }
+  {
+    INTERPOSER(GetFileInformationByHandleEx) information(
+        [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) -> BOOL { return FALSE; });
+    ClearReadOnly(file_, place);
+  }
+
+  EXPECT_EQ(set.Calls(), 0);
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,308 @@
+#include "base/folder_place.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "base/windows_path.h"
+#include "tests/support/current_folder.h"
+#include "tests/support/fake_listing.h"
+#include "tests/support/files.h"
+#include "tests/support/interposer.h"
+#include "tests/support/scratch_folder.h"
+#include "tests/support/short_path_policy.h"
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::CPlace;
+using nhupdate::HoldFolder;
+using nhupdate::HoldFolderItself;
+using nhupdate::PlaceOfFolder;
+using nhupdate::PlaceSeenFrom;
+using nhupdate::UniqueFile;
+
+constexpr DWORD kNoTag = 0;
+constexpr DWORD kFolder = FILE_ATTRIBUTE_DIRECTORY;
+constexpr DWORD kFolderPoint = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+constexpr DWORD kFilePoint = FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_REPARSE_POINT;
+
+TEST(MeansLinkTest, KnowsLinksFromOtherSpecialEntries) {
+  struct Case {
+    const char* name;
+    DWORD attributes;
+    DWORD reparse_tag;
+    bool is_link;
+  };
+  constexpr Case cases[] = {
+      {"a junction or mount point", kFolderPoint, 0xA0000003, true},
+      {"a symbolic link to a folder", kFolderPoint, 0xA000000C, true},
+      {"a symbolic link to a file", kFilePoint, 0xA000000C, true},
+      {"a link made by the Linux subsystem", kFilePoint, 0xA000001D, true},
+      {"another maker's name surrogate", kFolderPoint, 0x20001234, true},
+      {"a folder that doesn't say what it is", kFolderPoint, kNoTag, true},
+      {"a file that doesn't say what it is", kFilePoint, kNoTag, true},
+      {"a cloud placeholder", kFilePoint, 0x9000001A, false},
+      {"a cloud placeholder of another provider", kFolderPoint, 0x9000601A, false},
+      {"an older cloud placeholder", kFolderPoint, 0x80000021, false},
+      {"a deduplicated file", kFilePoint, 0x80000013, false},
+      {"a compressed system file", kFilePoint, 0x80000017, false},
+      {"an app alias", kFilePoint, 0x8000001B, false},
+      {"a plain folder with a leftover tag", kFolder, 0xA0000003, false},
+      {"a plain file", FILE_ATTRIBUTE_ARCHIVE, kNoTag, false},
+  };
+
+  for (const Case& c : cases) {
+    EXPECT_EQ(nhupdate::MeansLink(c.attributes, c.reparse_tag), c.is_link) << c.name;
+  }
+}
+
+// FAT and exFAT refuse the question for a tag with "invalid parameter", as any file system does
+// that knows no links.
+TEST(IsLinkTest, AsksForATagOnlyWhereThereMayBeOne) {
+  struct Case {
+    const char* name;
+    bool are_attributes_known;
+    DWORD attributes;
+    bool is_tag_known;
+    DWORD reparse_tag;
+    bool is_link;
+  };
+  constexpr Case cases[] = {
+      {"a folder", true, kFolder, true, kNoTag, false},
+      {"a folder on a FAT volume", true, kFolder, false, kNoTag, false},
+      {"a junction", true, kFolderPoint, true, 0xA0000003, true},
+      {"a symbolic link", true, kFolderPoint, true, 0xA000000C, true},
+      {"a cloud placeholder", true, kFolderPoint, true, 0x9000001A, false},
+      {"a reparse point of unknown kind", true, kFolderPoint, false, kNoTag, true},
+      {"nothing known", false, kFolder, false, kNoTag, true},
+      {"no attributes known", false, kFolder, true, kNoTag, true},
+  };
+  const ScratchFolder scratch;
+  const UniqueFile opened = HoldFolderItself(scratch.Path());
+
+  for (const Case& c : cases) {
+    INTERPOSER(GetFileInformationByHandleEx) information(
+        [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS what, void* answer, DWORD) -> BOOL {
+          EXPECT_EQ(file, opened.Get());
+          if (what == FileBasicInfo && c.are_attributes_known) {
+            static_cast<FILE_BASIC_INFO*>(answer)->FileAttributes = c.attributes;
+            return TRUE;
+          }
+          if (what == FileAttributeTagInfo && c.is_tag_known) {
+            *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(answer) = {c.attributes, c.reparse_tag};
+            return TRUE;
+          }
+          ::SetLastError(ERROR_INVALID_PARAMETER);
+          return FALSE;
+        });
+
+    EXPECT_EQ(nhupdate::IsLink(opened), c.is_link) << c.name;
+  }
+}
+
+TEST(HoldFolderTest, OpensForListingAndLetsNobodyRenameOrRemove) {
+  struct Opening {
+    DWORD access;
+    DWORD sharing;
+    DWORD disposition;
+    DWORD flags;
+    bool operator==(const Opening&) const = default;
+  };
+  const ScratchFolder scratch;
+  std::vector<Opening> openings;
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                   SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
+                                   HANDLE model) {
+    openings.push_back({access, sharing, disposition, flags});
+    return open.Original()(path, access, sharing, security, disposition, flags, model);
+  });
+
+  EXPECT_TRUE(HoldFolderItself(scratch.Path()).IsValid());
+  EXPECT_TRUE(HoldFolder(scratch.Path()).IsValid());
+
+  constexpr DWORD kNotDelete = FILE_SHARE_READ | FILE_SHARE_WRITE;
+  constexpr DWORD kItself = FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT;
+  const std::vector<Opening> expected = {
+      {FILE_LIST_DIRECTORY, kNotDelete, OPEN_EXISTING, kItself},
+      {FILE_LIST_DIRECTORY, kNotDelete, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS}};
+  EXPECT_TRUE(openings == expected);
+}
+
+TEST(HoldFolderTest, OpensAFolderWithALongPath) {
+  const ScratchFolder scratch;
+  const std::wstring folder =
+      scratch.Path() + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
+  CreateFolders(folder);
+  const ShortPathPolicy policy;
+
+  EXPECT_TRUE(HoldFolderItself(folder).IsValid());
+  EXPECT_TRUE(HoldFolder(folder).IsValid());
+}
+
+class PlaceTest : public testing::Test {
+ protected:
+  PlaceTest() { CreateFolders(inner_); }
+
+  ScratchFolder scratch_;
+  std::wstring outer_ = scratch_.Path() + L"\\Outer";
+  std::wstring inner_ = outer_ + L"\\Middle\\Inner";
+};
+
+// By what Windows says of the two.
+TEST_F(PlaceTest, IsComparedWithAnother) {
+  struct Case {
+    const wchar_t* one;
+    const wchar_t* other;
+    bool is_same;
+    bool is_within;
+  };
+  const std::wstring long_name(400, L'n');
+  const std::wstring long_path = L"\\Device\\V1\\" + long_name;
+  const std::wstring long_inside = long_path + L"\\" + long_name;
+  const std::wstring longest_in_one_go = L"\\Device\\V1\\" + std::wstring(248, L'n');
+  const std::wstring longer_by_one = longest_in_one_go + L"n";
+  const Case cases[] = {
+      {L"\\Device\\V1\\Hub", L"\\Device\\V1\\Hub", true, true},
+      {L"\\Device\\V1\\Hub\\App", L"\\Device\\V1\\Hub", false, true},
+      {L"\\Device\\V1\\Hub", L"\\Device\\V1\\Hub\\App", false, false},
+      {L"\\Device\\V1\\Hub 2", L"\\Device\\V1\\Hub", false, false},
+      {L"\\Device\\V1\\Hub2\\App", L"\\Device\\V1\\Hub", false, false},
+      {L"\\Device\\V2\\Hub", L"\\Device\\V1\\Hub", false, false},
+      {L"\\Device\\V2\\Hub\\App", L"\\Device\\V1\\Hub", false, false},
+      {L"\\Device\\V1\\HUB", L"\\Device\\V1\\Hub", true, true},
+      {L"\\Device\\V1\\GR\u00DCN\\App", L"\\Device\\V1\\Gr\u00FCn", false, true},
+      // A drive's root.
+      {L"\\Device\\V1\\", L"\\Device\\V1\\", true, true},
+      {L"\\Device\\V1\\Hub", L"\\Device\\V1\\", false, true},
+      {L"\\Device\\V10\\Hub", L"\\Device\\V1\\", false, false},
+      {long_path.c_str(), long_path.c_str(), true, true},
+      {long_inside.c_str(), long_path.c_str(), false, true},
+      {longest_in_one_go.c_str(), longest_in_one_go.c_str(), true, true},
+      {longer_by_one.c_str(), longer_by_one.c_str(), true, true},
+      {longer_by_one.c_str(), longest_in_one_go.c_str(), false, false},
+      // Unknown ones.
+      {L"\\Device\\V1\\Hub", L"", false, false},
+      {L"", L"\\Device\\V1\\Hub", false, false},
+      {L"", L"", false, false},
+  };
+
+  for (const Case& c : cases) {
+    FakeListing windows;
+    windows.LeadElsewhere(outer_, c.one);
+    windows.LeadElsewhere(inner_, c.other);
+    const CPlace one(HoldFolder(outer_));
+    const CPlace other(HoldFolder(inner_));
+
+    EXPECT_EQ(one.IsSameAs(other), c.is_same)
+        << testing::PrintToString(c.one) << " and " << testing::PrintToString(c.other);
+    EXPECT_EQ(one.IsWithin(other), c.is_within)
+        << testing::PrintToString(c.one) << " in " << testing::PrintToString(c.other);
+    EXPECT_EQ(one.IsKnown(), *c.one != L'\0') << testing::PrintToString(c.one);
+  }
+}
+
+TEST_F(PlaceTest, IsNotEvenTheSameAsItselfWhenItIsUnknown) {
+  const CPlace unknown;
+
+  EXPECT_FALSE(unknown.IsKnown());
+  EXPECT_FALSE(unknown.IsSameAs(unknown));
+  EXPECT_FALSE(unknown.IsWithin(unknown));
+  EXPECT_FALSE(unknown.Below(L"\\a").IsKnown());
+}
+
+// Without links and short names, and in the form that every volume has, also one without a letter.
+TEST_F(PlaceTest, IsAskedForInTheKernelsNormalForm) {
+  std::vector<DWORD> forms;
+  INTERPOSER(GetFinalPathNameByHandleW) final_path([&](HANDLE, wchar_t*, DWORD, DWORD form) {
+    forms.push_back(form);
+    return DWORD{300};
+  });
+
+  static_cast<void>(CPlace(HoldFolder(outer_)));
+
+  EXPECT_EQ(forms, (std::vector<DWORD>{0x2, 0x2}));
+}
+
+TEST_F(PlaceTest, IsUnknownWhenItGetsLongerWhileItIsAskedFor) {
+  INTERPOSER(GetFinalPathNameByHandleW) final_path(
+      [&](HANDLE, wchar_t*, DWORD units, DWORD) { return units + 50; });
+
+  EXPECT_FALSE(CPlace(HoldFolder(outer_)).IsKnown());
+  EXPECT_EQ(final_path.Calls(), 2);
+}
+
+TEST_F(PlaceTest, IsTheSameByEveryName) {
+  const CPlace place = PlaceOfFolder(inner_);
+  const CurrentFolder drive(inner_.substr(0, 3));
+
+  EXPECT_TRUE(place.IsKnown());
+  EXPECT_TRUE(PlaceOfFolder(scratch_.Path() + L"\\OUTER\\middle\\inner").IsSameAs(place));
+  EXPECT_TRUE(PlaceOfFolder(outer_ + L"\\.\\Middle\\..\\Middle\\Inner").IsSameAs(place));
+  EXPECT_TRUE(PlaceOfFolder(inner_.substr(2)).IsSameAs(place));
+  EXPECT_FALSE(PlaceOfFolder(outer_).IsSameAs(place));
+  EXPECT_FALSE(PlaceOfFolder(outer_ + L"\\Missing").IsKnown());
+}
+
+// The letter alone would mean the drive's current folder.
+TEST_F(PlaceTest, IsTheRootOfABareDrive) {
+  const CurrentFolder somewhere_on_it(outer_);
+  const CPlace drive = PlaceOfFolder(outer_.substr(0, 2));
+
+  EXPECT_TRUE(drive.IsSameAs(PlaceOfFolder(outer_.substr(0, 3))));
+  EXPECT_FALSE(drive.IsSameAs(PlaceOfFolder(outer_)));
+  EXPECT_TRUE(PlaceOfFolder(outer_).IsWithin(drive));
+}
+
+TEST_F(PlaceTest, IsSeenFromAFolderAboveItWithoutALookAtTheWay) {
+  const CPlace inner = PlaceOfFolder(inner_);
+
+  EXPECT_TRUE(PlaceSeenFrom(inner_, inner_).IsSameAs(inner));
+  EXPECT_TRUE(PlaceSeenFrom(outer_, inner_).IsSameAs(inner));
+  EXPECT_TRUE(PlaceSeenFrom(inner_.substr(0, 2), inner_).IsSameAs(inner));
+  EXPECT_TRUE(PlaceSeenFrom(scratch_.Path() + L"\\OUTER", inner_).IsSameAs(inner));
+  EXPECT_TRUE(PlaceSeenFrom(outer_, outer_ + L"\\Missing").IsKnown());
+}
+
+TEST_F(PlaceTest, IsNotSeenFromAnywhereElse) {
+  CreateFolders(outer_ + L"\\Mid");
+
+  for (const std::wstring& anchor :
+       {outer_ + L"\\Mid", inner_ + L"\\Below", outer_ + L"\\Missing", std::wstring()}) {
+    EXPECT_FALSE(PlaceSeenFrom(anchor, inner_).IsKnown()) << testing::PrintToString(anchor);
+  }
+  EXPECT_FALSE(PlaceSeenFrom(outer_ + L"\\Missing", outer_ + L"\\Missing").IsKnown());
+}
+
+// The anchor may be reached by a link, what is below it may not.
+TEST_F(PlaceTest, IsSeenBelowWhereTheAnchorReallyIs) {
+  struct Case {
+    const wchar_t* anchor;
+    const wchar_t* folder;
+    bool is_there;
+  };
+  const Case cases[] = {
+      {L"\\Device\\V1\\Outer", L"\\Device\\V1\\Outer\\Middle\\Inner", true},
+      {L"\\Device\\V9\\Real", L"\\Device\\V9\\Real\\Middle\\Inner", true},
+      {L"\\Device\\V9\\", L"\\Device\\V9\\Middle\\Inner", true},
+      {L"\\Device\\V1\\Outer", L"\\Device\\V1\\Windows", false},
+      {L"\\Device\\V1\\Outer", L"\\Device\\V1\\Outer\\Inner", false},
+      {L"\\Device\\V1\\Outer", L"\\Device\\V2\\Outer\\Middle\\Inner", false},
+      {L"\\Device\\V1\\Outer", L"", false},
+      {L"", L"\\Device\\V1\\Outer\\Middle\\Inner", false},
+      {L"", L"", false},
+  };
+
+  for (const Case& c : cases) {
+    FakeListing windows;
+    windows.LeadElsewhere(outer_, c.anchor);
+    windows.LeadElsewhere(inner_, c.folder);
+
+    EXPECT_EQ(PlaceOfFolder(inner_).IsSameAs(PlaceSeenFrom(outer_, inner_)), c.is_there)
+        << testing::PrintToString(c.folder) << " below " << testing::PrintToString(c.anchor);
+  }
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,72 @@
+#include "base/windows_path.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <string>
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::PathForWindows;
+using nhupdate::WithoutExtendedPrefix;
+
+constexpr std::size_t kLongestPlain = 247;
+
+TEST(PathForWindowsTest, HasThePrefixFrom248UnitsOn) {
+  struct Case {
+    const wchar_t* beginning;
+    const wchar_t* extended;
+  };
+  const Case cases[] = {
+      {L"C:\\", L"\\\\?\\C:\\"},
+      {L"c:\\A/b\\c/", L"\\\\?\\c:\\A\\b\\c\\"},
+      {L"\\\\server\\share\\", L"\\\\?\\UNC\\server\\share\\"},
+      {L"\\\\server/share/", L"\\\\?\\UNC\\server\\share\\"},
+      // Those that have it, and those that don't say where they begin.
+      {L"\\\\?\\C:\\a/b\\", L"\\\\?\\C:\\a/b\\"},
+      {L"\\\\?\\UNC\\server\\share\\", L"\\\\?\\UNC\\server\\share\\"},
+      {L"C:a\\b/", L"C:a\\b/"},
+      {L"\\a/b\\", L"\\a/b\\"},
+      {L"a\\b\\", L"a\\b\\"},
+  };
+
+  for (const Case& c : cases) {
+    const std::wstring beginning = c.beginning;
+    const std::wstring name(kLongestPlain - beginning.size(), L'x');
+
+    EXPECT_EQ(PathForWindows(beginning + name), beginning + name);
+    EXPECT_EQ(PathForWindows(beginning + name + L"x"), c.extended + name + L"x");
+  }
+}
+
+TEST(PathForWindowsTest, IsAShortPathAsItIs) {
+  for (const wchar_t* path : {L"", L"C:", L"C:\\", L"C:/a/b", L"\\\\server\\share", L"a"}) {
+    EXPECT_EQ(PathForWindows(path), path);
+  }
+}
+
+TEST(WithoutExtendedPrefixTest, TakesOffTheOneAndTheOther) {
+  struct Case {
+    const wchar_t* path;
+    const wchar_t* plain;
+  };
+  const Case cases[] = {
+      {L"\\\\?\\C:\\A\\b.exe", L"C:\\A\\b.exe"},
+      {L"\\\\?\\UNC\\server\\share\\b.exe", L"\\\\server\\share\\b.exe"},
+      {L"\\\\?\\unc\\server\\share", L"\\\\server\\share"},
+      {L"\\\\?\\UNCLE\\A", L"UNCLE\\A"},
+      {L"\\\\?\\", L""},
+      {L"C:\\A", L"C:\\A"},
+      {L"\\\\server\\share", L"\\\\server\\share"},
+      {L"C:\\\\?\\A", L"C:\\\\?\\A"},
+      {L"", L""},
+  };
+
+  for (const Case& c : cases) {
+    EXPECT_EQ(WithoutExtendedPrefix(c.path), c.plain);
+  }
+}
+
+}  // namespace
+}  // namespace nhupdate_test
