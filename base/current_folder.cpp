@@ -30,7 +30,7 @@ CSystemFolderAsCurrent::CSystemFolderAsCurrent() : old_folder_(CurrentFolder()) 
 }
 
 CSystemFolderAsCurrent::~CSystemFolderAsCurrent() {
-  if (is_current_) {
+  if (is_current_ && !old_folder_.empty()) {
     ::SetCurrentDirectoryW(old_folder_.c_str());
   }
 }

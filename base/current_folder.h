@@ -18,7 +18,7 @@ class CSystemFolderAsCurrent {
   [[nodiscard]] bool IsCurrent() const { return is_current_; }
 
  private:
-  std::wstring old_folder_;
+  std::wstring old_folder_;  // empty when Windows didn't tell
   bool is_current_ = false;
 };
 
