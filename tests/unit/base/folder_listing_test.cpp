@@ -159,15 +159,17 @@ TEST(FolderListingTest, HasNoFolderWhereThereIsNoneOrAFile) {
   EXPECT_TRUE(CFolderListing(scratch.Path() + L"\\missing\\too").HasNoFolder());
 }
 
-// The root of an empty drive has not even "." and "..".
+// The root of an empty drive, or any folder of some file systems, has not even "." and "..".
 TEST(FolderListingTest, IsAtItsEndWhereThereIsNoEntryAtAll) {
-  const FakeListing windows({}, ERROR_NO_MORE_FILES);
-  CFolderListing listing(L"folder");
+  for (const DWORD error : {ERROR_NO_MORE_FILES, ERROR_FILE_NOT_FOUND}) {
+    const FakeListing windows({}, error);
+    CFolderListing listing(L"folder");
 
-  EXPECT_FALSE(listing.Next());
-  EXPECT_EQ(listing.Error(), std::nullopt);
-  EXPECT_FALSE(listing.HasNoFolder());
-  EXPECT_FALSE(listing.HasBrokenOff());
+    EXPECT_FALSE(listing.Next());
+    EXPECT_EQ(listing.Error(), std::nullopt) << error;
+    EXPECT_FALSE(listing.HasNoFolder());
+    EXPECT_FALSE(listing.HasBrokenOff());
+  }
 }
 
 }  // namespace
