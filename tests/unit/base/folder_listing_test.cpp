@@ -161,7 +161,7 @@ TEST(FolderListingTest, HasNoFolderWhereThereIsNoneOrAFile) {
 
 // The root of an empty drive, or any folder of some file systems, has not even "." and "..".
 TEST(FolderListingTest, IsAtItsEndWhereThereIsNoEntryAtAll) {
-  for (const DWORD error : {ERROR_NO_MORE_FILES, ERROR_FILE_NOT_FOUND}) {
+  for (const DWORD error : {DWORD{ERROR_NO_MORE_FILES}, DWORD{ERROR_FILE_NOT_FOUND}}) {
     const FakeListing windows({}, error);
     CFolderListing listing(L"folder");
 
