@@ -63,7 +63,7 @@ class FolderAccessTest : public InstallTest {
     events_.clear();
   }
 
-  void Grant() { GrantFolderAccess(base_, log_.Log()); }
+  void Grant() { GrantFolderAccess(folders_, log_.Log()); }
 
   // Of the real folder.
   [[nodiscard]] std::wstring Path(std::wstring folder) const {

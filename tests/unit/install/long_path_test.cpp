@@ -164,7 +164,7 @@ TEST_F(LongPathTest, IsThatOfAProductThatIsInstalledAndGrantedToo) {
     listing.LeadElsewhere(root_, L"\\Device\\V1");
 
     EXPECT_TRUE(nhupdate::InstallCopy(folders_, {}, log_.Log(), failed_path_));
-    nhupdate::GrantFolderAccess(base, log_.Log());
+    nhupdate::GrantFolderAccess(folders_, log_.Log());
   }
   EXPECT_THAT(ListTree(base), ElementsAre(L"Updater\\", L"Updater\\App\\", L"Updater\\App\\new.txt",
                                           L"Updater\\Temp\\", L"new.txt"));
