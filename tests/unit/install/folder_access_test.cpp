@@ -223,6 +223,54 @@ TEST_F(FolderAccessTest, IsJudgedByTheLowHalfOfTheReturnCode) {
   }
 }
 
+TEST_F(FolderAccessTest, IsNotAskedForBelowTheCurrentDriveWithoutABaseFolder) {
+  const nhupdate::ProductFolders known = folders_;
+  folders_ = nhupdate::FoldersOfExecutable(L"E:\\NHUpdateManager.exe");
+  Grant();
+  folders_ = known;
+  folders_.is_executable_path_cut_off = true;
+  Grant();
+
+  EXPECT_THAT(
+      log_.Records(),
+      ElementsAre(Record(kFailure, L"\\Updater\\Config", L"5"),
+                  Record(kFailure, L"\\Updater\\Temp", L"5"), Record(kSuccess, kDataFolder, L"42"),
+                  Record(kFailure, kConfigFolder, L"5"), Record(kFailure, kTempFolder, L"5"),
+                  Record(kSuccess, kDataFolder, L"42")));
+  EXPECT_FALSE(Exists(Path(kTempFolder)));
+  EXPECT_EQ(shell_execute_.Calls(), 2);
+}
+
+TEST_F(FolderAccessTest, IsNotAskedForFromAnybodysFolder) {
+  INTERPOSER(SetCurrentDirectoryW) refuse([](const wchar_t*) -> BOOL {
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return FALSE;
+  });
+
+  Grant();
+
+  EXPECT_EQ(shell_execute_.Calls(), 0);
+  EXPECT_EQ(log_.Records().back(), Record(kFailure, kDataFolder, L"5"));
+}
+
+// What was there a moment ago could come back as a link.
+TEST_F(FolderAccessTest, IsNotAskedForAFolderThatGoesAwayAfterItWasMade) {
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                   SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
+                                   HANDLE model) {
+    if (path == Path(kTempFolder)) {
+      EXPECT_TRUE(::RemoveDirectoryW(path));
+    }
+    return open.Original()(path, access, sharing, security, disposition, flags, model);
+  });
+
+  Grant();
+
+  EXPECT_THAT(log_.Records(), ElementsAre(Record(kSuccess, kConfigFolder, L"42"),
+                                          Record(kFailure, kTempFolder, L"5"),
+                                          Record(kSuccess, kDataFolder, L"42")));
+}
+
 // Users may write to these folders: nobody is given access to what a link leads to.
 class DeniedFolderAccessTest : public FolderAccessTest,
                                public testing::WithParamInterface<const wchar_t*> {
@@ -280,6 +328,15 @@ TEST_P(DeniedFolderAccessTest, IsThatToAFolderThatMayLieElsewhere) {
 
     ExpectDenied();
   }
+}
+
+// A hard link is no link and really lies there, but what it stands for may be anybody's file.
+TEST_P(DeniedFolderAccessTest, IsThatToAFile) {
+  WriteFileBytes(Path(GetParam()), "x");
+
+  Grant();
+
+  ExpectDenied();
 }
 
 INSTANTIATE_TEST_SUITE_P(OfEach, DeniedFolderAccessTest,

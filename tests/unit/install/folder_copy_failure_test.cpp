@@ -64,9 +64,8 @@ TEST_F(HinderedFolderCopyTest, TakesASourceThatIsNoFolderForAnEmptyOne) {
 TEST_F(HinderedFolderCopyTest, EndsAtASubFolderThatCannotBeListed) {
   WriteFileBytes(source_ + L"\\b\\c.txt", "C");
   WriteFileBytes(source_ + L"\\z.txt", "Z");
-  for (const DWORD error :
-       std::initializer_list<DWORD>{ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_DIRECTORY,
-                                    ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION}) {
+  for (const DWORD error : std::initializer_list<DWORD>{
+           ERROR_PATH_NOT_FOUND, ERROR_DIRECTORY, ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION}) {
     log_.ForgetRecords();
     FakeListing listing;
     listing.Forbid(source_ + L"\\b", error);
@@ -77,6 +76,30 @@ TEST_F(HinderedFolderCopyTest, EndsAtASubFolderThatCannotBeListed) {
     EXPECT_EQ(failed_path_, target_ + L"\\b");
     EXPECT_THAT(ListTree(target_), ElementsAre(L"b\\"));
   }
+}
+
+// Some file systems list no "." and "..", so there is nothing to be found.
+TEST_F(HinderedFolderCopyTest, GoesOnBehindASubFolderWithoutAnyEntry) {
+  CreateFolders(source_ + L"\\b");
+  WriteFileBytes(source_ + L"\\z.txt", "Z");
+  FakeListing listing;
+  listing.Forbid(source_ + L"\\b", ERROR_FILE_NOT_FOUND);
+
+  EXPECT_TRUE(Copy());
+
+  EXPECT_THAT(ListTree(target_), ElementsAre(L"b\\", L"z.txt"));
+}
+
+// It could be exchanged for a link while it is walked.
+TEST_F(HinderedFolderCopyTest, EndsAtASubFolderThatCannotBeHeld) {
+  WriteFileBytes(source_ + L"\\b\\c.txt", "C");
+  const nhupdate::UniqueFile movable(::CreateFileW(
+      (source_ + L"\\b").c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+
+  EXPECT_FALSE(Copy());
+
+  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FolderLine(L"\\b"), FailureLine(32)));
 }
 
 TEST_F(HinderedFolderCopyTest, EndsWhereAListingBreaksOff) {
