@@ -5,10 +5,10 @@
 
 #include "app/elevation.h"
 #include "base/executable_path.h"
-#include "base/held_folder.h"
+#include "base/folder_making.h"
+#include "base/folder_place.h"
 #include "base/known_folder.h"
 #include "base/windows.h"
-#include "base/windows_path.h"
 #include "install/empty_folders.h"
 #include "install/folder_access.h"
 #include "install/folder_copy.h"
@@ -64,17 +64,18 @@ void CManagerCenter::PrepareDataFolders() {
   std::wstring folder = *program_data;
   for (const wchar_t* name : {L"\\Corvane", L"\\NimbaSoftware", L"\\NimbaHub"}) {
     folder += name;
-    ::CreateDirectoryW(PathForWindows(folder).c_str(), nullptr);  // usually there already
+    const bool is_there = MakeFolder(folder);
     // Every user may make these folders, and could have put a link there instead. Behind it nothing
     // is made: it is as if there were no ProgramData.
-    const CHeldFolder held(folder);
-    if (!held.IsMissing() && !held.IsPlainAt(PlaceSeenFrom(*program_data, folder))) {
+    const UniqueFile opened = LookAtItself(folder);
+    const CPlace place = PlaceSeenFrom(*program_data, folder);
+    if (is_there && !(IsPlainFolder(opened) && CPlace(opened).IsSameAs(place))) {
       return;
     }
   }
   paths_.product_data_folder = folder;
   paths_.log_folder = folder + L"\\Log";
-  ::CreateDirectoryW(PathForWindows(paths_.log_folder).c_str(), nullptr);
+  MakeFolder(paths_.log_folder);
 }
 
 void CManagerCenter::EndLog() {
@@ -138,7 +139,7 @@ int CManagerCenter::RegisterProduct() {
 }
 
 void CManagerCenter::GrantFolderAccess() {
-  nhupdate::GrantFolderAccess(paths_.base_folder, Records());
+  nhupdate::GrantFolderAccess(paths_, Records());
 }
 
 }  // namespace nhupdate

@@ -1,6 +1,7 @@
 #include "base/current_folder.h"
 
 #include <array>
+#include <cstddef>
 
 #include "base/windows.h"
 
@@ -8,33 +9,28 @@ namespace nhupdate {
 
 namespace {
 
-using PathBuffer = std::array<wchar_t, MAX_PATH>;
-
-std::wstring TextIn(const PathBuffer& buffer, DWORD length) {
-  return length < buffer.size() ? std::wstring(buffer.data(), length) : std::wstring();
-}
-
 std::wstring CurrentFolder() {
-  PathBuffer buffer = {};
-  return TextIn(buffer, ::GetCurrentDirectoryW(static_cast<DWORD>(buffer.size()), buffer.data()));
+  const DWORD needed = ::GetCurrentDirectoryW(0, nullptr);
+  std::wstring folder(needed, L'\0');
+  const DWORD length = ::GetCurrentDirectoryW(needed, folder.data());
+  folder.resize(length < needed ? length : 0);
+  return folder;
 }
 
 std::wstring SystemFolder() {
-  PathBuffer buffer = {};
-  return TextIn(buffer, ::GetSystemDirectoryW(buffer.data(), static_cast<UINT>(buffer.size())));
+  std::array<wchar_t, MAX_PATH> buffer = {};
+  const std::size_t length = ::GetSystemDirectoryW(buffer.data(), static_cast<UINT>(buffer.size()));
+  return length < buffer.size() ? std::wstring(buffer.data(), length) : std::wstring();
 }
 
 }  // namespace
 
-CSystemFolderAsCurrent::CSystemFolderAsCurrent() {
-  const std::wstring old_folder = CurrentFolder();
-  if (::SetCurrentDirectoryW(SystemFolder().c_str())) {
-    old_folder_ = old_folder;
-  }
+CSystemFolderAsCurrent::CSystemFolderAsCurrent() : old_folder_(CurrentFolder()) {
+  is_current_ = ::SetCurrentDirectoryW(SystemFolder().c_str()) != FALSE;
 }
 
 CSystemFolderAsCurrent::~CSystemFolderAsCurrent() {
-  if (!old_folder_.empty()) {
+  if (is_current_ && !old_folder_.empty()) {
     ::SetCurrentDirectoryW(old_folder_.c_str());
   }
 }

@@ -6,8 +6,7 @@
 
 namespace nhupdate {
 
-// Makes the system folder the current one for as long as the object lives. Where that can't be done
-// the current folder stays what it is.
+// Makes the system folder the current one for as long as the object lives.
 class CSystemFolderAsCurrent {
  public:
   CSystemFolderAsCurrent();
@@ -15,8 +14,12 @@ class CSystemFolderAsCurrent {
   CSystemFolderAsCurrent(const CSystemFolderAsCurrent&) = delete;
   CSystemFolderAsCurrent& operator=(const CSystemFolderAsCurrent&) = delete;
 
+  // False when Windows refused: the current folder is then the one that it was.
+  [[nodiscard]] bool IsCurrent() const { return is_current_; }
+
  private:
-  std::wstring old_folder_;  // empty when there is nothing to go back to
+  std::wstring old_folder_;  // empty when Windows didn't tell
+  bool is_current_ = false;
 };
 
 }  // namespace nhupdate

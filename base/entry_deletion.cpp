@@ -71,7 +71,8 @@ void ClearReadOnly(const std::wstring& file, const CPlace& place) {
                                       sizeof(information))) {
     return;
   }
-  // No attributes at all would mean that they stay, and so does a time of 0.
+  // 0 means "leave as it is", for the times and for the attributes too, so a file without any
+  // others is called normal.
   const DWORD writable = information.FileAttributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY);
   information = {};
   information.FileAttributes = writable != 0 ? writable : FILE_ATTRIBUTE_NORMAL;

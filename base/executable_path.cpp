@@ -46,15 +46,21 @@ std::wstring NameOnDisk(const std::wstring& path) {
   return search.IsValid() ? entry.cFileName : std::wstring();
 }
 
-// Long names alone may still be in the letter case of whoever typed them. Those of a network path's
-// server and share are nobody's on a disk.
-std::wstring WithNamesOnDisk(const std::wstring& path) {
-  constexpr std::size_t kDriveRootUnits = 3;
-  if (path.size() < kDriveRootUnits || path[1] != L':') {
-    return path;
+// Where the names on the disk begin: behind the drive, or behind the server and its share.
+std::size_t UnitsOfRoot(const std::wstring& path) {
+  if (!path.starts_with(L"\\\\")) {
+    return path.find(L'\\') + 1;
   }
+  const std::size_t behind_server = path.find(L'\\', 2);
+  const std::size_t behind_share =
+      behind_server == std::wstring::npos ? behind_server : path.find(L'\\', behind_server + 1);
+  return behind_share == std::wstring::npos ? path.size() : behind_share + 1;
+}
+
+// Long names alone may still be in the letter case of whoever typed them.
+std::wstring WithNamesOnDisk(const std::wstring& path) {
   std::wstring result = path;
-  std::size_t begin = kDriveRootUnits;
+  std::size_t begin = UnitsOfRoot(path);
   while (begin < result.size()) {
     const std::size_t end = std::min(result.find(L'\\', begin), result.size());
     std::wstring name = NameOnDisk(result.substr(0, end));

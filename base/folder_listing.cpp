@@ -19,7 +19,6 @@ bool HasAttribute(const WIN32_FIND_DATAW& entry, DWORD attribute) {
 
 bool MeansNoFolder(DWORD error, const std::wstring& folder) {
   switch (error) {
-    case ERROR_FILE_NOT_FOUND:
     case ERROR_PATH_NOT_FOUND:
     case ERROR_DIRECTORY:  // a file
       return true;
@@ -38,10 +37,12 @@ CFolderListing::CFolderListing(const std::wstring& folder, const wchar_t* wildca
   const HANDLE search = ::FindFirstFileW(PathForWindows(folder + wildcard).c_str(), entry_.get());
   const DWORD error = ::GetLastError();
   search_.Reset(search);
-  // A folder without any entry, not even "." and "..", has come to its end.
-  if (!search_.IsValid() && error != ERROR_NO_MORE_FILES) {
+  // A folder without any entry, not even "." and "..", has come to its end. That it isn't there
+  // would be another error.
+  const bool is_empty = error == ERROR_FILE_NOT_FOUND || error == ERROR_NO_MORE_FILES;
+  if (!search_.IsValid() && !is_empty) {
     error_ = error;
-    is_of_no_folder_ = MeansNoFolder(error, folder);
+    has_no_folder_ = MeansNoFolder(error, folder);
   }
 }
 

@@ -28,7 +28,7 @@ class CFolderListing {
   [[nodiscard]] std::optional<DWORD> Error() const { return error_; }
 
   // True when the listing could not begin since there is no such folder, or a file in its place.
-  [[nodiscard]] bool IsOfNoFolder() const { return is_of_no_folder_; }
+  [[nodiscard]] bool HasNoFolder() const { return has_no_folder_; }
 
   // True when the error came behind an entry that was seen, if only "." or "..".
   [[nodiscard]] bool HasBrokenOff() const { return search_.IsValid() && error_.has_value(); }
@@ -44,7 +44,7 @@ class CFolderListing {
   UniqueFindHandle search_;
   bool is_first_ = true;
   std::optional<DWORD> error_;
-  bool is_of_no_folder_ = false;
+  bool has_no_folder_ = false;
 };
 
 }  // namespace nhupdate

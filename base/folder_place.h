@@ -17,14 +17,20 @@ namespace nhupdate {
 [[nodiscard]] bool MeansLink(DWORD attributes, DWORD reparse_tag);
 
 // Opens the folder for listing and, as long as the handle lives, keeps others from renaming or
-// removing it, and with it those above it. The first opens the folder itself, even if it is a link,
-// the second what the path leads to.
+// removing it, and with it those above it. Others who have it open may be in the way of that. The
+// first opens the folder itself, even if it is a link, the second what the path leads to.
 [[nodiscard]] UniqueFile HoldFolderItself(const std::wstring& folder);
 [[nodiscard]] UniqueFile HoldFolder(const std::wstring& folder);
+
+// Opens the file or folder itself for no more than questions, which nobody can be in the way of.
+[[nodiscard]] UniqueFile LookAtItself(const std::wstring& path);
 
 // True when what is open is a link; also when that can't be found out. A file system that knows no
 // links is only asked what it can answer.
 [[nodiscard]] bool IsLink(const UniqueFile& opened);
+
+// True when what is open is known to be a folder, and no link.
+[[nodiscard]] bool IsPlainFolder(const UniqueFile& opened);
 
 // The place of something that was open when the object was made. Without anything to compare
 // nothing is said to be the same: an unknown place is not even the same as itself.

@@ -19,7 +19,7 @@ bool CHeldFolder::IsLink() const {
 }
 
 bool CHeldFolder::IsPlainAt(const CPlace& place) const {
-  return folder_.IsValid() && !IsLink() && CPlace(folder_).IsSameAs(place);
+  return folder_.IsValid() && IsPlainFolder(folder_) && CPlace(folder_).IsSameAs(place);
 }
 
 bool CHeldFolder::LeadsElsewhere(const CPlace& place) const {

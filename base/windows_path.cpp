@@ -17,8 +17,13 @@ constexpr std::wstring_view kNetworkBegin = L"\\\\";
 // Of a folder: a file's path may have 259 units, but a folder's must leave room for a short name.
 constexpr std::size_t kMaxPlainUnits = 247;
 
-bool BeginsWithDrive(const std::wstring& path) {
+bool BeginsWithDrive(std::wstring_view path) {
   return path.size() >= 3 && path[1] == L':' && path[2] == L'\\';
+}
+
+// A server's name, as against "?" and ".", which begin the names of devices.
+bool BeginsWithServer(std::wstring_view path) {
+  return path.size() >= 3 && path.starts_with(kNetworkBegin) && path[2] != L'?' && path[2] != L'.';
 }
 
 }  // namespace
@@ -30,7 +35,7 @@ std::wstring PathForWindows(const std::wstring& path) {
   std::wstring extended;
   if (BeginsWithDrive(path)) {
     extended = std::wstring(kPrefix) + path;
-  } else if (path.starts_with(kNetworkBegin) && !path.starts_with(kPrefix)) {
+  } else if (BeginsWithServer(path)) {
     extended = std::wstring(kNetworkPrefix) + path.substr(kNetworkBegin.size());
   } else {
     return path;
@@ -44,7 +49,9 @@ std::wstring WithoutExtendedPrefix(const std::wstring& path) {
   if (StartsWithIgnoringCase(path, std::wstring(kNetworkPrefix))) {
     return std::wstring(kNetworkBegin) + path.substr(kNetworkPrefix.size());
   }
-  return path.starts_with(kPrefix) ? path.substr(kPrefix.size()) : path;
+  const bool names_drive =
+      path.starts_with(kPrefix) && BeginsWithDrive(std::wstring_view(path).substr(kPrefix.size()));
+  return names_drive ? path.substr(kPrefix.size()) : path;
 }
 
 }  // namespace nhupdate

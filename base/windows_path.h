@@ -13,7 +13,8 @@ namespace nhupdate {
 // begin, are returned as they are.
 [[nodiscard]] std::wstring PathForWindows(const std::wstring& path);
 
-// Takes the prefix off again: Windows hands out a path with it where a program was started so.
+// Takes the prefix off again: Windows hands out a path with it where a program was started so. What
+// has no other form, such as the name of a volume, stays as it is.
 [[nodiscard]] std::wstring WithoutExtendedPrefix(const std::wstring& path);
 
 }  // namespace nhupdate

@@ -5,6 +5,7 @@
 
 #include "base/entry_deletion.h"
 #include "base/folder_listing.h"
+#include "base/folder_making.h"
 #include "base/held_folder.h"
 #include "base/paths.h"
 #include "base/windows_path.h"
@@ -16,18 +17,20 @@ namespace {
 
 constexpr int kCopyAttempts = 10;
 
-// The texts alone could only say yes for certain: one folder can go by many names.
-bool MayHold(const std::wstring& folder, const std::wstring& path) {
-  return IsSameOrInside(path, folder) || CHeldFolder(folder).MayHold(path);
+// Other texts don't rule it out: one folder can go by many names.
+bool MayContainSource(const std::wstring& target, const std::wstring& source) {
+  return IsSameOrInside(source, target) || CHeldFolder(target).MayHold(source);
 }
 
-// Makes sure that there is a folder which is no link, and holds it. Returns the error; nothing when
-// the folder is held, or can't be made, which shows as soon as something is copied into it.
+// Makes sure that there is no link in the folder's place, and holds the folder. Returns the error;
+// nothing when the folder is held, or can't be made, which shows as soon as something is copied
+// into it.
 std::optional<DWORD> MakePlainFolder(const std::wstring& folder, const CPlace& place,
                                      std::optional<CHeldFolder>& held) {
-  ::CreateDirectoryW(PathForWindows(folder).c_str(), nullptr);  // usually there already
+  const bool was_there = MakeFolder(folder);
   held.emplace(folder);
-  if (held->IsMissing()) {
+  // What was there and is gone could come back as a link.
+  if (held->IsMissing() && !was_there) {
     return std::nullopt;
   }
   if (!held->LeadsElsewhere(place)) {
@@ -37,7 +40,7 @@ std::optional<DWORD> MakePlainFolder(const std::wstring& folder, const CPlace& p
   if (const std::optional<DWORD> error = DeleteEntry(folder, EntryKind::kFolder, place)) {
     return error;
   }
-  ::CreateDirectoryW(PathForWindows(folder).c_str(), nullptr);
+  MakeFolder(folder);
   held.emplace(folder);
   return held->LeadsElsewhere(place) ? ERROR_CANT_ACCESS_FILE : held->Error();
 }
@@ -50,7 +53,7 @@ bool CFolderCopy::Copy(const std::wstring& destination, const std::wstring& sour
   if (!folders_.HasBaseFolder()) {
     return true;
   }
-  ::CreateDirectoryW(PathForWindows(destination).c_str(), nullptr);  // usually there already
+  MakeFolder(destination);
   return CopyContent(destination, PlaceOfFolder(destination), source, options, true);
 }
 
@@ -71,7 +74,7 @@ bool CFolderCopy::CopyContent(const std::wstring& destination, const CPlace& pla
       return false;
     }
   }
-  if (listing.Error() && !(may_be_missing && listing.IsOfNoFolder())) {
+  if (listing.Error() && !(may_be_missing && listing.HasNoFolder())) {
     return Fail(destination, *listing.Error(), options);  // what wasn't seen wasn't copied either
   }
   return true;
@@ -111,7 +114,7 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
     return true;
   }
   // What is to be copied must not be deleted with the folder that it lies in.
-  if (options.delete_existing_sub_folders && !MayHold(target, source)) {
+  if (options.delete_existing_sub_folders && !MayContainSource(target, source)) {
     if (options.log_details) {
       log_.WriteText(LogLevel::kInformation, L"Delete Dir : " + target);
     }
@@ -127,6 +130,9 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
   const CHeldFolder held_source(source);
   if (source_is_link || held_source.IsLink()) {
     return true;
+  }
+  if (held_source.Error()) {
+    return Fail(target, *held_source.Error(), options);
   }
   CopyOptions deeper = options;
   deeper.delete_existing_sub_folders = false;

@@ -34,8 +34,9 @@ class CFolderCopy {
   // Copies what is in `source` over `destination`, whose parent must exist, up to the first thing
   // that can't be copied or listed, and returns false when there is such a thing. A source that
   // isn't there is an empty one; a folder in it that can't be listed any more is such a thing.
-  // Either of the two may be reached by links. Below them none is followed: one in the source is
-  // copied as an empty folder, and one in the destination is replaced by a folder.
+  // Either of the two may be reached by links. Below them no link to a folder is followed: one in
+  // the source is copied as an empty folder, and one in the destination is replaced by a folder.
+  // Files are copied by their paths, as Windows does it.
   [[nodiscard]] bool Copy(const std::wstring& destination, const std::wstring& source,
                           const CopyOptions& options);
 

@@ -23,7 +23,7 @@ void DeleteContentOf(const std::wstring& folder, const CPlace& place) {
     const CPlace entry_place = place.Below(relative_path);
     if (listing.IsFolder()) {
       std::ignore =
-          DeleteFolderAt(entry, entry_place);  // what stays keeps this folder, which shows
+          DeleteFolderAt(entry, entry_place);  // what stays keeps this folder from being removed
       continue;
     }
     if (listing.IsReadOnly()) {

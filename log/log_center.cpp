@@ -2,6 +2,7 @@
 
 #include "base/console.h"
 #include "base/windows.h"
+#include "base/windows_path.h"
 
 namespace nhupdate {
 
@@ -81,7 +82,7 @@ int CNSWLogCenter::LoadLogLibrary() {
   bool complete = false;
   {
     const std::lock_guard guard(lock_);
-    library_.Reset(::LoadLibraryW(library_path_.c_str()));
+    library_.Reset(::LoadLibraryW(PathForWindows(library_path_).c_str()));
     if (!library_.IsValid()) {
       PrintConsoleError(L"Fail to load library : %s\n", library_path_);
     } else if (!Resolve(library_, "Start", start_)) {

@@ -109,7 +109,7 @@ bool CLogFolder::IsReachedWithoutUsersLinks() const {
   for (int level = 0; level < kLevelsBelowProgramData && !anchor.ends_with(L':'); ++level) {
     anchor = ParentFolder(anchor);
   }
-  return held_->IsPlainAt(PlaceSeenFrom(anchor, path_));
+  return place_.IsSameAs(PlaceSeenFrom(anchor, path_));
 }
 
 bool CLogFolder::IsNamed(const UniqueFile& file, const std::wstring& name) const {

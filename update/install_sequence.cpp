@@ -67,7 +67,7 @@ int CManagerCenter::InstallSequence(InstallKind kind) {
     result = kProcessesNotStopped;
   }
   if (IsElevated()) {
-    nhupdate::GrantFolderAccess(paths_.base_folder, log);
+    nhupdate::GrantFolderAccess(paths_, log);
   }
   if (result == kSucceeded) {
     result = PutIntoPlace(paths_, strings_, log, last_failed_copy_path_);

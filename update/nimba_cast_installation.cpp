@@ -3,8 +3,7 @@
 #include <string>
 #include <tuple>
 
-#include "base/windows.h"
-#include "base/windows_path.h"
+#include "base/folder_making.h"
 #include "update/child_launch.h"
 #include "update/launch_catalog.h"
 #include "update/result_code.h"
@@ -61,8 +60,8 @@ int InstallNimbaCast(const ProductFolders& folders, CFolderCopy& copy, const CLo
   const std::wstring& nimba_cast = folders.nimba_cast_folder;
   const std::wstring updater_folder = ProductFolders::UpdaterFolderOf(nimba_cast);
   const std::wstring manager_folder = nimba_cast + L"\\CSUpdateManager";
-  ::CreateDirectoryW(PathForWindows(nimba_cast).c_str(), nullptr);      // may be there already
-  ::CreateDirectoryW(PathForWindows(updater_folder).c_str(), nullptr);  // likewise
+  MakeFolder(nimba_cast);
+  MakeFolder(updater_folder);
 
   if (!copy.Copy(updater_folder, folders.UpdaterFolder(), {})) {
     log.Write(LogLevel::kError, L"Failed to copy NCS updater folder.");

@@ -51,12 +51,14 @@ TEST_F(SystemFolderAsCurrentTest, LeavesTheCurrentFolderAloneWhereItCannotBeHad)
 }
 
 TEST_F(SystemFolderAsCurrentTest, IsNotLeftForAFolderThatIsUnknown) {
-  for (const DWORD answer : {DWORD{0}, DWORD{MAX_PATH + 1}}) {  // an error, and too long
-    INTERPOSER(GetCurrentDirectoryW) get([&](DWORD, wchar_t*) { return answer; });
+  for (const DWORD more :
+       {DWORD{0}, DWORD{10}}) {  // an error, and one that grows while it is asked
+    INTERPOSER(GetCurrentDirectoryW) get(
+        [&](DWORD units, wchar_t*) { return more == 0 ? 0 : units + more; });
     INTERPOSER(SetCurrentDirectoryW) set([](const wchar_t*) -> BOOL { return TRUE; });
     { const CSystemFolderAsCurrent folder; }
 
-    EXPECT_EQ(set.Calls(), 1) << answer;
+    EXPECT_EQ(set.Calls(), 1) << more;
   }
 }
 

@@ -44,7 +44,7 @@ TEST(FolderListingTest, GivesFilesAndFoldersOfOneFolder) {
   EXPECT_FALSE(listing.Next());
   EXPECT_EQ(listing.Error(), std::nullopt);
   EXPECT_FALSE(listing.HasBrokenOff());
-  EXPECT_FALSE(listing.IsOfNoFolder());
+  EXPECT_FALSE(listing.HasNoFolder());
 }
 
 TEST(FolderListingTest, GivesOnlyWhatFitsTheWildcard) {
@@ -109,7 +109,7 @@ TEST(FolderListingTest, TellsWhyItBrokeOff) {
   EXPECT_FALSE(listing.Next());
   EXPECT_EQ(listing.Error(), DWORD{ERROR_NETNAME_DELETED});
   EXPECT_TRUE(listing.HasBrokenOff());
-  EXPECT_FALSE(listing.IsOfNoFolder());
+  EXPECT_FALSE(listing.HasNoFolder());
 }
 
 // By what is in the folder's place, and by what Windows says when the listing shall begin.
@@ -125,7 +125,7 @@ TEST(FolderListingTest, TellsWhyItCouldNotBegin) {
     bool is_of_no_folder;
   };
   const Case cases[] = {
-      {folder, ERROR_FILE_NOT_FOUND, true},  {missing, ERROR_PATH_NOT_FOUND, true},
+      {folder, ERROR_PATH_NOT_FOUND, true},  {missing, ERROR_PATH_NOT_FOUND, true},
       {folder, ERROR_DIRECTORY, true},       {file, ERROR_DIRECTORY, true},
       {file, ERROR_INVALID_NAME, true},      {missing, ERROR_INVALID_NAME, false},
       {folder, ERROR_INVALID_NAME, false},   {folder, ERROR_ACCESS_DENIED, false},
@@ -140,34 +140,36 @@ TEST(FolderListingTest, TellsWhyItCouldNotBegin) {
     EXPECT_THAT(Entries(listing), IsEmpty()) << c.error;
 
     EXPECT_EQ(listing.Error(), c.error);
-    EXPECT_EQ(listing.IsOfNoFolder(), c.is_of_no_folder)
+    EXPECT_EQ(listing.HasNoFolder(), c.is_of_no_folder)
         << c.error << " at " << testing::PrintToString(c.path);
     EXPECT_FALSE(listing.HasBrokenOff()) << c.error;
     EXPECT_EQ(windows.Steps(), 0) << c.error;
   }
 }
 
-TEST(FolderListingTest, IsOfNoFolderWhereThereIsNoneOrAFile) {
+TEST(FolderListingTest, HasNoFolderWhereThereIsNoneOrAFile) {
   const ScratchFolder scratch;
   const std::wstring file =
       scratch.Path() + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
   WriteFileBytes(file, "x");
   const ShortPathPolicy policy;
 
-  EXPECT_TRUE(CFolderListing(file).IsOfNoFolder());
-  EXPECT_TRUE(CFolderListing(scratch.Path() + L"\\missing").IsOfNoFolder());
-  EXPECT_TRUE(CFolderListing(scratch.Path() + L"\\missing\\too").IsOfNoFolder());
+  EXPECT_TRUE(CFolderListing(file).HasNoFolder());
+  EXPECT_TRUE(CFolderListing(scratch.Path() + L"\\missing").HasNoFolder());
+  EXPECT_TRUE(CFolderListing(scratch.Path() + L"\\missing\\too").HasNoFolder());
 }
 
-// The root of an empty drive has not even "." and "..".
+// The root of an empty drive, or any folder of some file systems, has not even "." and "..".
 TEST(FolderListingTest, IsAtItsEndWhereThereIsNoEntryAtAll) {
-  const FakeListing windows({}, ERROR_NO_MORE_FILES);
-  CFolderListing listing(L"folder");
+  for (const DWORD error : {DWORD{ERROR_NO_MORE_FILES}, DWORD{ERROR_FILE_NOT_FOUND}}) {
+    const FakeListing windows({}, error);
+    CFolderListing listing(L"folder");
 
-  EXPECT_FALSE(listing.Next());
-  EXPECT_EQ(listing.Error(), std::nullopt);
-  EXPECT_FALSE(listing.IsOfNoFolder());
-  EXPECT_FALSE(listing.HasBrokenOff());
+    EXPECT_FALSE(listing.Next());
+    EXPECT_EQ(listing.Error(), std::nullopt) << error;
+    EXPECT_FALSE(listing.HasNoFolder());
+    EXPECT_FALSE(listing.HasBrokenOff());
+  }
 }
 
 }  // namespace

@@ -230,7 +230,44 @@ TEST_F(PlaceTest, IsUnknownWhenItGetsLongerWhileItIsAskedFor) {
       [&](HANDLE, wchar_t*, DWORD units, DWORD) { return units + 50; });
 
   EXPECT_FALSE(CPlace(HoldFolder(outer_)).IsKnown());
-  EXPECT_EQ(final_path.Calls(), 2);
+  EXPECT_EQ(final_path.Calls(), 4);  // in both forms
+}
+
+// As on some network drives.
+TEST_F(PlaceTest, IsKnownWhereTheLongNamesAreNotToBeHad) {
+  const CPlace normalized = PlaceOfFolder(inner_);
+  INTERPOSER(GetFinalPathNameByHandleW) final_path(
+      [&](HANDLE file, wchar_t* buffer, DWORD units, DWORD form) -> DWORD {
+        if ((form & FILE_NAME_OPENED) != 0) {
+          return final_path.Original()(file, buffer, units, form);
+        }
+        ::SetLastError(ERROR_NOT_SUPPORTED);
+        return 0;
+      });
+
+  EXPECT_TRUE(PlaceOfFolder(inner_).IsSameAs(normalized));
+}
+
+// Others who have a folder open could be in the way of holding it, but not of a look.
+TEST_F(PlaceTest, IsKnownOfAFolderThatSomebodyKeepsToHimself) {
+  const nhupdate::UniqueFile exclusive(::CreateFileW(inner_.c_str(), DELETE | FILE_LIST_DIRECTORY,
+                                                     0, nullptr, OPEN_EXISTING,
+                                                     FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  ASSERT_TRUE(exclusive.IsValid());
+
+  EXPECT_FALSE(HoldFolderItself(inner_).IsValid());
+  EXPECT_TRUE(PlaceOfFolder(inner_).IsKnown());
+  EXPECT_TRUE(nhupdate::IsPlainFolder(nhupdate::LookAtItself(inner_)));
+}
+
+// A hard link to a file is no link, and really lies there.
+TEST_F(PlaceTest, AFileIsNoPlainFolder) {
+  WriteFileBytes(outer_ + L"\\file", "x");
+  const nhupdate::UniqueFile file = nhupdate::LookAtItself(outer_ + L"\\file");
+
+  EXPECT_TRUE(file.IsValid());
+  EXPECT_FALSE(nhupdate::IsPlainFolder(file));
+  EXPECT_FALSE(nhupdate::IsPlainFolder(nhupdate::UniqueFile()));
 }
 
 TEST_F(PlaceTest, IsTheSameByEveryName) {

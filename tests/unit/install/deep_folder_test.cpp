@@ -10,9 +10,12 @@
 #include <vector>
 
 #include "base/existence.h"
-#include "tests/support/files.h"
-#include "tests/support/installed_product.h"
+#include "base/windows_path.h"
+#include "install/empty_folders.h"
+#include "install/folder_copy.h"
+#include "install/folder_removal.h"
 #include "tests/support/interposer.h"
+#include "tests/unit/install/install_test.h"
 
 namespace nhupdate_test {
 namespace {
@@ -65,7 +68,7 @@ class EndlessFolder {
     }
     lowest_address_ = std::min(lowest_address_, address);
     if (listings_++ == levels_) {
-      ::SetLastError(ERROR_FILE_NOT_FOUND);
+      ::SetLastError(ERROR_NO_MORE_FILES);
       return INVALID_HANDLE_VALUE;
     }
     *entry = {};
@@ -80,17 +83,20 @@ class EndlessFolder {
   INTERPOSER(FindClose) find_close_{[](HANDLE) -> BOOL { return TRUE; }};
   INTERPOSER(CreateDirectoryW) create_{
       [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return TRUE; }};
-  INTERPOSER(RemoveDirectoryW) remove_{[](const wchar_t*) -> BOOL { return TRUE; }};
   INTERPOSER(CreateFileW) create_file_{
       [this](const wchar_t* path, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
-        opened_.push_back(path);
+        std::wstring plain = nhupdate::WithoutExtendedPrefix(path);
+        opened_.push_back(plain.ends_with(L'\\') ? plain.substr(0, plain.size() - 1) : plain);
         return reinterpret_cast<HANDLE>(kFirstFile + opened_.size() - 1);
       }};
   INTERPOSER(GetFileInformationByHandleEx) information_{
-      [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void* information, DWORD) -> BOOL {
-        *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(information) = {FILE_ATTRIBUTE_DIRECTORY, 0};
+      [](HANDLE, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD) -> BOOL {
+        EXPECT_EQ(kind, FileBasicInfo);
+        static_cast<FILE_BASIC_INFO*>(information)->FileAttributes = FILE_ATTRIBUTE_DIRECTORY;
         return TRUE;
       }};
+  INTERPOSER(SetFileInformationByHandle) set_information_{
+      [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) -> BOOL { return TRUE; }};
   INTERPOSER(GetFinalPathNameByHandleW) final_path_{
       [this](HANDLE handle, wchar_t* buffer, DWORD units, DWORD) -> DWORD {
         const std::wstring& path = opened_.at(PlaceOf(handle));
@@ -106,66 +112,65 @@ class EndlessFolder {
   }};
 };
 
-class DeepFolderTest : public testing::Test {
+class DeepFolderTest : public InstallTest {
  protected:
-  // A record for every level would be long.
-  DeepFolderTest() : product_({.log_library = L""}) { product_.Start(); }
-
   static void ExpectStackLastsForTheDeepest(const EndlessFolder& folder) {
+    EXPECT_EQ(folder.Listings(), kLevels + 1);
     EXPECT_GT(folder.StackBytesPerLevel(), 0u);
     EXPECT_LT(folder.StackBytesPerLevel() * kDeepestLevels, StackReserve() / 2);
     std::printf("%u bytes of stack for each level\n",
                 static_cast<unsigned>(folder.StackBytesPerLevel()));
   }
 
+  bool Copy(const std::wstring& target, const std::wstring& source) {
+    nhupdate::CFolderCopy copy(folders_, log_.Log(), failed_path_);
+    return copy.Copy(target, source, {.log_details = false});  // a record each would be long
+  }
+
   // What the heap holds grows with the square of the depth.
   static constexpr std::size_t kLevels = 2000;
 
-  InstalledProduct product_;
+  std::wstring failed_path_;
+  std::vector<std::wstring> found_;
 };
 
 TEST_F(DeepFolderTest, CanBeCopied) {
   const EndlessFolder folder(kLevels);
 
-  EXPECT_EQ(product_.Manager().CopyFolder(L"C:\\to", L"C:\\from", 1, 0, 0), 1);
+  EXPECT_TRUE(Copy(L"C:\\to", L"C:\\from"));
 
-  EXPECT_EQ(folder.Listings(), kLevels + 1);
   ExpectStackLastsForTheDeepest(folder);
 }
 
 TEST_F(DeepFolderTest, CanBeScanned) {
   const EndlessFolder folder(kLevels);
 
-  EXPECT_EQ(product_.Manager().CollectEmptyFolders(L"C:\\top"), 1);
+  EXPECT_TRUE(nhupdate::CollectEmptyFolders(L"C:\\top", found_, log_.Log()));
 
-  EXPECT_EQ(folder.Listings(), kLevels + 1);
   ExpectStackLastsForTheDeepest(folder);
 }
 
 TEST_F(DeepFolderTest, CanBeDeleted) {
   const EndlessFolder folder(kLevels);
 
-  EXPECT_NE(product_.Manager().DeleteFolderTree(L"C:\\top"), 0);
+  EXPECT_TRUE(nhupdate::DeleteFolderTree(L"C:\\top", L""));
 
-  EXPECT_EQ(folder.Listings(), kLevels + 1);
   ExpectStackLastsForTheDeepest(folder);
 }
 
 // As deep as Wine tells the final path of a folder, which it does for 260 characters at most.
 TEST_F(DeepFolderTest, IsReallyCopiedScannedAndDeleted) {
-  const std::wstring source = product_.Root() + L"\\from";
-  const std::wstring target = product_.Root() + L"\\to";
   std::wstring depth;
   for (int level = 0; level < 60; ++level) {
     depth += L"\\d";
   }
-  CreateFolders(source + depth);
+  CreateFolders(root_ + L"\\from" + depth);
 
-  EXPECT_EQ(product_.Manager().CopyFolder(target, source, 1, 0, 0), 1);
-  EXPECT_TRUE(nhupdate::Exists(target + depth));
-  EXPECT_EQ(product_.Manager().CollectEmptyFolders(target), 1);
-  EXPECT_NE(product_.Manager().DeleteFolderTree(target), 0);
-  EXPECT_FALSE(nhupdate::Exists(target));
+  EXPECT_TRUE(Copy(root_ + L"\\to", root_ + L"\\from"));
+  EXPECT_TRUE(nhupdate::Exists(root_ + L"\\to" + depth));
+  EXPECT_TRUE(nhupdate::CollectEmptyFolders(root_ + L"\\to", found_, log_.Log()));
+  EXPECT_TRUE(nhupdate::DeleteFolderTree(root_ + L"\\to", root_));
+  EXPECT_FALSE(nhupdate::Exists(root_ + L"\\to"));
 }
 
 }  // namespace

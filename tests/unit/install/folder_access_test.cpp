@@ -1,14 +1,18 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "install/folder_access.h"
 
+#include <gmock/gmock.h>
+
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "base/existence.h"
-#include "tests/support/files.h"
-#include "tests/support/installed_product.h"
+#include "base/strings.h"
+#include "tests/support/fake_link.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/interposer.h"
+#include "tests/unit/install/install_test.h"
 
 // These need <windows.h> first.
 #include <objbase.h>
@@ -19,14 +23,16 @@ namespace nhupdate_test {
 namespace {
 
 using nhupdate::Exists;
+using nhupdate::GrantFolderAccess;
 using testing::ElementsAre;
 
 constexpr wchar_t kSuccess[] = L"2|ShellExecute ICACLS success on ICACLS.exe, Params = ";
 constexpr wchar_t kFailure[] = L"4|ShellExecute ICACLS fail on ICACLS.exe, Params = ";
 
+// The three that are granted, in order.
 constexpr wchar_t kConfigFolder[] = L"{base}\\Updater\\Config";
 constexpr wchar_t kTempFolder[] = L"{base}\\Updater\\Temp";
-constexpr wchar_t kDataFolder[] = L"{data}\\Shared\\Corvane";
+constexpr wchar_t kDataFolder[] = L"{root}\\ProgramData\\Corvane";
 
 std::wstring ParametersFor(const std::wstring& folder) {
   return L"\"" + folder + L"\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e";
@@ -37,23 +43,44 @@ std::wstring Record(const std::wstring& beginning, const std::wstring& folder,
   return beginning + ParametersFor(folder) + L", Return Code = " + return_code;
 }
 
-class GrantFolderAccessTest : public testing::Test {
+std::wstring CurrentFolderOfProcess() {
+  std::array<wchar_t, MAX_PATH> buffer = {};
+  ::GetCurrentDirectoryW(MAX_PATH, buffer.data());
+  return buffer.data();
+}
+
+std::wstring SystemFolder() {
+  std::array<wchar_t, MAX_PATH> buffer = {};
+  ::GetSystemDirectoryW(buffer.data(), MAX_PATH);
+  return buffer.data();
+}
+
+class FolderAccessTest : public InstallTest {
  protected:
-  GrantFolderAccessTest() {
-    product_.Start();
-    product_.ForgetRecords();
-    CreateFolders(product_.Base() + L"\\Updater");
+  FolderAccessTest() {
+    CreateFolders(updater_);
+    CreateFolders(program_data_);
     events_.clear();
   }
 
-  InstalledProduct product_;
-  const std::wstring updater_ = product_.Base() + L"\\Updater";
-  const std::wstring program_data_ = product_.ProgramData() + L"\\Shared";
-  const std::wstring corvane_data_ = program_data_ + L"\\Corvane";
+  void Grant() { GrantFolderAccess(base_, log_.Log()); }
+
+  // Of the real folder.
+  [[nodiscard]] std::wstring Path(std::wstring folder) const {
+    nhupdate::ReplaceAll(folder, L"{base}", base_);
+    nhupdate::ReplaceAll(folder, L"{root}", root_);
+    return folder;
+  }
+
+  const std::wstring updater_ = base_ + L"\\Updater";
+  const std::wstring program_data_ = root_ + L"\\ProgramData";
+  const std::wstring former_folder_ = CurrentFolderOfProcess();
 
   bool has_program_data_ = true;
   std::intptr_t shell_result_ = 42;
   std::vector<std::wstring> events_;
+  std::vector<std::wstring> started_;  // parameters
+  std::vector<std::wstring> movable_;  // of the three folders, while the tool is being started
 
   INTERPOSER(SHGetKnownFolderPath) known_folder_{[this](REFKNOWNFOLDERID id, DWORD flags,
                                                         HANDLE token, PWSTR* path) -> HRESULT {
@@ -79,6 +106,7 @@ class GrantFolderAccessTest : public testing::Test {
   INTERPOSER(CreateDirectoryW) create_{
       [this](const wchar_t* folder, SECURITY_ATTRIBUTES* security) {
         EXPECT_EQ(security, nullptr);
+        EXPECT_EQ(CurrentFolderOfProcess(), former_folder_);
         events_.push_back(std::wstring(L"create ") + folder);
         return create_.Original()(folder, security);
       }};
@@ -90,99 +118,172 @@ class GrantFolderAccessTest : public testing::Test {
     EXPECT_STREQ(file, L"ICACLS.exe");
     EXPECT_EQ(folder, nullptr);
     EXPECT_EQ(show_state, 0);
+    EXPECT_EQ(CurrentFolderOfProcess(), SystemFolder());
     events_.push_back(std::wstring(L"start ") + parameters);
+    started_.push_back(parameters);
+    for (const wchar_t* name : {kConfigFolder, kTempFolder, kDataFolder}) {
+      const std::wstring path = Path(name);
+      if (parameters == ParametersFor(path) && Exists(path) &&
+          ::MoveFileW(path.c_str(), (path + L" (moved)").c_str())) {
+        movable_.push_back(name);
+      }
+    }
     return reinterpret_cast<HINSTANCE>(shell_result_);
   }};
 };
 
-TEST_F(GrantFolderAccessTest, GrantsThreeFoldersInOrderAndCreatesTwoOfThemFirst) {
-  CreateFolders(program_data_);
-  events_.clear();
-
-  product_.Manager().GrantFolderAccess();
-
-  EXPECT_THAT(events_,
-              ElementsAre(L"start " + ParametersFor(updater_ + L"\\Config"),
-                          L"create " + updater_ + L"\\Temp",
-                          L"start " + ParametersFor(updater_ + L"\\Temp"),  //
-                          L"known folder", L"free",                         //
-                          L"create " + corvane_data_, L"start " + ParametersFor(corvane_data_)));
-  EXPECT_FALSE(Exists(updater_ + L"\\Config"));
-  EXPECT_TRUE(Exists(updater_ + L"\\Temp"));
-  EXPECT_TRUE(Exists(corvane_data_));
-}
-
-TEST_F(GrantFolderAccessTest, LogsTheToolTheParametersAndTheReturnCode) {
-  product_.Manager().GrantFolderAccess();
+TEST_F(FolderAccessTest, IsGrantedForThreeFoldersInOrderOfWhichTwoAreCreatedFirst) {
+  Grant();
 
   EXPECT_THAT(
-      product_.Transcript(),
-      ElementsAre(L"2|ShellExecute ICACLS success on ICACLS.exe, Params = \"{base}"
-                  L"\\Updater\\Config\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e, "
-                  L"Return Code = 42",
-                  Record(kSuccess, kTempFolder, L"42"), Record(kSuccess, kDataFolder, L"42")));
+      events_,
+      ElementsAre(L"start " + ParametersFor(Path(kConfigFolder)), L"create " + Path(kTempFolder),
+                  L"start " + ParametersFor(Path(kTempFolder)),  //
+                  L"known folder", L"free",                      //
+                  L"create " + Path(kDataFolder), L"start " + ParametersFor(Path(kDataFolder))));
+  EXPECT_THAT(log_.Records(), ElementsAre(Record(kSuccess, kConfigFolder, L"42"),
+                                          Record(kSuccess, kTempFolder, L"42"),
+                                          Record(kSuccess, kDataFolder, L"42")));
+  EXPECT_FALSE(Exists(Path(kConfigFolder)));
+  EXPECT_TRUE(Exists(Path(kTempFolder)));
+  EXPECT_TRUE(Exists(Path(kDataFolder)));
 }
 
-TEST_F(GrantFolderAccessTest, GrantsAlsoFoldersThatCannotBeCreated) {
-  ::RemoveDirectoryW(updater_.c_str());  // and there is no ProgramData\Shared either
+// The tool is looked for in the current folder first, which may be anybody's.
+TEST_F(FolderAccessTest, IsGrantedFromTheSystemFolderAndNothingElseIsDoneFromThere) {
+  Grant();
 
-  product_.Manager().GrantFolderAccess();
+  EXPECT_EQ(shell_execute_.Calls(), 3);  // they look at the current folder
+  EXPECT_EQ(CurrentFolderOfProcess(), former_folder_);
+}
+
+TEST_F(FolderAccessTest, IsGrantedForFoldersThatCannotBeExchangedMeanwhile) {
+  CreateFolders(Path(kConfigFolder));
+
+  Grant();
 
   EXPECT_EQ(shell_execute_.Calls(), 3);
-  EXPECT_FALSE(Exists(updater_ + L"\\Temp"));
-  EXPECT_FALSE(Exists(corvane_data_));
+  EXPECT_THAT(movable_, testing::IsEmpty());
+  EXPECT_TRUE(::MoveFileW(Path(kConfigFolder).c_str(), (updater_ + L"\\free again").c_str()));
 }
 
-TEST_F(GrantFolderAccessTest, StartsTheThirdGrantWithAnEmptyPathWithoutProgramData) {
+TEST_F(FolderAccessTest, IsGrantedAlsoForFoldersThatCannotBeCreated) {
+  RemoveTree(updater_);
+  RemoveTree(program_data_);
+
+  Grant();
+
+  EXPECT_EQ(shell_execute_.Calls(), 3);
+  EXPECT_FALSE(Exists(Path(kTempFolder)));
+  EXPECT_FALSE(Exists(Path(kDataFolder)));
+}
+
+TEST_F(FolderAccessTest, IsAskedForAnEmptyPathWithoutProgramData) {
   has_program_data_ = false;
 
-  product_.Manager().GrantFolderAccess();
+  Grant();
 
-  EXPECT_THAT(events_, ElementsAre(L"start " + ParametersFor(updater_ + L"\\Config"),
-                                   L"create " + updater_ + L"\\Temp",
-                                   L"start " + ParametersFor(updater_ + L"\\Temp"),  //
-                                   L"known folder", L"free",                         //
+  EXPECT_THAT(events_, ElementsAre(L"start " + ParametersFor(Path(kConfigFolder)),
+                                   L"create " + Path(kTempFolder),
+                                   L"start " + ParametersFor(Path(kTempFolder)),  //
+                                   L"known folder", L"free",                      //
                                    L"start " + ParametersFor(L"")));
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(Record(kSuccess, kConfigFolder, L"42"),
-                          Record(kSuccess, kTempFolder, L"42"), Record(kSuccess, L"", L"42")));
+  EXPECT_EQ(log_.Records().back(), Record(kSuccess, L"", L"42"));
 }
 
-struct ReturnCodeCase {
-  std::intptr_t shell_result;
-  const wchar_t* beginning;
-  const wchar_t* number;
-};
-
-TEST_F(GrantFolderAccessTest, JudgesTheLowHalfOfTheReturnCode) {
-  const ReturnCodeCase kCases[] = {
+TEST_F(FolderAccessTest, IsJudgedByTheLowHalfOfTheReturnCode) {
+  struct Case {
+    std::intptr_t shell_result;
+    const wchar_t* beginning;
+    const wchar_t* number;
+  };
+  const Case kCases[] = {
       {0, kFailure, L"0"},
       {2, kFailure, L"2"},
       {32, kFailure, L"32"},
       {33, kSuccess, L"33"},
       {0x7FFFFFFF, kSuccess, L"2147483647"},
       {0x80000000, kFailure, L"-2147483648"},
-      {0xFFFFFFFF, kFailure, L"-1"},
       {-1, kFailure, L"-1"},
-      {0x100000000, kFailure, L"0"},
       {0x100000020, kFailure, L"32"},
       {0x100000021, kSuccess, L"33"},
       {-0x7FFFFFFFFFFFFFDF, kSuccess, L"33"},
   };
 
-  for (const ReturnCodeCase& example : kCases) {
+  for (const Case& example : kCases) {
     shell_result_ = example.shell_result;
-    product_.ForgetRecords();
+    log_.ForgetRecords();
 
-    product_.Manager().GrantFolderAccess();
+    Grant();
 
-    EXPECT_THAT(product_.Transcript(),
+    EXPECT_THAT(log_.Records(),
                 ElementsAre(Record(example.beginning, kConfigFolder, example.number),
                             Record(example.beginning, kTempFolder, example.number),
-                            Record(example.beginning, kDataFolder, example.number)))
-        << example.shell_result;
+                            Record(example.beginning, kDataFolder, example.number)));
   }
 }
+
+// Users may write to these folders: nobody is given access to what a link leads to.
+class DeniedFolderAccessTest : public FolderAccessTest,
+                               public testing::WithParamInterface<const wchar_t*> {
+ protected:
+  // That all were granted but the one of the parameter.
+  void ExpectDenied() const {
+    Lines records;
+    for (const std::wstring folder : {kConfigFolder, kTempFolder, kDataFolder}) {
+      const bool is_denied = folder == GetParam();
+      records.push_back(is_denied ? Record(kFailure, folder, L"5")
+                                  : Record(kSuccess, folder, L"42"));
+      EXPECT_EQ(testing::Value(started_, testing::Contains(ParametersFor(Path(folder)))),
+                !is_denied);
+    }
+    EXPECT_EQ(log_.Records(), records);
+  }
+};
+
+TEST_P(DeniedFolderAccessTest, IsThatToALink) {
+  CreateFolders(root_ + L"\\elsewhere");
+  const FakeLink link(Path(GetParam()), root_ + L"\\elsewhere");
+
+  Grant();
+
+  ExpectDenied();
+}
+
+TEST_P(DeniedFolderAccessTest, IsThatToAFolderThatCannotBeLookedAt) {
+  CreateFolders(Path(GetParam()));
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                   SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
+                                   HANDLE model) {
+    if (path != Path(GetParam())) {
+      return open.Original()(path, access, sharing, security, disposition, flags, model);
+    }
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
+  });
+
+  Grant();
+
+  ExpectDenied();
+}
+
+// Its place is unknown, or another one: a folder further up is a link.
+TEST_P(DeniedFolderAccessTest, IsThatToAFolderThatMayLieElsewhere) {
+  CreateFolders(Path(GetParam()));
+  for (const wchar_t* place : {L"", L"\\Device\\V1\\elsewhere"}) {
+    log_.ForgetRecords();
+    started_.clear();
+    FakeListing listing;
+    listing.LeadElsewhere(Path(GetParam()), place);
+
+    Grant();
+
+    ExpectDenied();
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(OfEach, DeniedFolderAccessTest,
+                         testing::Values(kConfigFolder, kTempFolder, kDataFolder));
 
 }  // namespace
 }  // namespace nhupdate_test

@@ -1,140 +1,223 @@
-// Where the folder copy ends, and what it says of it.
+// Where the folder copy ends, what it says of it, and how it is tried again.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <string>
+#include <initializer_list>
 
+#include "base/existence.h"
+#include "tests/support/failing_copy.h"
 #include "tests/support/fake_listing.h"
-#include "tests/support/files.h"
 #include "tests/support/held_file.h"
 #include "tests/support/interposer.h"
-#include "tests/unit/install/copy_folder_test.h"
+#include "tests/support/recorded_sleeps.h"
+#include "tests/unit/install/folder_copy_test.h"
 
 namespace nhupdate_test {
 namespace {
 
+using nhupdate::Exists;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using CopyFolderInTroubleTest = CopyFolderTest;
+using HinderedFolderCopyTest = FolderCopyTest;
 
-// Only a missing source is nothing to copy; what is in this one is not known.
-TEST_F(CopyFolderInTroubleTest, FailsWhenTheSourceCannotBeListedAtAll) {
-  WriteFileBytes(source_ + L"\\a.txt", "A");
-  FakeListing listing;
-  for (const DWORD error : {DWORD{ERROR_ACCESS_DENIED}, DWORD{ERROR_SHARING_VIOLATION}}) {
-    listing.Forbid(source_, error);
-    product_.ForgetRecords();
+// Windows says 267 about a file in the place of a folder, other systems say it otherwise.
+TEST_F(HinderedFolderCopyTest, TakesASourceForMissingOnlyWhenThereIsNoFolder) {
+  struct Case {
+    DWORD error;
+    bool is_missing;
+  };
+  constexpr Case kCases[] = {
+      {ERROR_FILE_NOT_FOUND, true}, {ERROR_PATH_NOT_FOUND, true},     {ERROR_NO_MORE_FILES, true},
+      {ERROR_DIRECTORY, true},      {ERROR_ACCESS_DENIED, false},     {ERROR_INVALID_NAME, false},
+      {ERROR_NOT_READY, false},     {ERROR_SHARING_VIOLATION, false}, {ERROR_BAD_NETPATH, false},
+  };
+  for (const Case& example : kCases) {
+    log_.ForgetRecords();
+    FakeListing listing;
+    listing.Forbid(source_, example.error);
 
-    EXPECT_EQ(Copy(1, 1, 0), 0) << error;
+    EXPECT_EQ(Copy(), example.is_missing) << example.error;
 
-    EXPECT_THAT(product_.Transcript(),
-                ElementsAre(L"2|Copy folder from {root}\\from to {root}\\to",
-                            L"4|Fail to copy file = " + std::to_wstring(error)));
+    EXPECT_EQ(log_.Records(), example.is_missing
+                                  ? Lines{FolderLine()}
+                                  : (Lines{FolderLine(), FailureLine(example.error)}));
+    EXPECT_EQ(failed_path_, example.is_missing ? L"nothing yet" : target_) << example.error;
+    failed_path_ = L"nothing yet";
   }
 }
 
-TEST_F(CopyFolderInTroubleTest, FailsWhenASubFolderCannotBeListedAtAll) {
-  WriteFileBytes(source_ + L"\\b\\c.txt", "C");
-  WriteFileBytes(source_ + L"\\z.txt", "Z");
-  FakeListing listing;
-  listing.Forbid(source_ + L"\\b", ERROR_ACCESS_DENIED);
+TEST_F(HinderedFolderCopyTest, TakesASourceThatIsNoFolderForAnEmptyOne) {
+  WriteFileBytes(root_ + L"\\file", "x");
+  for (const std::wstring& name : {std::wstring(L"none"), std::wstring(L"file")}) {
+    log_.ForgetRecords();
 
-  EXPECT_EQ(Copy(1, 1, 0), 0);
+    EXPECT_TRUE(copy_.Copy(root_ + L"\\to " + name, root_ + L"\\" + name, kReplacing));
 
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Copy folder from {root}\\from to {root}\\to",
-                          L"2|Copy folder from {root}\\from\\b to {root}\\to\\b",
-                          L"4|Fail to copy file = 5"));
-  EXPECT_THAT(ListTree(target_), ElementsAre(L"b\\"));
+    EXPECT_THAT(log_.Records(),
+                ElementsAre(L"2|Copy folder from {root}\\" + name + L" to {root}\\to " + name));
+    EXPECT_TRUE(Exists(root_ + L"\\to " + name));
+  }
 }
 
-TEST_F(CopyFolderInTroubleTest, FailsWhenTheSourceCanOnlyBeListedInPart) {
+// It was there a moment ago, when the folder around it was listed.
+TEST_F(HinderedFolderCopyTest, EndsAtASubFolderThatCannotBeListed) {
+  WriteFileBytes(source_ + L"\\b\\c.txt", "C");
+  WriteFileBytes(source_ + L"\\z.txt", "Z");
+  for (const DWORD error :
+       std::initializer_list<DWORD>{ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_DIRECTORY,
+                                    ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION}) {
+    log_.ForgetRecords();
+    FakeListing listing;
+    listing.Forbid(source_ + L"\\b", error);
+
+    EXPECT_FALSE(Copy());
+
+    EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FolderLine(L"\\b"), FailureLine(error)));
+    EXPECT_EQ(failed_path_, target_ + L"\\b");
+    EXPECT_THAT(ListTree(target_), ElementsAre(L"b\\"));
+  }
+}
+
+TEST_F(HinderedFolderCopyTest, EndsWhereAListingBreaksOff) {
   WriteFileBytes(source_ + L"\\b\\c.txt", "C");
   FakeListing listing;
   listing.BreakOff(source_ + L"\\b", ERROR_NETNAME_DELETED);
 
-  EXPECT_EQ(Copy(1, 1, 0), 0);
+  EXPECT_FALSE(Copy());
 
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Copy folder from {root}\\from to {root}\\to",
-                          L"2|Copy folder from {root}\\from\\b to {root}\\to\\b",
-                          L"4|Fail to copy file = 64"));
+  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FolderLine(L"\\b"), FailureLine(64)));
+  EXPECT_EQ(failed_path_, target_ + L"\\b");
 }
 
-TEST_F(CopyFolderInTroubleTest, LogsNotEvenAFailureWithoutDetails) {
-  WriteFileBytes(source_ + L"\\a.txt", "A");
-  const HeldFile lock(source_ + L"\\a.txt");
-
-  EXPECT_EQ(Copy(1, 0, 1), 0);
-
-  EXPECT_THAT(product_.Transcript(), IsEmpty());
-}
-
-TEST_F(CopyFolderInTroubleTest, DoesNotCreateWhatIsMissingAboveTheDestination) {
-  WriteFileBytes(source_ + L"\\a.txt", "A");
-  const std::wstring target = product_.Root() + L"\\none\\to";
-
-  EXPECT_EQ(product_.Manager().CopyFolder(target, source_, 1, 1, 1), 0);
-
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Copy folder from {root}\\from to {root}\\none\\to",
-                          L"2|Copy file from {root}\\from\\a.txt to {root}\\none\\to\\a.txt",
-                          L"4|Fail to copy file = 3"));
-}
-
-TEST_F(CopyFolderInTroubleTest, StopsAtTheFirstFailedFileAtAnyDepth) {
-  WriteFileBytes(source_ + L"\\a.txt", "A");
-  WriteFileBytes(source_ + L"\\b\\held.txt", "H");
-  WriteFileBytes(source_ + L"\\b\\next.txt", "N");
-  WriteFileBytes(source_ + L"\\z.txt", "Z");
+TEST_F(HinderedFolderCopyTest, EndsAtTheFirstFailedFileAtAnyDepth) {
+  for (const wchar_t* name : {L"\\a.txt", L"\\b\\held.txt", L"\\b\\next.txt", L"\\z.txt"}) {
+    WriteFileBytes(source_ + name, "x");
+  }
   HeldFile lock(source_ + L"\\b\\held.txt");
 
-  EXPECT_EQ(Copy(1, 1, 0), 0);
+  EXPECT_FALSE(Copy({.log_details = false}));
+  EXPECT_THAT(log_.Records(), IsEmpty());
+  EXPECT_FALSE(Copy());
 
   lock.Release();
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Copy folder from {root}\\from to {root}\\to",
-                          L"2|Copy file from {root}\\from\\a.txt to {root}\\to\\a.txt",
-                          L"2|Copy folder from {root}\\from\\b to {root}\\to\\b",
-                          L"2|Copy file from {root}\\from\\b\\held.txt to {root}\\to\\b\\held.txt",
-                          L"4|Fail to copy file = 32"));
+  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FileLine(L"\\a.txt"), FolderLine(L"\\b"),
+                                          FileLine(L"\\b\\held.txt"), FailureLine(32)));
+  EXPECT_EQ(failed_path_, target_ + L"\\b\\held.txt");
   EXPECT_THAT(ListTree(target_), ElementsAre(L"a.txt", L"b\\"));
 }
 
-TEST_F(CopyFolderInTroubleTest, ClosesItsListingsAlsoAfterAFailure) {
-  WriteFileBytes(source_ + L"\\b\\c\\held.txt", "H");
-  int listings = 0;
-  int open_listings = 0;
-  INTERPOSER(FindFirstFileW) find_first([&](const wchar_t* pattern, WIN32_FIND_DATAW* entry) {
-    const HANDLE search = find_first.Original()(pattern, entry);
-    if (search != INVALID_HANDLE_VALUE) {
-      ++listings;
-      ++open_listings;
+TEST_F(HinderedFolderCopyTest, DoesNotCreateWhatIsMissingAboveTheDestination) {
+  WriteFileBytes(source_ + L"\\a.txt", "A");
+
+  EXPECT_FALSE(copy_.Copy(root_ + L"\\none\\to", source_, kReplacing));
+
+  EXPECT_THAT(log_.Records(),
+              ElementsAre(L"2|Copy folder from {root}\\from to {root}\\none\\to",
+                          L"2|Copy file from {root}\\from\\a.txt to {root}\\none\\to\\a.txt",
+                          FailureLine(3)));
+}
+
+// Windows refuses with error 5; Wine lets root write to anything, so the refusal is a fake.
+TEST_F(HinderedFolderCopyTest, EndsAtAReadOnlyFileOfTheDestination) {
+  WriteFileBytes(source_ + L"\\a", "A");
+  WriteFileBytes(target_ + L"\\a", "old");
+  ::SetFileAttributesW((target_ + L"\\a").c_str(), FILE_ATTRIBUTE_READONLY);
+  const FailingCopy copy(ERROR_ACCESS_DENIED, [](const std::wstring& target) {
+    return (::GetFileAttributesW(target.c_str()) & FILE_ATTRIBUTE_READONLY) != 0;
+  });
+
+  EXPECT_FALSE(Copy());
+
+  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FileLine(L"\\a"), FailureLine(5)));
+  EXPECT_EQ(ReadFileBytes(target_ + L"\\a"), "old");
+}
+
+TEST_F(HinderedFolderCopyTest, EndsWhereAFolderOfTheDestinationHasTheFilesName) {
+  WriteFileBytes(source_ + L"\\a", "A");
+  WriteFileBytes(target_ + L"\\a\\inner", "I");
+
+  EXPECT_FALSE(Copy(kReplacing));
+
+  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FileLine(L"\\a"), FailureLine(5)));
+  EXPECT_TRUE(Exists(target_ + L"\\a\\inner"));
+}
+
+TEST_F(HinderedFolderCopyTest, EndsWhereAFileOfTheDestinationHasTheFoldersName) {
+  WriteFileBytes(source_ + L"\\a\\inner", "I");
+  WriteFileBytes(target_ + L"\\a", "A");
+
+  EXPECT_FALSE(Copy(kReplacing));
+
+  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), DeletionLine(L"\\a"), FolderLine(L"\\a"),
+                                          FileLine(L"\\a\\inner"), FailureLine(3)));
+  EXPECT_EQ(ReadFileBytes(target_ + L"\\a"), "A");
+}
+
+TEST_F(HinderedFolderCopyTest, ClosesItsListingsAlsoAfterAFailure) {
+  WriteFileBytes(source_ + L"\\b\\c\\file", "x");
+  const FakeListing listing;
+  const FailingCopy copy(ERROR_DISK_FULL);
+
+  EXPECT_FALSE(Copy());
+
+  EXPECT_EQ(listing.Patterns().size(), 3u);
+  EXPECT_EQ(listing.Closed(), 3);
+}
+
+// Tried ten times, three seconds apart; the folder is deleted anew at each attempt.
+class RetriedFolderCopyTest : public FolderCopyTest {
+ protected:
+  RetriedFolderCopyTest() {
+    WriteFileBytes(source_ + L"\\b\\held", "new");
+    WriteFileBytes(target_ + L"\\b\\held", "old");
+  }
+
+  // What the file stays held for, and how it ends.
+  static Lines Attempts(int failures, const Lines& end) {
+    const Lines attempt = {FolderLine(), DeletionLine(L"\\b"), FolderLine(L"\\b"),
+                           FileLine(L"\\b\\held")};
+    Lines records;
+    for (int number = 0; number < failures; ++number) {
+      records.insert(records.end(), attempt.begin(), attempt.end());
+      records.insert(records.end(), {FailureLine(32), L"3|Copy fail, sleep 3 seconds and retry."});
     }
-    return search;
-  });
-  INTERPOSER(FindClose) find_close([&](HANDLE search) {
-    --open_listings;
-    return find_close.Original()(search);
-  });
-  INTERPOSER(CopyFileW) copy([](const wchar_t*, const wchar_t*, BOOL) -> BOOL {
-    ::SetLastError(ERROR_DISK_FULL);
-    return FALSE;
+    if (failures < 10) {
+      records.insert(records.end(), attempt.begin(), attempt.end());
+    }
+    records.insert(records.end(), end.begin(), end.end());
+    return records;
+  }
+};
+
+TEST_F(RetriedFolderCopyTest, SucceedsAtTheTenthAttempt) {
+  HeldFile lock(target_ + L"\\b\\held");
+  const RecordedSleeps sleeps([&](int sleep) {
+    if (sleep == 9) {
+      lock.Release();
+    }
   });
 
-  EXPECT_EQ(Copy(1, 1, 1), 0);
+  EXPECT_TRUE(copy_.CopyWithRetries(target_, source_, kReplacing));
 
-  EXPECT_EQ(listings, 3);
-  EXPECT_EQ(open_listings, 0);
-  EXPECT_THAT(
-      product_.Transcript(),
-      ElementsAre(L"2|Copy folder from {root}\\from to {root}\\to", L"2|Delete Dir : {root}\\to\\b",
-                  L"2|Copy folder from {root}\\from\\b to {root}\\to\\b",
-                  L"2|Copy folder from {root}\\from\\b\\c to {root}\\to\\b\\c",
-                  L"2|Copy file from {root}\\from\\b\\c\\held.txt to {root}\\to\\b\\c\\held.txt",
-                  L"4|Fail to copy file = 112"));
+  EXPECT_EQ(log_.Records(), Attempts(9, {L"2|Copy complete."}));
+  EXPECT_EQ(sleeps.Milliseconds(), std::vector<DWORD>(9, 3000));
+  EXPECT_EQ(ReadFileBytes(target_ + L"\\b\\held"), "new");
+}
+
+TEST_F(RetriedFolderCopyTest, GivesUpAfterTheTenthAttemptAndItsWait) {
+  HeldFile lock(target_ + L"\\b\\held");
+  const RecordedSleeps sleeps([&](int sleep) {
+    if (sleep == 10) {
+      lock.Release();  // too late
+    }
+  });
+
+  EXPECT_FALSE(copy_.CopyWithRetries(target_, source_, kReplacing));
+
+  EXPECT_EQ(log_.Records(), Attempts(10, {L"4|Fail to copy folder."}));
+  EXPECT_EQ(sleeps.Milliseconds(), std::vector<DWORD>(10, 3000));
+  EXPECT_EQ(failed_path_, target_ + L"\\b\\held");
 }
 
 }  // namespace

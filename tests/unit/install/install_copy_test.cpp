@@ -1,47 +1,58 @@
+#include "install/install_copy.h"
+
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
 #include "base/existence.h"
-#include "tests/support/files.h"
+#include "tests/support/fake_listing.h"
 #include "tests/support/held_file.h"
-#include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
 #include "tests/support/quiet_desktop.h"
+#include "tests/unit/install/install_test.h"
 
 namespace nhupdate_test {
 namespace {
 
 using nhupdate::Exists;
+using nhupdate::InstallCopy;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
-class InstallCopyTest : public testing::Test {
+class InstallCopyTest : public InstallTest {
  protected:
-  InstallCopyTest() {
-    product_.Start();
-    product_.ForgetRecords();
+  InstallCopyTest() { CreateFolders(app_); }
+
+  bool Install() { return InstallCopy(folders_, strings_, log_.Log(), failed_path_); }
+
+  // The box that tells what stays in the way.
+  static ShownBox BoxAbout(const std::wstring& path) {
+    return ErrorBoxOf(L"Oh %s\n" + path, L"The title");
   }
 
-  InstalledProduct product_;
-  const std::wstring base_ = product_.Base();
-  const std::wstring app_ = product_.App();
+  const nhupdate::StringTable strings_ = {{L"KEY_UPDATE_TITLE", L"The title"},
+                                          {L"KEY_FAIL_COMMON_ERROR", L"Oh %s"}};
+  std::wstring failed_path_;
+  const QuietDesktop desktop_;
 };
 
 TEST_F(InstallCopyTest, DeletesTheOldFilesThenBringsTheNewOnesTwice) {
-  const QuietDesktop desktop;
-  WriteFileBytes(base_ + L"\\a.exe", "old");
-  WriteFileBytes(base_ + L"\\gone.exe", "old");
-  WriteFileBytes(base_ + L"\\Sub\\old.dll", "old");
-  WriteFileBytes(base_ + L"\\Own\\own.txt", "own");
-  WriteFileBytes(app_ + L"\\a.exe", "new");
-  WriteFileBytes(app_ + L"\\b.exe", "new");
-  WriteFileBytes(app_ + L"\\Sub\\new.dll", "new");
+  for (const wchar_t* name : {L"\\a.exe", L"\\gone.exe", L"\\Sub\\old.dll", L"\\Own\\own.txt"}) {
+    WriteFileBytes(base_ + name, "old");
+  }
+  for (const wchar_t* name : {L"\\a.exe", L"\\b.exe", L"\\Sub\\new.dll"}) {
+    WriteFileBytes(app_ + name, "new");
+  }
+  std::vector<BOOL> fails_if_there;
+  INTERPOSER(CopyFileW) copy([&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) {
+    fails_if_there.push_back(fail_if_there);
+    return copy.Original()(source, target, fail_if_there);
+  });
 
-  EXPECT_EQ(product_.Manager().InstallCopy(), 1);
+  EXPECT_TRUE(Install());
 
-  EXPECT_THAT(product_.Transcript(),
+  EXPECT_THAT(log_.Records(),
               ElementsAre(L"2|Delete OK : {base}\\a.exe", L"2|Delete OK : {base}\\gone.exe",
                           L"2|Copy OK : {base}\\Updater\\App\\a.exe => {base}\\a.exe",
                           L"2|Copy OK : {base}\\Updater\\App\\b.exe => {base}\\b.exe",
@@ -53,75 +64,53 @@ TEST_F(InstallCopyTest, DeletesTheOldFilesThenBringsTheNewOnesTwice) {
                           L"2|Copy file from {base}\\Updater\\App\\Sub\\new.dll to "
                           L"{base}\\Sub\\new.dll",
                           L"2|Copy complete."));
+  EXPECT_EQ(fails_if_there, std::vector<BOOL>(5, FALSE));
   EXPECT_FALSE(Exists(base_ + L"\\gone.exe"));
   EXPECT_EQ(ReadFileBytes(base_ + L"\\a.exe"), "new");
   EXPECT_THAT(ListTree(base_ + L"\\Sub"), ElementsAre(L"new.dll"));
   EXPECT_TRUE(Exists(base_ + L"\\Own\\own.txt"));
-  EXPECT_TRUE(desktop.Boxes().empty());
-  EXPECT_TRUE(desktop.Sleeps().empty());
-}
-
-TEST_F(InstallCopyTest, CopiesOnlyTheFilesOfTheTopLevelTwice) {
-  const QuietDesktop desktop;
-  WriteFileBytes(app_ + L"\\a.exe", "new");
-  WriteFileBytes(app_ + L"\\Sub\\b.dll", "new");
-  std::vector<std::wstring> copied;
-  INTERPOSER(CopyFileW) copy([&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) {
-    EXPECT_FALSE(fail_if_there);
-    copied.push_back(target);
-    return copy.Original()(source, target, fail_if_there);
-  });
-
-  EXPECT_EQ(product_.Manager().InstallCopy(), 1);
-
-  EXPECT_THAT(copied, ElementsAre(base_ + L"\\a.exe", base_ + L"\\a.exe", base_ + L"\\Sub\\b.dll"));
+  EXPECT_THAT(desktop_.Boxes(), IsEmpty());
+  EXPECT_THAT(desktop_.Sleeps(), IsEmpty());
 }
 
 TEST_F(InstallCopyTest, SucceedsWithNothingStaged) {
-  const QuietDesktop desktop;
+  RemoveTree(app_);
 
-  EXPECT_EQ(product_.Manager().InstallCopy(), 1);
+  EXPECT_TRUE(Install());
 
-  EXPECT_THAT(
-      product_.Transcript(),
-      ElementsAre(L"2|Copy folder from {base}\\Updater\\App to {base}", L"2|Copy complete."));
+  EXPECT_THAT(log_.Records(), ElementsAre(L"2|Copy folder from {base}\\Updater\\App to {base}",
+                                          L"2|Copy complete."));
 }
 
 TEST_F(InstallCopyTest, EndsAtAnInstalledFileThatCannotBeDeleted) {
-  const QuietDesktop desktop;
-  WriteFileBytes(base_ + L"\\a.exe", "old");
-  WriteFileBytes(base_ + L"\\held 100%s.exe", "old");
-  WriteFileBytes(base_ + L"\\z.exe", "old");
-  WriteFileBytes(app_ + L"\\a.exe", "new");
+  for (const wchar_t* name : {L"\\a.exe", L"\\held 100%s.exe", L"\\z.exe"}) {
+    WriteFileBytes(base_ + name, "old");
+  }
   const HeldFile lock(base_ + L"\\held 100%s.exe");
 
-  EXPECT_EQ(product_.Manager().InstallCopy(), 0);
+  EXPECT_FALSE(Install());
 
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Delete OK : {base}\\a.exe",
-                          L"4|Fail to delete (32) : {base}\\held 100%s.exe"));
-  EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(base_ + L"\\held 100%s.exe")));
-  EXPECT_FALSE(Exists(base_ + L"\\a.exe"));
+  EXPECT_THAT(log_.Records(), ElementsAre(L"2|Delete OK : {base}\\a.exe",
+                                          L"4|Fail to delete (32) : {base}\\held 100%s.exe"));
+  EXPECT_THAT(desktop_.Boxes(), ElementsAre(BoxAbout(base_ + L"\\held 100%s.exe")));
+  EXPECT_THAT(desktop_.Sleeps(), IsEmpty());
   EXPECT_TRUE(Exists(base_ + L"\\z.exe"));
-  EXPECT_TRUE(desktop.Sleeps().empty());
 }
 
 TEST_F(InstallCopyTest, DoesNotClearReadOnlyAttributesOfTheOldFiles) {
-  const QuietDesktop desktop;
   WriteFileBytes(base_ + L"\\a.exe", "old");
   ::SetFileAttributesW((base_ + L"\\a.exe").c_str(), FILE_ATTRIBUTE_READONLY);
 
-  EXPECT_EQ(product_.Manager().InstallCopy(), 0);
+  EXPECT_FALSE(Install());
 
-  EXPECT_THAT(product_.Transcript(), ElementsAre(L"4|Fail to delete (5) : {base}\\a.exe"));
-  EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(base_ + L"\\a.exe")));
+  EXPECT_THAT(log_.Records(), ElementsAre(L"4|Fail to delete (5) : {base}\\a.exe"));
+  EXPECT_THAT(desktop_.Boxes(), ElementsAre(BoxAbout(base_ + L"\\a.exe")));
 }
 
 TEST_F(InstallCopyTest, PassesOverAnInstalledFileThatIsGoneMeanwhile) {
-  const QuietDesktop desktop;
-  WriteFileBytes(base_ + L"\\a.exe", "old");
-  WriteFileBytes(base_ + L"\\b.exe", "old");
-  WriteFileBytes(base_ + L"\\c.exe", "old");
+  for (const wchar_t* name : {L"\\a.exe", L"\\b.exe", L"\\c.exe"}) {
+    WriteFileBytes(base_ + name, "old");
+  }
   INTERPOSER(DeleteFileW) delete_file([&](const wchar_t* file) {
     if (file == base_ + L"\\a.exe") {
       delete_file.Original()((base_ + L"\\b.exe").c_str());
@@ -129,61 +118,113 @@ TEST_F(InstallCopyTest, PassesOverAnInstalledFileThatIsGoneMeanwhile) {
     return delete_file.Original()(file);
   });
 
-  EXPECT_EQ(product_.Manager().InstallCopy(), 1);
+  EXPECT_TRUE(Install());
 
   EXPECT_THAT(
-      product_.Transcript(),
+      log_.Records(),
       ElementsAre(L"2|Delete OK : {base}\\a.exe", L"2|Delete OK : {base}\\c.exe",
                   L"2|Copy folder from {base}\\Updater\\App to {base}", L"2|Copy complete."));
   EXPECT_EQ(delete_file.Calls(), 2);
 }
 
 TEST_F(InstallCopyTest, EndsAtAStagedFileThatCannotBeCopied) {
-  const QuietDesktop desktop;
-  WriteFileBytes(app_ + L"\\a.exe", "new");
-  WriteFileBytes(app_ + L"\\b.exe", "new");
-  WriteFileBytes(app_ + L"\\c.exe", "new");
+  for (const wchar_t* name : {L"\\a.exe", L"\\b.exe", L"\\c.exe"}) {
+    WriteFileBytes(app_ + name, "new");
+  }
   const HeldFile lock(app_ + L"\\b.exe");
 
-  EXPECT_EQ(product_.Manager().InstallCopy(), 0);
+  EXPECT_FALSE(Install());
 
-  EXPECT_THAT(product_.Transcript(),
+  EXPECT_THAT(log_.Records(),
               ElementsAre(L"2|Copy OK : {base}\\Updater\\App\\a.exe => {base}\\a.exe",
-                          L"4|Fail to copy (32) : {base}\\Updater\\App\\b.exe => "
-                          L"{base}\\b.exe"));
-  EXPECT_THAT(desktop.Boxes(), ElementsAre(CopyErrorBox(base_ + L"\\b.exe")));
+                          L"4|Fail to copy (32) : {base}\\Updater\\App\\b.exe => {base}\\b.exe"));
+  EXPECT_THAT(desktop_.Boxes(), ElementsAre(BoxAbout(base_ + L"\\b.exe")));
+  EXPECT_THAT(desktop_.Sleeps(), IsEmpty());
   EXPECT_FALSE(Exists(base_ + L"\\c.exe"));
-  EXPECT_TRUE(desktop.Sleeps().empty());
-}
-
-TEST_F(InstallCopyTest, ShowsTheTextsOfTheStringTable) {
-  const QuietDesktop desktop;
-  const std::wstring strings = product_.Root() + L"\\strings.json";
-  WriteFileBytes(strings, R"({"KEY_UPDATE_TITLE": "The title", "KEY_FAIL_COMMON_ERROR": "Oh %s"})");
-  product_.Manager().LoadStrings(strings);
-  WriteFileBytes(base_ + L"\\a.exe", "old");
-  const HeldFile lock(base_ + L"\\a.exe");
-
-  EXPECT_EQ(product_.Manager().InstallCopy(), 0);
-
-  EXPECT_THAT(desktop.Boxes(),
-              ElementsAre(ShownBox{L"Oh %s\n" + base_ + L"\\a.exe", L"The title", 0x40010, true}));
 }
 
 // A release may bring files for the folder in which it is staged.
 TEST_F(InstallCopyTest, InstallsAReleaseWithAnUpdaterFolderOfItsOwn) {
-  const QuietDesktop desktop;
   WriteFileBytes(app_ + L"\\Updater\\Updater.exe", "new");
   WriteFileBytes(app_ + L"\\zz\\last.dll", "new");
   WriteFileBytes(base_ + L"\\Updater\\Updater.exe", "old");
   WriteFileBytes(base_ + L"\\Updater\\Config\\ut.ini", "ini");
 
-  EXPECT_EQ(product_.Manager().InstallCopy(), 1);
+  EXPECT_TRUE(Install());
 
   EXPECT_EQ(ReadFileBytes(base_ + L"\\Updater\\Updater.exe"), "new");
   EXPECT_TRUE(Exists(base_ + L"\\Updater\\Config\\ut.ini"));
   EXPECT_TRUE(Exists(base_ + L"\\zz\\last.dll"));
   EXPECT_TRUE(Exists(app_ + L"\\zz\\last.dll"));
+}
+
+TEST_F(InstallCopyTest, TellsAfterTheLastAttemptWhatTheFolderCopyCouldNotCopy) {
+  WriteFileBytes(app_ + L"\\Sub\\a.dll", "new");
+  WriteFileBytes(app_ + L"\\Sub\\z.dll", "new");
+  const std::wstring first = base_ + L"\\Sub\\a.dll";
+  const std::wstring last = base_ + L"\\Sub\\z.dll";
+  INTERPOSER(CopyFileW) copy(
+      [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
+        const bool is_last_attempt = desktop_.Sleeps().size() == 9;
+        if (target != (is_last_attempt ? last : first)) {
+          return copy.Original()(source, target, fail_if_there);
+        }
+        EXPECT_THAT(desktop_.Boxes(), IsEmpty());
+        ::SetLastError(ERROR_DISK_FULL);
+        return FALSE;
+      });
+
+  EXPECT_FALSE(Install());
+
+  EXPECT_EQ(failed_path_, last);
+  EXPECT_EQ(desktop_.Sleeps(), std::vector<DWORD>(10, 3000));
+  EXPECT_THAT(desktop_.Boxes(), ElementsAre(BoxAbout(last)));
+}
+
+// The installed files are gone by then, so it must not look like a success.
+TEST_F(InstallCopyTest, FailsWhenTheStagedFolderCannotBeListedAtAll) {
+  WriteFileBytes(base_ + L"\\a.exe", "old");
+  FakeListing listing;
+  listing.Forbid(app_, ERROR_ACCESS_DENIED);
+
+  EXPECT_FALSE(Install());
+
+  Lines expected = {L"2|Delete OK : {base}\\a.exe"};
+  for (int attempt = 0; attempt < 10; ++attempt) {
+    expected.insert(expected.end(),
+                    {L"2|Copy folder from {base}\\Updater\\App to {base}",
+                     L"4|Fail to copy file = 5", L"3|Copy fail, sleep 3 seconds and retry."});
+  }
+  expected.push_back(L"4|Fail to copy folder.");
+  EXPECT_EQ(log_.Records(), expected);
+  EXPECT_THAT(desktop_.Boxes(), ElementsAre(BoxAbout(base_)));
+}
+
+// An executable in a drive's root, or one whose path is not known whole, has no product around it.
+TEST_F(InstallCopyTest, NeitherLooksAtNorTouchesTheDiskWithoutABaseFolder) {
+  WriteFileBytes(base_ + L"\\a.exe", "old");
+  WriteFileBytes(base_ + L"\\Sub\\important.txt", "old");
+  WriteFileBytes(app_ + L"\\b.exe", "new");
+  WriteFileBytes(app_ + L"\\Sub\\new.dll", "new");
+  const Lines before = ListTree(root_);
+  nhupdate::ProductFolders cut_off = folders_;
+  cut_off.is_executable_path_cut_off = true;
+  nhupdate::ProductFolders without_base = folders_;
+  without_base.base_folder.clear();
+
+  for (const nhupdate::ProductFolders& folders : {cut_off, without_base}) {
+    const FakeListing listing;
+    INTERPOSER(DeleteFileW) delete_file([](const wchar_t*) -> BOOL { return TRUE; });
+    INTERPOSER(CopyFileW) copy([](const wchar_t*, const wchar_t*, BOOL) -> BOOL { return TRUE; });
+
+    EXPECT_TRUE(InstallCopy(folders, strings_, log_.Log(), failed_path_));
+
+    EXPECT_THAT(listing.Patterns(), IsEmpty());
+    EXPECT_EQ(delete_file.Calls(), 0);
+    EXPECT_EQ(copy.Calls(), 0);
+  }
+  EXPECT_THAT(log_.Records(), IsEmpty());
+  EXPECT_EQ(ListTree(root_), before);
 }
 
 }  // namespace

@@ -1,121 +1,76 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "install/registration.h"
 
-#include <ostream>
+#include <gmock/gmock.h>
+
 #include <string>
 #include <vector>
 
-#include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
 #include "tests/support/product_keys.h"
 #include "tests/support/registry_recorder.h"
 #include "tests/support/scratch_registry.h"
+#include "tests/unit/install/install_test.h"
 
 namespace nhupdate_test {
 namespace {
 
+using nhupdate::RegisterProduct;
 using testing::ElementsAre;
 
-void FakeDate(SYSTEMTIME* now, WORD year, WORD month, WORD day) {
-  *now = {};
-  now->wYear = year;
-  now->wMonth = month;
-  now->wDay = day;
+SYSTEMTIME DateOf(WORD year, WORD month, WORD day) {
+  SYSTEMTIME date = {};
+  date.wYear = year;
+  date.wMonth = month;
+  date.wDay = day;
+  return date;
 }
 
-class RegisterProductTest : public testing::Test {
+class RegistrationTest : public InstallTest {
  protected:
-  RegisterProductTest() {
-    product_.Start();
-    product_.ForgetRecords();
-  }
+  RegistrationTest() { folders_.log_folder = root_ + L"\\Log"; }
 
-  std::vector<WrittenValue> ExpectedRows() const {
-    const std::wstring manager = product_.Base() + L"\\NHUpdateManager";
+  bool Register() { return RegisterProduct(folders_, log_.Log()); }
+
+  [[nodiscard]] std::vector<WrittenValue> ExpectedRows() const {
+    const std::wstring manager = base_ + L"\\NHUpdateManager";
     const std::wstring uninstaller = manager + L"\\NHUninstaller\\NHUninstaller.exe";
-    const std::wstring log_folder =
-        product_.ProgramData() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log";
     return {
-        Text(kProductKey, L"AppPath", product_.Root()),
+        Text(kProductKey, L"AppPath", root_),
         Text(kProductKey, L"UpdateManager", manager + L"\\NHUpdateManager.exe"),
         Text(kCollectLogKey, L"CorvaneNimbaHub",
-             product_.Module() + L"\\NHCollectLog\\NHCollectLog.exe"),
-        Text(kDumpKey, L"DumpFolder", log_folder),
+             folders_.module_folder + L"\\NHCollectLog\\NHCollectLog.exe"),
+        Text(kDumpKey, L"DumpFolder", folders_.log_folder),
         {kDumpKey, L"DumpCount", REG_DWORD, {2, 0, 0, 0}},
         {kDumpKey, L"DumpType", REG_DWORD, {2, 0, 0, 0}},
         Text(kUninstallKey, L"DisplayName", L"Nimba Hub"),
         Text(kUninstallKey, L"UninstallString", L"\"" + uninstaller + L"\" -uninstall"),
         Text(kUninstallKey, L"DisplayIcon", uninstaller),
         Text(kUninstallKey, L"Publisher", L"Corvane"),
-        Text(kUninstallKey, L"InstallLocation", product_.Root()),
+        Text(kUninstallKey, L"InstallLocation", root_),
         Text(kUninstallKey, L"InstallDate", L"20270301"),
     };
   }
 
-  InstalledProduct product_;
+  SYSTEMTIME now_ = DateOf(2027, 3, 1);
   ScratchRegistry registry_;
-  INTERPOSER(GetLocalTime) local_time_{[](SYSTEMTIME* now) { FakeDate(now, 2027, 3, 1); }};
+  INTERPOSER(GetLocalTime) local_time_{[this](SYSTEMTIME* now) { *now = now_; }};
 };
 
-TEST_F(RegisterProductTest, WritesEveryValueInOrderWithItsTypeAndUnterminatedBytes) {
+TEST_F(RegistrationTest, WritesEveryValueInOrderWithItsTypeAndUnterminatedBytes) {
   const RegistryRecorder recorder;
 
-  EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
+  EXPECT_TRUE(Register());
 
   EXPECT_EQ(recorder.Written(), ExpectedRows());
-}
-
-TEST_F(RegisterProductTest, OpensAndClosesTheKeyAnewForEachValue) {
-  const RegistryRecorder recorder;
-
-  EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
-
-  EXPECT_EQ(recorder.OpenedKeys(), 12);
+  EXPECT_EQ(recorder.OpenedKeys(), 12);  // anew for each value
   EXPECT_EQ(recorder.OpenKeys(), 0);
 }
 
-TEST_F(RegisterProductTest, LeavesTheValuesInTheRegistry) {
-  EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
-
-  for (const WrittenValue& row : ExpectedRows()) {
-    EXPECT_EQ(StoredValue(row.key, row.name), row);
-  }
-}
-
-TEST_F(RegisterProductTest, TellsOfTwoOfItsSteps) {
-  EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|Nimba Hub registry set.",
-                                                 L"2|NHUpdateManager crash dump folder set to : "
-                                                 L"{data}\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
-}
-
-TEST_F(RegisterProductTest, LogsAfterTheSecondAndTheSixthValue) {
-  std::vector<std::size_t> records_before_value;
-  const RegistryRecorder recorder(
-      [&](int) { records_before_value.push_back(product_.Transcript().size()); });
-
-  EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
-
-  EXPECT_THAT(records_before_value, ElementsAre(0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 2, 2));
-}
-
-TEST_F(RegisterProductTest, AsksForTheDateOnceRightBeforeItIsWritten) {
-  std::vector<int> questions_before_value;
-  const RegistryRecorder recorder(
-      [&](int) { questions_before_value.push_back(local_time_.Calls()); });
-
-  EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
-
-  EXPECT_THAT(questions_before_value, ElementsAre(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1));
-}
-
-TEST_F(RegisterProductTest, WritesTheSameAgainAndDeletesNothing) {
-  EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
+TEST_F(RegistrationTest, LeavesTheValuesInTheRegistryAndDeletesNone) {
+  EXPECT_TRUE(Register());
   SetRegistryValue(HKEY_LOCAL_MACHINE, kUninstallKey, L"Comments",
                    {REG_SZ, BytesOf(L"of somebody else")});
-
-  EXPECT_EQ(product_.Manager().RegisterProduct(), 1);
+  EXPECT_TRUE(Register());
 
   for (const WrittenValue& row : ExpectedRows()) {
     EXPECT_EQ(StoredValue(row.key, row.name), row);
@@ -124,50 +79,97 @@ TEST_F(RegisterProductTest, WritesTheSameAgainAndDeletesNothing) {
             Text(kUninstallKey, L"Comments", L"of somebody else"));
 }
 
-// The collect-log tool lies with the running program, the others with the installed product.
-TEST_F(RegisterProductTest, TellsTheRunningProgramsFolderFromTheInstalledOne) {
-  InstalledProduct elsewhere({.module = L"\\Other"});
-  const std::wstring manager = elsewhere.Base() + L"\\NHUpdateManager";
-  elsewhere.Start();
-  const RegistryRecorder recorder;
+TEST_F(RegistrationTest, LogsAfterTheSecondAndTheSixthValue) {
+  std::vector<std::size_t> records_before_value;
+  const RegistryRecorder recorder(
+      [&](int) { records_before_value.push_back(log_.Records().size()); });
 
-  EXPECT_EQ(elsewhere.Manager().RegisterProduct(), 1);
+  EXPECT_TRUE(Register());
 
-  EXPECT_EQ(recorder.Written()[1],
-            Text(kProductKey, L"UpdateManager", manager + L"\\NHUpdateManager.exe"));
-  EXPECT_EQ(recorder.Written()[2],
-            Text(kCollectLogKey, L"CorvaneNimbaHub",
-                 elsewhere.Base() + L"\\Other\\NHCollectLog\\NHCollectLog.exe"));
-  EXPECT_EQ(recorder.Written()[8],
-            Text(kUninstallKey, L"DisplayIcon", manager + L"\\NHUninstaller\\NHUninstaller.exe"));
+  EXPECT_THAT(records_before_value, ElementsAre(0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 2, 2));
+  EXPECT_THAT(log_.Records(),
+              ElementsAre(L"2|Nimba Hub registry set.",
+                          L"2|NHUpdateManager crash dump folder set to : {root}\\Log"));
 }
 
-struct DateCase {
-  WORD year;
-  WORD month;
-  WORD day;
-  const wchar_t* text;
-};
+TEST_F(RegistrationTest, AsksForTheDateOnceRightBeforeItIsWritten) {
+  std::vector<int> questions_before_value;
+  const RegistryRecorder recorder(
+      [&](int) { questions_before_value.push_back(local_time_.Calls()); });
 
-TEST(RegisterProductDateTest, IsWrittenAsEightDigits) {
-  const DateCase kCases[] = {{2027, 3, 1, L"20270301"},
-                             {2026, 12, 31, L"20261231"},
-                             {2028, 2, 29, L"20280229"},
-                             {2030, 10, 10, L"20301010"},
-                             {1601, 1, 1, L"16010101"}};
-  InstalledProduct product;
-  product.Start();
-  const ScratchRegistry registry;
+  EXPECT_TRUE(Register());
 
-  for (const DateCase& example : kCases) {
+  EXPECT_THAT(questions_before_value, ElementsAre(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1));
+}
+
+// The collect-log tool lies with the running program, the others with the installed product.
+TEST_F(RegistrationTest, TellsTheRunningProgramsFolderFromTheInstalledOne) {
+  folders_.module_folder = base_ + L"\\Other";
+  const RegistryRecorder recorder;
+
+  EXPECT_TRUE(Register());
+
+  EXPECT_EQ(recorder.Written(), ExpectedRows());
+}
+
+TEST_F(RegistrationTest, WritesTheDateAsEightDigits) {
+  struct Case {
+    WORD year;
+    WORD month;
+    WORD day;
+    const wchar_t* text;
+  };
+  const Case kCases[] = {{2026, 12, 31, L"20261231"},
+                         {2028, 2, 29, L"20280229"},
+                         {2030, 10, 10, L"20301010"},
+                         {1601, 1, 1, L"16010101"}};
+  for (const Case& example : kCases) {
+    now_ = DateOf(example.year, example.month, example.day);
     const RegistryRecorder recorder;
-    const INTERPOSER(GetLocalTime) local_time(
-        [&](SYSTEMTIME* now) { FakeDate(now, example.year, example.month, example.day); });
 
-    EXPECT_EQ(product.Manager().RegisterProduct(), 1);
+    EXPECT_TRUE(Register());
 
     EXPECT_EQ(recorder.Written().back(), Text(kUninstallKey, L"InstallDate", example.text));
   }
+}
+
+TEST_F(RegistrationTest, SaysTheSameWhenNoKeyCanBeOpened) {
+  EXPECT_TRUE(Register());
+  const Lines records = log_.Records();
+  log_.ForgetRecords();
+  INTERPOSER(RegCreateKeyExW) create([](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM,
+                                        SECURITY_ATTRIBUTES*, HKEY*,
+                                        DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; });
+
+  EXPECT_TRUE(Register());
+
+  EXPECT_EQ(create.Calls(), 12);
+  EXPECT_EQ(log_.Records(), records);
+}
+
+TEST_F(RegistrationTest, WritesTheRestWhenOneValueCannotBeWritten) {
+  for (int failing = 1; failing <= 12; ++failing) {
+    RegistryRecorder recorder;
+    recorder.FailAtValue(failing);
+
+    EXPECT_TRUE(Register());
+
+    std::vector<WrittenValue> expected = ExpectedRows();
+    expected.erase(expected.begin() + failing - 1);
+    EXPECT_EQ(recorder.Written(), expected) << failing;
+    EXPECT_EQ(recorder.OpenKeys(), 0) << failing;
+  }
+}
+
+TEST_F(RegistrationTest, WritesAnUnknownLogFolderAsNoBytes) {
+  folders_.log_folder.clear();
+  const RegistryRecorder recorder;
+
+  EXPECT_TRUE(Register());
+
+  EXPECT_EQ(recorder.Written(), ExpectedRows());
+  EXPECT_EQ(recorder.Written()[3].bytes.size(), 0u);
+  EXPECT_EQ(log_.Records().back(), L"2|NHUpdateManager crash dump folder set to : ");
 }
 
 }  // namespace

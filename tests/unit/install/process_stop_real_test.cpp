@@ -1,20 +1,21 @@
-// The same with processes that exist: copies of the idle stand-in.
+// Stopping processes that exist: copies of the idle stand-in.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
 
 #include "base/unique_handle.h"
+#include "install/process_stop.h"
 #include "tests/support/files.h"
-#include "tests/support/installed_product.h"
 #include "tests/support/open_handles.h"
+#include "tests/support/recorded_log.h"
 #include "tests/support/scratch_folder.h"
 
 namespace nhupdate_test {
 namespace {
 
+using nhupdate::TerminateProcessByName;
 using testing::ElementsAre;
 
 class IdleProcess {
@@ -56,13 +57,8 @@ class IdleProcess {
 
 class RealProcessTest : public testing::Test {
  protected:
-  RealProcessTest() {
-    product_.Start();
-    product_.ForgetRecords();
-  }
-
   ScratchFolder scratch_;
-  InstalledProduct product_;
+  RecordedLog log_;
 };
 
 TEST_F(RealProcessTest, AreEndedWithExitCodeZeroWhereverTheyRunFrom) {
@@ -71,11 +67,11 @@ TEST_F(RealProcessTest, AreEndedWithExitCodeZeroWhereverTheyRunFrom) {
   const IdleProcess first(scratch_.Path() + L"\\one\\Nimba 100% ü.exe");
   const IdleProcess second(scratch_.Path() + L"\\two\\nimba 100% ü.EXE");
 
-  EXPECT_EQ(product_.Manager().TerminateProcessByName(L"NIMBA 100% ü.exe"), 1);
+  EXPECT_TRUE(TerminateProcessByName(L"NIMBA 100% ü.exe", log_.Log()));
 
   EXPECT_EQ(first.ExitCode(), 0u);
   EXPECT_EQ(second.ExitCode(), 0u);
-  EXPECT_THAT(product_.Transcript(),
+  EXPECT_THAT(log_.Records(),
               testing::UnorderedElementsAre(
                   L"2|Target process Nimba 100% ü.exe(" + first.Id() + L") found, terminate it.",
                   L"2|Target process nimba 100% ü.EXE(" + second.Id() + L") found, terminate it."));
@@ -84,16 +80,16 @@ TEST_F(RealProcessTest, AreEndedWithExitCodeZeroWhereverTheyRunFrom) {
 TEST_F(RealProcessTest, OfAnotherNameAreLeftRunning) {
   const IdleProcess other(scratch_.Path() + L"\\other.exe");
 
-  EXPECT_EQ(product_.Manager().TerminateProcessByName(L"target.exe"), 1);
+  EXPECT_TRUE(TerminateProcessByName(L"target.exe", log_.Log()));
 
   EXPECT_EQ(other.ExitCode(), static_cast<DWORD>(STILL_ACTIVE));
-  EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|Target process target.exe not found."));
+  EXPECT_THAT(log_.Records(), ElementsAre(L"2|Target process target.exe not found."));
 }
 
 TEST_F(RealProcessTest, DoNotIncludeTheCallingOneWhenItHasTheNameItself) {
-  EXPECT_EQ(product_.Manager().TerminateProcessByName(L"INSTALL_TESTS.exe"), 1);
+  EXPECT_TRUE(TerminateProcessByName(L"INSTALL_TESTS.exe", log_.Log()));
 
-  EXPECT_THAT(product_.Transcript(),
+  EXPECT_THAT(log_.Records(),
               ElementsAre(L"2|Skip terminate current process install_tests.exe({pid}).",
                           L"2|Target process INSTALL_TESTS.exe not found."));
 }
@@ -102,7 +98,7 @@ TEST_F(RealProcessTest, LeaveNoHandlesBehind) {
   const IdleProcess target(scratch_.Path() + L"\\target.exe");
   const int handles_before = CountOpenHandles();
 
-  EXPECT_EQ(product_.Manager().TerminateProcessByName(L"target.exe"), 1);
+  EXPECT_TRUE(TerminateProcessByName(L"target.exe", log_.Log()));
 
   EXPECT_EQ(CountOpenHandles(), handles_before);
 }

@@ -1,66 +1,30 @@
+#include "install/process_image.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <ostream>
 #include <string>
+#include <vector>
 
-#include "app/manager_center.h"
 #include "tests/support/fake_process_table.h"
 
 namespace nhupdate_test {
 namespace {
 
-using nhupdate::CManagerCenter;
+using nhupdate::GetProcessImageName;
 using testing::ElementsAre;
 
-TEST(GetProcessImageNameTest, LeavesBothTextsAloneWhenTheProcessCannotBeOpened) {
+TEST(ProcessImageTest, LeavesBothTextsAloneWhenTheProcessCannotBeOpened) {
   const FakeProcessTable table({{.id = 7, .image_path = L"C:\\a.exe", .can_be_read = false}});
   std::wstring name = L"old name";
   std::wstring path = L"old path";
 
-  EXPECT_EQ(CManagerCenter::GetProcessImageName(7, name, path), 0);
+  EXPECT_FALSE(GetProcessImageName(7, name, path));
 
   EXPECT_EQ(name, L"old name");
   EXPECT_EQ(path, L"old path");
   EXPECT_THAT(table.Calls(), ElementsAre(L"Open 0x410 0 7"));
-}
-
-TEST(GetProcessImageNameTest, AsksOneQuestionWhenItIsAnswered) {
-  const FakeProcessTable table({{.id = 7, .image_path = L"C:\\Tools\\a.exe"}});
-  std::wstring name;
-  std::wstring path;
-
-  EXPECT_EQ(CManagerCenter::GetProcessImageName(7, name, path), 1);
-
-  EXPECT_THAT(table.Calls(), ElementsAre(L"Open 0x410 0 7", L"QueryImageName 0 260", L"Close 7"));
-  EXPECT_EQ(table.OpenHandles(), 0);
-}
-
-TEST(GetProcessImageNameTest, AsksTheModuleWhenTheImageNameIsNotToBeHad) {
-  const FakeProcessTable table(
-      {{.id = 7, .image_path = L"", .module_path = L"C:\\Tools\\a.exe", .base_name = L"a.exe"}});
-  std::wstring name;
-  std::wstring path;
-
-  EXPECT_EQ(CManagerCenter::GetProcessImageName(7, name, path), 1);
-
-  EXPECT_THAT(table.Calls(), ElementsAre(L"Open 0x410 0 7", L"QueryImageName 0 260",
-                                         L"ModuleFileName 0 260", L"BaseName 0 260", L"Close 7"));
-  EXPECT_EQ(table.OpenHandles(), 0);
-}
-
-TEST(GetProcessImageNameTest, AsksForTheDevicePathLast) {
-  const FakeProcessTable table(
-      {{.id = 7, .image_path = L"", .device_path = L"\\Device\\HarddiskVolume1\\a.exe"}});
-  std::wstring name;
-  std::wstring path;
-
-  EXPECT_EQ(CManagerCenter::GetProcessImageName(7, name, path), 1);
-
-  EXPECT_THAT(table.Calls(),
-              ElementsAre(L"Open 0x410 0 7", L"QueryImageName 0 260", L"ModuleFileName 0 260",
-                          L"DeviceFileName 260", L"BaseName 0 260", L"Close 7"));
-  EXPECT_EQ(table.OpenHandles(), 0);
 }
 
 struct ImageNameCase {
@@ -70,11 +34,25 @@ struct ImageNameCase {
   std::wstring path;
 };
 
+// Each only when those before it had no answer; the base name goes with the second and third.
+std::vector<std::wstring> QuestionsAbout(const FakeProcess& process) {
+  std::vector<std::wstring> questions = {L"Open 0x410 0 7", L"QueryImageName 0 260"};
+  if (process.image_path.empty()) {
+    questions.push_back(L"ModuleFileName 0 260");
+    if (process.module_path.empty()) {
+      questions.push_back(L"DeviceFileName 260");
+    }
+    questions.push_back(L"BaseName 0 260");
+  }
+  questions.push_back(L"Close 7");
+  return questions;
+}
+
 std::ostream& operator<<(std::ostream& stream, const ImageNameCase& example) {
   return stream << example.situation;
 }
 
-TEST(GetProcessImageNameTest, TakesNameAndPathFromTheFirstAnswer) {
+TEST(ProcessImageTest, TakesNameAndPathFromTheFirstAnswer) {
   const std::wstring longest_path = L"C:\\" + std::wstring(251, L'd') + L"\\a.exe";  // 260 units
   const std::wstring longest_name(260, L'n');
   const ImageNameCase kCases[] = {
@@ -122,19 +100,20 @@ TEST(GetProcessImageNameTest, TakesNameAndPathFromTheFirstAnswer) {
     std::wstring name = L"old name";
     std::wstring path = L"old path";
 
-    EXPECT_EQ(CManagerCenter::GetProcessImageName(7, name, path), 1) << example;
+    EXPECT_TRUE(GetProcessImageName(7, name, path)) << example;
 
     EXPECT_EQ(name, example.name) << example;
     EXPECT_EQ(path, example.path) << example;
+    EXPECT_EQ(table.Calls(), QuestionsAbout(example.process)) << example;
     EXPECT_EQ(table.OpenHandles(), 0) << example;
   }
 }
 
-TEST(GetProcessImageNameTest, FindsThisProgramsOwnName) {
+TEST(ProcessImageTest, FindsThisProgramsOwnName) {
   std::wstring name;
   std::wstring path;
 
-  EXPECT_EQ(CManagerCenter::GetProcessImageName(::GetCurrentProcessId(), name, path), 1);
+  EXPECT_TRUE(GetProcessImageName(::GetCurrentProcessId(), name, path));
 
   EXPECT_EQ(name, L"install_tests.exe");
 }

@@ -1,0 +1,219 @@
+// Where folders go by several names, or are links: what is copied is never deleted, and nobody
+// else's folder is read, deleted or written to.
+
+#include <gmock/gmock.h>
+
+#include <initializer_list>
+
+#include "base/existence.h"
+#include "tests/support/current_folder.h"
+#include "tests/support/fake_link.h"
+#include "tests/support/fake_listing.h"
+#include "tests/support/interposer.h"
+#include "tests/unit/install/folder_copy_test.h"
+
+namespace nhupdate_test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// A sub-folder of the destination that holds the source of the copy.
+class HoldingFolderTest : public FolderCopyTest,
+                          public testing::WithParamInterface<const wchar_t*> {
+ protected:
+  HoldingFolderTest() { CreateFolders(app_); }
+};
+
+TEST_P(HoldingFolderTest, IsCopiedIntoButNeverDeleted) {
+  const std::wstring name = GetParam();
+  WriteFileBytes(app_ + L"\\" + name + L"\\Updater.exe", "new");
+  WriteFileBytes(base_ + L"\\Updater\\Updater.exe", "old");
+  WriteFileBytes(base_ + L"\\Updater\\Config\\ut.ini", "ini");
+
+  EXPECT_TRUE(copy_.Copy(base_, app_, kReplacing));
+
+  EXPECT_THAT(
+      log_.Records(),
+      ElementsAre(L"2|Copy folder from {base}\\Updater\\App to {base}",
+                  L"2|Copy folder from {base}\\Updater\\App\\" + name + L" to {base}\\" + name,
+                  L"2|Copy file from {base}\\Updater\\App\\" + name + L"\\Updater.exe to {base}\\" +
+                      name + L"\\Updater.exe"));
+  EXPECT_EQ(ReadFileBytes(base_ + L"\\Updater\\Updater.exe"), "new");
+  EXPECT_EQ(ReadFileBytes(base_ + L"\\Updater\\Config\\ut.ini"), "ini");
+}
+
+INSTANTIATE_TEST_SUITE_P(InAnyLetterCase, HoldingFolderTest,
+                         testing::Values(L"Updater", L"UPDATER", L"updater"));
+
+TEST_F(HoldingFolderTest, IsNotOneWhoseNameOnlyBeginsAlike) {
+  WriteFileBytes(app_ + L"\\Up\\new.txt", "N");
+  WriteFileBytes(base_ + L"\\Up\\old.txt", "O");
+
+  EXPECT_TRUE(copy_.Copy(base_, app_, kReplacing));
+
+  EXPECT_THAT(ListTree(base_ + L"\\Up"), ElementsAre(L"new.txt"));
+}
+
+// A program in C:\NHUpdateManager takes \NHUpdateManager, which is its own folder, for the
+// installed one.
+TEST_F(HoldingFolderTest, IsRecognisedAsSeenFromTheCurrentDrive) {
+  const CurrentFolder drive(source_.substr(0, 3));
+  WriteFileBytes(source_ + L"\\Config\\strings.json", "S");
+
+  EXPECT_FALSE(copy_.Copy(source_.substr(2), source_, kReplacing));  // no file onto itself
+
+  EXPECT_EQ(ReadFileBytes(source_ + L"\\Config\\strings.json"), "S");
+  EXPECT_EQ(log_.Records().size(), 4u);
+  EXPECT_EQ(log_.Records().back(), FailureLine(32));
+}
+
+// {root}\to leads to {root}\elsewhere, in whose sub-folder "b" the source lies.
+TEST_F(HoldingFolderTest, IsRecognisedBehindALinkFurtherUp) {
+  const std::wstring source = root_ + L"\\elsewhere\\b\\staged";
+  WriteFileBytes(source + L"\\b\\new.txt", "N");
+  const FakeLink link(target_, root_ + L"\\elsewhere");
+
+  EXPECT_TRUE(copy_.Copy(target_, source, kReplacing));
+
+  EXPECT_THAT(ListTree(root_ + L"\\elsewhere"),
+              ElementsAre(L"b\\", L"b\\new.txt", L"b\\staged\\", L"b\\staged\\b\\",
+                          L"b\\staged\\b\\new.txt"));
+}
+
+TEST_F(HoldingFolderTest, MayBeAnyWhenThePlaceOfTheSourceIsNotToBeHad) {
+  WriteFileBytes(source_ + L"\\b\\new.txt", "N");
+  WriteFileBytes(target_ + L"\\b\\old.txt", "O");
+  FakeListing listing;
+  listing.LeadElsewhere(source_ + L"\\b", L"");
+
+  EXPECT_TRUE(Copy(kReplacing));
+
+  EXPECT_THAT(ListTree(target_), ElementsAre(L"b\\", L"b\\new.txt", L"b\\old.txt"));
+}
+
+class LinkedFolderCopyTest : public FolderCopyTest {
+ protected:
+  LinkedFolderCopyTest() { WriteFileBytes(elsewhere_ + L"\\inner\\secret.txt", "S"); }
+  ~LinkedFolderCopyTest() override {
+    EXPECT_THAT(ListTree(elsewhere_), ElementsAre(L"inner\\", L"inner\\secret.txt"));
+  }
+
+  const std::wstring elsewhere_ = root_ + L"\\elsewhere";
+};
+
+TEST_F(LinkedFolderCopyTest, MakesAnEmptyFolderOfALinkInTheSource) {
+  for (const DWORD tag :
+       std::initializer_list<DWORD>{IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK}) {
+    log_.ForgetRecords();
+    const FakeLink link(source_ + L"\\link", elsewhere_, tag);
+    const FakeListing listing;
+
+    EXPECT_TRUE(Copy());
+
+    EXPECT_THAT(listing.Patterns(), ElementsAre(source_ + L"\\*.*"));
+    EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FolderLine(L"\\link")));
+    EXPECT_THAT(ListTree(target_), ElementsAre(L"link\\"));
+  }
+}
+
+TEST_F(LinkedFolderCopyTest, IsNotCopiedIntoItselfByALinkInTheSourceThatLeadsToIt) {
+  WriteFileBytes(source_ + L"\\file", "x");
+  const FakeLink link(source_ + L"\\loop", source_);
+
+  EXPECT_TRUE(Copy());
+
+  EXPECT_THAT(ListTree(target_), ElementsAre(L"file", L"loop\\"));
+}
+
+// Placeholders of cloud storage are folders like any other.
+TEST_F(LinkedFolderCopyTest, WalksThroughReparsePointsThatAreNoLinks) {
+  WriteFileBytes(source_ + L"\\cloud\\file", "x");
+  FakeListing listing;
+  listing.Disguise(source_ + L"\\cloud", FILE_ATTRIBUTE_REPARSE_POINT, IO_REPARSE_TAG_CLOUD);
+
+  EXPECT_TRUE(Copy());
+
+  EXPECT_THAT(ListTree(target_), ElementsAre(L"cloud\\", L"cloud\\file"));
+}
+
+TEST_F(LinkedFolderCopyTest, PutsAFolderIntoThePlaceOfALinkInTheDestination) {
+  for (const bool is_replacing : {true, false}) {
+    log_.ForgetRecords();
+    WriteFileBytes(source_ + L"\\b\\new.txt", "N");
+    RemoveTree(target_);
+    const FakeLink link(target_ + L"\\b", elsewhere_);
+
+    EXPECT_TRUE(Copy({.delete_existing_sub_folders = is_replacing}));
+
+    EXPECT_EQ(log_.Records(),
+              is_replacing ? (Lines{FolderLine(), DeletionLine(L"\\b"), FolderLine(L"\\b"),
+                                    FileLine(L"\\b\\new.txt")})
+                           : (Lines{FolderLine(), FolderLine(L"\\b"), FileLine(L"\\b\\new.txt")}));
+    EXPECT_FALSE(link.IsThere());
+    EXPECT_THAT(ListTree(target_), ElementsAre(L"b\\", L"b\\new.txt"));
+  }
+}
+
+TEST_F(LinkedFolderCopyTest, ReplacesALinkAtAnyDepthOfTheDestination) {
+  WriteFileBytes(source_ + L"\\a\\b\\new.txt", "N");
+  const FakeLink link(target_ + L"\\a\\b", elsewhere_);
+
+  EXPECT_TRUE(Copy());
+
+  EXPECT_THAT(ListTree(target_), ElementsAre(L"a\\", L"a\\b\\", L"a\\b\\new.txt"));
+}
+
+// A link to the source isn't the folder that holds it.
+TEST_F(LinkedFolderCopyTest, ReplacesALinkInTheDestinationThatLeadsToTheSource) {
+  WriteFileBytes(source_ + L"\\b\\new.txt", "N");
+  const FakeLink link(target_ + L"\\b", source_ + L"\\b");
+
+  EXPECT_TRUE(Copy(kReplacing));
+
+  EXPECT_FALSE(link.IsThere());
+  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), DeletionLine(L"\\b"), FolderLine(L"\\b"),
+                                          FileLine(L"\\b\\new.txt")));
+  EXPECT_THAT(ListTree(source_), ElementsAre(L"b\\", L"b\\new.txt"));
+  EXPECT_THAT(ListTree(target_), ElementsAre(L"b\\", L"b\\new.txt"));
+}
+
+TEST_F(LinkedFolderCopyTest, FailsAtALinkInTheDestinationThatStays) {
+  WriteFileBytes(source_ + L"\\b\\new.txt", "N");
+  FakeLink link(target_ + L"\\b", elsewhere_);
+  link.RefuseDeletion(ERROR_ACCESS_DENIED);
+
+  EXPECT_FALSE(Copy());
+
+  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FolderLine(L"\\b"), FailureLine(5)));
+  EXPECT_EQ(failed_path_, target_ + L"\\b");
+}
+
+// Whoever may write to the destination can be quick.
+TEST_F(LinkedFolderCopyTest, FailsAtALinkThatComesBackAsSoonAsItIsReplaced) {
+  WriteFileBytes(source_ + L"\\b\\new.txt", "N");
+  const FakeLink first(target_ + L"\\b", elsewhere_);
+  const FakeLink second(target_ + L"\\b", elsewhere_, [&](const std::wstring& path) {
+    return !first.IsThere() && path == target_ + L"\\b";
+  });
+
+  EXPECT_FALSE(Copy());
+
+  EXPECT_TRUE(second.IsThere());
+  EXPECT_EQ(log_.Records().back(), FailureLine(ERROR_CANT_ACCESS_FILE));
+}
+
+// The folder above is held while it is copied into.
+TEST_F(LinkedFolderCopyTest, KeepsTheFoldersOfTheDestinationInTheirPlaceMeanwhile) {
+  WriteFileBytes(source_ + L"\\b\\new.txt", "N");
+  const FakeLink link(target_ + L"\\b", elsewhere_,
+                      [&](const std::wstring& path) { return path == source_ + L"\\b\\new.txt"; });
+
+  EXPECT_TRUE(Copy());
+
+  EXPECT_FALSE(link.IsThere());
+  EXPECT_THAT(ListTree(target_), ElementsAre(L"b\\", L"b\\new.txt"));
+}
+
+}  // namespace
+}  // namespace nhupdate_test

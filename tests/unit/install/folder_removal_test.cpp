@@ -1,0 +1,297 @@
+#include "install/folder_removal.h"
+
+#include <gmock/gmock.h>
+
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "base/existence.h"
+#include "tests/support/fake_link.h"
+#include "tests/support/fake_listing.h"
+#include "tests/support/held_file.h"
+#include "tests/support/interposer.h"
+#include "tests/support/open_handles.h"
+#include "tests/unit/install/install_test.h"
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::DeleteFolderTree;
+using nhupdate::Exists;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class FolderRemovalTest : public InstallTest {
+ protected:
+  FolderRemovalTest() { CreateFolders(folder_); }
+
+  [[nodiscard]] bool Delete() const { return DeleteFolderTree(folder_, base_); }
+
+  const std::wstring folder_ = base_ + L"\\top";
+  const std::wstring elsewhere_ = root_ + L"\\elsewhere";
+};
+
+TEST_F(FolderRemovalTest, TakesAllThatIsInTheFolder) {
+  for (const wchar_t* path : {L"\\a", L"\\b\\c\\d", L"\\%s \u65E5\u672C\\.g"}) {
+    WriteFileBytes(folder_ + path, "x");
+  }
+  CreateFolders(folder_ + L"\\e\\f");
+  const FakeListing listing;
+
+  EXPECT_TRUE(Delete());
+
+  EXPECT_FALSE(Exists(folder_));
+  EXPECT_EQ(listing.Patterns().front(), folder_ + L"/*.*");
+}
+
+TEST_F(FolderRemovalTest, WorksInAndOutsideOfTheProductsFolder) {
+  for (const std::wstring& owned_root : {base_, folder_, root_ + L"\\other", std::wstring()}) {
+    WriteFileBytes(folder_ + L"\\a\\b", "x");
+
+    EXPECT_TRUE(DeleteFolderTree(folder_, owned_root));
+
+    EXPECT_FALSE(Exists(folder_));
+  }
+}
+
+// FAT and exFAT don't know what a reparse point is, and say so; nor do they know the newer
+// deletion.
+TEST_F(FolderRemovalTest, WorksOnAFileSystemThatKnowsNoLinks) {
+  WriteFileBytes(folder_ + L"\\a\\b", "x");
+  WriteFileBytes(folder_ + L"\\a\\read-only", "x");
+  ::SetFileAttributesW((folder_ + L"\\a\\read-only").c_str(), FILE_ATTRIBUTE_READONLY);
+  INTERPOSER(GetFileInformationByHandleEx) get(
+      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) -> BOOL {
+        if (kind != FileAttributeTagInfo) {
+          return get.Original()(file, kind, information, size);
+        }
+        ::SetLastError(ERROR_INVALID_PARAMETER);
+        return FALSE;
+      });
+  INTERPOSER(SetFileInformationByHandle) set(
+      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) -> BOOL {
+        if (kind == FileDispositionInfo || kind == FileBasicInfo) {
+          return set.Original()(file, kind, information, size);
+        }
+        ::SetLastError(ERROR_INVALID_PARAMETER);
+        return FALSE;
+      });
+
+  EXPECT_TRUE(Delete());
+
+  EXPECT_FALSE(Exists(folder_));
+}
+
+TEST_F(FolderRemovalTest, TakesFilesOfAllAttributes) {
+  for (const DWORD attributes : std::initializer_list<DWORD>{
+           FILE_ATTRIBUTE_READONLY, FILE_ATTRIBUTE_HIDDEN, FILE_ATTRIBUTE_SYSTEM,
+           FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN}) {
+    const std::wstring file = folder_ + L"\\inner\\" + std::to_wstring(attributes);
+    WriteFileBytes(file, "x");
+    ::SetFileAttributesW(file.c_str(), attributes);
+  }
+
+  EXPECT_TRUE(Delete());
+
+  EXPECT_FALSE(Exists(folder_));
+}
+
+// Of a file that is listed as read-only; the attributes of folders stay what they are.
+TEST_F(FolderRemovalTest, ClearsTheReadOnlyAttributeAndNoOther) {
+  const std::wstring file = folder_ + L"\\inner\\file";
+  WriteFileBytes(file, "x");
+  WriteFileBytes(folder_ + L"\\inner\\other", "x");
+  FakeListing listing;
+  listing.Disguise(file, FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN, 0);
+  listing.Disguise(folder_ + L"\\inner", FILE_ATTRIBUTE_READONLY, 0);
+  std::vector<DWORD> attributes_set;
+  INTERPOSER(SetFileInformationByHandle) set(
+      [&](HANDLE handle, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
+        if (kind == FileBasicInfo) {
+          attributes_set.push_back(static_cast<FILE_BASIC_INFO*>(information)->FileAttributes);
+        }
+        return set.Original()(handle, kind, information, size);
+      });
+
+  EXPECT_TRUE(Delete());
+
+  ASSERT_EQ(attributes_set.size(), 1u);
+  EXPECT_EQ(attributes_set[0] & FILE_ATTRIBUTE_READONLY, 0u);
+  EXPECT_NE(attributes_set[0] & FILE_ATTRIBUTE_HIDDEN, 0u);
+}
+
+TEST_F(FolderRemovalTest, TakesAllButAHeldFileAndTheFoldersAboveIt) {
+  for (const wchar_t* path : {L"\\a", L"\\b\\held", L"\\b\\other", L"\\c\\d"}) {
+    WriteFileBytes(folder_ + path, "x");
+  }
+  HeldFile lock(folder_ + L"\\b\\held");
+
+  EXPECT_FALSE(Delete());
+
+  EXPECT_THAT(ListTree(folder_), ElementsAre(L"b\\", L"b\\held"));
+  lock.Release();
+  EXPECT_TRUE(Delete());
+}
+
+TEST_F(FolderRemovalTest, ReportsAMissingFolderAndLeavesAFileAlone) {
+  WriteFileBytes(folder_ + L"\\file", "x");
+
+  EXPECT_FALSE(DeleteFolderTree(base_ + L"\\none", base_));
+  EXPECT_FALSE(DeleteFolderTree(folder_ + L"\\file", base_));
+
+  EXPECT_TRUE(Exists(folder_ + L"\\file"));
+}
+
+TEST_F(FolderRemovalTest, TakesAnEmptyFolderThatCannotBeListedAndNoOther) {
+  FakeListing listing;
+  listing.Forbid(folder_, ERROR_ACCESS_DENIED);
+  EXPECT_TRUE(Delete());
+  WriteFileBytes(folder_ + L"\\file", "x");
+  EXPECT_FALSE(Delete());
+
+  EXPECT_TRUE(Exists(folder_ + L"\\file"));
+}
+
+TEST_F(FolderRemovalTest, LeavesTheContentOfAFolderThatCannotBeHeld) {
+  WriteFileBytes(folder_ + L"\\file", "x");
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
+                                   SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
+                                   HANDLE model) {
+    if (path != folder_) {
+      return open.Original()(path, access, sharing, security, disposition, flags, model);
+    }
+    ::SetLastError(ERROR_SHARING_VIOLATION);
+    return INVALID_HANDLE_VALUE;
+  });
+
+  EXPECT_FALSE(Delete());
+
+  EXPECT_TRUE(Exists(folder_ + L"\\file"));
+}
+
+TEST_F(FolderRemovalTest, LeavesNoHandlesBehind) {
+  WriteFileBytes(folder_ + L"\\a\\b\\c", "x");
+  const int handles_before = CountOpenHandles();
+
+  EXPECT_TRUE(Delete());
+
+  EXPECT_EQ(CountOpenHandles(), handles_before);
+}
+
+// What a link leads to belongs to somebody else.
+class LinkRemovalTest : public FolderRemovalTest {
+ protected:
+  LinkRemovalTest() {
+    WriteFileBytes(elsewhere_ + L"\\important", "I");
+    WriteFileBytes(elsewhere_ + L"\\inner\\ut.ini", "I");
+    ::SetFileAttributesW((elsewhere_ + L"\\important").c_str(), FILE_ATTRIBUTE_READONLY);
+  }
+  ~LinkRemovalTest() override {
+    EXPECT_THAT(ListTree(elsewhere_), ElementsAre(L"important", L"inner\\", L"inner\\ut.ini"));
+    EXPECT_NE(::GetFileAttributesW((elsewhere_ + L"\\important").c_str()) & FILE_ATTRIBUTE_READONLY,
+              0u);
+  }
+};
+
+TEST_F(LinkRemovalTest, TakesALinkAndNothingBehindIt) {
+  for (const std::wstring& name : {std::wstring(), std::wstring(L"\\inner\\link")}) {
+    for (const DWORD tag :
+         std::initializer_list<DWORD>{IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK}) {
+      RemoveTree(folder_);
+      const FakeLink link(folder_ + name, elsewhere_, tag);
+
+      EXPECT_TRUE(Delete());
+
+      EXPECT_FALSE(link.IsThere());
+      EXPECT_FALSE(Exists(folder_));
+    }
+  }
+}
+
+TEST_F(LinkRemovalTest, EmptiesACloudPlaceholderLikeAnyFolder) {
+  WriteFileBytes(folder_ + L"\\cloud\\inner\\file", "x");
+  FakeListing listing;
+  listing.Disguise(folder_ + L"\\cloud", FILE_ATTRIBUTE_REPARSE_POINT, IO_REPARSE_TAG_CLOUD);
+
+  EXPECT_TRUE(Delete());
+
+  EXPECT_FALSE(Exists(folder_));
+}
+
+TEST_F(LinkRemovalTest, TakesALinkToAFileAsAFile) {
+  WriteFileBytes(folder_ + L"\\file link", "L");
+  FakeListing listing;
+  listing.Disguise(folder_ + L"\\file link", FILE_ATTRIBUTE_REPARSE_POINT, IO_REPARSE_TAG_SYMLINK);
+
+  EXPECT_TRUE(Delete());
+
+  EXPECT_FALSE(Exists(folder_));
+}
+
+// Somebody put a link in the place of the folder above.
+TEST_F(LinkRemovalTest, TakesNothingThroughALinkFurtherUpInTheProduct) {
+  RemoveTree(folder_);
+  const FakeLink link(folder_, elsewhere_);
+  const FakeListing listing;
+
+  EXPECT_FALSE(DeleteFolderTree(folder_ + L"\\inner", base_));
+
+  EXPECT_THAT(listing.Patterns(), IsEmpty());
+}
+
+// Outside of the product's folder links further up are the user's own.
+TEST_F(LinkRemovalTest, FollowsLinksFurtherUpOutsideOfTheProduct) {
+  const FakeLink link(root_ + L"\\mine", elsewhere_);
+  WriteFileBytes(elsewhere_ + L"\\sub\\file", "x");
+
+  EXPECT_TRUE(DeleteFolderTree(root_ + L"\\mine\\sub", base_));
+
+  EXPECT_FALSE(Exists(elsewhere_ + L"\\sub"));
+}
+
+// A helper stalls a call about the folder, or about what is in it, and puts a link in its place.
+struct SwapMoment {
+  const wchar_t* path;  // below the folder
+  int call;             // the first about it, or the second
+};
+
+class SwappedFolderRemovalTest : public LinkRemovalTest,
+                                 public testing::WithParamInterface<SwapMoment> {};
+
+TEST_P(SwappedFolderRemovalTest, TakesNothingOfTheFolderThatALinkLeadsTo) {
+  WriteFileBytes(folder_ + L"\\important", "x");
+  ::SetFileAttributesW((folder_ + L"\\important").c_str(), FILE_ATTRIBUTE_READONLY);
+  WriteFileBytes(folder_ + L"\\inner\\ut.ini", "x");
+  int calls = 0;
+  const FakeLink link(folder_, elsewhere_, [&](const std::wstring& path) {
+    return path == folder_ + GetParam().path && ++calls == GetParam().call;
+  });
+
+  std::ignore = Delete();
+
+  EXPECT_GE(calls, GetParam().call);
+}
+
+INSTANTIATE_TEST_SUITE_P(AtEachMoment, SwappedFolderRemovalTest,
+                         testing::Values(SwapMoment{L"", 1}, SwapMoment{L"/*.*", 1},
+                                         SwapMoment{L"\\important", 1},
+                                         SwapMoment{L"\\important", 2}, SwapMoment{L"\\inner", 1},
+                                         SwapMoment{L"\\inner/*.*", 1},
+                                         SwapMoment{L"\\inner\\ut.ini", 1},
+                                         SwapMoment{L"\\inner", 2}, SwapMoment{L"", 2}));
+
+// Windows lets its owner turn an empty folder into a link where it is, also while it is held.
+TEST_F(LinkRemovalTest, TakesNothingOfTheFolderThatAnEmptyOneSuddenlyLeadsTo) {
+  const FakeLink link(
+      folder_, elsewhere_, [&](const std::wstring& path) { return path == folder_ + L"/*.*"; },
+      true);
+  const FakeListing listing;
+
+  std::ignore = Delete();
+
+  EXPECT_EQ(listing.Patterns().front(), folder_ + L"/*.*");
+}
+
+}  // namespace
+}  // namespace nhupdate_test

@@ -1,0 +1,178 @@
+// Folders and files whose paths are longer than Windows takes them unless an administrator has
+// allowed that. The rest of the product never names such a path: it is in the base folder, or
+// below.
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/existence.h"
+#include "install/empty_folders.h"
+#include "install/folder_access.h"
+#include "install/folder_copy.h"
+#include "install/folder_removal.h"
+#include "install/install_copy.h"
+#include "tests/support/fake_listing.h"
+#include "tests/support/interposer.h"
+#include "tests/support/recorded_tools.h"
+#include "tests/unit/install/install_test.h"
+
+#include <shlobj.h>  // needs <windows.h> first
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::Exists;
+using testing::ElementsAre;
+
+// As Windows answers by default: a path that is too long and hasn't the prefix isn't there.
+class NoLongPaths {
+ public:
+  // The calls that had the prefix.
+  [[nodiscard]] int ExtendedCalls() const { return extended_calls_; }
+
+ private:
+  bool Refuses(const wchar_t* path, std::size_t limit = MAX_PATH) {
+    const std::wstring_view text = path;
+    if (text.starts_with(L"\\\\?\\")) {
+      ++extended_calls_;
+      return false;
+    }
+    if (text.size() < limit) {
+      return false;
+    }
+    ::SetLastError(ERROR_PATH_NOT_FOUND);
+    return true;
+  }
+
+  int extended_calls_ = 0;
+  INTERPOSER(FindFirstFileW) find_first_{[this](const wchar_t* pattern, WIN32_FIND_DATAW* entry) {
+    return Refuses(pattern) ? INVALID_HANDLE_VALUE : find_first_.Original()(pattern, entry);
+  }};
+  INTERPOSER(GetFileAttributesW) attributes_{[this](const wchar_t* path) {
+    return Refuses(path) ? INVALID_FILE_ATTRIBUTES : attributes_.Original()(path);
+  }};
+  INTERPOSER(CreateFileW) create_file_{[this](const wchar_t* path, DWORD access, DWORD sharing,
+                                              SECURITY_ATTRIBUTES* security, DWORD disposition,
+                                              DWORD flags, HANDLE model) {
+    return Refuses(path) ? INVALID_HANDLE_VALUE
+                         : create_file_.Original()(path, access, sharing, security, disposition,
+                                                   flags, model);
+  }};
+  INTERPOSER(CopyFileW) copy_{[this](const wchar_t* source, const wchar_t* target, BOOL fail) {
+    return Refuses(source) || Refuses(target) ? FALSE : copy_.Original()(source, target, fail);
+  }};
+  INTERPOSER(DeleteFileW) delete_file_{[this](const wchar_t* file) {
+    return Refuses(file) ? FALSE : delete_file_.Original()(file);
+  }};
+  // A folder's path must leave room for a short name in it.
+  INTERPOSER(CreateDirectoryW) create_folder_{
+      [this](const wchar_t* folder, SECURITY_ATTRIBUTES* security) {
+        return Refuses(folder, MAX_PATH - 12) ? FALSE : create_folder_.Original()(folder, security);
+      }};
+};
+
+std::wstring PathOfLength(const std::wstring& folder, std::size_t length) {
+  std::wstring path = folder;
+  while (length - path.size() > 100) {
+    path += L"\\" + std::wstring(60, L'd');
+  }
+  return path + L"\\" + std::wstring(length - path.size() - 1, L'f');
+}
+
+class LongPathTest : public InstallTest {
+ protected:
+  LongPathTest() {
+    for (const std::size_t length : {246u, 247u, 248u, 258u, 259u, 260u, 261u, 300u, 1000u}) {
+      WriteFileBytes(PathOfLength(source_, length), "L");
+    }
+  }
+
+  ~LongPathTest() override {
+    for (const std::wstring& record : log_.Records()) {
+      EXPECT_EQ(record.find(L"\\\\?\\"), std::wstring::npos) << testing::PrintToString(record);
+    }
+  }
+
+  const std::wstring source_ = root_ + L"\\from";
+  const std::wstring target_ = root_ + L"\\to";
+  std::wstring failed_path_;
+};
+
+TEST_F(LongPathTest, IsCopiedToAndRecordedAsItIs) {
+  nhupdate::CFolderCopy copy(folders_, log_.Log(), failed_path_);
+  {
+    const NoLongPaths policy;
+
+    EXPECT_TRUE(copy.Copy(target_, source_, {}));
+
+    EXPECT_GT(policy.ExtendedCalls(), 0);
+  }
+  EXPECT_EQ(ListTree(target_), ListTree(source_));
+  const std::wstring longest = PathOfLength(source_, 1000).substr(source_.size());
+  EXPECT_THAT(log_.Records(), testing::Contains(L"2|Copy file from {root}\\from" + longest +
+                                                L" to {root}\\to" + longest));
+}
+
+// Wine tells no final path that is longer than 260 units, so it has to be made up.
+TEST_F(LongPathTest, IsDeleted) {
+  {
+    const NoLongPaths policy;
+    FakeListing listing;
+    listing.LeadElsewhere(root_, L"\\Device\\V1");
+
+    EXPECT_TRUE(nhupdate::DeleteFolderTree(source_, root_));
+  }
+  EXPECT_FALSE(Exists(source_));
+}
+
+TEST_F(LongPathTest, IsScannedAndFoundAsItIs) {
+  const std::wstring empty = PathOfLength(target_, 400);
+  CreateFolders(empty);
+  std::vector<std::wstring> found;
+  {
+    const NoLongPaths policy;
+
+    EXPECT_FALSE(nhupdate::CollectEmptyFolders(root_, found, log_.Log()));
+  }
+  ASSERT_FALSE(found.empty());
+  EXPECT_THAT(found, testing::Contains(empty));
+  EXPECT_EQ(
+      std::count_if(found.begin(), found.end(),
+                    [](const std::wstring& folder) { return folder.starts_with(L"\\\\?\\"); }),
+      0);
+}
+
+TEST_F(LongPathTest, IsThatOfAProductThatIsInstalledAndGrantedToo) {
+  folders_ = nhupdate::FoldersOfExecutable(PathOfLength(root_, 300) +
+                                           L"\\Nimba Hub\\NHUpdateManager\\NHUpdateManager.exe");
+  const std::wstring& base = folders_.base_folder;
+  WriteFileBytes(base + L"\\old.txt", "O");
+  WriteFileBytes(folders_.app_folder + L"\\new.txt", "N");
+  INTERPOSER(SHGetKnownFolderPath) no_program_data(
+      [](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
+        *path = nullptr;
+        return E_FAIL;
+      });
+  const RecordedTools tools;
+  {
+    const NoLongPaths policy;
+    FakeListing listing;
+    listing.LeadElsewhere(root_, L"\\Device\\V1");
+
+    EXPECT_TRUE(nhupdate::InstallCopy(folders_, {}, log_.Log(), failed_path_));
+    nhupdate::GrantFolderAccess(base, log_.Log());
+  }
+  EXPECT_THAT(ListTree(base), ElementsAre(L"Updater\\", L"Updater\\App\\", L"Updater\\App\\new.txt",
+                                          L"Updater\\Temp\\", L"new.txt"));
+  ASSERT_EQ(tools.Started().size(), 3u);
+  EXPECT_EQ(tools.Started()[1], L"ICACLS.exe \"" + base +
+                                    L"\\Updater\\Temp\" /grant \"*S-1-5-32-545\":(OI)(CI)F "
+                                    L"/inheritance:e");
+}
+
+}  // namespace
+}  // namespace nhupdate_test
