@@ -10,6 +10,7 @@
 #include "base/existence.h"
 #include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
+#include "tests/support/folder_link.h"
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/short_path_policy.h"
@@ -171,15 +172,28 @@ TEST_F(EntryDeletionTest, TriesThePosixWayBeforeThePlainOne) {
 // Somebody puts a link to another folder in the place of the one that was listed.
 TEST_F(EntryDeletionTest, TakesNothingThatLiesElsewhereThanItSeems) {
   const CPlace folder_place = PlaceOfFolder(folder_);
+  const CPlace file_place = PlaceOfFile();
   FakeListing windows;
   windows.LeadElsewhere(outer_, L"\\Device\\V1\\Windows");
 
-  const CPlace file_place = folder_place;
   EXPECT_EQ(DeleteEntry(folder_, EntryKind::kFolder, folder_place), DWORD{ERROR_CANT_ACCESS_FILE});
   EXPECT_EQ(DeleteEntry(file_, EntryKind::kFile, file_place), DWORD{ERROR_CANT_ACCESS_FILE});
   EXPECT_EQ(DeleteEntry(file_, EntryKind::kFile, CPlace()), DWORD{ERROR_CANT_ACCESS_FILE});
 
   EXPECT_THAT(ListTree(outer_), testing::ElementsAre(L"Folder\\", L"file"));
+}
+
+TEST_F(EntryDeletionTest, TakesNothingBehindARealLink) {
+  const std::wstring other = scratch_.Path() + L"\\Other";
+  WriteFileBytes(other + L"\\file", "x");
+  const CPlace place = PlaceOfFolder(folder_).Below(L"\\file");
+  EXPECT_TRUE(::RemoveDirectoryW(folder_.c_str()));
+  CreateLink(folder_, other);
+
+  EXPECT_EQ(DeleteEntry(folder_ + L"\\file", EntryKind::kFile, place),
+            DWORD{ERROR_CANT_ACCESS_FILE});
+  EXPECT_TRUE(Exists(other + L"\\file"));
+  RemoveFolderLink(folder_);
 }
 
 TEST_F(EntryDeletionTest, OpensAnEntryWithALongPath) {

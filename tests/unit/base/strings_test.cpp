@@ -14,47 +14,25 @@ using nhupdate::ReplaceAll;
 using nhupdate::RestFrom;
 using nhupdate::StartsWithIgnoringCase;
 
-TEST(LeftPartTest, TakesAtMostTheWholeText) {
+TEST(LeftPartAndRestFromTest, NeverGoBeyondTheText) {
+  constexpr int kMin = std::numeric_limits<int>::min();
+  constexpr int kMax = std::numeric_limits<int>::max();
   struct Case {
     const wchar_t* text;
-    int count;
-    const wchar_t* expected;
+    int index;
+    const wchar_t* left;
+    const wchar_t* rest;
   };
   const Case cases[] = {
-      {L"abcde", 0, L""},
-      {L"abcde", 1, L"a"},
-      {L"abcde", 4, L"abcd"},
-      {L"abcde", 5, L"abcde"},
-      {L"abcde", 6, L"abcde"},
-      {L"abcde", 1000, L"abcde"},
-      {L"abcde", std::numeric_limits<int>::max(), L"abcde"},
-      {L"abcde", -1, L""},
-      {L"abcde", std::numeric_limits<int>::min(), L""},
-      {L"", 0, L""},
-      {L"", 3, L""},
+      {L"abcde", 0, L"", L"abcde"}, {L"abcde", 1, L"a", L"bcde"}, {L"abcde", 4, L"abcd", L"e"},
+      {L"abcde", 5, L"abcde", L""}, {L"abcde", 6, L"abcde", L""}, {L"abcde", kMax, L"abcde", L""},
+      {L"abcde", -1, L"", L""},     {L"abcde", kMin, L"", L""},   {L"", 0, L"", L""},
+      {L"", 3, L"", L""},
   };
 
   for (const Case& c : cases) {
-    EXPECT_EQ(LeftPart(c.text, c.count), c.expected) << "count " << c.count;
-  }
-}
-
-TEST(RestFromTest, IsEmptyOutsideTheText) {
-  struct Case {
-    const wchar_t* text;
-    int first;
-    const wchar_t* expected;
-  };
-  const Case cases[] = {
-      {L"abcde", 0, L"abcde"}, {L"abcde", 1, L"bcde"},
-      {L"abcde", 4, L"e"},     {L"abcde", 5, L""},
-      {L"abcde", 6, L""},      {L"abcde", std::numeric_limits<int>::max(), L""},
-      {L"abcde", -1, L""},     {L"abcde", std::numeric_limits<int>::min(), L""},
-      {L"", 0, L""},
-  };
-
-  for (const Case& c : cases) {
-    EXPECT_EQ(RestFrom(c.text, c.first), c.expected) << "first " << c.first;
+    EXPECT_EQ(LeftPart(c.text, c.index), c.left) << c.index;
+    EXPECT_EQ(RestFrom(c.text, c.index), c.rest) << c.index;
   }
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <string>
 #include <thread>
@@ -174,42 +175,45 @@ TEST(LogCenterTest, LetsTheLibraryCallBack) {
   EXPECT_THAT(events, ElementsAre("WriteLog", "WriteLog", "Stop", "WriteLog", "Free"));
 }
 
-// Several threads use one log centre while another one unloads and loads the library.
+// While one thread is within the library, or loads or frees it, another one waits.
 TEST(LogCenterTest, LetsOneThreadAtATimeIntoTheLibrary) {
-  std::atomic<int> inside = 0;
-  std::atomic<int> overlaps = 0;
-  std::atomic<int> records = 0;
-  CNSWLogCenter center;
-  FakeLogLibrary library;
-  library.on_event = [&](const std::string& event, const std::wstring&) {
-    overlaps += inside++ == 0 ? 0 : 1;
-    records += event == "WriteLog" ? 1 : 0;
-    std::this_thread::yield();
-    --inside;
+  constexpr auto kPatience = std::chrono::milliseconds(50);
+  struct Case {
+    const char* inside;
+    void (*other)(CNSWLogCenter&);
   };
-  ASSERT_EQ(center.StartLog(L"a", L"c", L"f"), 1);
+  const Case cases[] = {{"Load", Write},    {"Start", Write},     {"WriteLog", Write},
+                        {"WriteLog", Stop}, {"WriteLog", Unload}, {"WriteLog", Start},
+                        {"Stop", Write},    {"Free", Write}};
 
-  {
-    std::vector<std::jthread> threads;
-    for (int thread = 0; thread < 3; ++thread) {
-      threads.emplace_back([&] {
-        for (int record = 0; record < 300; ++record) {
-          Write(center);
-        }
-      });
-    }
-    threads.emplace_back([&] {
-      for (int round = 0; round < 50; ++round) {
-        Stop(center);
-        Unload(center);
-        Start(center);
+  for (const Case& c : cases) {
+    CNSWLogCenter center;
+    std::atomic<bool> is_begun = false;
+    std::atomic<bool> is_done = false;
+    std::jthread other;
+    FakeLogLibrary library;
+    library.on_event = [&](const std::string& event, const std::wstring&) {
+      if (event != c.inside || is_begun.exchange(true)) {
+        return;
       }
-    });
-  }
+      other = std::jthread([&] {
+        c.other(center);
+        is_done = true;
+      });
+      const auto end = std::chrono::steady_clock::now() + kPatience;
+      while (!is_done && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+      }
+      EXPECT_FALSE(is_done) << c.inside;
+    };
 
-  EXPECT_EQ(overlaps, 0);
-  EXPECT_GT(records, 0);
-  Unload(center);
+    Start(center);
+    Write(center);
+    Unload(center);
+    other.join();
+    EXPECT_TRUE(is_done) << c.inside;
+    Unload(center);
+  }
 }
 
 // With libraries that are files.

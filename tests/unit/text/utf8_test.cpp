@@ -4,7 +4,6 @@
 
 #include <climits>
 #include <string>
-#include <tuple>
 
 #include "base/windows.h"
 #include "tests/support/interposer.h"
@@ -18,11 +17,27 @@ std::wstring Convert(const std::string& bytes) {
   return nhupdate::Utf8ToWide(bytes.data(), static_cast<int>(bytes.size()));
 }
 
-TEST(Utf8ToWideTest, ConvertsSequencesOfEveryLength) {
-  EXPECT_EQ(Convert("Az09~"), L"Az09~");
-  EXPECT_EQ(Convert("\xC3\xA9\xDF\xBF"), L"\u00E9\u07FF");
-  EXPECT_EQ(Convert("\xE0\xA0\x80\xE6\x96\xB0\xEF\xBF\xBF"), L"\u0800\u65B0\xFFFF");
-  EXPECT_EQ(Convert("\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"), L"\xD800\xDC00\xDBFF\xDFFF");
+TEST(Utf8ToWideTest, ConvertsSequencesOfEveryLengthAndReplacesInvalidBytes) {
+  struct Case {
+    std::string bytes;
+    std::wstring text;
+  };
+  const Case cases[] = {
+      {"Az09~", L"Az09~"},
+      {"\xC3\xA9\xDF\xBF", L"\u00E9\u07FF"},
+      {"\xE0\xA0\x80\xE6\x96\xB0\xEF\xBF\xBF", L"\u0800\u65B0\xFFFF"},
+      {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", L"\xD800\xDC00\xDBFF\xDFFF"},
+      {"a\0b\0"s, L"a\0b\0"s},
+      {"\0"s, L"\0"s},
+      {"\xEF\xBB\xBFx", L"\xFEFFx"},  // a mark stays
+      {"x\xFFx", L"x\uFFFDx"},
+      {"\x80", L"\uFFFD"},
+      {"a\xC3", L"a\uFFFD"},
+      {"\xC3(", L"\uFFFD("},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(Convert(c.bytes), c.text) << testing::PrintToString(c.bytes);
+  }
 }
 
 TEST(Utf8ToWideTest, ConvertsExactlyTheBytesThatAreCounted) {
@@ -31,35 +46,10 @@ TEST(Utf8ToWideTest, ConvertsExactlyTheBytesThatAreCounted) {
   EXPECT_EQ(nhupdate::Utf8ToWide(bytes, 4), L"abcd");
   EXPECT_EQ(nhupdate::Utf8ToWide(bytes, 2), L"ab");
   EXPECT_EQ(nhupdate::Utf8ToWide(bytes + 3, 1), L"d");
-}
-
-TEST(Utf8ToWideTest, KeepsNuls) {
-  EXPECT_EQ(Convert("a\0b\0"s), L"a\0b\0"s);
-  EXPECT_EQ(Convert("\0"s), L"\0"s);
-}
-
-TEST(Utf8ToWideTest, KeepsAMark) {
-  EXPECT_EQ(Convert("\xEF\xBB\xBF"
-                    "a"),
-            L"\xFEFF"
-            L"a");
-}
-
-TEST(Utf8ToWideTest, GivesNothingForACountBelowOne) {
-  EXPECT_EQ(nhupdate::Utf8ToWide("abc", 0), L"");
-  EXPECT_EQ(nhupdate::Utf8ToWide("abc", -1), L"");
-  EXPECT_EQ(nhupdate::Utf8ToWide("abc", INT_MIN), L"");
+  for (const int count : {0, -1, INT_MIN}) {
+    EXPECT_EQ(nhupdate::Utf8ToWide(bytes, count), L"") << count;
+  }
   EXPECT_EQ(nhupdate::Utf8ToWide(nullptr, 0), L"");
-}
-
-TEST(Utf8ToWideTest, TurnsASingleInvalidByteIntoAReplacementCharacter) {
-  EXPECT_EQ(Convert("a\xFF"
-                    "b"),
-            L"a\uFFFD"
-            L"b");
-  EXPECT_EQ(Convert("\x80"), L"\uFFFD");
-  EXPECT_EQ(Convert("a\xC3"), L"a\uFFFD");
-  EXPECT_EQ(Convert("\xC3("), L"\uFFFD(");
 }
 
 // How many of them stand for a longer invalid sequence depends on the system's version.
@@ -83,12 +73,14 @@ TEST(Utf8ToWideTest, ReplacesLongerInvalidSequencesAndGoesOnBehindThem) {
   }
 }
 
-TEST(Utf8ToWideTest, GivesNothingWhenTheConversionYieldsNothing) {
+TEST(Utf8ToWideTest, AsksForUtf8WithoutFlagsAndGivesNothingWhenItGetsNothing) {
   for (const int failing_call : {1, 2}) {
     std::wstring text;
     {
       INTERPOSER(MultiByteToWideChar) convert([&](UINT page, DWORD flags, const char* bytes,
                                                   int byte_count, wchar_t* units, int unit_count) {
+        EXPECT_EQ(page, 65001U);
+        EXPECT_EQ(flags, 0U);
         return convert.Calls() == failing_call
                    ? 0
                    : convert.Original()(page, flags, bytes, byte_count, units, unit_count);
@@ -99,23 +91,6 @@ TEST(Utf8ToWideTest, GivesNothingWhenTheConversionYieldsNothing) {
 
     EXPECT_EQ(text, L"");
   }
-}
-
-TEST(Utf8ToWideTest, UsesTheUtf8CodePageWithoutFlags) {
-  UINT page = 0;
-  DWORD flags = 1;
-  {
-    INTERPOSER(MultiByteToWideChar) convert(
-        [&](UINT asked_page, DWORD asked_flags, const char*, int, wchar_t*, int) {
-          page = asked_page;
-          flags = asked_flags;
-          return 0;
-        });
-    std::ignore = nhupdate::Utf8ToWide("abc", 3);
-  }
-
-  EXPECT_EQ(page, 65001U);
-  EXPECT_EQ(flags, 0U);
 }
 
 }  // namespace
