@@ -26,6 +26,7 @@ TEST(PathForWindowsTest, HasThePrefixFrom248UnitsOn) {
       // Those that have it, and those that don't say where they begin.
       {L"\\\\?\\C:\\a/b\\", L"\\\\?\\C:\\a/b\\"},
       {L"\\\\?\\UNC\\server\\share\\", L"\\\\?\\UNC\\server\\share\\"},
+      {L"\\\\.\\pipe\\", L"\\\\.\\pipe\\"},
       {L"C:a\\b/", L"C:a\\b/"},
       {L"\\a/b\\", L"\\a/b\\"},
       {L"a\\b\\", L"a\\b\\"},
@@ -55,8 +56,11 @@ TEST(WithoutExtendedPrefixTest, TakesOffTheOneAndTheOther) {
       {L"\\\\?\\C:\\A\\b.exe", L"C:\\A\\b.exe"},
       {L"\\\\?\\UNC\\server\\share\\b.exe", L"\\\\server\\share\\b.exe"},
       {L"\\\\?\\unc\\server\\share", L"\\\\server\\share"},
-      {L"\\\\?\\UNCLE\\A", L"UNCLE\\A"},
-      {L"\\\\?\\", L""},
+      // Without it these would mean something else.
+      {L"\\\\?\\UNCLE\\A", L"\\\\?\\UNCLE\\A"},
+      {L"\\\\?\\Volume{1}\\A", L"\\\\?\\Volume{1}\\A"},
+      {L"\\\\?\\C:", L"\\\\?\\C:"},
+      {L"\\\\?\\", L"\\\\?\\"},
       {L"C:\\A", L"C:\\A"},
       {L"\\\\server\\share", L"\\\\server\\share"},
       {L"C:\\\\?\\A", L"C:\\\\?\\A"},
