@@ -1,6 +1,7 @@
 // In which place the updater's configuration is deleted, and what becomes of the result.
 
 #include "tests/unit/app/program_clean_up_test.h"
+#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
@@ -74,15 +75,10 @@ TEST_F(ProgramCleanUpTest, LeavesTheResultWhenTheConfigurationCannotBeDeleted) {
   const ProductOptions options = {.elevated = false};
   InstalledProduct product(options);
   WriteFileBytes(InstalledConfig(product), "x");
-  INTERPOSER(DeleteFileW) delete_file([&](const wchar_t* path) -> BOOL {
-    EXPECT_EQ(path, InstalledConfig(product));
-    ::SetLastError(ERROR_SHARING_VIOLATION);
-    return FALSE;
-  });
+  const HeldFile held(InstalledConfig(product), FILE_SHARE_READ);
 
   EXPECT_EQ(product.RunProgram(L"-update"), 10);
 
-  EXPECT_EQ(delete_file.Calls(), 1);
   EXPECT_EQ(product.Transcript(), NotElevatedLines(L"2|Function : Update", options,
                                                    L"4|Updater config file delete fail (32) : "
                                                    L"{base}\\Updater\\Config\\ut.ini"));

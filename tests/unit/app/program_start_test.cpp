@@ -35,9 +35,9 @@ class ProgramStartTest : public testing::Test {
   std::vector<std::string> effects_;
 
   CapturedConsole console_;
-  INTERPOSER(SetErrorMode) error_mode_{[this](UINT) -> UINT {
-    Note("SetErrorMode");
-    return 0;
+  INTERPOSER(SetThreadErrorMode) error_mode_{[this](DWORD, DWORD*) -> BOOL {
+    Note("SetThreadErrorMode");
+    return TRUE;
   }};
   INTERPOSER(SetDefaultDllDirectories) dll_directories_{[this](DWORD) -> BOOL {
     Note("SetDefaultDllDirectories");
@@ -75,11 +75,13 @@ class ProgramStartTest : public testing::Test {
   }};
 };
 
+using ProgramStartDeathTest = ProgramStartTest;
+
 TEST_F(ProgramStartTest, GoesFromTheProcessOverTheArgumentsToTheManager) {
   EXPECT_EQ(RunProgram(), 0);
 
   EXPECT_THAT(effects_,
-              ElementsAre("SetErrorMode", "SetDefaultDllDirectories", "GetCommandLineW",
+              ElementsAre("SetThreadErrorMode", "SetDefaultDllDirectories", "GetCommandLineW",
                           "CommandLineToArgvW", "LocalFree", "CoInitialize", "CoUninitialize"));
   EXPECT_EQ(console_.Bytes(), "");
 }
@@ -118,7 +120,7 @@ TEST_F(ProgramStartTest, EndsWith1WhenTheProcessCannotBeSetUp) {
   EXPECT_EQ(RunProgram(), 1);
 
   EXPECT_EQ(console_.Bytes(), "Fatal Error: MFC initialization failed\n");
-  EXPECT_THAT(effects_, ElementsAre("SetErrorMode", "SetDefaultDllDirectories"));
+  EXPECT_THAT(effects_, ElementsAre("SetThreadErrorMode", "SetDefaultDllDirectories"));
 }
 
 TEST_F(ProgramStartTest, EndsWith1WithoutAConsoleToo) {
@@ -146,21 +148,20 @@ TEST_F(ProgramStartTest, EndsWith0WithoutASwitch) {
 
     // COM comes and goes with the manager; nothing is created, loaded or said.
     EXPECT_THAT(effects_,
-                ElementsAre("SetErrorMode", "SetDefaultDllDirectories", "GetCommandLineW",
+                ElementsAre("SetThreadErrorMode", "SetDefaultDllDirectories", "GetCommandLineW",
                             "CommandLineToArgvW", "LocalFree", "CoInitialize", "CoUninitialize"))
         << testing::PrintToString(command_line);
   }
   EXPECT_EQ(console_.Bytes(), "");
 }
 
-TEST_F(ProgramStartTest, EndsWith0WhenTheCommandLineCannotBeSplit) {
+// As with any want of memory. In a process of its own, for nothing is left of it.
+TEST_F(ProgramStartDeathTest, EndsTheProcessWhenTheCommandLineCannotBeSplit) {
+  constexpr int kExitCodeOfAbort = 3;
   can_split_ = false;
   command_line_ += L" -update";
 
-  EXPECT_EQ(RunProgram(), 0);
-
-  EXPECT_THAT(effects_, ElementsAre("SetErrorMode", "SetDefaultDllDirectories", "GetCommandLineW",
-                                    "CommandLineToArgvW", "CoInitialize", "CoUninitialize"));
+  EXPECT_EXIT(std::ignore = RunProgram(), testing::ExitedWithCode(kExitCodeOfAbort), "terminate");
 }
 
 }  // namespace
