@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "base/existence.h"
 #include "tests/support/failing_copy.h"
 #include "tests/support/fake_process_table.h"
@@ -17,13 +19,19 @@ using nhupdate::InstallKind;
 // and tools of its own.
 class InstallSequenceTest : public WorkflowTest {
  protected:
-  explicit InstallSequenceTest(const ProductOptions& options = {})
-      : WorkflowTest(options), surroundings_(product_.Facts()) {
+  explicit InstallSequenceTest(const ProductOptions& options = {}) : WorkflowTest(options) {
+    surroundings_.emplace(product_.Facts());
     AddFile(L"\\old.txt");
     AddFile(L"\\Updater\\App\\new.txt");
     AddFile(L"\\Updater\\Config\\ut.ini");
     AddFile(L"\\Updater\\Temp\\part.bin");
     CreateFolders(product_.Base() + L"\\Empty\\Inner");
+  }
+
+  // The golden files lie beside the test program, and not where the surroundings say.
+  void TearDown() override {
+    surroundings_.reset();
+    WorkflowTest::TearDown();
   }
 
   // Both kinds, each in a state that is the same at its beginning.
@@ -38,7 +46,7 @@ class InstallSequenceTest : public WorkflowTest {
     return {.id = 4242, .image_path = L"C:\\NHUpdateManager.exe", .refuses_to_end = true};
   }
 
-  ProductSurroundings surroundings_;
+  std::optional<ProductSurroundings> surroundings_;
   RecordedTools tools_;
   FakeProcessTable no_processes_;
   ScratchRegistry registry_;
