@@ -15,7 +15,7 @@
 #include "tests/support/recorded_sleeps.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/scripted_shell.h"
-#include "tests/unit/update/told_test.h"
+#include "tests/support/told_test.h"
 
 namespace nhupdate_test {
 
