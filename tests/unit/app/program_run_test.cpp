@@ -88,8 +88,8 @@ TEST_F(ProgramRunTest, DeletesTheUpdatersConfigurationAfterAFailedUpdate) {
     bool has_updater = true;
   } cases[] = {
       {"Download", L"-download", {EndsWith(0), EndsWith(0)}},
-      {"Download, nothing new", L"-download", {EndsWith(1), EndsWith(0)}},
-      {"Download, failed check", L"-download", {EndsWith(99), EndsWith(0)}},
+      {"Download, nothing new", L"-download", {EndsWith(1)}},
+      {"Download, failed check", L"-download", {EndsWith(99)}},
       {"Download, no updater", L"-download", {}, {}, ERROR_SUCCESS, false},
       {"Update", L"-update", {EndsWith(1), EndsWith(0), EndsWith(0)}},
       {"Update, failed", L"-update", {EndsWith(1), EndsWith(5)}},
@@ -113,7 +113,7 @@ TEST_F(ProgramRunTest, DeletesTheUpdatersConfigurationAfterAFailedUpdate) {
     if (test_case.has_updater) {
       WriteFileBytes(product.Base() + L"\\Updater\\Updater.exe", "not a real program");
     }
-    WriteFileBytes(product.App() + L"\\Version.txt", "[ProductVersion]\r\nVersion=2\r\n");
+    WriteFileBytes(product.App() + L"\\new.txt", "new");
     WriteFileBytes(product.App() + L"\\NHUpdateManager\\NHUpdateManager.exe", "nor this");
     WriteFileBytes(product.Base() + kConfig, "x");
     // Where a staged copy would look if it took itself for the installed one.
