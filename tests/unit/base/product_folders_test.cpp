@@ -87,5 +87,16 @@ TEST(FoldersOfExecutableTest, LeaveOutWhatDoesNotFollowFromIt) {
   EXPECT_EQ(folders.log_folder, L"");
 }
 
+TEST(BaseFolderTest, IsThereUnlessTheExecutableIsInADrivesRootOrItsPathIsUnknownOrCutOff) {
+  EXPECT_TRUE(FoldersOfExecutable(L"C:\\A\\B\\M\\x.exe").HasBaseFolder());
+  EXPECT_TRUE(FoldersOfExecutable(L"C:\\M\\x.exe").HasBaseFolder());
+  EXPECT_FALSE(FoldersOfExecutable(L"C:\\x.exe").HasBaseFolder());
+  EXPECT_FALSE(FoldersOfExecutable(L"").HasBaseFolder());
+
+  ProductFolders cut_off = FoldersOfExecutable(L"C:\\A\\B\\M\\x.exe");
+  cut_off.is_executable_path_cut_off = true;
+  EXPECT_FALSE(cut_off.HasBaseFolder());
+}
+
 }  // namespace
 }  // namespace nhupdate_test
