@@ -10,7 +10,6 @@
 #include "base/paths.h"
 #include "base/windows.h"
 #include "tests/support/captured_console.h"
-#include "tests/support/expected_records.h"
 #include "tests/support/files.h"
 #include "tests/support/folder_link.h"
 #include "tests/support/installed_product.h"
@@ -23,6 +22,14 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+// Of an elevated process without texts.
+std::vector<std::wstring> StartUpLines() {
+  const std::wstring texts = L"{base}\\NHUpdateManager\\Config\\NHUpdateManager.Default.json";
+  return {L"2|Process elevated.", L"2|Steam language setting not found.",
+          L"2|Found System language setting : en-US", L"2|Load strings from " + texts,
+          L"4|Fail to open string file : " + texts};
+}
 
 class ManagerStartTest : public testing::Test {
  protected:
