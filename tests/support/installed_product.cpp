@@ -45,7 +45,7 @@ int InstalledProduct::RunProgram(const std::wstring& arguments) {
   std::wstring command_line = L"\"" + ExecutablePath() + L"\" " + arguments;
   INTERPOSER(GetCommandLineW) get_command_line([&]() -> wchar_t* { return command_line.data(); });
   // These would change this process for good.
-  INTERPOSER(SetErrorMode) error_mode([](UINT) -> UINT { return 0; });
+  INTERPOSER(SetThreadErrorMode) error_mode([](DWORD, DWORD*) -> BOOL { return TRUE; });
   INTERPOSER(SetDefaultDllDirectories) dll_directories([](DWORD) -> BOOL { return TRUE; });
 
   return nhupdate::RunProgram();

@@ -11,6 +11,7 @@
 #include "app/manager_center.h"
 #include "base/paths.h"
 #include "base/windows.h"
+#include "base/windows_path.h"
 #include "tests/support/fake_log_library.h"
 #include "tests/support/interposer.h"
 #include "tests/support/shell_text.h"
@@ -44,7 +45,7 @@ class ManagerStartEffectsTest : public testing::Test {
   INTERPOSER(GetModuleFileNameW) module_file_name_{
       [this](HMODULE module, wchar_t* buffer, DWORD units) -> DWORD {
         EXPECT_EQ(module, nullptr);
-        EXPECT_EQ(units, 260U);
+        EXPECT_EQ(units, 268U);
         // As Windows does it: what doesn't fit is cut off.
         const DWORD length = static_cast<DWORD>(executable_.copy(buffer, units));
         buffer[length < units ? length : units - 1] = L'\0';
@@ -92,7 +93,7 @@ class ManagerStartEffectsTest : public testing::Test {
       }};
   INTERPOSER(CreateFileW) open_file_{[this](const wchar_t* path, DWORD, DWORD, SECURITY_ATTRIBUTES*,
                                             DWORD, DWORD, HANDLE) -> HANDLE {
-    Note(L"open " + std::wstring(path));
+    Note(L"open " + nhupdate::WithoutExtendedPrefix(path));
     ::SetLastError(ERROR_FILE_NOT_FOUND);
     return INVALID_HANDLE_VALUE;
   }};
@@ -104,8 +105,11 @@ std::vector<std::wstring> EffectsIn(const std::wstring& module_folder) {
   const std::wstring texts = module_folder + L"\\Config\\NHUpdateManager.Default.json";
   return {L"known folder",
           L"create Q:\\Data\\Corvane",
+          L"open Q:\\Data\\Corvane",
           L"create Q:\\Data\\Corvane\\NimbaSoftware",
+          L"open Q:\\Data\\Corvane\\NimbaSoftware",
           L"create Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub",
+          L"open Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub",
           L"create Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub\\Log",
           L"Load " + module_folder + L"\\NSWLogDynamic64U.dll",
           L"Resolve Start",

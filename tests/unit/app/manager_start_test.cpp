@@ -7,10 +7,11 @@
 #include <vector>
 
 #include "app/manager_center.h"
+#include "base/paths.h"
 #include "base/windows.h"
 #include "tests/support/captured_console.h"
-#include "tests/support/expected_records.h"
 #include "tests/support/files.h"
+#include "tests/support/folder_link.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
 #include "tests/support/placeholders.h"
@@ -21,6 +22,14 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+// Of an elevated process without texts.
+std::vector<std::wstring> StartUpLines() {
+  const std::wstring texts = L"{base}\\NHUpdateManager\\Config\\NHUpdateManager.Default.json";
+  return {L"2|Process elevated.", L"2|Steam language setting not found.",
+          L"2|Found System language setting : en-US", L"2|Load strings from " + texts,
+          L"4|Fail to open string file : " + texts};
+}
 
 class ManagerStartTest : public testing::Test {
  protected:
@@ -128,6 +137,27 @@ TEST_F(ManagerStartTest, CreatesNothingWithoutAProgramDataFolder) {
   EXPECT_THAT(StartArguments(product),
               ElementsAre(L"1.0.0", L"{base}\\NHUpdateManager\\LogConfig.ini", L""));
   EXPECT_EQ(product.Transcript(), StartUpLines());
+}
+
+// Every user may write to ProgramData.
+TEST_F(ManagerStartTest, CreatesNothingBelowALink) {
+  for (const wchar_t* link :
+       {L"\\Corvane", L"\\Corvane\\NimbaSoftware", L"\\Corvane\\NimbaSoftware\\NimbaHub"}) {
+    InstalledProduct product;
+    const std::wstring elsewhere = product.Root() + L"\\Elsewhere";
+    CreateFolders(elsewhere);
+    CreateFolders(nhupdate::ParentFolder(product.ProgramData() + link));
+    CreateLink(product.ProgramData() + link, elsewhere);
+
+    product.Start();
+
+    EXPECT_THAT(ListTree(elsewhere), IsEmpty()) << testing::PrintToString(link);
+    EXPECT_THAT(StartArguments(product),
+                ElementsAre(L"1.0.0", L"{base}\\NHUpdateManager\\LogConfig.ini", L""));
+    EXPECT_EQ(product.Transcript(), StartUpLines());
+    product.DestroyManager();
+    RemoveFolderLink(product.ProgramData() + link);
+  }
 }
 
 TEST_F(ManagerStartTest, GoesOnWhenNoFolderCanBeCreated) {

@@ -14,13 +14,14 @@ class ProcessSetupTest : public testing::Test {
  protected:
   BOOL succeeds_ = TRUE;
 
-  UINT former_mode_ = 0;
-  UINT mode_ = 0;
+  DWORD former_mode_ = 0;
+  DWORD mode_ = 0;
 
-  INTERPOSER(GetErrorMode) get_error_mode_{[this] { return former_mode_; }};
-  INTERPOSER(SetErrorMode) error_mode_{[this](UINT mode) {
+  INTERPOSER(GetThreadErrorMode) get_error_mode_{[this] { return former_mode_; }};
+  INTERPOSER(SetThreadErrorMode) error_mode_{[this](DWORD mode, DWORD* former) -> BOOL {
+    EXPECT_EQ(former, nullptr);
     mode_ = mode;
-    return former_mode_;
+    return TRUE;
   }};
   INTERPOSER(SetDefaultDllDirectories) dll_directories_{[this](DWORD flags) -> BOOL {
     EXPECT_EQ(flags, static_cast<DWORD>(LOAD_LIBRARY_SEARCH_DEFAULT_DIRS));
@@ -33,7 +34,7 @@ TEST_F(ProcessSetupTest, TurnsOffErrorDialogsAndUnsafeDllFolders) {
   EXPECT_TRUE(SetUpProcess());
 
   // No SEM_NOGPFAULTERRORBOX: with it Windows would write no crash dumps.
-  EXPECT_EQ(mode_, static_cast<UINT>(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX));
+  EXPECT_EQ(mode_, static_cast<DWORD>(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX));
   EXPECT_EQ(error_mode_.Calls(), 1);
   EXPECT_EQ(dll_directories_.Calls(), 1);
 }
@@ -43,8 +44,8 @@ TEST_F(ProcessSetupTest, KeepsWhatTheCallerOfTheProgramTurnedOff) {
 
   EXPECT_TRUE(SetUpProcess());
 
-  EXPECT_EQ(mode_, static_cast<UINT>(SEM_NOALIGNMENTFAULTEXCEPT | SEM_FAILCRITICALERRORS |
-                                     SEM_NOOPENFILEERRORBOX));
+  EXPECT_EQ(mode_, static_cast<DWORD>(SEM_NOALIGNMENTFAULTEXCEPT | SEM_FAILCRITICALERRORS |
+                                      SEM_NOOPENFILEERRORBOX));
 }
 
 TEST_F(ProcessSetupTest, FailsWhenWindowsRefuses) {

@@ -1,27 +1,35 @@
-#include <gtest/gtest.h>
-
-#include "tests/unit/update/check_and_download_test.h"
+#include "tests/support/version_file.h"
+#include "tests/unit/update/workflow_test.h"
 
 namespace nhupdate_test {
 namespace {
 
-const Lines kSkipLine = {L"2|Skip background download due to no update or error."};
+const struct {
+  const char* name;
+  ShellAnswer answer;
+} kFruitlessChecks[] = {
+    {"NoUpdate", EndsWith(1)},
+    {"Error2", EndsWith(2)},
+    {"ErrorMinus1", EndsWith(0xFFFFFFFF)},
+    {"SmallestCode", EndsWith(0x80000000)},
+    {"StillActive", EndsWith(259)},
+    {"Unreadable", EndsUnreadably()},
+    {"NoProcess", HandedOver()},
+    {"NotLaunched", FailsWith(ERROR_CANCELLED)},
+};
 
-Lines Matching(const std::wstring& version) {
-  return {L"2|Version match between installed and app folder : " + version};
-}
+class CheckAndDownloadTest : public WorkflowTest {
+ protected:
+  explicit CheckAndDownloadTest(const ProductOptions& options = {}) : WorkflowTest(options) {
+    AddFile(kUpdater);
+  }
 
-Lines Differing(const std::wstring& installed, const std::wstring& staged) {
-  return {L"2|Version mismatch between installed (" + installed + L") and app folder (" + staged +
-          L")."};
-}
+  void SetVersions(const std::string& installed, const std::string& staged) {
+    WriteFileBytes(product_.Base() + L"\\Version.txt", VersionFile(installed));
+    WriteFileBytes(product_.App() + L"\\Version.txt", VersionFile(staged));
+  }
 
-// Counts how often values of files in INI format are read.
-class CountedReads {
- public:
-  [[nodiscard]] int Count() const { return read_.Calls(); }
-
- private:
+  // Counts how often values of files in INI format are read.
   INTERPOSER(GetPrivateProfileStringW) read_{[this](const wchar_t* section, const wchar_t* key,
                                                     const wchar_t* missing, wchar_t* value,
                                                     DWORD units, const wchar_t* file) {
@@ -31,126 +39,75 @@ class CountedReads {
 
 TEST_F(CheckAndDownloadTest, DownloadsWhatTheCheckFoundWithoutReadingVersions) {
   SetVersions("1.0.0", "1.0.0");
-  ScriptedShell shell({EndsWith(0), EndsWith(0)});
-  const CountedReads reads;
+  const ScriptedShell shell({EndsWith(0), EndsWith(0)});
 
-  const int result = Manager().CheckAndDownload();
+  Tell(Manager().CheckAndDownload());
 
-  EXPECT_EQ(result, 12);
-  EXPECT_EQ(reads.Count(), 0);
-  EXPECT_EQ(product_.Transcript(), Join({FoundLines(), DownloadLines()}));
+  EXPECT_EQ(read_.Calls(), 0);
+  TellEvents(shell);
 }
 
 TEST_F(CheckAndDownloadTest, EndsAtOnceWithoutAnUpdater) {
   SetVersions("1.0.0", "2.0.0");
-  RemoveUpdater();
-  ScriptedShell shell({});
-  const CountedReads reads;
+  Remove(kUpdater);
+  const ScriptedShell shell({});
 
-  const int result = Manager().CheckAndDownload();
+  Tell(Manager().CheckAndDownload());
 
-  EXPECT_EQ(result, 14);
-  EXPECT_EQ(reads.Count(), 0);
-  EXPECT_EQ(product_.Transcript(), CheckLines({kNoUpdaterLine}));
+  EXPECT_EQ(read_.Calls(), 0);
 }
 
-// What a check says that found nothing, and the result when the versions match.
-struct CheckCase {
-  const char* name;
-  ShellAnswer answer;
-  Lines lines;
-  int result;
-};
-
-void PrintTo(const CheckCase& test_case, std::ostream* stream) {
-  *stream << test_case.name;
+TEST_F(CheckAndDownloadTest, KeepsTheResultOfTheCheckWhateverBecomesOfTheDownload) {
+  {
+    const ScriptedShell shell({EndsWith(0), FailsWith(ERROR_ACCESS_DENIED)});
+    Tell("NotLaunched", Manager().CheckAndDownload());
+  }
+  const ScriptedShell shell({EndsWith(0, [this] { Remove(kUpdater); })});
+  Tell("UpdaterGone", Manager().CheckAndDownload());
 }
 
-const CheckCase kCheckCases[] = {
-    {"NoUpdate",
-     EndsWith(1),
-     {L"2|Launch updater success for check.", L"2|Updater exit = 1", L"2|No update available."},
-     11},
-    {"Error2",
-     EndsWith(2),
-     {L"2|Launch updater success for check.", L"2|Updater exit = 2", L"4|Updater error."},
-     13},
-    {"ErrorMinus1",
-     EndsWith(0xFFFFFFFF),
-     {L"2|Launch updater success for check.", L"2|Updater exit = -1", L"4|Updater error."},
-     13},
-    {"SmallestCode",
-     EndsWith(0x80000000),
-     {L"2|Launch updater success for check.", L"2|Updater exit = -2147483648", L"4|Updater error."},
-     13},
-    {"StillActive",
-     EndsWith(259),
-     {L"2|Launch updater success for check.", L"2|Updater exit = 259", L"4|Updater error."},
-     13},
-    {"Unreadable", EndsUnreadably(), {L"2|Launch updater success for check."}, 13},
-    {"NoProcess", HandedOver(), {L"2|Launch updater success for check."}, 13},
-    {"NotLaunched",
-     FailsWith(ERROR_CANCELLED),
-     {L"4|Fail to launch updater for download : 1223"},
-     13},
-};
-
-class CheckWithoutFindTest : public CheckAndDownloadTest,
-                             public testing::WithParamInterface<CheckCase> {};
-
-TEST_P(CheckWithoutFindTest, DownloadsNothingWhenTheVersionsMatch) {
+TEST_F(CheckAndDownloadTest, DownloadsNothingWhenTheVersionsMatch) {
+  for (const auto& [name, answer] : kFruitlessChecks) {
+    const ScriptedShell shell({answer});
+    Tell(name + std::string(", no versions"), Manager().CheckAndDownload());
+  }
+  EXPECT_EQ(read_.Calls(), 16);
   SetVersions("1.10.2", "1.10.2");
-  ScriptedShell shell({GetParam().answer});
-
-  const int result = Manager().CheckAndDownload();
-
-  EXPECT_EQ(result, GetParam().result);
-  EXPECT_EQ(product_.Transcript(),
-            Join({CheckLines(GetParam().lines), Matching(L"1.10.2"), kSkipLine}));
-}
-
-TEST_P(CheckWithoutFindTest, TakesTwoMissingVersionsForAMatch) {
-  ScriptedShell shell({GetParam().answer});
-  const CountedReads reads;
-
-  const int result = Manager().CheckAndDownload();
-
-  EXPECT_EQ(result, GetParam().result);
-  EXPECT_EQ(reads.Count(), 2);
-  EXPECT_EQ(product_.Transcript(), Join({CheckLines(GetParam().lines), Matching(L""), kSkipLine}));
-}
-
-TEST_P(CheckWithoutFindTest, DownloadsWhenTheStagedVersionDiffers) {
-  struct Case {
-    const char* installed;
-    const char* staged;
-    const wchar_t* installed_text;
-    const wchar_t* staged_text;
-  };
-  const Case cases[] = {
-      {"1.0.0", "2.0.0", L"1.0.0", L"2.0.0"},
-      {"1.1", "1.10", L"1.1", L"1.10"},
-      {"1.0", "1.0.0", L"1.0", L"1.0.0"},
-      {"1.0b", "1.0B", L"1.0b", L"1.0B"},
-      {"", "1.0", L"", L"1.0"},
-      {"2.0", "", L"2.0", L""},
-  };
-  for (const Case& versions : cases) {
-    SetVersions(versions.installed, versions.staged);
-    product_.ForgetRecords();
-    ScriptedShell shell({GetParam().answer, EndsWith(0)});
-
-    const int result = Manager().CheckAndDownload();
-
-    EXPECT_EQ(result, 12);
-    EXPECT_EQ(product_.Transcript(),
-              Join({CheckLines(GetParam().lines),
-                    Differing(versions.installed_text, versions.staged_text), DownloadLines()}));
+  for (const auto& [name, answer] : kFruitlessChecks) {
+    const ScriptedShell shell({answer});
+    Tell(name + std::string(", equal versions"), Manager().CheckAndDownload());
+    EXPECT_EQ(shell.OpenProcesses(), 0u);
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(AllChecks, CheckWithoutFindTest, testing::ValuesIn(kCheckCases),
-                         [](const auto& row) { return std::string(row.param.name); });
+TEST_F(CheckAndDownloadTest, DownloadsWhenTheStagedVersionDiffers) {
+  const struct {
+    const char* installed;
+    const char* staged;
+  } versions[] = {{"1.0.0", "2.0.0"}, {"1.1", "1.10"}, {"1.0", "1.0.0"},
+                  {"1.0b", "1.0B"},   {"", "1.0"},     {"2.0", ""}};
+  for (const auto& [installed, staged] : versions) {
+    SetVersions(installed, staged);
+    const ScriptedShell shell({EndsWith(1), EndsWith(0)});
+    Tell(std::string(installed) + " and " + staged, Manager().CheckAndDownload());
+  }
+  for (const auto& [name, answer] : kFruitlessChecks) {
+    const ScriptedShell shell({answer, EndsWith(0)});
+    EXPECT_EQ(Manager().CheckAndDownload(), 12) << name;
+  }
+  EXPECT_THAT(boxes_.Shown(), testing::IsEmpty());
+}
+
+class UnelevatedCheckTest : public CheckAndDownloadTest {
+ protected:
+  UnelevatedCheckTest() : CheckAndDownloadTest({.elevated = false}) {}
+};
+
+TEST_F(UnelevatedCheckTest, DownloadsAllTheSame) {
+  const ScriptedShell shell({EndsWith(0), EndsWith(0)});
+
+  Tell(Manager().CheckAndDownload());
+}
 
 }  // namespace
 }  // namespace nhupdate_test

@@ -1,155 +1,130 @@
-// What is logged of a launch, and what its caller learns.
-
-#include <gtest/gtest.h>
-
-#include "tests/unit/update/workflow_test.h"
 #include "update/child_launch.h"
+
+#include "tests/support/placeholders.h"
+#include "tests/unit/update/mechanism_test.h"
 #include "update/launch_catalog.h"
 
 namespace nhupdate_test {
 namespace {
 
+using nhupdate::ChildLaunch;
 using nhupdate::LaunchOutcome;
 using nhupdate::LaunchState;
 
-struct MessageRow {
+const struct {
   const char* name;
-  const nhupdate::ChildLaunch& launch;
-  const wchar_t* executable;
-  const wchar_t* not_found;
-  const wchar_t* failure;  // of error 5
-  const wchar_t* success;
-  const wchar_t* exit;  // of code 7; null for a child that isn't waited for
+  const ChildLaunch& launch;
+} kLaunches[] = {
+    {"CheckForUpdate", nhupdate::kCheckForUpdate},
+    {"BackgroundDownload", nhupdate::kBackgroundDownload},
+    {"CheckForUpdater", nhupdate::kCheckForUpdater},
+    {"UpdateUpdater", nhupdate::kUpdateUpdater},
+    {"UpdateProduct", nhupdate::kUpdateProduct},
+    {"StartSelfUpdate", nhupdate::kStartSelfUpdate},
+    {"StartFinalUpdate", nhupdate::kStartFinalUpdate},
+    {"DownloadNimbaCast", nhupdate::kDownloadNimbaCast},
+    {"InstallNimbaCast", nhupdate::kInstallNimbaCast},
 };
 
-void PrintTo(const MessageRow& row, std::ostream* stream) {
-  *stream << row.name;
-}
-
-const MessageRow kMessageRows[] = {
-    {"CheckForUpdate", nhupdate::kCheckForUpdate, L"\\Updater.exe",
-     L"4|Update.exe not found : {base}\\Place\\Updater.exe",
-     L"4|Fail to launch updater for download : 5", L"2|Launch updater success for check.",
-     L"2|Updater exit = 7"},
-    {"BackgroundDownload", nhupdate::kBackgroundDownload, L"\\Updater.exe",
-     L"4|Update.exe not found : {base}\\Place\\Updater.exe",
-     L"4|Fail to launch updater for download : 5",
-     L"2|Launch updater success for baclground download.", nullptr},
-    {"CheckForUpdater", nhupdate::kCheckForUpdater, L"\\Updater.exe",
-     L"4|Update.exe not found : {base}\\Place\\Updater.exe",
-     L"4|Fail to launch updater for check : 5", L"2|Launch updater success for check.",
-     L"2|Updater exit = 7"},
-    {"UpdateUpdater", nhupdate::kUpdateUpdater, L"\\Updater.exe",
-     L"4|Update.exe not found : {base}\\Place\\Updater.exe",
-     L"4|Fail to launch updater for update : 5", L"2|Launch updater success for update.",
-     L"2|Updater exit = 7"},
-    {"UpdateProduct", nhupdate::kUpdateProduct, L"\\Updater.exe",
-     L"4|Update.exe not found : {base}\\Place\\Updater.exe",
-     L"4|Fail to launch updater for update : 5", L"2|Launch updater success for update.",
-     L"2|Updater exit = 7"},
-    {"StartSelfUpdate", nhupdate::kStartSelfUpdate, L"\\NHUpdateManager.exe",
-     L"4|NHUpdateManager.exe not found : {base}\\Place\\NHUpdateManager.exe",
-     L"4|Fail to launch NHUpdateManager for self update : 5",
-     L"2|Launch NHUpdateManager success for self update.", nullptr},
-    {"StartFinalUpdate", nhupdate::kStartFinalUpdate, L"\\NHUpdateManager.exe",
-     L"4|NHUpdateManager.exe not found for final update : "
-     L"{base}\\Place\\NHUpdateManager.exe",
-     L"4|Fail to launch NHUpdateManager for final update : 5",
-     L"2|Launch NHUpdateManager success for final update.", nullptr},
-    {"DownloadNimbaCast", nhupdate::kDownloadNimbaCast, L"\\Updater.exe",
-     L"4|Update.exe not found : {base}\\Place\\Updater.exe",
-     L"4|Fail to launch updater for download : 5", L"2|Launch updater success for download.",
-     L"2|Updater exit = 7"},
-    {"InstallNimbaCast", nhupdate::kInstallNimbaCast, L"\\CSUpdateManager.exe",
-     L"4|CSUpdateManager.exe not found : {base}\\Place\\CSUpdateManager.exe",
-     L"4|Fail to launch CSUpdateManager for install : 5",
-     L"2|Launch CSUpdateManager success for install.", L"2|CSUpdateManager exit = 7"},
+const struct {
+  const char* name;
+  ShellAnswer answer;
+} kAnswers[] = {
+    {"Refused", FailsWith(ERROR_ACCESS_DENIED)},
+    {"Ended", EndsWith(7)},
+    {"Unreadable", EndsUnreadably()},
+    {"NoProcess", HandedOver()},
 };
 
-class ChildLaunchTest : public WorkflowTest, public testing::WithParamInterface<MessageRow> {
+class ChildLaunchTest : public MechanismTest {
  protected:
-  LaunchOutcome Launch() {
-    return nhupdate::Launch(GetParam().launch, product_.Base() + L"\\Place", Manager().Records());
+  [[nodiscard]] std::wstring Folder() const { return Base() + L"\\Place"; }
+
+  LaunchOutcome Launch(const ChildLaunch& launch) {
+    return nhupdate::Launch(launch, Folder(), log_.Log());
   }
 
-  void AddExecutable() { AddFile(L"\\Place" + std::wstring(GetParam().executable)); }
-
-  // The records behind the three that announce the launch.
-  Lines Outcome() {
-    const Lines all = product_.Transcript();
-    return all.size() < 3 ? Lines() : Lines(all.begin() + 3, all.end());
+  // What the shell was told, and whether a process was kept as long as the outcome.
+  void TellLaunch(const std::string& heading, const ChildLaunch& launch,
+                  const ScriptedShell& shell) {
+    {
+      const LaunchOutcome outcome = Launch(launch);
+      Tell(heading, static_cast<int>(outcome.state));
+      TellLine(outcome.exit_code ? L"exit code " + std::to_wstring(*outcome.exit_code)
+                                 : L"no exit code");
+      TellLine(outcome.process.IsValid() ? L"has a process" : L"has no process");
+    }
+    for (const RecordedLaunch& told : shell.Launches()) {
+      TellLine(WithPlaceholders(
+          told.verb + L" | " + told.file + L" | " + told.folder + L" | " + told.parameters, Root(),
+          L""));
+    }
+    TellEvents(shell);
   }
 };
 
-TEST_P(ChildLaunchTest, DoesNotLaunchWhatIsMissing) {
-  ScriptedShell shell({});
-
-  const LaunchOutcome outcome = Launch();
-
-  EXPECT_EQ(outcome.state, LaunchState::kMissing);
-  EXPECT_EQ(Outcome(), Lines({GetParam().not_found}));
-}
-
-TEST_P(ChildLaunchTest, LogsTheErrorOfTheShell) {
-  AddExecutable();
-  ScriptedShell shell({FailsWith(ERROR_ACCESS_DENIED)});
-
-  const LaunchOutcome outcome = Launch();
-
-  EXPECT_EQ(outcome.state, LaunchState::kNotLaunched);
-  EXPECT_EQ(Outcome(), Lines({GetParam().failure}));
-}
-
-TEST_P(ChildLaunchTest, TellsTheExitCodeOfAChildThatIsWaitedFor) {
-  AddExecutable();
-  ScriptedShell shell({EndsWith(7)});
-
-  const LaunchOutcome outcome = Launch();
-
-  EXPECT_EQ(outcome.state, LaunchState::kLaunched);
-  if (GetParam().exit == nullptr) {
-    EXPECT_FALSE(outcome.exit_code.has_value());
-    EXPECT_EQ(Outcome(), Lines({GetParam().success}));
-  } else {
-    EXPECT_EQ(outcome.exit_code, DWORD{7});
-    EXPECT_EQ(Outcome(), Lines({GetParam().success, GetParam().exit}));
+TEST_F(ChildLaunchTest, IsLoggedToldToTheShellAndWaitedForAsItsKindSays) {
+  for (const auto& [name, launch] : kLaunches) {
+    const std::wstring executable = Folder() + launch.executable;
+    RemoveTree(Folder());
+    TellLaunch(name + std::string(", Missing"), launch, ScriptedShell({}));
+    WriteFileBytes(executable, "");
+    for (const auto& [answer_name, answer] : kAnswers) {
+      TellLaunch(name + std::string(", ") + answer_name, launch, ScriptedShell({answer}));
+    }
   }
 }
 
-TEST_P(ChildLaunchTest, SaysNothingOfAnExitCodeThatCannotBeRead) {
-  AddExecutable();
-  ScriptedShell shell({EndsUnreadably()});
+TEST_F(ChildLaunchTest, AsksForTheProcessWithoutAWindowAndLeavesTheRestZero) {
+  for (const auto& [name, launch] : kLaunches) {
+    WriteFileBytes(Folder() + launch.executable, "");
+    const ScriptedShell shell({EndsWith(0)});
 
-  const LaunchOutcome outcome = Launch();
+    std::ignore = Launch(launch);
 
-  EXPECT_EQ(outcome.state, LaunchState::kLaunched);
-  EXPECT_FALSE(outcome.exit_code.has_value());
-  EXPECT_EQ(Outcome(), Lines({GetParam().success}));
+    ASSERT_EQ(shell.Launches().size(), 1u);
+    const SHELLEXECUTEINFOW& record = shell.Launches()[0].record;
+    EXPECT_EQ(record.cbSize, 112u);
+    EXPECT_EQ(record.fMask, 0x40u);
+    EXPECT_EQ(record.nShow, 0);
+    EXPECT_EQ(record.hwnd, nullptr);
+    EXPECT_EQ(record.hInstApp, nullptr);
+    EXPECT_EQ(record.lpIDList, nullptr);
+    EXPECT_EQ(record.lpClass, nullptr);
+    EXPECT_EQ(record.hkeyClass, nullptr);
+    EXPECT_EQ(record.dwHotKey, 0u);
+    EXPECT_EQ(record.hIcon, nullptr);
+    EXPECT_EQ(record.hProcess, nullptr);
+  }
 }
 
-TEST_P(ChildLaunchTest, TakesAChildWithoutAProcessForStarted) {
-  AddExecutable();
-  ScriptedShell shell({HandedOver()});
+TEST_F(ChildLaunchTest, LeavesItToTheShellToRefuseAFolder) {
+  CreateFolders(Folder() + L"\\Updater.exe");
+  const ScriptedShell shell({FailsWith(ERROR_ACCESS_DENIED)});
 
-  const LaunchOutcome outcome = Launch();
+  EXPECT_EQ(Launch(nhupdate::kCheckForUpdate).state, LaunchState::kNotLaunched);
 
-  EXPECT_EQ(outcome.state, LaunchState::kLaunched);
-  EXPECT_FALSE(outcome.exit_code.has_value());
-  EXPECT_EQ(Outcome(), Lines({GetParam().success}));
-}
-
-TEST_P(ChildLaunchTest, LeavesItToTheShellToRefuseAFolder) {
-  CreateFolders(product_.Base() + L"\\Place" + GetParam().executable);
-  ScriptedShell shell({FailsWith(ERROR_ACCESS_DENIED)});
-
-  const LaunchOutcome outcome = Launch();
-
-  EXPECT_EQ(outcome.state, LaunchState::kNotLaunched);
   EXPECT_EQ(shell.Launches().size(), 1u);
 }
 
-INSTANTIATE_TEST_SUITE_P(AllLaunches, ChildLaunchTest, testing::ValuesIn(kMessageRows),
-                         [](const auto& row) { return std::string(row.param.name); });
+TEST_F(ChildLaunchTest, ShowsNumbersSigned) {
+  WriteFileBytes(Folder() + L"\\Updater.exe", "");
+  for (const DWORD code :
+       {DWORD{0}, DWORD{1}, DWORD{2}, DWORD{259}, DWORD{0xFFFFFFFF}, DWORD{0x80000000}}) {
+    const ScriptedShell shell({EndsWith(code)});
+    EXPECT_EQ(Launch(nhupdate::kCheckForUpdate).exit_code, code);
+  }
+  for (const DWORD error : {DWORD{ERROR_SUCCESS}, DWORD{ERROR_CANCELLED}, DWORD{0x80070005}}) {
+    const ScriptedShell shell({FailsWith(error)});
+    EXPECT_EQ(Launch(nhupdate::kCheckForUpdate).state, LaunchState::kNotLaunched);
+  }
+  const ScriptedShell shell({EndsWith(1)});
+  const INTERPOSER(GetCurrentProcessId) process_id([] { return DWORD{0x80000005}; });
+  std::ignore = Launch(nhupdate::kUpdateProduct);
+
+  EXPECT_TRUE(shell.Launches()[0].parameters.ends_with(L"-ExitWhenParentDie:-2147483643"));
+  TellLines(log_.Records());
+}
 
 }  // namespace
 }  // namespace nhupdate_test

@@ -1,46 +1,135 @@
-#include "tests/unit/update/install_sequence_test.h"
+#include <optional>
 
 #include "base/existence.h"
+#include "tests/support/failing_copy.h"
+#include "tests/support/fake_process_table.h"
+#include "tests/support/product_keys.h"
+#include "tests/support/product_surroundings.h"
+#include "tests/support/recorded_tools.h"
+#include "tests/support/scratch_registry.h"
+#include "tests/unit/update/workflow_test.h"
 
 namespace nhupdate_test {
-
 namespace {
 
-const Lines kDeletedLine = {L"2|Delete OK : {base}\\old.txt"};
+using nhupdate::Exists;
+using nhupdate::InstallKind;
+
+// A product with one staged file, an old one installed, an empty folder, and a registry, processes
+// and tools of its own.
+class InstallSequenceTest : public WorkflowTest {
+ protected:
+  explicit InstallSequenceTest(const ProductOptions& options = {}) : WorkflowTest(options) {
+    surroundings_.emplace(product_.Facts());
+    AddFile(L"\\old.txt");
+    AddFile(L"\\Updater\\App\\new.txt");
+    AddFile(L"\\Updater\\Config\\ut.ini");
+    AddFile(L"\\Updater\\Temp\\part.bin");
+    CreateFolders(product_.Base() + L"\\Empty\\Inner");
+  }
+
+  // The golden files lie beside the test program, and not where the surroundings say.
+  void TearDown() override {
+    surroundings_.reset();
+    WorkflowTest::TearDown();
+  }
+
+  // Both kinds, each in a state that is the same at its beginning.
+  void TellRun(InstallKind kind) {
+    const ScriptedShell shell({});
+    Tell(Manager().InstallSequence(kind));
+    EXPECT_EQ(Exists(product_.Base() + L"\\Empty"), kind == InstallKind::kInstallation);
+    EXPECT_EQ(Exists(product_.Root() + L"\\NimbaCast"), kind == InstallKind::kInstallation);
+  }
+
+  static FakeProcess StubbornCopy() {
+    return {.id = 4242, .image_path = L"C:\\NHUpdateManager.exe", .refuses_to_end = true};
+  }
+
+  std::optional<ProductSurroundings> surroundings_;
+  RecordedTools tools_;
+  FakeProcessTable no_processes_;
+  ScratchRegistry registry_;
+};
+
+TEST_F(InstallSequenceTest, PutsTheProductIntoPlaceAndThenItsSibling) {
+  TellRun(InstallKind::kInstallation);
+
+  EXPECT_EQ(registry_.Text(kProductKey, L"AppPath"), product_.Root());
+}
+
+TEST_F(InstallSequenceTest, AsTheLastStagePutsTheProductIntoPlaceAndRemovesEmptyFolders) {
+  TellRun(InstallKind::kLastUpdateStage);
+
+  EXPECT_EQ(registry_.Text(kProductKey, L"AppPath"), product_.Root());
+}
+
+TEST_F(InstallSequenceTest, ForgetsTheFoldersItRemoved) {
+  std::ignore = Manager().InstallSequence(InstallKind::kLastUpdateStage);
+  AddFile(L"\\Empty\\file.txt");
+
+  std::ignore = Manager().InstallSequence(InstallKind::kLastUpdateStage);
+
+  EXPECT_TRUE(Exists(product_.Base() + L"\\Empty\\file.txt"));
+}
+
+TEST_F(InstallSequenceTest, NeitherCopiesNorRegistersBesideAnotherCopy) {
+  const FakeProcessTable processes({StubbornCopy()});
+
+  TellRun(InstallKind::kInstallation);
+  RemoveTree(product_.Root() + L"\\NimbaCast");
+  TellRun(InstallKind::kLastUpdateStage);
+
+  EXPECT_TRUE(registry_.IsEmpty());
+  EXPECT_TRUE(Exists(product_.Base() + L"\\old.txt"));
+}
+
+TEST_F(InstallSequenceTest, DoesNotRegisterWhatWasNotCopied) {
+  const FailingCopy copy(ERROR_DISK_FULL);
+
+  TellRun(InstallKind::kInstallation);
+  RemoveTree(product_.Root() + L"\\NimbaCast");
+  TellRun(InstallKind::kLastUpdateStage);
+
+  EXPECT_TRUE(registry_.IsEmpty());
+}
+
+TEST_F(InstallSequenceTest, IsDoneEvenIfTheRegistrationFailed) {
+  const INTERPOSER(RegSetValueExW) set_value([](HKEY, const wchar_t*, DWORD, DWORD, const BYTE*,
+                                                DWORD) { return LSTATUS{ERROR_ACCESS_DENIED}; });
+
+  TellRun(InstallKind::kLastUpdateStage);
+
+  EXPECT_EQ(set_value.Calls(), 12);
+}
+
+class UnelevatedInstallSequenceTest : public InstallSequenceTest {
+ protected:
+  UnelevatedInstallSequenceTest() : InstallSequenceTest({.elevated = false}) {}
+};
+
+TEST_F(UnelevatedInstallSequenceTest, EndsBeforeAnythingIsStopped) {
+  const FakeProcessTable processes({StubbornCopy()});
+  const ScriptedShell shell({});
+
+  Tell("Installation", Manager().InstallSequence(InstallKind::kInstallation));
+  Tell("FinalUpdate", Manager().FinalUpdate());
+
+  EXPECT_EQ(processes.Enumerations(), 0);
+  EXPECT_FALSE(Exists(product_.Root() + L"\\NimbaCast"));
+}
+
+TEST_F(UnelevatedInstallSequenceTest, AsTheLastStageLeavesTheTestToItsCallerButGrantsNothing) {
+  TellRun(InstallKind::kLastUpdateStage);
+
+  EXPECT_THAT(tools_.Started(), testing::IsEmpty());
+}
+
+using FinalUpdateTest = InstallSequenceTest;
+
+TEST_F(FinalUpdateTest, IsTheLastStage) {
+  Tell(Manager().FinalUpdate());
+}
 
 }  // namespace
-
-InstallSequenceTest::InstallSequenceTest(const ProductOptions& options)
-    : WorkflowTest(options), surroundings_(product_.Facts()) {
-  AddFile(L"\\old.txt");
-  AddFile(L"\\Updater\\App\\new.txt");
-  AddFile(L"\\Updater\\Config\\ut.ini");
-  AddFile(L"\\Updater\\Temp\\part.bin");
-}
-
-FakeProcess InstallSequenceTest::StubbornCopy() {
-  return {.id = 4242, .image_path = L"C:\\NHUpdateManager.exe", .refuses_to_end = true};
-}
-
-Lines InstallSequenceTest::NotStoppedLines() {
-  return {L"2|Target process NHUpdateManager.exe(4242) found, terminate it.",
-          L"4|Process NHUpdateManager.exe(4242) still found.",
-          L"4|Fail to terminate NHUpdateManager.", L"4|Fail to stop associates."};
-}
-
-Lines InstallSequenceTest::CopiedLines() {
-  return Join({kDeletedLine, CopiedNewFileLines()});
-}
-
-Lines InstallSequenceTest::NotCopiedLines() {
-  return Join({kDeletedLine,
-               {L"4|Fail to copy (112) : {base}\\Updater\\App\\new.txt => "
-                L"{base}\\new.txt",
-                L"4|Fail to copy files."}});
-}
-
-bool InstallSequenceTest::NimbaCastFolderExists() const {
-  return nhupdate::Exists(product_.Root() + L"\\NimbaCast");
-}
-
 }  // namespace nhupdate_test

@@ -1,53 +1,114 @@
-#include "tests/unit/update/nimba_cast_installation_test.h"
+#include "update/nimba_cast_installation.h"
+
+#include "base/existence.h"
+#include "tests/support/failing_copy.h"
+#include "tests/unit/update/mechanism_test.h"
 
 namespace nhupdate_test {
+namespace {
 
-NimbaCastInstallationTest::NimbaCastInstallationTest() {
-  AddUpdater();
-  AddFile(L"\\Updater\\App\\CSUpdateManager\\CSUpdateManager.exe");
-}
+using testing::ElementsAre;
 
-Lines NimbaCastInstallationTest::BeginLine() {
-  return {L"2|Install NCS begin."};
-}
+// The updater "downloads" a manager for NimbaCast by already having it.
+class NimbaCastInstallationTest : public MechanismTest {
+ protected:
+  NimbaCastInstallationTest() {
+    Add(L"\\Updater\\Updater.exe");
+    Add(L"\\Updater\\App\\CSUpdateManager\\CSUpdateManager.exe");
+  }
 
-Lines NimbaCastInstallationTest::DownloadedLines() {
-  return {L"2|Launch updater success for download.", L"2|Updater exit = 0", L"2|Download success."};
-}
+  int Install() { return InstallNimbaCast(folders_, copy_, log_.Log()); }
 
-Lines NimbaCastInstallationTest::InstalledLines() {
-  return {L"2|Launch CSUpdateManager success for install.", L"2|CSUpdateManager exit = 0",
-          L"2|Install success.", L"2|Install NCS end."};
-}
+  [[nodiscard]] std::wstring NimbaCast() const { return Root() + L"\\NimbaCast"; }
+};
 
-Lines NimbaCastInstallationTest::CopyUpdaterLines() {
-  const std::wstring from = L"{base}\\Updater";
-  const std::wstring to = L"{root}\\NimbaCast\\Updater";
-  const std::wstring manager = L"\\App\\CSUpdateManager";
-  return {
-      L"2|Copy folder from " + from + L" to " + to,
-      L"2|Copy folder from " + from + L"\\App to " + to + L"\\App",
-      L"2|Copy folder from " + from + manager + L" to " + to + manager,
-      L"2|Copy file from " + from + manager + L"\\CSUpdateManager.exe to " + to + manager +
-          L"\\CSUpdateManager.exe",
-      L"2|Copy file from " + from + L"\\Updater.exe to " + to + L"\\Updater.exe",
+TEST_F(NimbaCastInstallationTest, JudgesTheDownloadAndClosesItsProcess) {
+  const struct {
+    const char* name;
+    std::vector<ShellAnswer> script;
+  } cases[] = {
+      {"NotLaunched", {FailsWith(ERROR_ACCESS_DENIED)}},
+      {"Ends1", {EndsWith(1)}},
+      {"EndsMinus1", {EndsWith(0xFFFFFFFF)}},
+      {"Succeeds", {EndsWith(0), EndsWith(0)}},
+      {"Unreadable", {EndsUnreadably(), EndsWith(0)}},
   };
+  for (const auto& [name, script] : cases) {
+    RemoveTree(NimbaCast());
+    const ScriptedShell shell(script);
+
+    const int result = Install();
+
+    Tell(name, result);
+    EXPECT_EQ(nhupdate::Exists(NimbaCast() + L"\\CSUpdateManager"), result == 0) << name;
+    EXPECT_EQ(shell.OpenProcesses(), 0u) << name;
+  }
 }
 
-Lines NimbaCastInstallationTest::CopyManagerLines() {
-  const std::wstring from = L"{root}\\NimbaCast\\Updater\\App\\CSUpdateManager";
-  const std::wstring to = L"{root}\\NimbaCast\\CSUpdateManager";
-  return {
-      L"2|Copy folder from " + from + L" to " + to,
-      L"2|Copy file from " + from + L"\\CSUpdateManager.exe to " + to + L"\\CSUpdateManager.exe"};
+TEST_F(NimbaCastInstallationTest, JudgesTheManagerAndClosesItsProcess) {
+  const struct {
+    const char* name;
+    ShellAnswer answer;
+  } cases[] = {
+      {"NotLaunched", FailsWith(ERROR_FILE_NOT_FOUND)},
+      {"Ends1", EndsWith(1)},
+      {"EndsWithTheSmallestCode", EndsWith(0x80000000)},
+      {"Unreadable", EndsUnreadably()},
+      {"NoProcess", HandedOver()},
+  };
+  for (const auto& [name, answer] : cases) {
+    const ScriptedShell shell({EndsWith(0), answer});
+
+    Tell(name, Install());
+
+    EXPECT_EQ(shell.OpenProcesses(), 0u) << name;
+  }
 }
 
-Lines NimbaCastInstallationTest::UntilDownload() {
-  return Join({BeginLine(), CopyUpdaterLines(), DownloadNimbaCastLines()});
+TEST_F(NimbaCastInstallationTest, EndsWithoutWhatItNeeds) {
+  {
+    const ScriptedShell shell({});
+    const FailingCopy copy(ERROR_DISK_FULL);
+    Tell("DiskFull", Install());
+    EXPECT_EQ(copy.Calls(), 1);
+  }
+  RemoveTree(NimbaCast());
+  RemoveTree(Updater() + L"\\App");
+  {
+    const ScriptedShell shell({EndsWith(0)});
+    Tell("NoManager", Install());
+  }
+  RemoveTree(NimbaCast());
+  EXPECT_TRUE(::DeleteFileW((Updater() + L"\\Updater.exe").c_str()));
+  const ScriptedShell shell({});
+  Tell("NoUpdater", Install());
 }
 
-Lines NimbaCastInstallationTest::UntilInstall() {
-  return Join({UntilDownload(), DownloadedLines(), CopyManagerLines(), InstallNimbaCastLines()});
+TEST_F(NimbaCastInstallationTest, RunsTheManagerThatIsThereWhenTheNewOneCannotBeCopied) {
+  const std::wstring target = NimbaCast() + L"\\CSUpdateManager\\CSUpdateManager.exe";
+  WriteFileBytes(target, "old");
+  const ScriptedShell shell({EndsWith(0), EndsWith(0)});
+  const FailingCopy copy(ERROR_SHARING_VIOLATION,
+                         [&](const std::wstring& file) { return file == target; });
+
+  Tell(Install());
+
+  EXPECT_EQ(ReadFileBytes(target), "old");
 }
 
+TEST_F(NimbaCastInstallationTest, CopiesSubFoldersOverThoseThatAreThere) {
+  const std::wstring config = NimbaCast() + L"\\CSUpdateManager\\Config";
+  Add(L"\\Updater\\App\\CSUpdateManager\\Config\\both.txt", "new");
+  Add(L"\\Updater\\App\\CSUpdateManager\\Config\\new.txt", "new");
+  WriteFileBytes(config + L"\\both.txt", "old");
+  WriteFileBytes(config + L"\\old.txt", "old");
+  const ScriptedShell shell({EndsWith(0), EndsWith(0)});
+
+  EXPECT_EQ(Install(), 0);
+
+  EXPECT_THAT(ListTree(config), ElementsAre(L"both.txt", L"new.txt", L"old.txt"));
+  EXPECT_EQ(ReadFileBytes(config + L"\\both.txt"), "new");
+}
+
+}  // namespace
 }  // namespace nhupdate_test

@@ -1,37 +1,134 @@
-#include "tests/unit/update/self_update_test.h"
+#include "base/existence.h"
+#include "base/paths.h"
+#include "tests/support/failing_copy.h"
+#include "tests/support/fake_process_table.h"
+#include "tests/unit/update/workflow_test.h"
 
 namespace nhupdate_test {
+namespace {
 
-SelfUpdateTest::SelfUpdateTest(const ProductOptions& options) : WorkflowTest(options) {
-  AddFile(options.module + L"\\NHUpdateManager.exe");
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr wchar_t kStagedModule[] = L"\\Updater\\App\\NHUpdateManager";
+
+class SelfUpdateTest : public WorkflowTest {
+ protected:
+  explicit SelfUpdateTest(const ProductOptions& options = {.module = kStagedModule})
+      : WorkflowTest(options) {
+    AddFile(options.module + L"\\NHUpdateManager.exe");
+  }
+
+  [[nodiscard]] std::wstring Installed() const { return product_.Base() + L"\\NHUpdateManager"; }
+
+  FakeProcessTable no_processes_;
+};
+
+TEST_F(SelfUpdateTest, ReplacesTheInstalledCopyAndStartsIt) {
+  AddFile(L"\\NHUpdateManager\\Config\\old.json");
+  const ScriptedShell shell({EndsWith(0)});
+
+  Tell(Manager().SelfUpdate());
+
+  TellEvents(shell);
+  EXPECT_THAT(ListTree(Installed()),
+              ElementsAre(L"Config\\", L"Config\\NHUpdateManager.Default.json",
+                          L"NHUpdateManager.exe", L"NSWLogDynamic64U.dll"));
 }
 
-Lines SelfUpdateTest::StoppedLines() {
-  return {L"2|Function : Self Update", L"2|Target process NHUpdateManager.exe not found."};
+TEST_F(SelfUpdateTest, StopsOtherCopiesButNotItself) {
+  const FakeProcessTable processes({{4242, L"C:\\Elsewhere\\nhupdatemanager.EXE"},
+                                    {FakeProcessTable::kOwnId, L"C:\\Here\\NHUpdateManager.exe"},
+                                    {4246, L"C:\\Elsewhere\\Other.exe"}});
+  const ScriptedShell shell({EndsWith(0)});
+
+  Tell(Manager().SelfUpdate());
+
+  EXPECT_THAT(processes.Running(), ElementsAre(FakeProcessTable::kOwnId, 4246u));
 }
 
-Lines SelfUpdateTest::CopyLines(const std::wstring& from, const std::wstring& to) {
-  const std::wstring text = L"\\Config\\NHUpdateManager.Default.json";
-  return {
-      L"2|Copy folder from " + from + L" to " + to,
-      L"2|Delete Dir : " + to + L"\\Config",
-      L"2|Copy folder from " + from + L"\\Config to " + to + L"\\Config",
-      L"2|Copy file from " + from + text + L" to " + to + text,
-      L"2|Copy file from " + from + L"\\NHUpdateManager.exe to " + to + L"\\NHUpdateManager.exe",
-      L"2|Copy file from " + from + L"\\NSWLogDynamic64U.dll to " + to + L"\\NSWLogDynamic64U.dll",
-  };
+TEST_F(SelfUpdateTest, TellsTheUserToCloseACopyThatCannotBeStopped) {
+  const FakeProcessTable processes(
+      {{.id = 4242, .image_path = L"C:\\Elsewhere\\NHUpdateManager.exe", .refuses_to_end = true}});
+  const ScriptedShell shell({});
+
+  Tell(Manager().SelfUpdate());
 }
 
-Lines SelfUpdateTest::FailedCopyLines() {
-  Lines lines = CopyLines();
-  lines.resize(4);
-  return Join(
-      {lines,
-       {L"4|Fail to copy file = 32", L"3|Fail to copy NHUpdateManager, sleep and try again."}});
+TEST_F(SelfUpdateTest, TellsTheUserWhenTheNextStageCannotBeStarted) {
+  {
+    const ScriptedShell shell({FailsWith(ERROR_CANCELLED)});
+    Tell("NotLaunched", Manager().SelfUpdate());
+  }
+  Remove(std::wstring(kStagedModule) + L"\\NHUpdateManager.exe");
+  Remove(L"\\NHUpdateManager\\NHUpdateManager.exe");
+  const ScriptedShell shell({});
+  Tell("Missing", Manager().SelfUpdate());
 }
 
-Lines SelfUpdateTest::CopiedLine() {
-  return {L"2|Copy NHUpdateManager success."};
+TEST_F(SelfUpdateTest, GivesStoppedProcessesASecondBeforeItCopies) {
+  const ScriptedShell shell({EndsWith(0)});
+  const std::wstring copied = Installed() + L"\\NHUpdateManager.exe";
+  const RecordedSleeps sleeps([&](int) { EXPECT_FALSE(nhupdate::Exists(copied)); });
+
+  EXPECT_EQ(Manager().SelfUpdate(), 0);
+
+  EXPECT_THAT(sleeps.Milliseconds(), ElementsAre(1000u));
+  EXPECT_TRUE(nhupdate::Exists(copied));
 }
 
+TEST_F(SelfUpdateTest, TriesTheCopyUpToThreeTimes) {
+  for (const int failures : {1, 2}) {
+    const ScriptedShell shell({EndsWith(0)});
+    const FailingCopy copy(ERROR_SHARING_VIOLATION,
+                           [&](const std::wstring&) { return copy.Calls() <= failures; });
+    Tell(std::to_string(failures), Manager().SelfUpdate());
+  }
+}
+
+TEST_F(SelfUpdateTest, GivesUpTheCopyAfterThreeFailuresAndTheirSleeps) {
+  const ScriptedShell shell({});
+  const FailingCopy copy(ERROR_SHARING_VIOLATION);
+  // The user is told when it is over, not before the last sleep.
+  const RecordedSleeps sleeps([&](int) { EXPECT_THAT(boxes_.Shown(), IsEmpty()); });
+
+  Tell(Manager().SelfUpdate());
+
+  EXPECT_THAT(sleeps.Milliseconds(), ElementsAre(1000u, 3000u, 3000u, 3000u));
+}
+
+class MisplacedSelfUpdateTest : public SelfUpdateTest {
+ protected:
+  // The installed copy, not the staged one.
+  MisplacedSelfUpdateTest() : SelfUpdateTest(ProductOptions()) {}
+};
+
+TEST_F(MisplacedSelfUpdateTest, CopiesThreeFoldersUpAllTheSame) {
+  const std::wstring target = nhupdate::ParentFolder(product_.Root()) + L"\\NHUpdateManager";
+  const ScriptedShell shell({EndsWith(0)});
+
+  EXPECT_EQ(Manager().SelfUpdate(), 0);
+
+  ASSERT_EQ(shell.Launches().size(), 1u);
+  EXPECT_EQ(shell.Launches()[0].file, target + L"\\NHUpdateManager.exe");
+  EXPECT_EQ(shell.Launches()[0].folder, target);
+  EXPECT_THAT(ListTree(target), ElementsAre(L"Config\\", L"Config\\NHUpdateManager.Default.json",
+                                            L"NHUpdateManager.exe", L"NSWLogDynamic64U.dll"));
+}
+
+class UnelevatedSelfUpdateTest : public SelfUpdateTest {
+ protected:
+  UnelevatedSelfUpdateTest() : SelfUpdateTest({.elevated = false, .module = kStagedModule}) {}
+};
+
+TEST_F(UnelevatedSelfUpdateTest, EndsBeforeAnythingIsStopped) {
+  const FakeProcessTable processes({{4242, L"C:\\Elsewhere\\NHUpdateManager.exe"}});
+  const ScriptedShell shell({});
+
+  Tell(Manager().SelfUpdate());
+
+  EXPECT_EQ(processes.Enumerations(), 0);
+}
+
+}  // namespace
 }  // namespace nhupdate_test

@@ -1,89 +1,148 @@
-#include <gtest/gtest.h>
+#include "update/updater_config.h"
+
+#include <optional>
 
 #include "base/existence.h"
+#include "tests/support/folder_link.h"
 #include "tests/support/held_file.h"
-#include "tests/unit/update/workflow_test.h"
+#include "tests/unit/update/mechanism_test.h"
 
 namespace nhupdate_test {
 namespace {
 
-constexpr wchar_t kConfig[] = L"\\Updater\\Config\\ut.ini";
-constexpr wchar_t kOkLine[] = L"2|Updater config file delete ok : {base}\\Updater\\Config\\ut.ini";
+using nhupdate::Exists;
+using nhupdate::ProductFolders;
+using nhupdate::RunningCopy;
 
-class ConfigCleanUpTest : public WorkflowTest {
+class UpdaterConfigTest : public MechanismTest {
  protected:
-  bool ConfigExists() { return nhupdate::Exists(product_.Base() + kConfig); }
-};
+  static constexpr wchar_t kConfig[] = L"\\Updater\\Config\\ut.ini";
 
-TEST_F(ConfigCleanUpTest, DeletesTheConfigurationOfTheInstalledCopy) {
-  AddFile(kConfig);
-
-  const int result = Manager().DeleteUpdaterConfig(0);
-
-  EXPECT_EQ(result, 1);
-  EXPECT_FALSE(ConfigExists());
-  EXPECT_EQ(product_.Transcript(), Lines({kOkLine}));
-}
-
-TEST_F(ConfigCleanUpTest, SaysThatThereIsNone) {
-  const int result = Manager().DeleteUpdaterConfig(0);
-
-  EXPECT_EQ(result, 0);
-  EXPECT_EQ(product_.Transcript(),
-            Lines({L"4|Updater config file note found : {base}\\Updater\\Config\\ut.ini"}));
-}
-
-TEST_F(ConfigCleanUpTest, LogsWhyALockedFileStays) {
-  AddFile(kConfig);
-  const HeldFile held(product_.Base() + kConfig, FILE_SHARE_READ);
-
-  const int result = Manager().DeleteUpdaterConfig(0);
-
-  EXPECT_EQ(result, 1);
-  EXPECT_TRUE(ConfigExists());
-  EXPECT_EQ(product_.Transcript(), Lines({L"4|Updater config file delete fail (32) : "
-                                          L"{base}\\Updater\\Config\\ut.ini"}));
-}
-
-TEST_F(ConfigCleanUpTest, CannotDeleteAFolderOfThatName) {
-  CreateFolders(product_.Base() + kConfig);
-
-  const int result = Manager().DeleteUpdaterConfig(0);
-
-  EXPECT_EQ(result, 1);
-  EXPECT_EQ(product_.Transcript(), Lines({L"4|Updater config file delete fail (5) : "
-                                          L"{base}\\Updater\\Config\\ut.ini"}));
-}
-
-TEST_F(ConfigCleanUpTest, LooksTwoFoldersAboveTheModuleForAnyOtherArgument) {
-  for (const int argument : {1, 2, -1}) {
-    // Seen from base\NHUpdateManager that is beside the base folder.
-    WriteFileBytes(product_.Root() + L"\\Config\\ut.ini", "");
-    AddFile(kConfig);
-    product_.ForgetRecords();
-
-    const int result = Manager().DeleteUpdaterConfig(argument);
-
-    EXPECT_EQ(result, 1);
-    EXPECT_TRUE(ConfigExists());
-    EXPECT_EQ(product_.Transcript(),
-              Lines({L"2|Updater config file delete ok : {root}\\Config\\ut.ini"}));
+  int Delete(const ProductFolders& folders, RunningCopy copy = RunningCopy::kInstalled) {
+    return DeleteUpdaterConfig(folders, copy, log_.Log()) ? 1 : 0;
   }
-}
 
-class StagedConfigCleanUpTest : public WorkflowTest {
- protected:
-  StagedConfigCleanUpTest() : WorkflowTest({.module = L"\\Updater\\App\\NHUpdateManager"}) {}
+  [[nodiscard]] bool ConfigExists() const { return Exists(Base() + kConfig); }
+
+  // Behind the link that takes the place of the folder.
+  [[nodiscard]] std::wstring OtherFile() const { return Root() + L"\\Other\\ut.ini"; }
+
+  void LinkConfigToAnotherFolder() const {
+    WriteFileBytes(OtherFile(), "another's");
+    EXPECT_TRUE(::MoveFileW((Updater() + L"\\Config").c_str(), (Root() + L"\\Moved").c_str()));
+    CreateLink(Updater() + L"\\Config", Root() + L"\\Other");
+  }
 };
 
-TEST_F(StagedConfigCleanUpTest, DeletesTheSameFileFromTheStagedCopy) {
-  AddFile(kConfig);
+TEST_F(UpdaterConfigTest, IsDeletedWhereTheRunningCopySeesIt) {
+  const ProductFolders staged =
+      nhupdate::FoldersOfExecutable(Updater() + L"\\App\\NHUpdateManager\\NHUpdateManager.exe");
+  Add(kConfig);
+  Tell("Installed", Delete(folders_));
+  EXPECT_FALSE(ConfigExists());
 
-  const int result = Manager().DeleteUpdaterConfig(1);
+  Add(kConfig);
+  Tell("Staged", Delete(staged, RunningCopy::kStaged));
+  EXPECT_FALSE(ConfigExists());
 
-  EXPECT_EQ(result, 1);
-  EXPECT_FALSE(nhupdate::Exists(product_.Base() + kConfig));
-  EXPECT_EQ(product_.Transcript(), Lines({kOkLine}));
+  Tell("None", Delete(folders_));
+
+  // The installed copy, taken for the staged one, looks beside the base folder.
+  Add(kConfig);
+  WriteFileBytes(Root() + L"\\Config\\ut.ini", "");
+  Tell("Mistaken", Delete(folders_, RunningCopy::kStaged));
+  EXPECT_TRUE(ConfigExists());
+  EXPECT_FALSE(Exists(Root() + L"\\Config\\ut.ini"));
+}
+
+TEST_F(UpdaterConfigTest, StaysWhenItCannotBeDeleted) {
+  Add(kConfig);
+  {
+    const HeldFile held(Base() + kConfig, FILE_SHARE_READ);
+    Tell("Locked", Delete(folders_));
+  }
+  {
+    const INTERPOSER(SetFileInformationByHandle) refuse(
+        [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) -> BOOL {
+          ::SetLastError(ERROR_ACCESS_DENIED);
+          return FALSE;
+        });
+    Tell("Refused", Delete(folders_));
+    EXPECT_EQ(refuse.Calls(), 2);
+  }
+  EXPECT_TRUE(ConfigExists());
+
+  EXPECT_TRUE(::DeleteFileW((Base() + kConfig).c_str()));
+  CreateFolders(Base() + kConfig);
+  Tell("Folder", Delete(folders_));
+  EXPECT_TRUE(ConfigExists());
+}
+
+// FAT and exFAT know neither the question for a link's kind nor the deletion at once.
+TEST_F(UpdaterConfigTest, IsDeletedOnAPlainDiskToo) {
+  Add(kConfig);
+  INTERPOSER(GetFileInformationByHandleEx)
+  ask([&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* answer, DWORD size) -> BOOL {
+    if (kind == FileAttributeTagInfo) {
+      ::SetLastError(ERROR_INVALID_PARAMETER);
+      return FALSE;
+    }
+    return ask.Original()(file, kind, answer, size);
+  });
+  INTERPOSER(SetFileInformationByHandle)
+  change([&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* value, DWORD size) -> BOOL {
+    if (kind != FileDispositionInfo) {
+      ::SetLastError(ERROR_INVALID_PARAMETER);
+      return FALSE;
+    }
+    return change.Original()(file, kind, value, size);
+  });
+
+  Tell(Delete(folders_));
+
+  EXPECT_FALSE(ConfigExists());
+}
+
+TEST_F(UpdaterConfigTest, IsNotDeletedBehindALink) {
+  Add(kConfig);
+  LinkConfigToAnotherFolder();
+
+  Tell(Delete(folders_));
+
+  EXPECT_EQ(ReadFileBytes(OtherFile()), "another's");
+  RemoveFolderLink(Updater() + L"\\Config");
+}
+
+TEST_F(UpdaterConfigTest, IsNotDeletedBehindALinkThatComesAfterTheLook) {
+  Add(kConfig);
+  // The last moment: the file is about to be opened.
+  bool is_exchanged = false;
+  INTERPOSER(CreateFileW)
+  open([&](const wchar_t* path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
+           DWORD disposition, DWORD flags, HANDLE model) {
+    if (!is_exchanged && std::wstring(path) == Base() + kConfig) {
+      is_exchanged = true;
+      LinkConfigToAnotherFolder();
+    }
+    return open.Original()(path, access, sharing, security, disposition, flags, model);
+  });
+
+  Tell(Delete(folders_));
+
+  EXPECT_TRUE(is_exchanged);
+  EXPECT_EQ(ReadFileBytes(OtherFile()), "another's");
+  RemoveFolderLink(Updater() + L"\\Config");
+}
+
+TEST_F(UpdaterConfigTest, IsNotLookedForWithoutABaseFolder) {
+  Add(kConfig);
+  ProductFolders cut_off = folders_;
+  cut_off.is_executable_path_cut_off = true;
+
+  Tell("CutOff", Delete(cut_off));
+  Tell("DrivesRoot", Delete(nhupdate::FoldersOfExecutable(L"C:\\NHUpdateManager.exe")));
+
+  EXPECT_TRUE(ConfigExists());
 }
 
 }  // namespace

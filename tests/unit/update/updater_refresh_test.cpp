@@ -1,123 +1,94 @@
-#include "tests/unit/update/updater_refresh_test.h"
+#include "update/updater_refresh.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/failing_copy.h"
+#include "tests/unit/update/mechanism_test.h"
 
 namespace nhupdate_test {
 namespace {
 
-TEST_F(UpdaterRefreshTest, EndsWithoutAnUpdater) {
-  RemoveUpdater();
-  ScriptedShell shell({});
+class UpdaterRefreshTest : public MechanismTest {
+ protected:
+  UpdaterRefreshTest() {
+    Add(L"\\Updater\\Updater.exe", "old");
+    Add(L"\\Updater\\NewUpdater\\Updater.exe", "new");
+  }
 
-  const int result = RefreshUpdater();
+  int Refresh() { return RefreshUpdater(Updater(), copy_, log_.Log()) ? 1 : 0; }
 
-  EXPECT_EQ(result, 0);
-  EXPECT_EQ(product_.Transcript(),
-            CheckLines({L"4|Update.exe not found : {base}\\Updater\\Updater.exe"}));
-}
+  [[nodiscard]] std::string InstalledUpdater() const {
+    return ReadFileBytes(Updater() + L"\\Updater.exe");
+  }
 
-struct RefreshCase {
-  const char* name;
-  ShellAnswer answer;
-  Lines lines;
+  void RemoveUpdater() const { EXPECT_TRUE(::DeleteFileW((Updater() + L"\\Updater.exe").c_str())); }
 };
 
-void PrintTo(const RefreshCase& test_case, std::ostream* stream) {
-  *stream << test_case.name;
+TEST_F(UpdaterRefreshTest, EndsWithoutAnUpdaterBeforeOrAfterTheCheck) {
+  {
+    const ScriptedShell shell({EndsWith(0, [this] { RemoveUpdater(); })});
+    Tell("GoneAfterTheCheck", Refresh());
+  }
+  const ScriptedShell shell({});
+  Tell("GoneBeforeTheCheck", Refresh());
 }
 
-// Checks that lead to no update of the updater.
-const RefreshCase kCheckCases[] = {
-    {"NoNewUpdater",
-     EndsWith(1),
-     {L"2|Launch updater success for check.", L"2|Updater exit = 1",
-      L"2|No new updater available."}},
-    {"Error2",
-     EndsWith(2),
-     {L"2|Launch updater success for check.", L"2|Updater exit = 2", L"4|Updater error."}},
-    {"ErrorMinus1",
-     EndsWith(0xFFFFFFFF),
-     {L"2|Launch updater success for check.", L"2|Updater exit = -1", L"4|Updater error."}},
-    {"Unreadable", EndsUnreadably(), {L"2|Launch updater success for check."}},
-    {"NotLaunched", FailsWith(ERROR_FILE_NOT_FOUND), {L"4|Fail to launch updater for check : 2"}},
-};
+TEST_F(UpdaterRefreshTest, CopiesUnlessTheUpdateOfTheUpdaterFailed) {
+  const struct {
+    const char* name;
+    std::vector<ShellAnswer> script;
+    const char* updater;
+  } cases[] = {
+      // What was fetched earlier.
+      {"NoNewUpdater", {EndsWith(1)}, "new"},
+      {"Error2", {EndsWith(2)}, "new"},
+      {"ErrorMinus1", {EndsWith(0xFFFFFFFF)}, "new"},
+      {"Unreadable", {EndsUnreadably()}, "new"},
+      {"NotLaunched", {FailsWith(ERROR_FILE_NOT_FOUND)}, "new"},
+      // What was fetched now.
+      {"Updated", {EndsWith(0), EndsWith(0)}, "new"},
+      {"UpdateUnreadable", {EndsWith(0), EndsUnreadably()}, "new"},
+      {"UpdateFailed", {EndsWith(0), EndsWith(1)}, "old"},
+      {"UpdateFailedWithTheSmallestCode", {EndsWith(0), EndsWith(0x80000000)}, "old"},
+      {"UpdateNotLaunched", {EndsWith(0), FailsWith(ERROR_ACCESS_DENIED)}, "old"},
+  };
+  for (const auto& [name, script, updater] : cases) {
+    Add(L"\\Updater\\Updater.exe", "old");
+    const ScriptedShell shell(script);
 
-class RefreshAfterCheckTest : public UpdaterRefreshTest,
-                              public testing::WithParamInterface<RefreshCase> {};
+    Tell(name, Refresh());
 
-TEST_P(RefreshAfterCheckTest, CopiesWhatWasFetchedEarlier) {
-  ScriptedShell shell({GetParam().answer});
+    EXPECT_EQ(InstalledUpdater(), updater) << name;
+  }
+}
 
-  const int result = RefreshUpdater();
+TEST_F(UpdaterRefreshTest, TriesTheCopyUntilItSucceeds) {
+  const ScriptedShell shell({EndsWith(1)});
+  const FailingCopy copy(ERROR_SHARING_VIOLATION,
+                         [&](const std::wstring&) { return copy.Calls() < 10; });
 
-  EXPECT_EQ(result, 1);
+  Tell(Refresh());
+
   EXPECT_EQ(InstalledUpdater(), "new");
-  EXPECT_EQ(product_.Transcript(),
-            Join({CheckLines(GetParam().lines), CopyLines(), CopiedLines()}));
+  EXPECT_EQ(sleeps_.Milliseconds(), std::vector<DWORD>(9, 3000));
 }
 
-INSTANTIATE_TEST_SUITE_P(AllChecks, RefreshAfterCheckTest, testing::ValuesIn(kCheckCases),
-                         [](const auto& row) { return std::string(row.param.name); });
+TEST_F(UpdaterRefreshTest, GivesUpTheCopyAfterTenFailuresAndTheirSleeps) {
+  const ScriptedShell shell({EndsWith(1)});
+  const FailingCopy copy(ERROR_SHARING_VIOLATION);
 
-// Updates of the updater after which the copy is made.
-const RefreshCase kUpdateCases[] = {
-    {"Success", EndsWith(0), {L"2|Launch updater success for update.", L"2|Updater exit = 0"}},
-    {"Unreadable", EndsUnreadably(), {L"2|Launch updater success for update."}},
-};
+  Tell(Refresh());
 
-class RefreshAfterUpdateTest : public UpdaterRefreshTest,
-                               public testing::WithParamInterface<RefreshCase> {};
-
-TEST_P(RefreshAfterUpdateTest, CopiesTheNewUpdater) {
-  ScriptedShell shell({EndsWith(0), GetParam().answer});
-
-  const int result = RefreshUpdater();
-
-  EXPECT_EQ(result, 1);
-  EXPECT_EQ(InstalledUpdater(), "new");
-  EXPECT_EQ(product_.Transcript(),
-            Join({UpdateLines(GetParam().lines), CopyLines(), CopiedLines()}));
-}
-
-INSTANTIATE_TEST_SUITE_P(AllUpdates, RefreshAfterUpdateTest, testing::ValuesIn(kUpdateCases),
-                         [](const auto& row) { return std::string(row.param.name); });
-
-// Updates of the updater after which nothing is copied.
-const RefreshCase kFailedUpdateCases[] = {
-    {"Failed",
-     EndsWith(1),
-     {L"2|Launch updater success for update.", L"2|Updater exit = 1", L"2|Update fail."}},
-    {"SmallestCode",
-     EndsWith(0x80000000),
-     {L"2|Launch updater success for update.", L"2|Updater exit = -2147483648", L"2|Update fail."}},
-    {"NotLaunched", FailsWith(ERROR_ACCESS_DENIED), {L"4|Fail to launch updater for update : 5"}},
-};
-
-class RefreshAfterFailedUpdateTest : public UpdaterRefreshTest,
-                                     public testing::WithParamInterface<RefreshCase> {};
-
-TEST_P(RefreshAfterFailedUpdateTest, CopiesNothing) {
-  ScriptedShell shell({EndsWith(0), GetParam().answer});
-
-  const int result = RefreshUpdater();
-
-  EXPECT_EQ(result, 0);
   EXPECT_EQ(InstalledUpdater(), "old");
-  EXPECT_EQ(product_.Transcript(), UpdateLines(GetParam().lines));
+  EXPECT_EQ(sleeps_.Milliseconds(), std::vector<DWORD>(10, 3000));
 }
 
-INSTANTIATE_TEST_SUITE_P(AllUpdates, RefreshAfterFailedUpdateTest,
-                         testing::ValuesIn(kFailedUpdateCases),
-                         [](const auto& row) { return std::string(row.param.name); });
+TEST_F(UpdaterRefreshTest, NeverDeletesSubFoldersOfTheUpdater) {
+  Add(L"\\Updater\\NewUpdater\\Data\\new.txt");
+  Add(L"\\Updater\\Data\\old.txt");
+  const ScriptedShell shell({EndsWith(1)});
 
-TEST_F(UpdaterRefreshTest, EndsWhenTheUpdaterIsGoneBeforeItsUpdate) {
-  ScriptedShell shell({EndsWith(0, [this] { RemoveUpdater(); })});
+  EXPECT_EQ(Refresh(), 1);
 
-  const int result = RefreshUpdater();
-
-  EXPECT_EQ(result, 0);
-  EXPECT_EQ(product_.Transcript(),
-            UpdateLines({L"4|Update.exe not found : {base}\\Updater\\Updater.exe"}));
+  EXPECT_THAT(ListTree(Updater() + L"\\Data"), testing::ElementsAre(L"new.txt", L"old.txt"));
 }
 
 }  // namespace

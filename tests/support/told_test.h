@@ -1,0 +1,47 @@
+#pragma once
+
+// Tests that tell what came of their runs, and compare all of it at their end with a golden file.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/golden.h"
+#include "tests/support/scripted_shell.h"
+
+namespace nhupdate_test {
+
+class ToldTest : public testing::Test {
+ protected:
+  void TearDown() override {
+    if (!told_.empty()) {
+      ExpectGolden(told_);
+    }
+  }
+
+  void TellLine(const std::wstring& line) { told_.push_back(line); }
+
+  // The heading of one run of several.
+  void TellHeading(const std::string& heading) {
+    if (!heading.empty()) {
+      TellLine(L"# " + std::wstring(heading.begin(), heading.end()));
+    }
+  }
+
+  void TellLines(const std::vector<std::wstring>& lines) {
+    told_.insert(told_.end(), lines.begin(), lines.end());
+  }
+
+  // What was done with the processes that were started.
+  void TellEvents(const ScriptedShell& shell) {
+    for (const std::string& event : shell.Events()) {
+      TellLine(L"~ " + std::wstring(event.begin(), event.end()));
+    }
+  }
+
+ private:
+  std::vector<std::wstring> told_;
+};
+
+}  // namespace nhupdate_test
