@@ -31,16 +31,18 @@ class ManagerStartEffectsTest : public testing::Test {
   ManagerStartEffectsTest() {
     library_.on_event = [this](const std::string& event, const std::wstring& details) {
       Note(Utf8ToWide(event.data(), static_cast<int>(event.size())) +
-           (details.empty() ? L"" : L" " + details));
+           (details.empty() ? L"" : L" " + nhupdate::WithoutExtendedPrefix(details)));
     };
   }
 
   void Note(const std::wstring& effect) { effects_.push_back(effect); }
 
   static inline const HANDLE kToken = reinterpret_cast<HANDLE>(std::uintptr_t{0x70C3A});
+  static inline const HANDLE kFolder = reinterpret_cast<HANDLE>(std::uintptr_t{0xF01DE4});
 
   std::wstring executable_ = L"Q:\\A\\B\\M\\NHUpdateManager.exe";
   std::vector<std::wstring> effects_;
+  std::vector<std::wstring> folders_;  // that are open, all by the same handle
 
   INTERPOSER(GetModuleFileNameW) module_file_name_{
       [this](HMODULE module, wchar_t* buffer, DWORD units) -> DWORD {
@@ -75,12 +77,27 @@ class ManagerStartEffectsTest : public testing::Test {
         return TRUE;
       }};
   INTERPOSER(CloseHandle) close_{[this](HANDLE handle) -> BOOL {
+    if (handle == kFolder) {
+      folders_.pop_back();
+      return TRUE;
+    }
     if (handle != kToken) {
       return close_.Original()(handle);
     }
     Note(L"close token");
     return TRUE;
   }};
+  INTERPOSER(GetFileInformationByHandleEx) information_{
+      [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void* answer, DWORD) -> BOOL {
+        static_cast<FILE_BASIC_INFO*>(answer)->FileAttributes = FILE_ATTRIBUTE_DIRECTORY;
+        return TRUE;
+      }};
+  // What was opened last lies where its name says.
+  INTERPOSER(GetFinalPathNameByHandleW) final_path_{
+      [this](HANDLE, wchar_t* buffer, DWORD units, DWORD) -> DWORD {
+        const std::wstring place = L"\\Device\\" + folders_.back();
+        return static_cast<DWORD>(place.copy(buffer, units));
+      }};
   INTERPOSER(RegOpenKeyExW) open_key_{
       [this](HKEY, const wchar_t* path, DWORD, REGSAM, HKEY*) -> LSTATUS {
         Note(L"open key " + std::wstring(path));
@@ -94,6 +111,10 @@ class ManagerStartEffectsTest : public testing::Test {
   INTERPOSER(CreateFileW) open_file_{[this](const wchar_t* path, DWORD, DWORD, SECURITY_ATTRIBUTES*,
                                             DWORD, DWORD, HANDLE) -> HANDLE {
     Note(L"open " + nhupdate::WithoutExtendedPrefix(path));
+    if (effects_.back().starts_with(L"open Q:\\Data")) {
+      folders_.push_back(path);
+      return kFolder;
+    }
     ::SetLastError(ERROR_FILE_NOT_FOUND);
     return INVALID_HANDLE_VALUE;
   }};
@@ -106,10 +127,13 @@ std::vector<std::wstring> EffectsIn(const std::wstring& module_folder) {
   return {L"known folder",
           L"create Q:\\Data\\Corvane",
           L"open Q:\\Data\\Corvane",
+          L"open Q:\\Data\\",
           L"create Q:\\Data\\Corvane\\NimbaSoftware",
           L"open Q:\\Data\\Corvane\\NimbaSoftware",
+          L"open Q:\\Data\\",
           L"create Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub",
           L"open Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub",
+          L"open Q:\\Data\\",
           L"create Q:\\Data\\Corvane\\NimbaSoftware\\NimbaHub\\Log",
           L"Load " + module_folder + L"\\NSWLogDynamic64U.dll",
           L"Resolve Start",

@@ -28,9 +28,9 @@ using nhupdate::InstallKind;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class ManagerOperationsTest : public testing::Test {
+class InstallOperationsTest : public testing::Test {
  protected:
-  ManagerOperationsTest() {
+  InstallOperationsTest() {
     product_.Start();
     product_.ForgetRecords();
     CreateFolders(product_.Base());
@@ -53,7 +53,7 @@ class ManagerOperationsTest : public testing::Test {
   ScratchRegistry registry_;
 };
 
-TEST_F(ManagerOperationsTest, TakeAnyNumberButZeroForYes) {
+TEST_F(InstallOperationsTest, TakeAnyNumberButZeroForYes) {
   const std::wstring whole = L"2|Copy folder from {root}\\from to {root}\\to";
   const std::wstring deletion = L"2|Delete Dir : {root}\\to\\b";
   const std::wstring inner = L"2|Copy folder from {root}\\from\\b to {root}\\to\\b";
@@ -65,7 +65,7 @@ TEST_F(ManagerOperationsTest, TakeAnyNumberButZeroForYes) {
   EXPECT_THAT(RecordsOfCopy(1, 0, 1), IsEmpty());
 }
 
-TEST_F(ManagerOperationsTest, ReturnOneForSuccessAndZeroForFailure) {
+TEST_F(InstallOperationsTest, ReturnOneForSuccessAndZeroForFailure) {
   CManagerCenter& manager = product_.Manager();
   const std::wstring folder = product_.Base() + L"\\Sub";
   WriteFileBytes(folder + L"\\file", "x");
@@ -88,7 +88,7 @@ TEST_F(ManagerOperationsTest, ReturnOneForSuccessAndZeroForFailure) {
   EXPECT_EQ(tools_.Started().size(), 3u);
 }
 
-TEST_F(ManagerOperationsTest, ReturnTheSameAboutProcesses) {
+TEST_F(InstallOperationsTest, ReturnTheSameAboutProcesses) {
   const FakeProcessTable table(
       {{.id = 8, .image_path = L"C:\\a.exe"},
        {.id = 12, .image_path = L"C:\\NHUpdateManager.exe", .refuses_to_end = true}});
@@ -106,7 +106,7 @@ TEST_F(ManagerOperationsTest, ReturnTheSameAboutProcesses) {
 }
 
 // In the order in which they were found, the deepest first, and with what came after the scan.
-TEST_F(ManagerOperationsTest, RemoveTheEmptyFoldersOneAfterTheOther) {
+TEST_F(InstallOperationsTest, RemoveTheEmptyFoldersOneAfterTheOther) {
   const std::wstring base = product_.Base();
   WriteFileBytes(product_.ExecutablePath(), "x");
   CreateFolders(base + L"\\a\\b");
