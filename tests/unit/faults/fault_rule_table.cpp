@@ -9,7 +9,8 @@ constexpr int kAll = 0;
 
 // Reasons why a failure leaves no record.
 constexpr char kConsole[] = "there is no log: the console is told";
-constexpr char kNoArguments[] = "arguments that can't be told ask for nothing";
+constexpr char kDialogs[] = "a dialog that comes all the same holds up the run but changes nothing";
+constexpr char kNames[] = "the path stays as the program was started by it";
 constexpr char kCom[] = "only some shell calls profit from COM";
 constexpr char kNoData[] = "the empty log folder shows in the records of the grant and the dumps";
 constexpr char kThere[] = "the folder is usually there; when it isn't, what needs it fails";
@@ -18,15 +19,23 @@ constexpr char kCopiedOver[] = "what isn't deleted or copied alone is copied wit
 constexpr char kScan[] = "a folder that can't be listed counts as empty, one seen in part does not";
 constexpr char kRemoval[] = "what can't be deleted is copied over, or does no harm";
 constexpr char kRegistration[] = "single values are no reason to call an installation failed";
+constexpr char kEachLevel[] = "where a folder's place can't be had, each level below is looked at";
+constexpr char kPlainWay[] = "what can't be deleted at once is deleted when it is closed";
+constexpr char kCurrentFolder[] = "the tool is started in any folder";
 constexpr char kWait[] = "the exit code, or the check afterwards, tells whether it has ended";
 constexpr char kExitCode[] = "a child that can't be asked is judged without a record";
 constexpr char kInvisible[] = "a process that can't be read is invisible";
 constexpr char kInforms[] = "the box only informs";
 
+// The calls that find out whether a folder is a link.
+constexpr char kAsksForPlace[] =
+    "CreateFileW GetFileInformationByHandleEx GetFinalPathNameByHandleW";
+
+constexpr wchar_t kNotGranted[] = L"4|ShellExecute ICACLS fail on ICACLS.exe";
 constexpr wchar_t kStillFound[] = L"4|Process NHUpdateManager.exe(4242) still found.";
 constexpr wchar_t kCopyFailed[] = L"4|Fail to copy file = {error}";
 constexpr wchar_t kCopyRetried[] = L"3|Copy fail, sleep 3 seconds and retry.";
-constexpr wchar_t kConfigNotOpened[] = L"4|Updater config file delete fail ({error}) : ";
+constexpr wchar_t kConfigNotDeleted[] = L"4|Updater config file delete fail ({error}) : ";
 constexpr wchar_t kConfigElsewhere[] = L"4|Updater config file delete fail (1920) : ";
 constexpr wchar_t kNimbaCastManagerMissing[] = L"4|CSUpdateManager.exe not found : ";
 constexpr wchar_t kNimbaCastNotCopied[] = L"4|Failed to copy NCS updater folder.";
@@ -35,10 +44,16 @@ constexpr wchar_t kNimbaCastNotCopied[] = L"4|Failed to copy NCS updater folder.
 const FaultRule kRules[] = {
     // The start of the program.
     {"", "GetModuleHandleW", L"", kAll, 1, nullptr, kConsole},
+    {"", "GetThreadErrorMode SetThreadErrorMode", L"", kAll, kSame, nullptr, kDialogs},
     {"", "SetDefaultDllDirectories", L"", kAll, 1, nullptr, kConsole},
-    {"", "CommandLineToArgvW", L"", kAll, 0, nullptr, kNoArguments},
+    {"", "CommandLineToArgvW", L"", kAll, kProcessEnds, nullptr, nullptr},
     {"", "CoInitialize", L"", kAll, kSame, nullptr, kCom},
     {"", "SHGetKnownFolderPath", L"", kAll, kSame, nullptr, kNoData},
+    {"", "GetLongPathNameW", L"", kAll, kSame, nullptr, kNames},
+    {"", "FindFirstFileW", L"* (its name)", kAll, kSame, nullptr, kNames},
+    {"", kAsksForPlace, L"*{data}\\", 3, kSame, nullptr, kNoData},
+    {"", kAsksForPlace, L"*{data}\\Corvane", 1, kSame, nullptr, kNoData},
+    {"", kAsksForPlace, L"{data}\\Corvane\\", kAll, kSame, nullptr, kNoData},
     {"", "LoadLibraryW", L"", kAll, kSame, nullptr, kConsole},
     {"", "GetProcAddress", L"", kAll, kSame, nullptr, kConsole},
     {"Download NoUpdate", "OpenProcessToken", L"", kAll, kSame, L"2|Process NOT elevated.",
@@ -55,9 +70,8 @@ const FaultRule kRules[] = {
     {"", "GetPrivateProfileStringW", L"*\\SteamLanguageMapping.ini", kAll, kSame,
      L"2|Steam language mapping fail.", nullptr},
     {"", "GetUserPreferredUILanguages", L"", kAll, kSame, L"2|Use default language.", nullptr},
-    {"", "CreateFileW", L"*.json", kAll, kSame, L"4|Fail to open string file : ", nullptr},
-    {"", "GetFileSizeEx", L"*.json", kAll, kSame, L"2|Total 0 strings loaded.", nullptr},
-    {"", "ReadFile", L"*.json", kAll, kSame, L"2|Total 0 strings loaded.", nullptr},
+    {"", "CreateFileW GetFileSizeEx ReadFile", L"*.json", kAll, kSame,
+     L"4|Fail to open string file : ", nullptr},
     {"", "MultiByteToWideChar", L"", kAll, kSame, L"2|Total 0 strings loaded.", nullptr},
 
     // Check and download.
@@ -125,7 +139,6 @@ const FaultRule kRules[] = {
     {"", "CreateDirectoryW", L"*{root}\\NimbaCast\\CSUpdateManager", kAll, kSame,
      kNimbaCastManagerMissing, nullptr},
     {"", "CreateDirectoryW", L"", kAll, kSame, nullptr, kThere},
-    {"", "RemoveDirectoryW", L"", kAll, kSame, nullptr, kRemoval},
 
     // Listings of what is to be deleted, and of the files of the top level, which are copied alone
     // and then with their folder.
@@ -137,18 +150,18 @@ const FaultRule kRules[] = {
     {"", "FindNextFileW", L"*{base}\\Updater\\App\\*.*", 6, kSame, nullptr, kCopiedOver},
 
     // Listings of what is to be copied: for the product, for its sibling, and by the other modes;
-    // after the product's the last stage of an update scans for empty folders.
-    {"Install", "FindFirstFileW", L"*{base}\\Updater\\App\\*.*", 2, kSame, nullptr, kMissing,
-     ERROR_FILE_NOT_FOUND},
-    {"Install", "FindFirstFileW", L"*{base}\\Updater\\App\\CSUpdateManager\\*.*", 1, kSame, nullptr,
+    // after the product's the last stage of an update scans for empty folders. Only the outermost
+    // source may be missing.
+    {"Install FinalUpdate", "FindFirstFileW", L"*{base}\\Updater\\App\\*.*", 2, kSame, nullptr,
      kMissing, ERROR_FILE_NOT_FOUND},
     {"Install", "FindFirstFileW", L"*{base}\\Updater\\*.*", kAll, kSame,
      L"4|Update.exe not found : ", nullptr, ERROR_FILE_NOT_FOUND},
-    {"Install", "FindFirstFileW", L"*\\App\\*.*", kAll, kSame, kNimbaCastManagerMissing, nullptr,
+    {"Install", "FindFirstFileW", L"*{root}\\NimbaCast\\Updater\\App\\CSUpdateManager\\*.*", kAll,
+     kSame, kNimbaCastManagerMissing, nullptr, ERROR_FILE_NOT_FOUND},
+    {"Update FailedUpdate", "FindFirstFileW", L"*\\NewUpdater\\*.*", kAll, kSame, nullptr, kMissing,
      ERROR_FILE_NOT_FOUND},
-    {"Install", "FindFirstFileW", L"*\\App\\CSUpdateManager\\*.*", kAll, kSame,
-     kNimbaCastManagerMissing, nullptr, ERROR_FILE_NOT_FOUND},
-    {"", "FindFirstFileW", L"", kAll, kSame, nullptr, kMissing, ERROR_FILE_NOT_FOUND},
+    {"SelfUpdate", "FindFirstFileW", L"*\\App\\NHUpdateManager\\*.*", kAll, kSame, nullptr,
+     kMissing, ERROR_FILE_NOT_FOUND},
     {"FinalUpdate", "FindFirstFileW", L"*\\Updater\\App\\*.*", 2, kSame, kCopyFailed, nullptr},
     {"FinalUpdate", "FindNextFileW", L"*\\Updater\\App\\*.*", 12, kSame, kCopyFailed, nullptr},
     {"FinalUpdate", "FindFirstFileW", L"*\\App\\CSUpdateManager\\*.*", 1, kSame, kCopyFailed,
@@ -157,36 +170,60 @@ const FaultRule kRules[] = {
      nullptr},
     {"FinalUpdate", "FindFirstFileW", L"*\\App\\Data\\*.*", 1, kSame, kCopyFailed, nullptr},
     {"FinalUpdate", "FindNextFileW", L"*\\App\\Data\\*.*", 3, kSame, kCopyFailed, nullptr},
-    {"FinalUpdate", "FindFirstFileW", L"", kAll, kSame, nullptr, kScan},
-    {"FinalUpdate", "FindNextFileW", L"", kAll, kSame, nullptr, kScan},
-    {"", "FindFirstFileW", L"", kAll, kSame, kCopyFailed, nullptr},
-    {"", "FindNextFileW", L"", kAll, kSame, kCopyFailed, nullptr},
+    {"FinalUpdate", "FindFirstFileW FindNextFileW", L"", kAll, kSame, nullptr, kScan},
+    {"", "FindFirstFileW FindNextFileW", L"", kAll, kSame, kCopyFailed, nullptr},
 
-    // Making sure that what is to be deleted lies where it seems to.
-    {"FailedUpdate", "CreateFileW", L"*\\Config", kAll, kSame, kConfigNotOpened, nullptr},
-    {"FailedUpdate", "CreateFileW", L"", kAll, kSame, kConfigElsewhere, nullptr},
-    {"FailedUpdate", "GetFileInformationByHandleEx", L"", kAll, kSame, kConfigElsewhere, nullptr},
-    {"FailedUpdate", "GetFinalPathNameByHandleW", L"", kAll, kSame, kConfigElsewhere, nullptr},
-    {"", "CreateFileW", L"", kAll, kSame, nullptr, kRemoval},
-    {"", "GetFileInformationByHandleEx", L"", kAll, kSame, nullptr, kRemoval},
-    {"", "GetFinalPathNameByHandleW", L"", kAll, kSame, nullptr, kRemoval},
+    // The updater's configuration, and that it lies where it seems to.
+    {"FailedUpdate", "CreateFileW", L"*\\ut.ini", kAll, kSame, kConfigNotDeleted, nullptr},
+    {"FailedUpdate", "GetFileInformationByHandleEx", L"*\\ut.ini", kAll, kSame, nullptr,
+     "what could be opened as a file is one"},
+    {"FailedUpdate", "SetFileInformationByHandle", L"*\\ut.ini", 1, kSame, nullptr, kPlainWay},
+    {"FailedUpdate", "SetFileInformationByHandle", L"*\\ut.ini", kAll, kSame, kConfigNotDeleted,
+     nullptr},
+    {"FailedUpdate", "CreateFileW GetFinalPathNameByHandleW", L"*{base}\\Updater\\", 1, kSame,
+     nullptr, kEachLevel},
+    {"FailedUpdate", "CreateFileW GetFinalPathNameByHandleW", L"", kAll, kSame, kConfigElsewhere,
+     nullptr},
+
+    // That the folders to which access is granted are no links. One that isn't there is none.
+    {"Install FinalUpdate", kAsksForPlace, L"*{base}\\", 2, kSame, kNotGranted, nullptr},
+    {"Install FinalUpdate", kAsksForPlace, L"*{data}\\", kAll, kSame, kNotGranted, nullptr},
+    {"", "CreateFileW", L"", kAll, kSame, nullptr, kMissing, ERROR_FILE_NOT_FOUND},
+    {"Install FinalUpdate", kAsksForPlace, L"*{base}\\Updater\\Config", 1, kSame, kNotGranted,
+     nullptr},
+    {"Install FinalUpdate", kAsksForPlace, L"*{base}\\Updater\\Temp", 1, kSame, kNotGranted,
+     nullptr},
+    {"Install FinalUpdate", kAsksForPlace, L"*{data}\\Corvane", kAll, kSame, kNotGranted, nullptr},
+    {"", "GetCurrentDirectoryW SetCurrentDirectoryW GetSystemDirectoryW", L"", kAll, kSame, nullptr,
+     kCurrentFolder},
+
+    // That what is to be deleted, or copied into, lies where it seems to: looked at three times for
+    // the deletion before the folder is held for its copy.
+    {"Install", "CreateFileW", L"*{root}\\NimbaCast\\Updater\\", kAll, kSame, nullptr, kEachLevel},
+    {"Install", "CreateFileW", L"{root}\\NimbaCast\\Updater\\", kAll, kSame, kNimbaCastNotCopied,
+     nullptr},
+    {"Install FinalUpdate", "CreateFileW", L"*{base}\\CSUpdateManager", 3, kSame, nullptr,
+     kRemoval},
+    {"Install FinalUpdate", "CreateFileW", L"*{base}\\CSUpdateManager", kAll, kSame, kCopyFailed,
+     nullptr},
+    {"Install FinalUpdate", "CreateFileW", L"*{base}\\Data", 3, kSame, nullptr, kRemoval},
+    {"Install FinalUpdate", "CreateFileW", L"*{base}\\Data", kAll, kSame, kCopyFailed, nullptr},
+    {"SelfUpdate", "CreateFileW", L"*{base}\\NHUpdateManager\\Config", 3, kSame, nullptr, kRemoval},
+    {"SelfUpdate", "CreateFileW", L"*{base}\\NHUpdateManager\\Config", kAll, kSame, kCopyFailed,
+     nullptr},
+    {"", kAsksForPlace, L"", kAll, kSame, nullptr, kRemoval},
+    {"", "SetFileInformationByHandle", L"", kAll, kSame, nullptr, kRemoval},
 
     // Files. The staged files of the top level are copied alone and then with their folder.
-    {"", "GetFileAttributesW", L"", kAll, kSame, nullptr, kRemoval},
-    {"", "SetFileAttributesW", L"", kAll, kSame, nullptr, kRemoval},
-    {"", "DeleteFileW", L"*\\ut.ini", kAll, kSame,
-     L"4|Updater config file delete fail ({error}) : ", nullptr},
     {"", "DeleteFileW", L"*{base}\\Version.txt", kAll, 2,
      L"4|Fail to delete ({error}) : {base}\\Version.txt", nullptr},
-    {"", "DeleteFileW", L"*\\Data\\old.txt", kAll, kSame, nullptr, kRemoval},
     {"", "CopyFileW", L"*| {base}\\Version.txt", 1, 2, L"4|Fail to copy ({error}) : ", nullptr},
     {"", "CopyFileW", L"", kAll, kSame, kCopyFailed, nullptr},
 
     // Registration and folder access.
     {"", "RegCreateKeyExW", L"", kAll, kSame, nullptr, kRegistration},
     {"", "RegSetValueExW", L"", kAll, kSame, nullptr, kRegistration},
-    {"", "ShellExecuteW", L"ICACLS.exe", kAll, kSame, L"4|ShellExecute ICACLS fail on ICACLS.exe",
-     nullptr},
+    {"", "ShellExecuteW", L"ICACLS.exe", kAll, kSame, kNotGranted, nullptr},
 };
 
 }  // namespace

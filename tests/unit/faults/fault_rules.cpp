@@ -9,9 +9,8 @@ namespace {
 
 constexpr int kAll = 0;
 
-bool IsFor(const FaultRule& rule, const char* scenario) {
-  const std::string names = std::string(" ") + rule.scenarios + " ";
-  return *rule.scenarios == '\0' || names.find(std::string(" ") + scenario + " ") != names.npos;
+bool IsAmong(const std::string& names, const std::string& name) {
+  return (" " + names + " ").find(" " + name + " ") != std::string::npos;
 }
 
 bool FitsDetail(const FaultRule& rule, const std::wstring& detail) {
@@ -26,7 +25,8 @@ bool FitsDetail(const FaultRule& rule, const std::wstring& detail) {
 
 const FaultRule* FindRule(const char* scenario, const Call& call, DWORD error) {
   for (const FaultRule& rule : AllRules()) {
-    if (IsFor(rule, scenario) && call.function == rule.function && FitsDetail(rule, call.detail) &&
+    if ((*rule.scenarios == '\0' || IsAmong(rule.scenarios, scenario)) &&
+        IsAmong(rule.functions, call.function) && FitsDetail(rule, call.detail) &&
         (rule.occurrences == kAll || call.occurrence <= rule.occurrences) &&
         (!rule.error || *rule.error == error)) {
       return &rule;

@@ -10,9 +10,12 @@
 
 namespace nhupdate_test {
 
+// Instead of a result: the process ends at once, as it does for want of memory.
+inline constexpr int kProcessEnds = -1;
+
 struct FaultRule {
-  const char* scenarios;  // the names of those it is for, separated by blanks; empty for all
-  const char* function;
+  const char* scenarios;      // the names of those it is for, separated by blanks; empty for all
+  const char* functions;      // separated by blanks
   const wchar_t* detail;      // the end of the call's detail after a "*", else a part of it
   int occurrences;            // the first so many; 0 for all
   std::optional<int> result;  // where it isn't that of a clean run

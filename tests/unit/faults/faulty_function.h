@@ -45,6 +45,12 @@ inline std::wstring DetailOfOpenProcess(DWORD access, BOOL, DWORD process_id) {
          ((access & PROCESS_TERMINATE) != 0 ? L" to end it" : L" to read it");
 }
 
+// With a wildcard it lists a folder, without one it asks for a name.
+inline std::wstring DetailOfSearch(const wchar_t* pattern, WIN32_FIND_DATAW*) {
+  const std::wstring path = pattern;
+  return path.find(L'*') == std::wstring::npos ? path + L" (its name)" : path;
+}
+
 // Its text is bytes without a terminator.
 inline std::wstring DetailOfConversion(UINT, DWORD, const char*, int, const wchar_t*, int units) {
   return units == 0 ? L"to measure it" : L"to convert it";
@@ -81,6 +87,8 @@ class FaultyFunction<NamedInterposer<Result(Arguments...), kName>> {
           std::wstring detail;
           if constexpr (std::is_same_v<Result(Arguments...), decltype(::OpenProcess)>) {
             detail = faulty_function_detail::DetailOfOpenProcess(arguments...);
+          } else if constexpr (std::is_same_v<Result(Arguments...), decltype(::FindFirstFileW)>) {
+            detail = faulty_function_detail::DetailOfSearch(arguments...);
           } else if constexpr (std::is_same_v<Result(Arguments...),
                                               decltype(::MultiByteToWideChar)>) {
             detail = faulty_function_detail::DetailOfConversion(arguments...);

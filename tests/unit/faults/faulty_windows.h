@@ -3,10 +3,10 @@
 // The functions of Windows through which the program can meet a failure, counted together. What
 // closes something is watched but never fails: nobody could do anything about it.
 //
-// Left out are GetModuleFileNameW, without whose answer the program works in the root of the real
-// drive (its tests are in install/no_base_folder_test.cpp), and K32GetModuleFileNameExW,
-// K32GetProcessImageFileNameW and K32GetModuleBaseNameW, which are only called when another call
-// has failed already (install/process_image_name_test.cpp).
+// Left out are GetModuleFileNameW, without whose answer the program looks for its files in the root
+// of the real drive (its tests are in app/manager_start_effects_test.cpp), and
+// K32GetModuleFileNameExW, K32GetProcessImageFileNameW and K32GetModuleBaseNameW, which are only
+// called when another call has failed already (install/process_image_name_test.cpp).
 
 #include "tests/unit/faults/call_ledger.h"
 #include "tests/unit/faults/faulty_function.h"
@@ -29,17 +29,20 @@ class FaultyWindows {
   FaultyFunction<INTERPOSER(CreateDirectoryW)> create_directory_;
   FaultyFunction<INTERPOSER(CopyFileW)> copy_file_;
   FaultyFunction<INTERPOSER(DeleteFileW)> delete_file_;
-  FaultyFunction<INTERPOSER(RemoveDirectoryW)> remove_directory_;
   FaultyFunction<INTERPOSER(GetFileAttributesW)> get_file_attributes_;
-  FaultyFunction<INTERPOSER(SetFileAttributesW)> set_file_attributes_;
   FaultyFunction<INTERPOSER(FindFirstFileW)> find_first_file_;
   FaultyFunction<INTERPOSER(FindNextFileW)> find_next_file_;
   FaultyFunction<INTERPOSER(CreateFileW)> create_file_;
   FaultyFunction<INTERPOSER(GetFileInformationByHandleEx)> get_file_information_;
+  FaultyFunction<INTERPOSER(SetFileInformationByHandle)> set_file_information_;
   FaultyFunction<INTERPOSER(GetFinalPathNameByHandleW)> get_final_path_name_;
   FaultyFunction<INTERPOSER(GetFileSizeEx)> get_file_size_;
   FaultyFunction<INTERPOSER(ReadFile)> read_file_;
   FaultyFunction<INTERPOSER(GetPrivateProfileStringW)> get_private_profile_string_;
+  FaultyFunction<INTERPOSER(GetLongPathNameW)> get_long_path_name_;
+  FaultyFunction<INTERPOSER(GetCurrentDirectoryW)> get_current_directory_;
+  FaultyFunction<INTERPOSER(SetCurrentDirectoryW)> set_current_directory_;
+  FaultyFunction<INTERPOSER(GetSystemDirectoryW)> get_system_directory_;
 
   // Registry.
   FaultyFunction<INTERPOSER(RegOpenKeyExW)> open_key_;
@@ -67,6 +70,8 @@ class FaultyWindows {
 
   // The program's own start.
   FaultyFunction<INTERPOSER(GetModuleHandleW)> get_module_handle_;
+  FaultyFunction<INTERPOSER(GetThreadErrorMode)> get_thread_error_mode_;
+  FaultyFunction<INTERPOSER(SetThreadErrorMode)> set_thread_error_mode_;
   FaultyFunction<INTERPOSER(SetDefaultDllDirectories)> set_default_dll_directories_;
   FaultyFunction<INTERPOSER(CommandLineToArgvW)> command_line_to_argv_;
   FaultyFunction<INTERPOSER(CoInitialize)> co_initialize_;

@@ -1,6 +1,9 @@
 #include "tests/unit/faults/scenario.h"
 
 #include "app/program.h"
+#include "base/paths.h"
+#include "base/strings.h"
+#include "tests/support/current_folder.h"
 #include "tests/support/fake_process_table.h"
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
@@ -67,6 +70,7 @@ RunReport RunWithFault(const Scenario& scenario, const Fault& fault) {
     SetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\Valve\\Steam", L"Language",
                      {REG_SZ, BytesOf(L"english")});
   }
+  const CurrentFolder current_folder(TestProgramFolder());
   std::wstring command_line = L"NHUpdateManager.exe " + std::wstring(scenario.mode_switch);
   const INTERPOSER(GetCommandLineW) get_command_line([&] { return command_line.data(); });
   const RecordedBoxes boxes;
@@ -86,9 +90,10 @@ RunReport RunWithFault(const Scenario& scenario, const Fault& fault) {
   report.result = result;
   report.transcript = product.Transcript();
   for (const Call& call : ledger.Calls()) {
-    report.calls.push_back({call.function,
-                            WithPlaceholders(call.detail, product.Root(), product.ProgramData()),
-                            call.occurrence});
+    std::wstring detail = WithPlaceholders(call.detail, product.Root(), product.ProgramData());
+    nhupdate::ReplaceAll(detail, nhupdate::ParentFolder(product.Root()), L"{scratch}");
+    nhupdate::ReplaceAll(detail, TestProgramFolder(), L"{programs}");
+    report.calls.push_back({call.function, detail, call.occurrence});
   }
   for (const std::wstring& detail : ledger.StillOpen()) {
     report.still_open.push_back(WithPlaceholders(detail, product.Root(), product.ProgramData()));
