@@ -77,7 +77,10 @@ FakeLink::FakeLink(const std::wstring& link, const std::wstring& target, Moment 
         return delete_file_.Original()(Followed(file, true).c_str());
       }),
       remove_folder_([this](const wchar_t* folder) {
-        return remove_folder_.Original()(Followed(folder, true).c_str());
+        const std::wstring path = Followed(folder, true);
+        const BOOL is_removed = remove_folder_.Original()(path.c_str());
+        is_there_ = is_there_ && !(is_removed && path == link_);
+        return is_removed;
       }) {}
 
 void FakeLink::LookAtMoment(const std::wstring& path) {

@@ -178,6 +178,16 @@ TEST_F(LinkedFolderCopyTest, ReplacesALinkInTheDestinationThatLeadsToTheSource) 
   EXPECT_THAT(ListTree(target_), ElementsAre(L"b\\", L"b\\new.txt"));
 }
 
+// The destination may be reached by links, but within the product none is followed to delete.
+TEST_F(LinkedFolderCopyTest, DeletesNothingBehindALinkInTheProductThatLeadsToTheDestination) {
+  WriteFileBytes(source_ + L"\\inner\\new.txt", "N");
+  const FakeLink link(base_ + L"\\Updater", elsewhere_);
+
+  EXPECT_TRUE(copy_.Copy(base_ + L"\\Updater", source_, kReplacing));
+
+  EXPECT_TRUE(::DeleteFileW((elsewhere_ + L"\\inner\\new.txt").c_str()));
+}
+
 TEST_F(LinkedFolderCopyTest, FailsAtALinkInTheDestinationThatStays) {
   WriteFileBytes(source_ + L"\\b\\new.txt", "N");
   FakeLink link(target_ + L"\\b", elsewhere_);

@@ -185,10 +185,12 @@ class LinkRemovalTest : public FolderRemovalTest {
   LinkRemovalTest() {
     WriteFileBytes(elsewhere_ + L"\\important", "I");
     WriteFileBytes(elsewhere_ + L"\\inner\\ut.ini", "I");
+    WriteFileBytes(elsewhere_ + L"\\plain", "P");
     ::SetFileAttributesW((elsewhere_ + L"\\important").c_str(), FILE_ATTRIBUTE_READONLY);
   }
   ~LinkRemovalTest() override {
-    EXPECT_THAT(ListTree(elsewhere_), ElementsAre(L"important", L"inner\\", L"inner\\ut.ini"));
+    EXPECT_THAT(ListTree(elsewhere_),
+                ElementsAre(L"important", L"inner\\", L"inner\\ut.ini", L"plain"));
     EXPECT_NE(::GetFileAttributesW((elsewhere_ + L"\\important").c_str()) & FILE_ATTRIBUTE_READONLY,
               0u);
   }
@@ -281,16 +283,19 @@ INSTANTIATE_TEST_SUITE_P(AtEachMoment, SwappedFolderRemovalTest,
                                          SwapMoment{L"\\inner\\ut.ini", 1},
                                          SwapMoment{L"\\inner", 2}, SwapMoment{L"", 2}));
 
-// Windows lets its owner turn an empty folder into a link where it is, also while it is held.
+// Windows lets its owner turn an empty folder into a link where it is, also while it is held: as
+// the folder above is opened, or as it is listed.
 TEST_F(LinkRemovalTest, TakesNothingOfTheFolderThatAnEmptyOneSuddenlyLeadsTo) {
-  const FakeLink link(
-      folder_, elsewhere_, [&](const std::wstring& path) { return path == folder_ + L"/*.*"; },
-      true);
-  const FakeListing listing;
+  for (const std::wstring& moment : {base_ + L"\\", folder_ + L"/*.*"}) {
+    RemoveTree(folder_);
+    CreateFolders(folder_);
+    const FakeLink link(
+        folder_, elsewhere_, [&](const std::wstring& path) { return path == moment; }, true);
 
-  std::ignore = Delete();
+    EXPECT_TRUE(Delete());
 
-  EXPECT_EQ(listing.Patterns().front(), folder_ + L"/*.*");
+    EXPECT_FALSE(Exists(folder_));
+  }
 }
 
 }  // namespace
