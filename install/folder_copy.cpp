@@ -125,14 +125,13 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
   if (const std::optional<DWORD> error = MakePlainFolder(target, place, held)) {
     return Fail(target, *error, options);
   }
-  // What a link leads to is none of the product's. The listing said what the source was when it was
-  // listed; from here on it stays what it is.
-  const CHeldFolder held_source(source);
-  if (source_is_link || held_source.IsLink()) {
-    return true;
+  if (source_is_link) {
+    return true;  // what it leads to is none of the product's
   }
-  if (held_source.Error()) {
-    return Fail(target, *held_source.Error(), options);
+  // The listing said what the source was then; from here on it stays what it is.
+  const CHeldFolder held_source(source);
+  if (held_source.Error() || held_source.IsLink()) {
+    return Fail(target, held_source.Error().value_or(ERROR_CANT_ACCESS_FILE), options);
   }
   CopyOptions deeper = options;
   deeper.delete_existing_sub_folders = false;

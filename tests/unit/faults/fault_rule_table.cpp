@@ -21,7 +21,7 @@ constexpr char kRemoval[] = "what can't be deleted is copied over, or does no ha
 constexpr char kRegistration[] = "single values are no reason to call an installation failed";
 constexpr char kEachLevel[] = "where a folder's place can't be had, each level below is looked at";
 constexpr char kPlainWay[] = "what can't be deleted at once is deleted when it is closed";
-constexpr char kCurrentFolder[] = "the tool is started in any folder";
+constexpr char kCurrentFolder[] = "nothing else depends on the current folder";
 constexpr char kWait[] = "the exit code, or the check afterwards, tells whether it has ended";
 constexpr char kExitCode[] = "a child that can't be asked is judged without a record";
 constexpr char kInvisible[] = "a process that can't be read is invisible";
@@ -31,6 +31,9 @@ constexpr char kInforms[] = "the box only informs";
 constexpr char kAsksForPlace[] =
     "CreateFileW GetFileInformationByHandleEx GetFinalPathNameByHandleW";
 
+constexpr char kOtherForm[] = "the place is then asked for in the other form";
+
+constexpr wchar_t kSourceUnknown[] = L"4|Fail to copy file = 1920";
 constexpr wchar_t kNotGranted[] = L"4|ShellExecute ICACLS fail on ICACLS.exe";
 constexpr wchar_t kStillFound[] = L"4|Process NHUpdateManager.exe(4242) still found.";
 constexpr wchar_t kCopyFailed[] = L"4|Fail to copy file = {error}";
@@ -51,6 +54,7 @@ const FaultRule kRules[] = {
     {"", "SHGetKnownFolderPath", L"", kAll, kSame, nullptr, kNoData},
     {"", "GetLongPathNameW", L"", kAll, kSame, nullptr, kNames},
     {"", "FindFirstFileW", L"* (its name)", kAll, kSame, nullptr, kNames},
+    {"", "GetFinalPathNameByHandleW", L"", kAll, kSame, nullptr, kOtherForm},
     {"", kAsksForPlace, L"*{data}\\", 3, kSame, nullptr, kNoData},
     {"", kAsksForPlace, L"*{data}\\Corvane", 1, kSame, nullptr, kNoData},
     {"", kAsksForPlace, L"{data}\\Corvane\\", kAll, kSame, nullptr, kNoData},
@@ -162,6 +166,16 @@ const FaultRule kRules[] = {
      ERROR_FILE_NOT_FOUND},
     {"SelfUpdate", "FindFirstFileW", L"*\\App\\NHUpdateManager\\*.*", kAll, kSame, nullptr,
      kMissing, ERROR_FILE_NOT_FOUND},
+    {"", "FindFirstFileW", L"\\App\\Data\\*.*", kAll, kSame, nullptr, kMissing,
+     ERROR_FILE_NOT_FOUND},
+    {"Install FinalUpdate", "FindFirstFileW", L"\\App\\CSUpdateManager\\*.*", 1, kSame, nullptr,
+     kMissing, ERROR_FILE_NOT_FOUND},
+    {"Install", "FindFirstFileW", L"*{base}\\Updater\\App\\CSUpdateManager\\*.*", kAll, kSame,
+     kNimbaCastManagerMissing, nullptr, ERROR_FILE_NOT_FOUND},
+    {"Install", "FindFirstFileW", L"{base}\\Updater\\App\\NHUpdateManager\\", kAll, kSame, nullptr,
+     kMissing, ERROR_FILE_NOT_FOUND},
+    {"SelfUpdate", "FindFirstFileW", L"\\Config\\*.*", kAll, kSame, nullptr, kMissing,
+     ERROR_FILE_NOT_FOUND},
     {"FinalUpdate", "FindFirstFileW", L"*\\Updater\\App\\*.*", 2, kSame, kCopyFailed, nullptr},
     {"FinalUpdate", "FindNextFileW", L"*\\Updater\\App\\*.*", 12, kSame, kCopyFailed, nullptr},
     {"FinalUpdate", "FindFirstFileW", L"*\\App\\CSUpdateManager\\*.*", 1, kSame, kCopyFailed,
@@ -188,14 +202,16 @@ const FaultRule kRules[] = {
     // That the folders to which access is granted are no links. One that isn't there is none.
     {"Install FinalUpdate", kAsksForPlace, L"*{base}\\", 2, kSame, kNotGranted, nullptr},
     {"Install FinalUpdate", kAsksForPlace, L"*{data}\\", kAll, kSame, kNotGranted, nullptr},
-    {"", "CreateFileW", L"", kAll, kSame, nullptr, kMissing, ERROR_FILE_NOT_FOUND},
+    {"Install FinalUpdate", "CreateFileW", L"*{base}\\Updater\\Config", 1, kSame, nullptr, kMissing,
+     ERROR_FILE_NOT_FOUND},
     {"Install FinalUpdate", kAsksForPlace, L"*{base}\\Updater\\Config", 1, kSame, kNotGranted,
      nullptr},
     {"Install FinalUpdate", kAsksForPlace, L"*{base}\\Updater\\Temp", 1, kSame, kNotGranted,
      nullptr},
     {"Install FinalUpdate", kAsksForPlace, L"*{data}\\Corvane", kAll, kSame, kNotGranted, nullptr},
-    {"", "GetCurrentDirectoryW SetCurrentDirectoryW GetSystemDirectoryW", L"", kAll, kSame, nullptr,
-     kCurrentFolder},
+    {"", "GetSystemDirectoryW", L"", kAll, kSame, kNotGranted, nullptr},
+    {"", "SetCurrentDirectoryW", L"system32", kAll, kSame, kNotGranted, nullptr},
+    {"", "GetCurrentDirectoryW SetCurrentDirectoryW", L"", kAll, kSame, nullptr, kCurrentFolder},
 
     // That what is to be deleted, or copied into, lies where it seems to: looked at three times for
     // the deletion before the folder is held for its copy.
@@ -208,6 +224,24 @@ const FaultRule kRules[] = {
      nullptr},
     {"Install FinalUpdate", "CreateFileW", L"*{base}\\Data", 3, kSame, nullptr, kRemoval},
     {"Install FinalUpdate", "CreateFileW", L"*{base}\\Data", kAll, kSame, kCopyFailed, nullptr},
+    // The source: whether it lies in the target, and that it stays what it is while it is walked.
+    {"Install FinalUpdate", "CreateFileW", L"*{base}\\Updater\\App\\Data", 1, kSame, nullptr,
+     kRemoval},
+    {"Install FinalUpdate", "CreateFileW", L"*{base}\\Updater\\App\\Data", 2, kSame, kCopyFailed,
+     nullptr},
+    {"Install FinalUpdate", "CreateFileW", L"*{base}\\Updater\\App\\CSUpdateManager", 1, kSame,
+     kCopyFailed, nullptr},
+    {"Install FinalUpdate", "GetFileInformationByHandleEx", L"*{base}\\Updater\\App\\Data", 1,
+     kSame, kSourceUnknown, nullptr},
+    {"Install FinalUpdate", "GetFileInformationByHandleEx",
+     L"*{base}\\Updater\\App\\CSUpdateManager", 1, kSame, kSourceUnknown, nullptr},
+    {"Install", "CreateFileW", L"*{base}\\Updater\\", kAll, kSame, nullptr, kEachLevel},
+    {"Install", "CreateFileW GetFileInformationByHandleEx", L"{base}\\Updater\\", kAll, kSame,
+     kNimbaCastNotCopied, nullptr},
+    {"SelfUpdate", "CreateFileW", L"*\\App\\NHUpdateManager\\Config", kAll, kSame, kCopyFailed,
+     nullptr},
+    {"SelfUpdate", "GetFileInformationByHandleEx", L"*\\App\\NHUpdateManager\\Config", kAll, kSame,
+     kSourceUnknown, nullptr},
     {"SelfUpdate", "CreateFileW", L"*{base}\\NHUpdateManager\\Config", 3, kSame, nullptr, kRemoval},
     {"SelfUpdate", "CreateFileW", L"*{base}\\NHUpdateManager\\Config", kAll, kSame, kCopyFailed,
      nullptr},

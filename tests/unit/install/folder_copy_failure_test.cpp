@@ -102,6 +102,25 @@ TEST_F(HinderedFolderCopyTest, EndsAtASubFolderThatCannotBeHeld) {
   EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FolderLine(L"\\b"), FailureLine(32)));
 }
 
+// It may have become a link since it was listed.
+TEST_F(HinderedFolderCopyTest, EndsAtASubFolderThatCannotBeAskedWhatItIs) {
+  WriteFileBytes(source_ + L"\\b\\c.txt", "C");
+  int questions = 0;
+  INTERPOSER(GetFileInformationByHandleEx) information(
+      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* answer, DWORD size) -> BOOL {
+        if (++questions == 1) {  // that is for the destination's
+          return information.Original()(file, kind, answer, size);
+        }
+        ::SetLastError(ERROR_ACCESS_DENIED);
+        return FALSE;
+      });
+
+  EXPECT_FALSE(Copy());
+
+  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FolderLine(L"\\b"), FailureLine(1920)));
+  EXPECT_EQ(failed_path_, target_ + L"\\b");
+}
+
 TEST_F(HinderedFolderCopyTest, EndsWhereAListingBreaksOff) {
   WriteFileBytes(source_ + L"\\b\\c.txt", "C");
   FakeListing listing;
