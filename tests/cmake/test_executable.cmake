@@ -32,6 +32,7 @@ function(nhupdate_add_test_executable name)
   set(lane_properties)
   if(WIN32)
     target_link_libraries(${name} PRIVATE nhupdate_fence_around_${arg_FENCE})
+    add_dependencies(${name} nhupdate_golden_files)
     set(lane_properties RESOURCE_LOCK lane-${arg_LANE} ENVIRONMENT NHUPDATE_LANE=${arg_LANE})
   endif()
   gtest_discover_tests(${name} TEST_PREFIX "${name_prefix}"
