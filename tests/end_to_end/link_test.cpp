@@ -1,67 +1,116 @@
-#include "base/existence.h"
 #include "tests/end_to_end/support/end_to_end_test.h"
 #include "tests/support/files.h"
 #include "tests/support/folder_link.h"
+#include "tests/support/log_journal.h"
 
 namespace nhupdate_test {
 namespace {
 
+// Everybody may write to some of the product's folders, and the program is elevated: a link in one
+// of them must not lead it elsewhere. All that lies elsewhere is in the scratch folder, so a golden
+// file shows whether it was touched.
 class LinkEndToEndTest : public EndToEndTest {
  protected:
+  LinkEndToEndTest() {
+    WriteFileBytes(Outside() + L"\\other.dll", "not ours");
+    WriteFileBytes(Outside() + L"\\Deep\\file.dll", "not ours either");
+    CreateFolders(Outside() + L"\\Empty");
+  }
+
   // Folders that links are left in can't be removed under Wine.
   ~LinkEndToEndTest() override {
-    for (const wchar_t* link : {L"\\Plugins\\Cameras", L"\\Plugins", L"\\Link"}) {
-      RemoveFolderLink(hub_.Base() + link);
+    for (const std::wstring& link : links_) {
+      RemoveFolderLink(link);
     }
   }
+
+  [[nodiscard]] std::wstring Outside() const { return hub_.Scratch() + L"\\Outside"; }
+
+  // In the place of what is there.
+  void PutLink(const std::wstring& link, const std::wstring& target) {
+    RemoveTree(link);
+    CreateLink(link, target);
+    links_.push_back(link);
+  }
+
+  // Wine can't remove the link, as the program would. It is removed while the program waits.
+  ProgramRun RunWithoutLinkAtTheSecondAttempt(const std::wstring& link) {
+    return RunAs(
+        {.executable = hub_.Manager(), .arguments = L"-final_update", .while_running = [&, link] {
+           if (LogHolds(hub_, "Copy fail, sleep 3 seconds")) {
+             RemoveFolderLink(link);
+           }
+         }});
+  }
+
+ private:
+  std::vector<std::wstring> links_;
 };
 
-// The base folder is writable for many, and a link in it must not lead the deletion elsewhere.
-TEST_F(LinkEndToEndTest, NothingBehindALinkIsDeleted) {
+TEST_F(LinkEndToEndTest, NothingArrivesBehindALinkInThePlaceOfAFolder) {
   hub_.StageRelease();
-  const std::wstring outside = hub_.Scratch() + L"\\Outside";
-  WriteFileBytes(outside + L"\\other.dll", "not ours");
-  WriteFileBytes(outside + L"\\Deep\\file.dll", "not ours either");
-  CreateFolders(outside + L"\\Empty");
-  RemoveTree(hub_.Base() + L"\\Plugins");
-  CreateLink(hub_.Base() + L"\\Plugins", outside);
+  const std::wstring link = hub_.Base() + L"\\Plugins";
+  PutLink(link, Outside());
 
-  const ProgramRun run = Run(L"-final_update");
-
-  EXPECT_EQ(run.exit_code, 0U);
-  EXPECT_EQ(Transcript(), FinalUpdateRecords());
-  const std::string untouched = R"(Deep\
-Deep\file.dll = not ours either
-Empty\
-other.dll = not ours
-)";
-  // Wine can't remove the link itself, so what is installed arrives behind it.
-  EXPECT_EQ(DescribeTree(outside), IsUnderWine() ? "Cameras\\\nCameras\\cam.dll = cameras 2.0.0\n" +
-                                                       untouched + "sound.dll = sound 2.0.0\n"
-                                                 : untouched);
-  EXPECT_EQ(ReadFileBytes(hub_.Base() + L"\\Plugins\\sound.dll"), "sound 2.0.0");
+  ExpectGoldenRun(0, RunWithoutLinkAtTheSecondAttempt(link));
 }
 
-TEST_F(LinkEndToEndTest, WhatALinkLeadsToSurvivesAnUpdate) {
+TEST_F(LinkEndToEndTest, NothingArrivesBehindALinkBelowAReplacedFolder) {
   hub_.StageRelease();
-  const std::wstring outside = hub_.Scratch() + L"\\Outside";
-  WriteFileBytes(outside + L"\\cam.dll", "not ours");
-  WriteFileBytes(outside + L"\\Deep\\file.txt", "not ours either");
-  RemoveTree(hub_.Base() + L"\\Plugins\\Cameras");
-  CreateLink(hub_.Base() + L"\\Plugins\\Cameras", outside);
-  CreateFolders(hub_.Scratch() + L"\\Outside and empty\\Emptier");
-  CreateLink(hub_.Base() + L"\\Link", hub_.Scratch() + L"\\Outside and empty");
+  const std::wstring link = hub_.Base() + L"\\Plugins\\Cameras";
+  PutLink(link, Outside());
 
-  const ProgramRun run = Run(L"-final_update");
+  ExpectGoldenRun(0, RunWithoutLinkAtTheSecondAttempt(link));
+}
 
-  EXPECT_EQ(run.exit_code, 0U);
-  EXPECT_EQ(Transcript(), FinalUpdateRecords());
-  // As above.
-  EXPECT_EQ(DescribeTree(outside),
-            std::string("Deep\\\nDeep\\file.txt = not ours either\ncam.dll = ") +
-                (IsUnderWine() ? "cameras 2.0.0\n" : "not ours\n"));
-  EXPECT_EQ(ReadFileBytes(hub_.Base() + L"\\Plugins\\Cameras\\cam.dll"), "cameras 2.0.0");
-  EXPECT_TRUE(nhupdate::Exists(hub_.Scratch() + L"\\Outside and empty\\Emptier"));
+// Not even when there is nothing in it, and not as an empty folder of the product either.
+TEST_F(LinkEndToEndTest, ALinkElsewhereInTheProductStays) {
+  PutLink(hub_.Base() + L"\\Link", Outside() + L"\\Empty");
+
+  ExpectGoldenRun(0, Run(L"-final_update"));
+}
+
+TEST_F(LinkEndToEndTest, NothingBehindALinkIsCopiedForTheSibling) {
+  hub_.Script(L"NIMBACS", {.exit_code = 4});
+  CreateFolders(hub_.Updater() + L"\\Temp");
+  PutLink(hub_.Updater() + L"\\Temp\\evil", Outside());
+  PutLink(hub_.Updater() + L"\\Temp\\round and round", hub_.Root());
+
+  ExpectGoldenRun(0, Run(L"-install"));
+}
+
+TEST_F(LinkEndToEndTest, NoAccessIsGrantedToWhatTheConfigurationLeadsTo) {
+  PutLink(hub_.Updater() + L"\\Config", Outside());
+
+  ExpectGoldenRun(0, Run(L"-final_update"));
+}
+
+TEST_F(LinkEndToEndTest, NoAccessIsGrantedToWhatTheTemporaryFolderLeadsTo) {
+  PutLink(hub_.Updater() + L"\\Temp", Outside());
+
+  ExpectGoldenRun(0, Run(L"-final_update"));
+}
+
+// Nor is anything made there: no folder for the log, and so no log.
+TEST_F(LinkEndToEndTest, NoAccessIsGrantedToWhatTheDataFolderLeadsTo) {
+  hub_.UseLogLibrary(L"recording_log");
+  PutLink(hub_.DataFolder() + L"\\Corvane", Outside());
+
+  ExpectGoldenRun(0, Run(L"-final_update"));
+
+  const std::vector<LogCall> calls = ReadLogJournal(hub_.LogJournal());
+  ASSERT_FALSE(calls.empty());
+  EXPECT_EQ(calls.front().arguments,
+            (std::vector<std::wstring>{L"1.0.0", hub_.Module() + L"\\LogConfig.ini", L""}));
+}
+
+TEST_F(LinkEndToEndTest, AnotherFoldersConfigurationFileStays) {
+  hub_.Script(L"check NIMBA_SOFTWARE", {.exit_code = 1});
+  hub_.Script(L"NIMBAHUB", {.exit_code = 1});
+  WriteFileBytes(Outside() + L"\\ut.ini", "not ours");
+  PutLink(hub_.Updater() + L"\\Config", Outside());
+
+  ExpectGoldenRun(13, Run(L"-update"));
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "tests/end_to_end/support/end_to_end_test.h"
 #include "tests/support/log_journal.h"
-#include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 namespace {
@@ -13,8 +12,7 @@ class LogLibraryEndToEndTest : public EndToEndTest {
   [[nodiscard]] ProgramRun RunDownload(Streams streams = Streams::kPiped) {
     hub_.Script(L"check NIMBAHUB", {.exit_code = 0});
     hub_.Script(L"download NIMBAHUB", {.exit_code = 0});
-    return RunToTheEnd(
-        {.executable = hub_.Manager(), .arguments = L"-download", .streams = streams});
+    return RunAs({.executable = hub_.Manager(), .arguments = L"-download", .streams = streams});
   }
 };
 
@@ -38,12 +36,7 @@ TEST_F(LogLibraryEndToEndTest, IsStartedWithTheVersionItsConfigurationAndTheLogF
 TEST_F(LogLibraryEndToEndTest, CostsOneLineOnTheConsoleWhenItIsMissing) {
   hub_.UseLogLibrary(L"");
 
-  const ProgramRun run = RunDownload();
-
-  EXPECT_EQ(run.exit_code, 12U);
-  EXPECT_EQ(hub_.WithPlaceholders(ToWide(run.output)),
-            "Fail to load library : {base}\\NHUpdateManager\\NSWLogDynamic64U.dll\n");
-  EXPECT_EQ(Transcript(), "");
+  ExpectGoldenRun(12, RunDownload());
 }
 
 TEST_F(LogLibraryEndToEndTest, CostsOneLineOnTheConsoleWhenAnEntryIsMissing) {
@@ -77,14 +70,7 @@ TEST_F(LogLibraryEndToEndTest, CostsOneLineOnTheConsoleWhenAnEntryIsMissing) {
 TEST_F(LogLibraryEndToEndTest, StillGetsTheRecordsWhenItRefusesToStart) {
   hub_.UseLogLibrary(L"recording_log_start_fails");
 
-  const ProgramRun run = RunDownload();
-
-  EXPECT_EQ(run.exit_code, 12U);
-  EXPECT_EQ(run.output, "Log start fail : 7\n");
-  EXPECT_EQ(Transcript(), StartUp() + HubCheck() + R"(2|Launch updater success for check.
-2|Updater exit = 0
-2|New update available.
-)" + HubDownload() + "2|Return 12\n");
+  ExpectGoldenRun(12, RunDownload());
 }
 
 TEST_F(LogLibraryEndToEndTest, MayBeMissingWithoutAConsoleOrAnyStream) {

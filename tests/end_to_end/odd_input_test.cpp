@@ -4,8 +4,6 @@
 namespace nhupdate_test {
 namespace {
 
-constexpr char kTexts[] = "{base}\\NHUpdateManager\\Config\\NHUpdateManager.Default.json";
-
 class OddInputEndToEndTest : public EndToEndTest {
  protected:
   OddInputEndToEndTest() {
@@ -32,14 +30,10 @@ TEST_F(OddInputEndToEndTest, HostileStringFilesOnlyCostTheTexts) {
   };
   for (const std::string& bytes : cases) {
     SCOPED_TRACE(bytes.substr(0, 20) + "... " + std::to_string(bytes.size()));
-    ::DeleteFileW(hub_.LogFile().c_str());
+    RemoveTree(hub_.DataFolder() + L"\\Corvane");
     WriteTexts(bytes);
 
-    const ProgramRun run = Run(L"-download");
-
-    EXPECT_EQ(run.exit_code, 12U);
-    EXPECT_EQ(Transcript(), kElevated + LanguageWithoutSteam() + TextsLoaded(kTexts, 0) +
-                                AnotherVersionDownloaded("2.0.0"));
+    ExpectGoldenRun(12, Run(L"-download"));
   }
 }
 
@@ -48,27 +42,14 @@ TEST_F(OddInputEndToEndTest, ABoxShowsTheKeysWhenThereAreNoTexts) {
   hub_.Script(L"check NIMBA_SOFTWARE", {.exit_code = 1});
   hub_.Script(L"NIMBAHUB", {.exit_code = 1});
 
-  const ProgramRun run = Run(L"-update");
-
-  EXPECT_EQ(run.exit_code, 13U);
-  ExpectErrorBox(run, "KEY_FAIL_COMMON_ERROR", "KEY_UPDATE_TITLE");
-  EXPECT_EQ(Transcript(), kElevated + LanguageWithoutSteam() + "2|Load strings from " + kTexts +
-                              "\n4|Fail to open string file : " + kTexts + "\n" +
-                              RefreshFoundNothing() + LaunchHubUpdate() +
-                              R"(2|Launch updater success for update.
-2|Updater exit = 1
-2|Update fail.
-)" + kConfigDeleted + "2|Return 13\n");
+  ExpectGoldenRun(13, Run(L"-update"));
 }
 
 TEST_F(OddInputEndToEndTest, HostileVersionFilesAreJustOtherVersions) {
   WriteFileBytes(hub_.App() + L"\\Version.txt",
                  "[ProductVersion]\r\nVersion=%s%n" + std::string(100'000, 'A') + "\r\n");
 
-  const ProgramRun run = Run(L"-download");
-
-  EXPECT_EQ(run.exit_code, 12U);
-  EXPECT_EQ(Transcript(), StartUp() + AnotherVersionDownloaded("%s%n" + std::string(251, 'A')));
+  ExpectGoldenRun(12, Run(L"-download"));
 }
 
 TEST_F(OddInputEndToEndTest, TheLanguageComesFromSteamsSettingThroughTheMappingFile) {
@@ -80,13 +61,7 @@ TEST_F(OddInputEndToEndTest, TheLanguageComesFromSteamsSettingThroughTheMappingF
   WriteFileBytes(hub_.Module() + L"\\Config\\NHUpdateManager.zh.json",
                  "\xEF\xBB\xBF{\"A\":\"x\" \"B\":1}");
 
-  const ProgramRun run = Run(L"-download");
-
-  EXPECT_EQ(run.exit_code, 12U);
-  EXPECT_EQ(Transcript(), std::string(kElevated) + R"(2|Found steam language setting : tchinese
-2|Mapping steam language to zh-TW.
-)" + TextsLoaded("{base}\\NHUpdateManager\\Config\\NHUpdateManager.zh.json", 1) +
-                              AnotherVersionDownloaded("2.0.0"));
+  ExpectGoldenRun(12, Run(L"-download"));
 }
 
 TEST_F(OddInputEndToEndTest, AHostileMappingFileFallsBackToTheSystemsLanguage) {
@@ -96,13 +71,7 @@ TEST_F(OddInputEndToEndTest, AHostileMappingFileFallsBackToTheSystemsLanguage) {
   WriteFileBytes(hub_.Module() + L"\\Config\\SteamLanguageMapping.ini",
                  std::string(1'000'000, '[') + "\r\n[Language\r\n=x\r\n");
 
-  const ProgramRun run = Run(L"-download");
-
-  EXPECT_EQ(run.exit_code, 12U);
-  EXPECT_EQ(Transcript(), std::string(kElevated) + R"(2|Found steam language setting : a]=;%s
-2|Steam language mapping fail.
-)" + SystemLanguageFound() + TextsLoaded(kTexts, kTextCount) +
-                              AnotherVersionDownloaded("2.0.0"));
+  ExpectGoldenRun(12, Run(L"-download"));
 }
 
 }  // namespace

@@ -16,8 +16,7 @@ class RestartFinalUpdateEndToEndTest : public RestartTest {
 TEST_F(RestartFinalUpdateEndToEndTest, FinalUpdateCanBeEndedBeforeAnyChange) {
   const int changes = EndAndRestartAtEveryChange({.prepare = [this] { PrepareFinalUpdate(); },
                                                   .executable = hub_.Manager(),
-                                                  .arguments = L"-final_update",
-                                                  .product_keys = ExpectedProductKeys(hub_)});
+                                                  .arguments = L"-final_update"});
 
   EXPECT_GT(changes, 50);
   RecordProperty("changes", changes);

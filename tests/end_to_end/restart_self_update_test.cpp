@@ -15,8 +15,7 @@ class RestartSelfUpdateEndToEndTest : public RestartTest {
 TEST_F(RestartSelfUpdateEndToEndTest, SelfUpdateCanBeEndedBeforeAnyChange) {
   const int changes = EndAndRestartAtEveryChange({.prepare = [this] { PrepareSelfUpdate(); },
                                                   .executable = hub_.StagedManager(),
-                                                  .arguments = L"-self_update",
-                                                  .product_keys = ExpectedProductKeys(hub_)});
+                                                  .arguments = L"-self_update"});
 
   EXPECT_GT(changes, 10);
   RecordProperty("changes", changes);

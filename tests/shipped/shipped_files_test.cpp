@@ -79,6 +79,15 @@ TEST(ShippedProgramTest, ImportsFromSystemDllsOnly) {
                                    "shell32.dll", "user32.dll"));
 }
 
+TEST(ShippedProgramTest, HasBoxesThatAreSharpAndInTheLookOfTheSystem) {
+  const std::string manifest = CPeImage(L"NHUpdateManager.exe").Manifest();
+
+  EXPECT_THAT(manifest, HasSubstr(">true/pm</dpiAware>"));
+  EXPECT_THAT(manifest, HasSubstr(">PerMonitorV2, PerMonitor</dpiAwareness>"));
+  EXPECT_THAT(manifest,
+              HasSubstr("name=\"Microsoft.Windows.Common-Controls\" version=\"6.0.0.0\""));
+}
+
 // Folders are walked recursively, however deep they are.
 TEST(ShippedProgramTest, ReservesAStackOf64Mebibytes) {
   EXPECT_EQ(CPeImage(L"NHUpdateManager.exe").Header().SizeOfStackReserve, 64U * 1024U * 1024U);

@@ -72,6 +72,15 @@ bool RemoveOutsideOfWine(UnixFileName unix_file_name, const std::wstring& link) 
                           link, false);
 }
 
+constexpr wchar_t kDrive[] = L"E:";
+constexpr wchar_t kDriveRoot[] = L"E:\\";
+
+// Wine's drives are links in a folder of the system below.
+std::wstring UnixPathOfDrive(UnixFileName unix_file_name) {
+  const std::wstring drive_c = UnixPath(unix_file_name, L"C:\\");
+  return drive_c.substr(0, drive_c.rfind(L"/c:")) + L"/e:";
+}
+
 DWORD KindOf(const std::wstring& target) {
   const DWORD attributes = ::GetFileAttributesW(target.c_str());
   const bool is_folder =
@@ -100,6 +109,25 @@ void RemoveFolderLink(const std::wstring& link) {
   const UnixFileName unix_file_name = FindUnixFileName();
   EXPECT_TRUE(unix_file_name != nullptr && RemoveOutsideOfWine(unix_file_name, link))
       << "Can't remove the link " << ToUtf8(link);
+}
+
+CFolderAsDrive::CFolderAsDrive(const std::wstring& folder) {
+  EXPECT_TRUE(::DefineDosDeviceW(0, kDrive, folder.c_str()));
+  // Wine then knows the drive, but finds no files on it.
+  if (const UnixFileName unix_file_name = FindUnixFileName()) {
+    EXPECT_TRUE(RunOutsideOfWine(L"Z:\\bin\\ln",
+                                 L"ln -s -f -T \"" + UnixPath(unix_file_name, folder) + L"\" \"" +
+                                     UnixPathOfDrive(unix_file_name) + L"\"",
+                                 kDriveRoot, true));
+  }
+}
+
+CFolderAsDrive::~CFolderAsDrive() {
+  EXPECT_TRUE(::DefineDosDeviceW(DDD_REMOVE_DEFINITION, kDrive, nullptr));
+  if (const UnixFileName unix_file_name = FindUnixFileName()) {
+    EXPECT_TRUE(RunOutsideOfWine(L"Z:\\bin\\rm", L"rm \"" + UnixPathOfDrive(unix_file_name) + L"\"",
+                                 kDriveRoot, false));
+  }
 }
 
 }  // namespace nhupdate_test

@@ -10,4 +10,13 @@ void CreateLink(const std::wstring& link, const std::wstring& target);
 // Removes the link to a folder, if it still is one, and not the folder. Wine itself can't.
 void RemoveFolderLink(const std::wstring& link);
 
+// Drive E:, which is the folder as long as the object lives.
+class CFolderAsDrive {
+ public:
+  explicit CFolderAsDrive(const std::wstring& folder);
+  ~CFolderAsDrive();
+  CFolderAsDrive(const CFolderAsDrive&) = delete;
+  CFolderAsDrive& operator=(const CFolderAsDrive&) = delete;
+};
+
 }  // namespace nhupdate_test

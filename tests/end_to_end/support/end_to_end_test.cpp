@@ -1,118 +1,201 @@
 #include "tests/end_to_end/support/end_to_end_test.h"
 
-#include <utility>
+#include <algorithm>
+#include <array>
 
+#include "base/existence.h"
 #include "base/paths.h"
 #include "base/strings.h"
-#include "tests/end_to_end/support/log_source.h"
+#include "tests/end_to_end/support/product_registry.h"
+#include "tests/end_to_end/support/texts.h"
+#include "tests/support/golden.h"
 #include "tests/support/placeholders.h"
 #include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 
+namespace {
+
+// The first of the languages that Windows tells every process.
+std::wstring SystemLanguage() {
+  std::array<wchar_t, 1024> names = {};
+  ULONG count = 0;
+  ULONG units = static_cast<ULONG>(names.size());
+  EXPECT_TRUE(::GetUserPreferredUILanguages(MUI_LANGUAGE_NAME, &count, names.data(), &units));
+  return names.data();
+}
+
+void ReplaceEnd(std::wstring& record, const std::wstring& beginning, const std::wstring& end,
+                const std::wstring& name) {
+  if (record.starts_with(beginning) && record.ends_with(end)) {
+    record.replace(record.size() - end.size(), end.size(), name);
+  }
+}
+
+bool IsGrant(const ChildStart& child) {
+  return nhupdate::EqualsIgnoringCase(nhupdate::FileName(child.path), L"ICACLS.exe");
+}
+
+// Its name on the disk, where it is that of the installed program, by whatever name it was started.
+std::wstring NameOnDisk(const std::wstring& path, const std::wstring& installed) {
+  std::array<wchar_t, 1024> name = {};
+  const DWORD units =
+      ::GetLongPathNameW(path.c_str(), name.data(), static_cast<DWORD>(name.size()));
+  const std::wstring long_name = units > 0 && units < name.size() ? name.data() : path;
+  // Not only of letters in ASCII.
+  return ::CompareStringOrdinal(long_name.c_str(), -1, installed.c_str(), -1, TRUE) == CSTR_EQUAL
+             ? installed
+             : path;
+}
+
+std::wstring SystemFolder() {
+  std::array<wchar_t, MAX_PATH> folder = {};
+  ::GetSystemDirectoryW(folder.data(), static_cast<UINT>(folder.size()));
+  return folder.data();
+}
+
+// What was launched, where, and how. Wine and Windows write the path of the system's tool in
+// letters of different case, and start it in different folders.
+std::wstring Launched(const ChildStart& child, DWORD parent_id) {
+  const bool is_tool = IsGrant(child) && nhupdate::EqualsIgnoringCase(
+                                             nhupdate::ParentFolder(child.path), SystemFolder());
+  const std::wstring what =
+      is_tool ? L"the system's ICACLS.exe" : child.path + L" in " + child.working_folder;
+  const std::wstring arguments =
+      is_tool ? child.command_line.substr(child.command_line.find(L".exe\"") + 6)
+              : WithProcessNamed(child.command_line, parent_id, L"{pid}");
+  return what + L", show " + child.show_state + L": " + arguments;
+}
+
+// Takes out, in their order, those that are of the process.
+template <typename Item, typename IsOfProcess>
+std::vector<Item> TakeFrom(std::vector<Item>& items, IsOfProcess is_of_process) {
+  const auto rest = std::stable_partition(items.begin(), items.end(),
+                                          [&](const Item& item) { return !is_of_process(item); });
+  std::vector<Item> taken(rest, items.end());
+  items.erase(rest, items.end());
+  return taken;
+}
+
+template <typename Item>
+std::vector<Item> Behind(std::vector<Item> items, std::size_t count) {
+  items.erase(items.begin(),
+              items.begin() + static_cast<std::ptrdiff_t>(std::min(count, items.size())));
+  return items;
+}
+
+}  // namespace
+
 EndToEndTest::EndToEndTest(std::size_t root_length) : hub_(root_length) {
   ::RegDeleteTreeW(HKEY_CURRENT_USER, L"SOFTWARE\\Valve\\Steam");
 }
 
-ProgramRun EndToEndTest::Run(const std::wstring& arguments) const {
-  return RunToTheEnd({.executable = hub_.Manager(), .arguments = arguments});
+ProgramRun EndToEndTest::RunAs(const ProgramStart& start) {
+  files_ = Files();
+  record_count_ = ReadLog(hub_).size();
+  child_count_ = ReadChildJournal(hub_.ChildJournal()).size();
+  ProgramRun run = RunToTheEnd(start);
+  // A program of another name has not been recognised.
+  if (run.managers.empty() || run.managers.front().id != run.process_id) {
+    run.managers.insert(run.managers.begin(), {run.process_id, start.executable, run.exit_code});
+  }
+  return run;
 }
 
-ProgramRun EndToEndTest::RunStaged(const std::wstring& arguments) const {
-  return RunToTheEnd({.executable = hub_.StagedManager(), .arguments = arguments});
+ProgramRun EndToEndTest::Run(const std::wstring& arguments) {
+  return RunFrom(hub_.Manager(), arguments);
 }
 
-ProgramRun EndToEndTest::RunUnelevated(const std::wstring& arguments) const {
-  return RunToTheEnd({.executable = hub_.Manager(), .arguments = arguments, .is_elevated = false});
+ProgramRun EndToEndTest::RunUnelevated(const std::wstring& arguments) {
+  return RunAs({.executable = hub_.Manager(), .arguments = arguments, .is_elevated = false});
 }
 
-std::string EndToEndTest::Transcript() const {
-  return Records(0);
+ProgramRun EndToEndTest::RunFrom(const std::wstring& executable, const std::wstring& arguments) {
+  return RunAs({.executable = executable, .arguments = arguments});
 }
 
-std::string EndToEndTest::TranscriptOf(DWORD process_id) const {
-  return Records(process_id);
+Tree EndToEndTest::Files() const {
+  Tree files = ReadTree(hub_.Scratch());
+  const std::wstring data_folder = hub_.DataFolder() + L"\\Corvane";
+  files.merge(ReadTree(data_folder));
+  if (nhupdate::Exists(data_folder)) {
+    files[data_folder + L"\\"] = "";
+  }
+  files.erase(hub_.ChildJournal());
+  files.erase(hub_.LogJournal());
+  return files;
 }
 
-std::string EndToEndTest::Records(DWORD process_id) const {
-  std::string transcript;
-  for (HubLogRecord record : ReadLog(hub_)) {
+void EndToEndTest::ExpectGoldenRun(DWORD exit_code, const ProgramRun& run,
+                                   const std::string& part) {
+  EXPECT_EQ(run.exit_code, exit_code);
+  ExpectGolden(Describe(run), part);
+}
+
+std::string EndToEndTest::Describe(const ProgramRun& run) {
+  records_ = Behind(ReadLog(hub_), record_count_);
+  children_ = Behind(ReadChildJournal(hub_.ChildJournal()), child_count_);
+  has_launch_failed_ = false;
+  std::string text;
+  for (const ManagerProcess& process : run.managers) {
+    text += DescribeProcess(process);
+  }
+  EXPECT_TRUE(records_.empty() && children_.empty()) << "Somebody else has been at work too.";
+  if (!run.output.empty()) {
+    text += "console: " + run.output;
+  }
+  text += DescribeBoxes(run) + DescribeChanges(files_, Files()) + DescribeProductKeys();
+  return hub_.WithPlaceholders(ToWide(text));
+}
+
+std::string EndToEndTest::DescribeProcess(const ManagerProcess& process) {
+  std::string text = ToUtf8(NameOnDisk(process.path, hub_.Manager())) + " ends with " +
+                     std::to_string(process.exit_code) + "\n";
+  for (const HubLogRecord& record :
+       TakeFrom(records_, [&](const HubLogRecord& any) { return any.process_id == process.id; })) {
     // The header is the library's own record and names the machine that the test runs on.
-    if (record.tag == kHeaderTag || (process_id != 0 && record.process_id != process_id)) {
+    if (record.tag != kHeaderTag) {
+      text += "  " + ToUtf8(Neutral(record.text, process.id)) + "\n";
+    }
+  }
+  std::vector<ChildStart> children =
+      TakeFrom(children_, [&](const ChildStart& child) { return child.parent_id == process.id; });
+  // The grants run at the same time.
+  const auto grants = std::stable_partition(
+      children.begin(), children.end(), [](const ChildStart& child) { return !IsGrant(child); });
+  std::sort(grants, children.end(), [](const ChildStart& left, const ChildStart& right) {
+    return left.command_line < right.command_line;
+  });
+  for (const ChildStart& child : children) {
+    text += "  started " + ToUtf8(Launched(child, process.id)) + "\n";
+  }
+  return text;
+}
+
+std::string EndToEndTest::DescribeBoxes(const ProgramRun& run) const {
+  std::string text;
+  for (const WatchedBox& box : run.boxes) {
+    // Wine's shell tells of a program that can't be started in a box of its own.
+    if (has_launch_failed_ && box.caption != kTitle) {
       continue;
     }
-    record.text = WithProcessNamed(std::move(record.text), record.process_id, L"{pid}");
-    for (const auto& [id, name] : names_) {
-      record.text = WithProcessNamed(std::move(record.text), id, L"{" + ToWide(name) + L"}");
-    }
-    transcript += hub_.WithPlaceholders(record.text) + "\n";
+    text += (box.has_red_icon ? "error box \"" : "box \"") + box.caption + "\": " + box.text + "\n";
   }
-  return transcript;
+  return text;
 }
 
-std::string EndToEndTest::Children(const ProgramRun& run) const {
-  std::string children;
-  for (const ChildStart& child : ReadChildJournal(hub_.ChildJournal())) {
-    if (nhupdate::EqualsIgnoringCase(nhupdate::FileName(child.path), L"ICACLS.exe")) {
-      continue;
-    }
-    const std::wstring command_line =
-        WithProcessNamed(child.command_line, run.process_id, L"{pid}");
-    children += hub_.WithPlaceholders(child.path) + " in " +
-                hub_.WithPlaceholders(child.working_folder) + " show " + ToUtf8(child.show_state) +
-                (child.parent_id == run.process_id ? " by {pid}" : " by somebody else") + ": " +
-                hub_.WithPlaceholders(command_line) + "\n";
+std::wstring EndToEndTest::Neutral(std::wstring record, DWORD process_id) {
+  record = WithProcessNamed(std::move(record), process_id, L"{pid}");
+  for (const auto& [id, name] : names_) {
+    record = WithProcessNamed(std::move(record), id, L"{" + name + L"}");
   }
-  return children;
-}
-
-std::vector<std::string> EndToEndTest::GrantParameters() const {
-  std::vector<std::string> parameters;
-  for (const ChildStart& child : ReadChildJournal(hub_.ChildJournal())) {
-    if (nhupdate::EqualsIgnoringCase(nhupdate::FileName(child.path), L"ICACLS.exe")) {
-      const std::size_t program_end = child.command_line.find(L".exe\"");
-      EXPECT_NE(program_end, std::wstring::npos);
-      parameters.push_back(hub_.WithPlaceholders(child.command_line.substr(program_end + 6)) +
-                           " show " + ToUtf8(child.show_state));
-    }
-  }
-  return parameters;
-}
-
-std::vector<std::string> EndToEndTest::ExpectedGrantParameters() {
-  std::vector<std::string> parameters;
-  for (const char* folder :
-       {"{base}\\Updater\\Config", "{base}\\Updater\\Temp", "{data}\\Corvane"}) {
-    parameters.push_back(std::string("\"") + folder +
-                         "\" /grant \"*S-1-5-32-545\":(OI)(CI)F /inheritance:e show 0");
-  }
-  return parameters;
-}
-
-std::string EndToEndTest::WithoutSharing() {
-  return IsUnderWine() ? "0" : "32";
-}
-
-void EndToEndTest::ExpectErrorBox(const ProgramRun& run, const std::string& text,
-                                  const std::string& caption) const {
-  ASSERT_EQ(run.boxes.size(), 1U);
-  ExpectErrorBox(run.boxes.front(), text, caption);
-}
-
-void EndToEndTest::ExpectErrorBoxAfterTheShells(const ProgramRun& run,
-                                                const std::string& text) const {
-  ASSERT_FALSE(run.boxes.empty());
-  for (std::size_t index = 0; index + 1 < run.boxes.size(); ++index) {
-    EXPECT_NE(run.boxes[index].caption, kTitle);
-  }
-  ExpectErrorBox(run.boxes.back(), text, kTitle);
-}
-
-void EndToEndTest::ExpectErrorBox(const WatchedBox& box, const std::string& text,
-                                  const std::string& caption) const {
-  EXPECT_EQ(box.caption, caption);
-  EXPECT_EQ(hub_.WithPlaceholders(ToWide(box.text)), text);
-  EXPECT_TRUE(box.has_red_icon);
+  ReplaceEnd(record, L"2|Found System language setting : ", SystemLanguage(), L"{language}");
+  // The error of a launch whose executable another process holds without sharing. That box of
+  // Wine's shell costs it the error.
+  const std::wstring record_before = record;
+  ReplaceEnd(record, L"4|Fail to launch ", IsUnderWine() ? L": 0" : L": 32", L": {held}");
+  has_launch_failed_ = has_launch_failed_ || record != record_before;
+  return record;
 }
 
 }  // namespace nhupdate_test

@@ -1,7 +1,7 @@
 #pragma once
 
-// The fixture of the end-to-end tests: an installed product, runs of its program, and what they
-// left behind as text that can be compared whole.
+// The fixture of the end-to-end tests: an installed product, and runs of its program that are
+// compared whole with golden files (tests/support/golden.h).
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,13 +12,10 @@
 #include <vector>
 
 #include "tests/end_to_end/support/child_journal.h"
-#include "tests/end_to_end/support/expected_product_keys.h"
-#include "tests/end_to_end/support/expected_records.h"
 #include "tests/end_to_end/support/installed_hub.h"
-#include "tests/end_to_end/support/product_registry.h"
+#include "tests/end_to_end/support/log_source.h"
 #include "tests/end_to_end/support/program_run.h"
-#include "tests/end_to_end/support/texts.h"
-#include "tests/end_to_end/support/tree_description.h"
+#include "tests/end_to_end/support/tree.h"
 
 namespace nhupdate_test {
 
@@ -27,49 +24,44 @@ class EndToEndTest : public testing::Test {
   // The length of the root folder's path counts when it is not 0.
   explicit EndToEndTest(std::size_t root_length = 0);
 
-  // Runs the installed program, or another one, elevated.
-  [[nodiscard]] ProgramRun Run(const std::wstring& arguments) const;
-  [[nodiscard]] ProgramRun RunStaged(const std::wstring& arguments) const;
-  [[nodiscard]] ProgramRun RunUnelevated(const std::wstring& arguments) const;
+  // Runs the installed program, or another one, elevated or not.
+  [[nodiscard]] ProgramRun Run(const std::wstring& arguments);
+  [[nodiscard]] ProgramRun RunUnelevated(const std::wstring& arguments);
+  [[nodiscard]] ProgramRun RunFrom(const std::wstring& executable, const std::wstring& arguments);
+  [[nodiscard]] ProgramRun RunAs(const ProgramStart& start);
 
-  // Every record of the program, from every process, in the order in which they were written, as
-  // "level|text" lines with {base}, {root}, {data} and {scratch} for folders and {pid} for the id
-  // of the process that wrote it.
-  [[nodiscard]] std::string Transcript() const;
+  // Compares the last run, and what it has done, with the golden file (see there for `part`):
+  //   - every process of the program with its exit code, all its records, and how it started
+  //   others;
+  //   - what it wrote to the console, and the message boxes;
+  //   - what has become of the files, in the test's folder and in the folder for data;
+  //   - the product's registry values.
+  // {base}, {root}, {scratch} and {data} stand for folders, {pid} for the id of the process itself.
+  void ExpectGoldenRun(DWORD exit_code, const ProgramRun& run, const std::string& part = {});
 
-  // The same for one process.
-  [[nodiscard]] std::string TranscriptOf(DWORD process_id) const;
+  // A process id that shows as {name}.
+  void NameProcess(DWORD id, const std::wstring& name) { names_.emplace_back(id, name); }
 
-  // How children were started, one line each: file name, working folder, show state, whether the
-  // parent is the given process, and the command line.
-  [[nodiscard]] std::string Children(const ProgramRun& run) const;
-
-  // What the grants were started with, in any order: they run at the same time.
-  [[nodiscard]] std::vector<std::string> GrantParameters() const;
-  [[nodiscard]] static std::vector<std::string> ExpectedGrantParameters();
-
-  // The error of a launch whose executable another process holds without sharing. Wine's shell
-  // shows a box of its own for that, which costs it the error.
-  [[nodiscard]] static std::string WithoutSharing();
-
-  // Exactly one box with the error icon. The text has the names of folders as a transcript has.
-  void ExpectErrorBox(const ProgramRun& run, const std::string& text,
-                      const std::string& caption = kTitle) const;
-
-  // The same, with boxes of the shell before it, which has reported the failed launch itself.
-  void ExpectErrorBoxAfterTheShells(const ProgramRun& run, const std::string& text) const;
-
-  // A process id that shows as {name} in the transcripts.
-  void NameProcess(DWORD id, const std::string& name) { names_.emplace_back(id, name); }
+  // Everything that a run may change, but for the registry.
+  [[nodiscard]] Tree Files() const;
 
   CInstalledHub hub_;
 
  private:
-  [[nodiscard]] std::string Records(DWORD process_id) const;
-  void ExpectErrorBox(const WatchedBox& box, const std::string& text,
-                      const std::string& caption) const;
+  [[nodiscard]] std::string Describe(const ProgramRun& run);
+  [[nodiscard]] std::string DescribeProcess(const ManagerProcess& process);
+  [[nodiscard]] std::string DescribeBoxes(const ProgramRun& run) const;
+  [[nodiscard]] std::wstring Neutral(std::wstring record, DWORD process_id);
 
-  std::vector<std::pair<DWORD, std::string>> names_;
+  std::vector<std::pair<DWORD, std::wstring>> names_;
+  // Before the last run.
+  Tree files_;
+  std::size_t record_count_ = 0;
+  std::size_t child_count_ = 0;
+  // Behind it, as far as they have not been described yet.
+  std::vector<HubLogRecord> records_;
+  std::vector<ChildStart> children_;
+  bool has_launch_failed_ = false;
 };
 
 }  // namespace nhupdate_test

@@ -16,6 +16,7 @@
 #include "tests/end_to_end/support/product_registry.h"
 #include "tests/end_to_end/support/texts.h"
 #include "tests/support/files.h"
+#include "tests/support/folder_link.h"
 #include "tests/support/log_journal.h"
 #include "tests/support/packaged_folder.h"
 #include "tests/support/utf8_text.h"
@@ -49,8 +50,7 @@ std::wstring RootIn(const std::wstring& scratch, std::size_t length) {
 CInstalledHub::CInstalledHub(std::size_t root_length)
     : root_(RootIn(scratch_.Path(), root_length)) {
   ReplaceIcacls();
-  RemoveTree(DataFolder() + L"\\Corvane");
-  DeleteProductKeys();
+  RemoveTraces();
   ::SetEnvironmentVariableW(kLogJournalVariable, LogJournal().c_str());
   ::SetEnvironmentVariableW(kChildJournalVariable, ChildJournal().c_str());
   PutProduct();
@@ -58,6 +58,11 @@ CInstalledHub::CInstalledHub(std::size_t root_length)
 }
 
 CInstalledHub::~CInstalledHub() {
+  RemoveTraces();
+}
+
+void CInstalledHub::RemoveTraces() const {
+  RemoveFolderLink(DataFolder() + L"\\Corvane");
   RemoveTree(DataFolder() + L"\\Corvane");
   DeleteProductKeys();
 }

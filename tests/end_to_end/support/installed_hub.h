@@ -72,6 +72,8 @@ class CInstalledHub {
 
  private:
   void PutRelease() const;
+  // From outside of the scratch folder.
+  void RemoveTraces() const;
 
   ScratchFolder scratch_;
   std::wstring root_;

@@ -22,21 +22,34 @@ constexpr const wchar_t* kKeys[] = {
     L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\NIMBA HUB",
 };
 
+std::wstring Today() {
+  SYSTEMTIME now = {};
+  ::GetLocalTime(&now);
+  return std::to_wstring(now.wYear * 10000 + now.wMonth * 100 + now.wDay);
+}
+
+// How many bytes are stored for a text of so many UTF-16 units.
+std::size_t StoredBytes(std::size_t units) {
+  const std::size_t terminator = IsUnderWine() && units > 0 ? 1 : 0;
+  return (units + terminator) * sizeof(wchar_t);
+}
+
 std::string DataText(DWORD type, const std::vector<BYTE>& data) {
   if (type == REG_DWORD && data.size() == sizeof(DWORD)) {
     DWORD number = 0;
     std::memcpy(&number, data.data(), sizeof(number));
     return std::to_string(number);
   }
-  std::wstring text(data.size() / sizeof(wchar_t), L'\0');
-  std::memcpy(text.data(), data.data(), text.size() * sizeof(wchar_t));
-  return ToUtf8(text.c_str());
-}
-
-std::string TypeName(DWORD type) {
-  return type == REG_SZ      ? "REG_SZ"
-         : type == REG_DWORD ? "REG_DWORD"
-                             : "type " + std::to_string(type);
+  std::wstring text(data.size() / sizeof(wchar_t) + 1, L'\0');
+  std::memcpy(text.data(), data.data(), data.size());
+  text.resize(text.find(L'\0'));
+  std::string shown = "\"" + (text == Today() ? "{today}" : ToUtf8(text)) + "\"";
+  if (type != REG_SZ) {
+    shown += ", type " + std::to_string(type);
+  }
+  return data.size() == StoredBytes(text.size())
+             ? shown
+             : shown + ", " + std::to_string(data.size()) + " bytes";
 }
 
 std::vector<std::string> ValuesOf(HKEY key, const std::wstring& path) {
@@ -51,8 +64,7 @@ std::vector<std::string> ValuesOf(HKEY key, const std::wstring& path) {
                         &byte_count) != ERROR_SUCCESS) {
       break;
     }
-    lines.push_back(ToUtf8(path) + "|" + ToUtf8(name.data()) + "|" + TypeName(type) + "|" +
-                    std::to_string(byte_count) + "|" +
+    lines.push_back(ToUtf8(path + L"|" + name.data()) + " = " +
                     DataText(type, {data.begin(), data.begin() + byte_count}) + "\n");
   }
   std::sort(lines.begin(), lines.end());
@@ -101,11 +113,6 @@ std::string DescribeProductKeys() {
     description += Describe(key);
   }
   return description;
-}
-
-std::string StoredBytes(std::size_t units) {
-  const std::size_t terminator = IsUnderWine() && units > 0 ? 1 : 0;
-  return std::to_string((units + terminator) * sizeof(wchar_t));
 }
 
 }  // namespace nhupdate_test

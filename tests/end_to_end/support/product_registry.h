@@ -11,12 +11,10 @@ namespace nhupdate_test {
 // Deletes the product's keys.
 void DeleteProductKeys();
 
-// Everything below the product's keys: "key|name|type|byte count|data" lines, keys and names
-// sorted; empty when there is none of the keys. Texts end at their terminator, if they have one.
+// Everything below the product's keys: "key|name = data" lines, keys and names sorted, numbers
+// without quotation marks and today's date as {today}; empty when there is none of the keys. Behind
+// it stands what is unusual: another type, or another count of bytes than a text without its
+// terminator has. (Wine adds a terminator when a NUL follows what it is given.)
 [[nodiscard]] std::string DescribeProductKeys();
-
-// How many bytes are stored for a text of so many UTF-16 units. Windows stores what it is given,
-// which for this program is a text without its terminator; Wine adds one when a NUL follows.
-[[nodiscard]] std::string StoredBytes(std::size_t units);
 
 }  // namespace nhupdate_test

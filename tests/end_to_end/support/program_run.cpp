@@ -42,7 +42,7 @@ std::string ReadToTheEnd(HANDLE pipe) {
 
 bool Create(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& process) {
   std::wstring command_line = L"\"" + start.executable + L"\" " + start.arguments;
-  const std::wstring folder = nhupdate::ParentFolder(start.executable);
+  const std::wstring folder = nhupdate::ParentFolder(start.executable) + L"\\";
   const bool has_streams = start.streams != Streams::kNone;
   STARTUPINFOW startup = {};
   startup.cb = sizeof(startup);

@@ -17,8 +17,6 @@ struct DisturbedRun {
   std::wstring executable;
   std::wstring arguments;
   DWORD exit_code = 0;
-  // What the product's registry keys hold afterwards.
-  std::string product_keys = {};
 };
 
 class RestartTest : public EndToEndTest {
@@ -26,12 +24,12 @@ class RestartTest : public EndToEndTest {
   // What an update has to deal with: old files, files of the user, empty folders.
   void PutTracesOfUse() const;
 
-  // Returns how often the program was ended: before each of its own changes. What it had started by
+  // The undisturbed run is that of the test's golden file. Returns how often the program was ended:
+  // before each of its own changes. What it had started by
   // then ran to its end, as after the program alone has crashed. 0 after the first failure.
   [[nodiscard]] int EndAndRestartAtEveryChange(const DisturbedRun& run);
 
  private:
-  [[nodiscard]] std::string EndState() const;
   void StartAfresh(const DisturbedRun& run) const;
 };
 
