@@ -1,6 +1,7 @@
 #include "tests/end_to_end/support/end_to_end_test.h"
-#include "tests/end_to_end/support/stand_in_process.h"
+#include "tests/end_to_end/support/other_copy.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
@@ -15,8 +16,7 @@ TEST_F(FinalUpdateEndToEndTest, EndsWith10WhenNotElevated) {
 }
 
 TEST_F(FinalUpdateEndToEndTest, EndsWith1AndABoxWhenAnotherCopyCannotBeStopped) {
-  hub_.PutStandIn(L"stubborn", hub_.Scratch() + L"\\Elsewhere\\NHUpdateManager.exe");
-  const CStandInProcess stubborn(hub_.Scratch() + L"\\Elsewhere\\NHUpdateManager.exe");
+  const COtherCopy stubborn(hub_.Scratch() + L"\\Elsewhere\\NHUpdateManager.exe");
   NameProcess(stubborn.Id(), L"stubborn");
 
   ExpectGoldenRun(1, Run(L"-final_update"));
@@ -25,9 +25,7 @@ TEST_F(FinalUpdateEndToEndTest, EndsWith1AndABoxWhenAnotherCopyCannotBeStopped) 
 TEST_F(FinalUpdateEndToEndTest, EndsAnotherCopyThatCanBeStopped) {
   // The release as it is would be too much to read here.
   RemoveTree(hub_.App());
-  hub_.PutStandIn(L"file_holder", hub_.Scratch() + L"\\Elsewhere\\NHUpdateManager.exe");
-  const CStandInProcess other(hub_.Scratch() + L"\\Elsewhere\\NHUpdateManager.exe",
-                              L"\"" + hub_.Release() + L"\\NHHub.exe\" 7 60000");
+  const COtherCopy other(hub_.Scratch() + L"\\Elsewhere\\NHUpdateManager.exe", Ending::kAllowed);
   NameProcess(other.Id(), L"other");
 
   ExpectGoldenRun(0, Run(L"-final_update"));
@@ -36,25 +34,25 @@ TEST_F(FinalUpdateEndToEndTest, EndsAnotherCopyThatCanBeStopped) {
 }
 
 TEST_F(FinalUpdateEndToEndTest, EndsWith2AndABoxWhenAnInstalledFileIsHeld) {
-  const CHeldFile held(hub_.Base() + L"\\Version.txt");
+  const HeldFile held(hub_.Base() + L"\\Version.txt", FILE_SHARE_READ);
 
   ExpectGoldenRun(2, Run(L"-final_update"));
 }
 
 TEST_F(FinalUpdateEndToEndTest, EndsWith2AndABoxWhenAStagedFileIsHeld) {
-  const CHeldFile held(hub_.App() + L"\\Version.txt", 0);
+  const HeldFile held(hub_.App() + L"\\Version.txt");
 
   ExpectGoldenRun(2, Run(L"-final_update"));
 }
 
 // The one run with a real retry: the file is free again while the program waits for 3 s.
 TEST_F(FinalUpdateEndToEndTest, TriesAgainWhileAFileIsHeld) {
-  CHeldFile held(hub_.Base() + L"\\Plugins\\Cameras\\cam.dll");
+  HeldFile held(hub_.Base() + L"\\Plugins\\Cameras\\cam.dll", FILE_SHARE_READ);
 
   ExpectGoldenRun(
       0, RunAs({.executable = hub_.Manager(), .arguments = L"-final_update", .while_running = [&] {
-                  if (held.IsRunning() && LogHolds(hub_, "Copy fail, sleep 3 seconds")) {
-                    held.End();
+                  if (LogHolds(hub_, "Copy fail, sleep 3 seconds")) {
+                    held.Release();
                   }
                 }}));
 }
@@ -65,7 +63,7 @@ TEST_F(FinalUpdateEndToEndTest, PassesTheRunningProgramsOwnFolderOver) {
   ExpectGoldenRun(0, Run(L"-final_update"));
 }
 
-// Windows allows them, though not to every program.
+// Windows allows it, though not to every program; Wine does to all.
 TEST_F(FinalUpdateEndToEndTest, ReplacesWhatLiesDeeperThan259Characters) {
   const std::wstring deep =
       L"\\Plugins\\" + std::wstring(120, L'x') + L"\\" + std::wstring(120, L'y');
@@ -75,7 +73,8 @@ TEST_F(FinalUpdateEndToEndTest, ReplacesWhatLiesDeeperThan259Characters) {
   ExpectGoldenRun(0, Run(L"-final_update"));
 }
 
-// Windows looks for programs in the current folder first, and that may be anybody's.
+// Windows looks for programs in the current folder first, and that may be anybody's. Wine looks
+// there last, but the tool tells which folder was the current one when it was started.
 TEST_F(FinalUpdateEndToEndTest, StartsTheSystemsToolAndNotOneInTheCurrentFolder) {
   hub_.PutStandIn(L"recording_icacls", hub_.Module() + L"\\ICACLS.exe");
 

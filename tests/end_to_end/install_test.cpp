@@ -1,5 +1,6 @@
 #include "tests/end_to_end/support/end_to_end_test.h"
-#include "tests/end_to_end/support/stand_in_process.h"
+#include "tests/end_to_end/support/other_copy.h"
+#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
@@ -37,8 +38,7 @@ TEST_F(InstallEndToEndTest, EndsWith0WhenNimbaCastCannotBeInstalled) {
 
 TEST_F(InstallEndToEndTest, EndsWith1AndABoxWhenAnotherCopyCannotBeStopped) {
   hub_.Script(L"NIMBACS", {.exit_code = 4});
-  hub_.PutStandIn(L"stubborn", hub_.Scratch() + L"\\Elsewhere\\NHUpdateManager.exe");
-  const CStandInProcess stubborn(hub_.Scratch() + L"\\Elsewhere\\NHUpdateManager.exe");
+  const COtherCopy stubborn(hub_.Scratch() + L"\\Elsewhere\\NHUpdateManager.exe");
   NameProcess(stubborn.Id(), L"stubborn");
 
   ExpectGoldenRun(1, Run(L"-install"));
@@ -46,7 +46,7 @@ TEST_F(InstallEndToEndTest, EndsWith1AndABoxWhenAnotherCopyCannotBeStopped) {
 
 TEST_F(InstallEndToEndTest, EndsWith2AndABoxWhenAnInstalledFileIsHeld) {
   hub_.Script(L"NIMBACS", {.exit_code = 0});
-  const CHeldFile held(hub_.Base() + L"\\NHHub.exe");
+  const HeldFile held(hub_.Base() + L"\\NHHub.exe", FILE_SHARE_READ);
 
   ExpectGoldenRun(2, Run(L"-install"));
 }

@@ -1,5 +1,6 @@
 #include "tests/end_to_end/support/end_to_end_test.h"
-#include "tests/end_to_end/support/stand_in_process.h"
+#include "tests/end_to_end/support/other_copy.h"
+#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
@@ -29,15 +30,13 @@ TEST_F(SelfUpdateEndToEndTest, EndsWith15AndABoxWhenTheInstalledProgramIsMissing
 }
 
 TEST_F(SelfUpdateEndToEndTest, EndsWith16AndABoxWhenTheInstalledProgramCannotBeStarted) {
-  const CHeldFile installed(hub_.Manager(), 0);
+  const HeldFile installed(hub_.Manager());
 
   ExpectGoldenRun(16, RunFrom(RenamedStagedManager(), L"-self_update"));
 }
 
 TEST_F(SelfUpdateEndToEndTest, EndsWith16AndABoxWhenAnotherCopyCannotBeStopped) {
-  const std::wstring other = hub_.Scratch() + L"\\Elsewhere\\nhupdatemanager.EXE";
-  hub_.PutStandIn(L"stubborn", other);
-  const CStandInProcess stubborn(other);
+  const COtherCopy stubborn(hub_.Scratch() + L"\\Elsewhere\\nhupdatemanager.EXE");
   NameProcess(stubborn.Id(), L"stubborn");
 
   ExpectGoldenRun(16, RunFrom(hub_.StagedManager(), L"-self_update"));

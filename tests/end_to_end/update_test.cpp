@@ -1,6 +1,6 @@
 #include "tests/end_to_end/support/end_to_end_test.h"
-#include "tests/end_to_end/support/stand_in_process.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
@@ -30,7 +30,7 @@ TEST_F(UpdateEndToEndTest, EndsWith14WithoutAnUpdater) {
 }
 
 TEST_F(UpdateEndToEndTest, EndsWith14AndABoxWhenTheUpdaterCannotBeStarted) {
-  const CHeldFile updater(hub_.Updater() + L"\\Updater.exe", 0);
+  const HeldFile updater(hub_.Updater() + L"\\Updater.exe");
 
   ExpectGoldenRun(14, Run(L"-update"));
 }
@@ -41,7 +41,7 @@ TEST_F(UpdateEndToEndTest, EndsWith15WithoutABoxWhenNothingWasStaged) {
 
 TEST_F(UpdateEndToEndTest, EndsWith16AndABoxWhenTheStagedProgramCannotBeStarted) {
   hub_.StageRelease();
-  const CHeldFile staged(hub_.StagedManager(), 0);
+  const HeldFile staged(hub_.StagedManager());
 
   ExpectGoldenRun(16, Run(L"-update"));
 }

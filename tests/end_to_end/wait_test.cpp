@@ -1,6 +1,6 @@
 #include "tests/end_to_end/support/end_to_end_test.h"
-#include "tests/end_to_end/support/stand_in_process.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
@@ -23,7 +23,7 @@ class WaitEndToEndTest : public EndToEndTest {
 };
 
 TEST_F(WaitEndToEndTest, SelfUpdateEndsWith16AndABoxAfterThreeAttempts) {
-  const CHeldFile held(hub_.Module() + L"\\LogConfig.ini");
+  const HeldFile held(hub_.Module() + L"\\LogConfig.ini", FILE_SHARE_READ);
 
   ExpectGoldenRun(16, RunWithTime(hub_.StagedManager(), L"-self_update"));
 
@@ -31,7 +31,7 @@ TEST_F(WaitEndToEndTest, SelfUpdateEndsWith16AndABoxAfterThreeAttempts) {
 }
 
 TEST_F(WaitEndToEndTest, FinalUpdateEndsWith2AndABoxAfterTenAttempts) {
-  const CHeldFile held(hub_.Base() + L"\\Plugins\\Cameras\\cam.dll");
+  const HeldFile held(hub_.Base() + L"\\Plugins\\Cameras\\cam.dll", FILE_SHARE_READ);
 
   ExpectGoldenRun(2, RunWithTime(hub_.Manager(), L"-final_update"));
 

@@ -55,12 +55,16 @@ std::wstring SystemFolder() {
 }
 
 // What was launched, where, and how. Wine and Windows write the path of the system's tool in
-// letters of different case, and start it in different folders.
+// letters of different case.
 std::wstring Launched(const ChildStart& child, DWORD parent_id) {
-  const bool is_tool = IsGrant(child) && nhupdate::EqualsIgnoringCase(
-                                             nhupdate::ParentFolder(child.path), SystemFolder());
+  const std::wstring system_folder = SystemFolder();
+  const auto is_system_folder = [&](const std::wstring& folder) {
+    return nhupdate::EqualsIgnoringCase(folder, system_folder);
+  };
+  const bool is_tool = IsGrant(child) && is_system_folder(nhupdate::ParentFolder(child.path));
   const std::wstring what =
-      is_tool ? L"the system's ICACLS.exe" : child.path + L" in " + child.working_folder;
+      (is_tool ? L"{system}\\ICACLS.exe" : child.path) + std::wstring(L" in ") +
+      (is_system_folder(child.working_folder) ? L"{system}" : child.working_folder);
   const std::wstring arguments =
       is_tool ? child.command_line.substr(child.command_line.find(L".exe\"") + 6)
               : WithProcessNamed(child.command_line, parent_id, L"{pid}");

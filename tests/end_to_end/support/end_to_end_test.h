@@ -36,7 +36,8 @@ class EndToEndTest : public testing::Test {
   //   - what it wrote to the console, and the message boxes;
   //   - what has become of the files, in the test's folder and in the folder for data;
   //   - the product's registry values.
-  // {base}, {root}, {scratch} and {data} stand for folders, {pid} for the id of the process itself.
+  // {base}, {root}, {scratch}, {data} and {system} stand for folders, {pid} for the id of the
+  // process itself.
   void ExpectGoldenRun(DWORD exit_code, const ProgramRun& run, const std::string& part = {});
 
   // A process id that shows as {name}.

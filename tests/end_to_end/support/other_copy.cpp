@@ -1,16 +1,14 @@
-#include "tests/end_to_end/support/stand_in_process.h"
+#include "tests/end_to_end/support/other_copy.h"
 
 #include <gtest/gtest.h>
 
-#include "base/format.h"
-#include "tests/support/files.h"
+#include "tests/end_to_end/support/installed_hub.h"
 
 namespace nhupdate_test {
 
 namespace {
 
 constexpr DWORD kTimeLimitMs = 20'000;
-constexpr DWORD kLongestTestMs = 120'000;  // nothing is left behind when a test is killed
 
 // A name that was never used before. A process id would not do: what an earlier test has left
 // running may still hold events that have the id of this process in their names.
@@ -30,12 +28,14 @@ nhupdate::UniqueKernelHandle CreateNewEvent(const std::wstring& name) {
 
 }  // namespace
 
-CStandInProcess::CStandInProcess(const std::wstring& executable, const std::wstring& arguments) {
+COtherCopy::COtherCopy(const std::wstring& executable, Ending ending) {
+  CInstalledHub::PutStandIn(L"stubborn", executable);
   const std::wstring events = UnusedEventName();
   ready_ = CreateNewEvent(events + L".ready");
   end_ = CreateNewEvent(events + L".end");
 
-  std::wstring command_line = L"\"" + executable + L"\" " + events + L" " + arguments;
+  std::wstring command_line =
+      L"\"" + executable + L"\" " + events + (ending == Ending::kAllowed ? L" yielding" : L"");
   STARTUPINFOW startup = {};
   startup.cb = sizeof(startup);
   PROCESS_INFORMATION information = {};
@@ -47,21 +47,13 @@ CStandInProcess::CStandInProcess(const std::wstring& executable, const std::wstr
   EXPECT_EQ(::WaitForSingleObject(ready_.Get(), kTimeLimitMs), WAIT_OBJECT_0);
 }
 
-CStandInProcess::~CStandInProcess() {
-  End();
-}
-
-void CStandInProcess::End() {
+COtherCopy::~COtherCopy() {
   ::SetEvent(end_.Get());
   EXPECT_EQ(::WaitForSingleObject(process_.Get(), kTimeLimitMs), WAIT_OBJECT_0);
 }
 
-bool CStandInProcess::IsRunning() const {
+bool COtherCopy::IsRunning() const {
   return ::WaitForSingleObject(process_.Get(), 0) == WAIT_TIMEOUT;
 }
-
-CHeldFile::CHeldFile(const std::wstring& path, int sharing)
-    : CStandInProcess(TestProgramFolder() + L"\\file_holder.exe",
-                      L"\"" + path + nhupdate::Format(L"\" %d %d", sharing, kLongestTestMs)) {}
 
 }  // namespace nhupdate_test

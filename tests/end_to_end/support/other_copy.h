@@ -1,6 +1,6 @@
 #pragma once
 
-// A stand-in that a test starts itself and that runs until the object is gone.
+// Another copy of the program, which is only a stand-in, that runs until the object is gone.
 
 #include <string>
 
@@ -9,17 +9,15 @@
 
 namespace nhupdate_test {
 
-class CStandInProcess {
- public:
-  // Starts `executable EVENTS arguments` and waits until it says that it is ready.
-  explicit CStandInProcess(const std::wstring& executable, const std::wstring& arguments = L"");
-  ~CStandInProcess();
-  CStandInProcess(const CStandInProcess&) = delete;
-  CStandInProcess& operator=(const CStandInProcess&) = delete;
+enum class Ending { kRefused, kAllowed };  // from outside
 
-  // Lets it end, and waits until it has; a test failure when it doesn't. Does nothing the second
-  // time.
-  void End();
+class COtherCopy {
+ public:
+  // Puts it there, starts it, and waits until it says that it is ready.
+  explicit COtherCopy(const std::wstring& executable, Ending ending = Ending::kRefused);
+  ~COtherCopy();
+  COtherCopy(const COtherCopy&) = delete;
+  COtherCopy& operator=(const COtherCopy&) = delete;
 
   [[nodiscard]] DWORD Id() const { return id_; }
   [[nodiscard]] bool IsRunning() const;
@@ -29,12 +27,6 @@ class CStandInProcess {
   nhupdate::UniqueKernelHandle end_;
   nhupdate::UniqueKernelHandle process_;
   DWORD id_ = 0;
-};
-
-// A file that another process holds open; see tests/stand_ins/file_holder for the sharing.
-class CHeldFile : public CStandInProcess {
- public:
-  explicit CHeldFile(const std::wstring& path, int sharing = FILE_SHARE_READ);
 };
 
 }  // namespace nhupdate_test
