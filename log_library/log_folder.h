@@ -19,9 +19,10 @@ class CLogFolder {
  public:
   // Takes the folder after making sure that it is one, that neither it nor one of the three above
   // it is a link (users may write there; whoever may write further up may put links there), and
-  // keeps it open. Until the object is gone the folder and those above it can't be renamed, removed
-  // or exchanged: a path that was good stays good. Of a path without a drive letter, and of a drive
-  // itself, only the folder is looked at, and it is kept open where Windows allows that.
+  // holds it: until the object is gone the folder and those above it can't be renamed, removed or
+  // exchanged. Where others have it open in a way that doesn't allow that, it is used all the same:
+  // each file is looked at by its own handle. Of a path without a drive letter, and of a drive
+  // itself, only the folder is looked at.
   [[nodiscard]] StartResult Open(const std::wstring& path);
 
   [[nodiscard]] std::wstring PathOf(const std::wstring& name) const;

@@ -235,7 +235,6 @@ const FaultRule kRules[] = {
      kSame, kSourceUnknown, nullptr},
     {"Install FinalUpdate", "GetFileInformationByHandleEx",
      L"*{base}\\Updater\\App\\CSUpdateManager", 1, kSame, kSourceUnknown, nullptr},
-    {"Install", "CreateFileW", L"*{base}\\Updater\\", kAll, kSame, nullptr, kEachLevel},
     {"Install", "CreateFileW GetFileInformationByHandleEx", L"{base}\\Updater\\", kAll, kSame,
      kNimbaCastNotCopied, nullptr},
     {"SelfUpdate", "CreateFileW", L"*\\App\\NHUpdateManager\\Config", kAll, kSame, kCopyFailed,
