@@ -19,7 +19,7 @@ std::vector<std::wstring> FilesIn(const std::wstring& folder) {
   CFolderListing listing(folder);
   while (listing.Next()) {
     if (!listing.IsFolder()) {
-      files.push_back(listing.Name());
+      files.push_back(folder + L"\\" + listing.Name());
     }
   }
   return files;
@@ -29,8 +29,7 @@ std::vector<std::wstring> FilesIn(const std::wstring& folder) {
 // folder copy brings what is missing, or fails and is tried again.
 bool DeleteInstalledFiles(const std::wstring& base_folder, const StringTable& strings,
                           const CLog& log) {
-  for (const std::wstring& name : FilesIn(base_folder)) {
-    const std::wstring file = base_folder + L"\\" + name;
+  for (const std::wstring& file : FilesIn(base_folder)) {
     if (!Exists(file)) {
       continue;
     }
