@@ -13,6 +13,19 @@ namespace {
 
 bool DeleteFolderAt(const std::wstring& folder, const CPlace& place);
 
+// Listings can be out of date in what they say of a file's attributes.
+void DeleteFileEvenIfReadOnly(const std::wstring& file, const CPlace& place,
+                              bool is_known_as_read_only) {
+  if (is_known_as_read_only) {
+    ClearReadOnly(file, place);
+  }
+  if (DeleteEntry(file, EntryKind::kFile, place) == ERROR_ACCESS_DENIED) {
+    ClearReadOnly(file, place);
+    // What stays keeps its folder from being removed.
+    std::ignore = DeleteEntry(file, EntryKind::kFile, place);
+  }
+}
+
 // What lies behind a link belongs to somebody else: only what really lies in the folder's place is
 // deleted, whatever the names of a listing lead to.
 void DeleteContentOf(const std::wstring& folder, const CPlace& place) {
@@ -26,10 +39,7 @@ void DeleteContentOf(const std::wstring& folder, const CPlace& place) {
           DeleteFolderAt(entry, entry_place);  // what stays keeps this folder from being removed
       continue;
     }
-    if (listing.IsReadOnly()) {
-      ClearReadOnly(entry, entry_place);
-    }
-    std::ignore = DeleteEntry(entry, EntryKind::kFile, entry_place);  // likewise
+    DeleteFileEvenIfReadOnly(entry, entry_place, listing.IsReadOnly());
   }
 }
 

@@ -121,6 +121,21 @@ TEST_F(FolderRemovalTest, ClearsTheReadOnlyAttributeAndNoOther) {
   EXPECT_NE(attributes_set[0] & FILE_ATTRIBUTE_HIDDEN, 0u);
 }
 
+// As a listing can be for a file of several names.
+TEST_F(FolderRemovalTest, TakesAReadOnlyFileThatIsListedAsAnOrdinaryOne) {
+  WriteFileBytes(folder_ + L"\\file", "x");
+  ::SetFileAttributesW((folder_ + L"\\file").c_str(), FILE_ATTRIBUTE_READONLY);
+  INTERPOSER(FindNextFileW) next([&](HANDLE search, WIN32_FIND_DATAW* entry) {
+    const BOOL is_found = next.Original()(search, entry);
+    entry->dwFileAttributes &= ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY);
+    return is_found;
+  });
+
+  EXPECT_TRUE(Delete());
+
+  EXPECT_FALSE(Exists(folder_));
+}
+
 TEST_F(FolderRemovalTest, TakesAllButAHeldFileAndTheFoldersAboveIt) {
   for (const wchar_t* path : {L"\\a", L"\\b\\held", L"\\b\\other", L"\\c\\d"}) {
     WriteFileBytes(folder_ + path, "x");
