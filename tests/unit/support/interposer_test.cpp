@@ -8,6 +8,7 @@
 
 #include "base/existence.h"
 #include "base/folder_listing.h"
+#include "tests/support/answers.h"
 #include "tests/support/files.h"
 #include "tests/support/log_journal.h"
 #include "tests/support/scratch_folder.h"
@@ -19,10 +20,7 @@ TEST(InterposerTest, ReplacesTheFunctionUntilItIsDestroyed) {
   const ScratchFolder scratch;
   const std::wstring folder = scratch.Path() + L"\\folder";
   {
-    INTERPOSER(CreateDirectoryW) create([](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
-      ::SetLastError(ERROR_DISK_FULL);
-      return FALSE;
-    });
+    INTERPOSER(CreateDirectoryW) create(Answers(FALSE, ERROR_DISK_FULL));
 
     EXPECT_FALSE(::CreateDirectoryW(folder.c_str(), nullptr));
     EXPECT_EQ(::GetLastError(), static_cast<DWORD>(ERROR_DISK_FULL));
@@ -36,9 +34,8 @@ TEST(InterposerTest, ReplacesTheFunctionUntilItIsDestroyed) {
 TEST(InterposerTest, PassesCallsOnToTheOriginal) {
   const ScratchFolder scratch;
   const std::wstring folder = scratch.Path() + L"\\folder";
-  INTERPOSER(CreateDirectoryW) create([&](const wchar_t* path, SECURITY_ATTRIBUTES* attributes) {
-    return create.Original()(path, attributes);
-  });
+  INTERPOSER(CreateDirectoryW) create(
+      [&](const wchar_t* path, auto... rest) { return create.Original()(path, rest...); });
 
   EXPECT_TRUE(::CreateDirectoryW(folder.c_str(), nullptr));
 
@@ -46,8 +43,8 @@ TEST(InterposerTest, PassesCallsOnToTheOriginal) {
 }
 
 TEST(InterposerTest, KeepsFunctionsOfTheSameSignatureApart) {
-  INTERPOSER(DeleteFileW) delete_file([](const wchar_t*) -> BOOL { return 11; });
-  INTERPOSER(RemoveDirectoryW) remove_directory([](const wchar_t*) -> BOOL { return 22; });
+  INTERPOSER(DeleteFileW) delete_file(Answers(11));
+  INTERPOSER(RemoveDirectoryW) remove_directory(Answers(22));
 
   EXPECT_EQ(::DeleteFileW(L"a"), 11);
   EXPECT_EQ(::RemoveDirectoryW(L"a"), 22);
@@ -56,10 +53,7 @@ TEST(InterposerTest, KeepsFunctionsOfTheSameSignatureApart) {
 TEST(InterposerTest, ReachesTheCallsOfTheProgramsOwnObjects) {
   const ScratchFolder scratch;
   WriteFileBytes(scratch.Path() + L"\\file", "x");
-  INTERPOSER(FindFirstFileW) find([](const wchar_t*, WIN32_FIND_DATAW*) -> HANDLE {
-    ::SetLastError(ERROR_ACCESS_DENIED);
-    return INVALID_HANDLE_VALUE;
-  });
+  INTERPOSER(FindFirstFileW) find(Answers(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
 
   nhupdate::CFolderListing listing(scratch.Path());
 
@@ -75,12 +69,7 @@ TEST(InterposerTest, ReplacesAFunctionForALoadedLibraryOnly) {
   ASSERT_NE(library, nullptr);
   const auto stop = reinterpret_cast<void (*)()>(::GetProcAddress(library, "Stop"));
   {
-    const INTERPOSER(CreateFileW) open(
-        library,
-        [](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
-          ::SetLastError(ERROR_ACCESS_DENIED);
-          return INVALID_HANDLE_VALUE;
-        });
+    const INTERPOSER(CreateFileW) open(library, Answers(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
 
     stop();
     WriteFileBytes(scratch.Path() + L"\\own", "");
@@ -98,7 +87,7 @@ TEST(InterposerTest, ReplacesAFunctionForALoadedLibraryOnly) {
 TEST(InterposerTest, CountsTheCallsOfSeveralThreads) {
   constexpr int kThreads = 4;
   constexpr int kCallsOfEach = 500'000;
-  const INTERPOSER(GetTickCount) tick_count([] { return DWORD{1}; });
+  const INTERPOSER(GetTickCount) tick_count(Answers(DWORD{1}));
   std::vector<std::thread> threads;
 
   for (int number = 0; number < kThreads; ++number) {
