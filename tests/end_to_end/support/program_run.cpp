@@ -114,6 +114,9 @@ ProgramRun RunToTheEnd(const ProgramStart& start) {
   if (start.end_before_change > 0) {
     EXPECT_TRUE(EndBeforeChange(process.Get(), thread.Get(), start.end_before_change));
   }
+  if (start.fail_allocation > 0) {
+    EXPECT_TRUE(FailAllocation(process.Get(), thread.Get(), start.fail_allocation));
+  }
   ::ResumeThread(thread.Get());
 
   run.process_id = information.dwProcessId;

@@ -24,8 +24,10 @@ struct ProgramStart {
   bool is_elevated = true;
   Streams streams = Streams::kPiped;
   DWORD time_limit_ms = 30'000;
-  // When not 0, the program is ended right before that change; see program_end.h.
+  // When not 0, the program is ended right before that change, or gets no memory at that
+  // allocation; see program_end.h.
   int end_before_change = 0;
+  int fail_allocation = 0;
   // Called again and again while anything is running.
   std::function<void()> while_running = {};
 };

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <new>
+
+#include "base/want_of_memory.h"
 #include "base/windows.h"
 #include "tests/support/interposer.h"
 
@@ -9,6 +13,8 @@ namespace nhupdate_test {
 namespace {
 
 using nhupdate::SetUpProcess;
+
+using ProcessSetupDeathTest = testing::Test;
 
 class ProcessSetupTest : public testing::Test {
  protected:
@@ -52,6 +58,17 @@ TEST_F(ProcessSetupTest, FailsWhenWindowsRefuses) {
   succeeds_ = FALSE;
 
   EXPECT_FALSE(SetUpProcess());
+}
+
+TEST_F(ProcessSetupDeathTest, LetsWantOfMemoryEndTheProcess) {
+  const volatile std::size_t more_than_there_is = PTRDIFF_MAX;
+
+  EXPECT_EXIT(
+      {
+        std::ignore = SetUpProcess();
+        ::operator delete(::operator new(more_than_there_is));
+      },
+      testing::ExitedWithCode(static_cast<int>(nhupdate::kWantOfMemoryExitCode)), "");
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/program.h"
+#include "base/want_of_memory.h"
 #include "base/windows.h"
 #include "tests/support/captured_console.h"
 #include "tests/support/interposer.h"
@@ -157,11 +158,11 @@ TEST_F(ProgramStartTest, EndsWith0WithoutASwitch) {
 
 // As with any want of memory. In a process of its own, for nothing is left of it.
 TEST_F(ProgramStartDeathTest, EndsTheProcessWhenTheCommandLineCannotBeSplit) {
-  constexpr int kExitCodeOfAbort = 3;
   can_split_ = false;
   command_line_ += L" -update";
 
-  EXPECT_EXIT(std::ignore = RunProgram(), testing::ExitedWithCode(kExitCodeOfAbort), "terminate");
+  EXPECT_EXIT(std::ignore = RunProgram(),
+              testing::ExitedWithCode(static_cast<int>(nhupdate::kWantOfMemoryExitCode)), "");
 }
 
 }  // namespace

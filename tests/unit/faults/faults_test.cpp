@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "base/strings.h"
+#include "base/want_of_memory.h"
 #include "tests/support/golden.h"
 #include "tests/unit/faults/fault_rules.h"
 #include "tests/unit/faults/scenario.h"
@@ -84,9 +85,8 @@ void ExpectTheRuleIsKept(const FaultRule& rule, DWORD error, const Scenario& sce
 
 // In a process of its own.
 void ExpectTheProcessEnds(const Scenario& scenario, const Fault& fault) {
-  constexpr int kExitCodeOfAbort = 3;
   EXPECT_EXIT(std::ignore = RunWithFault(scenario, fault),
-              testing::ExitedWithCode(kExitCodeOfAbort), "terminate");
+              testing::ExitedWithCode(static_cast<int>(nhupdate::kWantOfMemoryExitCode)), "");
 }
 
 // How often each function is called, so that a call that is dropped altogether is seen too. How
