@@ -1,27 +1,72 @@
+#include "base/windows.h"
 #include "tests/end_to_end/support/restart_test.h"
 #include "tests/support/files.h"
 
 namespace nhupdate_test {
 namespace {
 
+// Each allocation of each mode, which takes an hour, or some spread over the run.
+int Stride() {
+  const bool is_every_one_wanted =
+      ::GetEnvironmentVariableW(L"NHUPDATE_LONG_TESTS", nullptr, 0) != 0;
+  constexpr int kQuickStride = 97;
+  return is_every_one_wanted ? 1 : kQuickStride;
+}
+
 class WantOfMemoryEndToEndTest : public RestartTest {
  protected:
-  // Nothing is new.
-  void PrepareCheck() const {
-    hub_.Script(L"check NIMBAHUB", {.exit_code = 1});
-    WriteFileBytes(hub_.App() + L"\\Version.txt", "[ProductVersion]\r\nVersion = 1.0.0\r\n");
+  void ExpectTheEndOf(const DisturbedRun& run) {
+    const int times = StarveAndRestart(run, Stride());
+
+    EXPECT_GT(times, 1);
+    RecordProperty("times", times);
+  }
+
+  // A new version of the product, as each stage finds it.
+  void PrepareUpdate() const {
+    hub_.Script(L"check NIMBA_SOFTWARE", {.exit_code = 1});
+    hub_.Script(L"NIMBAHUB", {.exit_code = 0, .stage = hub_.Release()});
+  }
+  void PrepareFinalUpdate() const {
+    hub_.StageRelease();
+    hub_.PutManager(hub_.Module(), "2.0.0");
   }
 };
 
 TEST_F(WantOfMemoryEndToEndTest, EndsACheckAtOnce) {
-  const int times = StarveAndRestart({.prepare = [this] { PrepareCheck(); },
-                                      .executable = hub_.Manager(),
-                                      .arguments = L"-download",
-                                      .exit_code = 11},
-                                1);
+  ExpectTheEndOf({.prepare =
+                      [this] {
+                        hub_.Script(L"check NIMBAHUB", {.exit_code = 1});
+                        WriteFileBytes(hub_.App() + L"\\Version.txt",
+                                       "[ProductVersion]\r\nVersion = 1.0.0\r\n");
+                      },
+                  .executable = hub_.Manager(),
+                  .arguments = L"-download",
+                  .exit_code = 11});
+}
 
-  EXPECT_GT(times, 1);
-  RecordProperty("times", times);
+TEST_F(WantOfMemoryEndToEndTest, EndsAnUpdateAtOnce) {
+  ExpectTheEndOf({.prepare = [this] { PrepareUpdate(); },
+                  .executable = hub_.Manager(),
+                  .arguments = L"-update"});
+}
+
+TEST_F(WantOfMemoryEndToEndTest, EndsASelfUpdateAtOnce) {
+  ExpectTheEndOf({.prepare = [this] { hub_.StageRelease(); },
+                  .executable = hub_.StagedManager(),
+                  .arguments = L"-self_update"});
+}
+
+TEST_F(WantOfMemoryEndToEndTest, EndsAFinalUpdateAtOnce) {
+  ExpectTheEndOf({.prepare = [this] { PrepareFinalUpdate(); },
+                  .executable = hub_.Manager(),
+                  .arguments = L"-final_update"});
+}
+
+TEST_F(WantOfMemoryEndToEndTest, EndsAnInstallationAtOnce) {
+  ExpectTheEndOf({.prepare = [this] { hub_.StageRelease(); },
+                  .executable = hub_.Manager(),
+                  .arguments = L"-install"});
 }
 
 }  // namespace
