@@ -15,6 +15,8 @@
 #include "base/want_of_memory.h"
 #include "base/windows.h"
 #include "log_library/logger.h"
+#include "log_library/settings.h"
+#include "log_library/start_result.h"
 
 namespace {
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "base/folder_place.h"
 #include "base/held_folder.h"
 #include "base/unique_handle.h"
 #include "log_library/start_result.h"

@@ -5,6 +5,7 @@
 #include "log_library/header_record.h"
 #include "log_library/record_level.h"
 #include "log_library/record_text.h"
+#include "log_library/record_time.h"
 
 namespace nhupdate {
 

@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "text/json_reader.h"
+#include "text/json_value.h"
 #include "text/string_file.h"
 
 namespace nhupdate {

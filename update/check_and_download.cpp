@@ -2,6 +2,7 @@
 #include <tuple>
 
 #include "app/manager_center.h"
+#include "base/product_folders.h"
 #include "update/child_launch.h"
 #include "update/launch_catalog.h"
 #include "update/product_version.h"
