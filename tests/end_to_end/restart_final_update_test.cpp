@@ -14,9 +14,12 @@ class RestartFinalUpdateEndToEndTest : public RestartTest {
 };
 
 TEST_F(RestartFinalUpdateEndToEndTest, FinalUpdateCanBeEndedBeforeAnyChange) {
-  const int changes = EndAndRestartAtEveryChange({.prepare = [this] { PrepareFinalUpdate(); },
-                                                  .executable = hub_.Manager(),
-                                                  .arguments = L"-final_update"});
+  const DisturbedRun run = {.prepare = [this] { PrepareFinalUpdate(); },
+                            .executable = hub_.Manager(),
+                            .arguments = L"-final_update"};
+  ExpectGoldenRunOf(run);
+
+  const int changes = EndAndRestartAtEveryChange(run);
 
   EXPECT_GT(changes, 50);
   RecordProperty("changes", changes);

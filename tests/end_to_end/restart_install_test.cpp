@@ -25,9 +25,12 @@ class RestartInstallEndToEndTest : public RestartTest {
 };
 
 TEST_F(RestartInstallEndToEndTest, InstallCanBeEndedBeforeAnyChange) {
-  const int changes = EndAndRestartAtEveryChange({.prepare = [this] { PrepareInstall(); },
-                                                  .executable = hub_.Manager(),
-                                                  .arguments = L"-install"});
+  const DisturbedRun run = {.prepare = [this] { PrepareInstall(); },
+                            .executable = hub_.Manager(),
+                            .arguments = L"-install"};
+  ExpectGoldenRunOf(run);
+
+  const int changes = EndAndRestartAtEveryChange(run);
 
   EXPECT_GT(changes, 60);
   RecordProperty("changes", changes);

@@ -13,9 +13,12 @@ class RestartSelfUpdateEndToEndTest : public RestartTest {
 
 // The program of this stage is ended; the last stage follows its restart.
 TEST_F(RestartSelfUpdateEndToEndTest, SelfUpdateCanBeEndedBeforeAnyChange) {
-  const int changes = EndAndRestartAtEveryChange({.prepare = [this] { PrepareSelfUpdate(); },
-                                                  .executable = hub_.StagedManager(),
-                                                  .arguments = L"-self_update"});
+  const DisturbedRun run = {.prepare = [this] { PrepareSelfUpdate(); },
+                            .executable = hub_.StagedManager(),
+                            .arguments = L"-self_update"};
+  ExpectGoldenRunOf(run);
+
+  const int changes = EndAndRestartAtEveryChange(run);
 
   EXPECT_GT(changes, 10);
   RecordProperty("changes", changes);

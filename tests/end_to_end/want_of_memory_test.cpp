@@ -1,22 +1,13 @@
-#include "base/windows.h"
 #include "tests/end_to_end/support/restart_test.h"
 #include "tests/support/files.h"
 
 namespace nhupdate_test {
 namespace {
 
-// Each allocation of each mode, which takes an hour, or some spread over the run.
-int Stride() {
-  const bool is_every_one_wanted =
-      ::GetEnvironmentVariableW(L"NHUPDATE_LONG_TESTS", nullptr, 0) != 0;
-  constexpr int kQuickStride = 97;
-  return is_every_one_wanted ? 1 : kQuickStride;
-}
-
 class WantOfMemoryEndToEndTest : public RestartTest {
  protected:
   void ExpectTheEndOf(const DisturbedRun& run) {
-    const int times = StarveAndRestart(run, Stride());
+    const int times = StarveAndRestart(run, StrideUnlessLong(97));
 
     EXPECT_GT(times, 1);
     RecordProperty("times", times);

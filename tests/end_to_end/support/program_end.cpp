@@ -68,7 +68,7 @@ Stub EndingStub(std::uintptr_t address, std::uintptr_t counter, std::uintptr_t f
   };
   Stub stub = CountingStub(address, counter, function);
   Put(stub, kBehindCounting, kEnd);
-  Put(stub, kBehindCounting + 8, kEndedBeforeChange);
+  Put(stub, kBehindCounting + 8, kEndedByTest);
   Put(stub, kBehindCounting + 18, OurTerminateProcess());
   return stub;
 }

@@ -8,8 +8,8 @@
 
 namespace nhupdate_test {
 
-// The exit code of a program that was ended by EndBeforeChange.
-inline constexpr DWORD kEndedBeforeChange = 57005;
+// The exit code of a program that a test has ended.
+inline constexpr DWORD kEndedByTest = 57005;
 
 // Prepares it to end itself right before its `count`-th call, from 1 on, that changes files or the
 // registry or starts a program. What it reads in between makes no difference to what it leaves

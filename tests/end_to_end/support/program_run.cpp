@@ -120,7 +120,14 @@ ProgramRun RunToTheEnd(const ProgramStart& start) {
   ::ResumeThread(thread.Get());
 
   run.process_id = information.dwProcessId;
-  run.has_ended = job.WaitForAll(start.time_limit_ms, start.while_running);
+  run.has_ended = job.WaitForAll(start.time_limit_ms, [&] {
+    if (start.while_running) {
+      start.while_running();
+    }
+    if (start.end_when && start.end_when()) {
+      ::TerminateProcess(process.Get(), kEndedByTest);
+    }
+  });
   reader.join();
   run.boxes = watcher.Finish();
   run.managers = job.Managers(StandInsSince(earlier_stand_ins));

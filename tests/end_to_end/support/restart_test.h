@@ -1,10 +1,11 @@
 #pragma once
 
-// A run of the program is ended right before each of its changes in turn, or for want of memory at
-// one allocation after the other. Started again with the same switch it has to leave what an
-// undisturbed run leaves, in files and registry alike. The one exception is what stands in the log,
-// which tells of both runs.
+// A run of the program is ended at one moment after the other: right before each of its changes, in
+// the middle of a copy, or for want of memory. Started again it has to leave what an undisturbed
+// run leaves, in files and registry alike. The one exception is what stands in the log, which tells
+// of both runs.
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -18,6 +19,11 @@ struct DisturbedRun {
   std::wstring executable;
   std::wstring arguments;
   DWORD exit_code = 0;
+  // What of it is ended: by default the program that is started, else one of its later stages.
+  std::wstring ended_executable = executable;
+  std::wstring ended_arguments = arguments;
+  // Puts what that stage finds, when it is a later one.
+  std::function<void()> prepare_stage = [] {};
 };
 
 class RestartTest : public EndToEndTest {
@@ -25,13 +31,21 @@ class RestartTest : public EndToEndTest {
   // What an update has to deal with: old files, files of the user, empty folders.
   void PutTracesOfUse() const;
 
-  // Both return how often the program was ended. What it had started by then ran to its end, as
-  // after the program alone has crashed. 0 after the first failure. The undisturbed run is that of
-  // the test's golden file.
-  [[nodiscard]] int EndAndRestartAtEveryChange(const DisturbedRun& run);
+  // The run when nothing disturbs it.
+  void ExpectGoldenRunOf(const DisturbedRun& run);
 
-  // Only each `stride`-th allocation fails, from the first one on.
-  [[nodiscard]] int StarveAndRestart(const DisturbedRun& run, int stride);
+  // All of these return how often the program was ended; 0 after the first failure. What it had
+  // started by then ran to its end, as after the program alone has crashed.
+  [[nodiscard]] int EndAndRestartAtEveryChange(const DisturbedRun& run, int stride = 1) const;
+  [[nodiscard]] int StarveAndRestart(const DisturbedRun& run, int stride) const;
+  // While this file, whose final size is given, is being written: at its beginning, after a third
+  // and after two thirds.
+  static constexpr int kMomentsOfACopy = 3;
+  [[nodiscard]] int EndAndRestartInTheCopyOf(const DisturbedRun& run, const std::wstring& file,
+                                             std::uint64_t size) const;
+
+  // 1 where every moment is wanted, which takes hours, or the given one.
+  [[nodiscard]] static int StrideUnlessLong(int stride);
 
  private:
   // What an undisturbed run leaves.
@@ -41,7 +55,7 @@ class RestartTest : public EndToEndTest {
   };
 
   void StartAfresh(const DisturbedRun& run) const;
-  [[nodiscard]] End RunUndisturbed(const DisturbedRun& run);
+  [[nodiscard]] End RunUndisturbed(const DisturbedRun& run) const;
   // Returns whether the program was ended by what was put into its way, with that exit code.
   [[nodiscard]] bool EndAndRestart(const DisturbedRun& run, const End& end,
                                    const ProgramStart& disturbed, DWORD exit_code) const;
