@@ -2,14 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstddef>
+#include <cstdint>
 #include <map>
-#include <string>
 
 #include "base/paths.h"
 #include "base/strings.h"
-#include "base/windows.h"
+#include "tests/support/answers.h"
 #include "tests/support/interposer.h"
 
 namespace nhupdate_test {
@@ -36,14 +34,8 @@ class StartedProgram {
  private:
   // The path as it was typed, prefix and all. What doesn't fit is cut off.
   DWORD GiveTyped(wchar_t* buffer, DWORD units) const {
-    const std::size_t given = std::min<std::size_t>(typed_.size(), units - 1);
-    typed_.copy(buffer, given);
-    buffer[given] = L'\0';
-    if (given < typed_.size()) {
-      ::SetLastError(ERROR_INSUFFICIENT_BUFFER);
-      return units;
-    }
-    return static_cast<DWORD>(given);
+    buffer[typed_.copy(buffer, units - 1)] = L'\0';
+    return typed_.size() < units ? static_cast<DWORD>(typed_.size()) : units;
   }
 
   // Only short names are looked up; all others stay as they were typed.
@@ -51,7 +43,6 @@ class StartedProgram {
     std::wstring text = path;
     const bool has_prefix = text.starts_with(L"\\\\?\\");
     if (long_names.empty() || (text.size() >= MAX_PATH && !has_prefix)) {
-      ::SetLastError(ERROR_PATH_NOT_FOUND);
       return 0;
     }
     for (const auto& [short_name, long_name] : long_names) {
@@ -60,8 +51,7 @@ class StartedProgram {
     if (text.size() >= units) {
       return static_cast<DWORD>(text.size() + 1);
     }
-    text.copy(buffer, text.size());
-    buffer[text.size()] = L'\0';
+    buffer[text.copy(buffer, text.size())] = L'\0';
     return static_cast<DWORD>(text.size());
   }
 
@@ -72,7 +62,6 @@ class StartedProgram {
         return reinterpret_cast<HANDLE>(std::uintptr_t{0x5EA4C4});
       }
     }
-    ::SetLastError(ERROR_FILE_NOT_FOUND);
     return INVALID_HANDLE_VALUE;
   }
 
@@ -87,7 +76,7 @@ class StartedProgram {
       }};
   INTERPOSER(FindFirstFileW) find_first_{
       [this](const wchar_t* path, WIN32_FIND_DATAW* entry) { return Search(path, entry); }};
-  INTERPOSER(FindClose) find_close_{[](HANDLE) -> BOOL { return TRUE; }};
+  INTERPOSER(FindClose) find_close_{Answers(TRUE)};
 };
 
 constexpr wchar_t kInstalled[] = L"C:\\Program Files\\Nimba Hub\\NHUpdateManager.exe";

@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <optional>
-#include <string>
 #include <vector>
 
 #include "tests/support/fake_listing.h"
@@ -58,8 +56,7 @@ TEST(FolderListingTest, GivesOnlyWhatFitsTheWildcard) {
 
 TEST(FolderListingTest, IsOfAFolderWithALongPath) {
   const ScratchFolder scratch;
-  const std::wstring folder =
-      scratch.Path() + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
+  const std::wstring folder = LongPathBelow(scratch.Path());
   WriteFileBytes(folder + L"\\file", "x");
   const ShortPathPolicy policy;
   CFolderListing listing(folder);
@@ -149,8 +146,7 @@ TEST(FolderListingTest, TellsWhyItCouldNotBegin) {
 
 TEST(FolderListingTest, HasNoFolderWhereThereIsNoneOrAFile) {
   const ScratchFolder scratch;
-  const std::wstring file =
-      scratch.Path() + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
+  const std::wstring file = LongPathBelow(scratch.Path());
   WriteFileBytes(file, "x");
   const ShortPathPolicy policy;
 
@@ -165,10 +161,10 @@ TEST(FolderListingTest, IsAtItsEndWhereThereIsNoEntryAtAll) {
     const FakeListing windows({}, error);
     CFolderListing listing(L"folder");
 
-    EXPECT_FALSE(listing.Next());
+    EXPECT_FALSE(listing.Next()) << error;
     EXPECT_EQ(listing.Error(), std::nullopt) << error;
-    EXPECT_FALSE(listing.HasNoFolder());
-    EXPECT_FALSE(listing.HasBrokenOff());
+    EXPECT_FALSE(listing.HasNoFolder()) << error;
+    EXPECT_FALSE(listing.HasBrokenOff()) << error;
   }
 }
 

@@ -1,11 +1,12 @@
 #include "base/held_folder.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <optional>
-#include <string>
+#include <utility>
+#include <vector>
 
-#include "base/windows.h"
+#include "tests/support/answers.h"
 #include "tests/support/current_folder.h"
 #include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
@@ -40,11 +41,7 @@ TEST_F(HeldFolderTest, TellsWhyItCouldNotBeOpened) {
                             {ERROR_ACCESS_DENIED, false}, {ERROR_SHARING_VIOLATION, false},
                             {ERROR_INVALID_NAME, false},  {ERROR_DIRECTORY, false}};
   for (const Case& c : cases) {
-    INTERPOSER(CreateFileW) open(
-        [&](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
-          ::SetLastError(c.error);
-          return INVALID_HANDLE_VALUE;
-        });
+    INTERPOSER(CreateFileW) open(Answers(INVALID_HANDLE_VALUE, c.error));
     const CHeldFolder held(inner_);
 
     EXPECT_EQ(held.Error(), c.error);
@@ -130,12 +127,9 @@ TEST_F(HeldFolderTest, IsAtItsPlaceByWhateverNames) {
 TEST_F(HeldFolderTest, IsPlainWhereWindowsKnowsNoLinks) {
   const CHeldFolder held(inner_);
   INTERPOSER(GetFileInformationByHandleEx) information(
-      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS what, void* answer, DWORD size) -> BOOL {
-        if (what != FileAttributeTagInfo) {
-          return information.Original()(file, what, answer, size);
-        }
-        ::SetLastError(ERROR_INVALID_PARAMETER);
-        return FALSE;
+      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS what, auto... rest) {
+        return what == FileAttributeTagInfo ? Answers(FALSE, ERROR_INVALID_PARAMETER)()
+                                            : information.Original()(file, what, rest...);
       });
 
   EXPECT_TRUE(held.IsPlainAt(PlaceOfFolder(inner_)));
@@ -194,14 +188,9 @@ TEST_F(HeldFolderTest, MayHoldAPathThatCannotBeOpened) {
   CreateFolders(beside);
   EXPECT_FALSE(CHeldFolder(outer_).MayHold(beside));
 
-  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
-                                   SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags,
-                                   HANDLE model) -> HANDLE {
-    if (path != beside) {
-      return open.Original()(path, access, sharing, security, creation, flags, model);
-    }
-    ::SetLastError(ERROR_ACCESS_DENIED);
-    return INVALID_HANDLE_VALUE;
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
+    return path == beside ? Answers(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED)()
+                          : open.Original()(path, rest...);
   });
 
   EXPECT_TRUE(CHeldFolder(outer_).MayHold(beside));
@@ -209,7 +198,8 @@ TEST_F(HeldFolderTest, MayHoldAPathThatCannotBeOpened) {
 
 // The folder is opened as what it is, the path as it is walked.
 TEST_F(HeldFolderTest, LooksBehindLinksOnlyForWhatItMayHold) {
-  std::vector<std::pair<std::wstring, DWORD>> openings;
+  using Opening = std::pair<std::wstring, DWORD>;
+  std::vector<Opening> openings;
   INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
                                    SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags,
                                    HANDLE model) {
@@ -219,8 +209,8 @@ TEST_F(HeldFolderTest, LooksBehindLinksOnlyForWhatItMayHold) {
 
   EXPECT_TRUE(CHeldFolder(outer_).MayHold(inner_));
 
-  EXPECT_EQ(openings, (std::vector<std::pair<std::wstring, DWORD>>{
-                          {outer_, FILE_FLAG_OPEN_REPARSE_POINT}, {inner_, 0}}));
+  EXPECT_THAT(openings, testing::ElementsAre(Opening(outer_, FILE_FLAG_OPEN_REPARSE_POINT),
+                                             Opening(inner_, 0)));
 }
 
 }  // namespace

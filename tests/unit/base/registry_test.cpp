@@ -3,12 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <functional>
-#include <string>
-#include <vector>
 
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_registry.h"
@@ -62,10 +58,10 @@ TEST_F(RegistryTest, GivesATextOfTheUser) {
 
   for (const Case& c : cases) {
     SetRegistryValue(HKEY_CURRENT_USER, kKey, kName, {c.type, c.bytes});
-    std::wstring data = L"before";
+    data_ = L"before";
 
-    EXPECT_EQ(GetRegString(kKey, kName, data), c.text != nullptr ? 1 : 0) << c.name;
-    EXPECT_EQ(data, c.text != nullptr ? c.text : L"before") << c.name;
+    EXPECT_EQ(GetRegString(kKey, kName, data_), c.text != nullptr ? 1 : 0) << c.name;
+    EXPECT_EQ(data_, c.text != nullptr ? c.text : L"before") << c.name;
   }
 }
 
@@ -130,9 +126,8 @@ class RegistryCallsTest : public testing::Test {
              REGSAM access, const SECURITY_ATTRIBUTES* security, HKEY* key, DWORD*) -> LSTATUS {
         EXPECT_EQ(hive, HKEY_LOCAL_MACHINE);
         EXPECT_STREQ(path, kKey);
-        EXPECT_EQ(reserved, 0U);
+        EXPECT_EQ(reserved | options, 0U);
         EXPECT_EQ(key_class, nullptr);
-        EXPECT_EQ(options, 0U);
         EXPECT_EQ(access, 0x20006U);
         EXPECT_EQ(security, nullptr);
         return Open(key);
@@ -182,10 +177,11 @@ TEST_F(RegistryCallsTest, CountATextsCharactersAndNoTerminator) {
 TEST_F(RegistryCallsTest, OpenOneKeyForOneValueAndCloseIt) {
   for (const auto& operate : operations_) {
     const int closed_before = close_.Calls();
+
     EXPECT_EQ(operate(), 1);
+
     EXPECT_EQ(close_.Calls() - closed_before, 1);
   }
-
   EXPECT_EQ(data_, L"text");
   EXPECT_THAT((std::vector{open_.Calls(), query_.Calls(), create_.Calls(), set_.Calls()}),
               ElementsAre(1, 1, 2, 2));

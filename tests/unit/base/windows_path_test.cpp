@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <string>
-
 namespace nhupdate_test {
 namespace {
 
