@@ -168,12 +168,14 @@ TEST(RealConsoleTest, GetsWideTextInChunksThatDivideNoPair) {
     std::size_t at_once = kAll;  // that the console takes
     BOOL result = TRUE;
   };
+  const std::wstring almost_all(kChunk - 1, L'x');
   const Case cases[] = {
       {"nothing", L"", {}},
       {"a short text", L"Pr\u00FCfung \U0001F600\n", {11}},
       {"one chunk", std::wstring(kChunk, L'x'), {kChunk}},
       {"more than two", std::wstring(2 * kChunk + 1, L'x'), {kChunk, kChunk, 1}},
-      {"a pair at the border", std::wstring(kChunk - 1, L'x') + L"\U0001F600y", {kChunk - 1, 3}},
+      {"the first pair at the border", almost_all + L"\U00010000y", {kChunk - 1, 3}},
+      {"the last pair at the border", almost_all + L"\U0010FFFFy", {kChunk - 1, 3}},
       {"half a pair", {kLead}, {1}},
       {"the other half", {kTrail}, {1}},
       {"half a pair at the end", {L'a', kLead}, {1, 1}},

@@ -41,6 +41,14 @@ TEST_F(SystemFolderAsCurrentTest, LeavesTheCurrentFolderAloneWhereItCannotBeHad)
   EXPECT_EQ(set.Calls(), 1);
 }
 
+TEST_F(SystemFolderAsCurrentTest, LeavesTheCurrentFolderAloneWhereThePathIsTooLong) {
+  INTERPOSER(GetSystemDirectoryW) get(Answers(UINT{MAX_PATH + 1}));
+  const CSystemFolderAsCurrent folder;
+
+  EXPECT_FALSE(folder.IsCurrent());
+  EXPECT_EQ(PathOfCurrentFolder(), before_);
+}
+
 // Windows doesn't tell it, or it gets longer while it is asked for.
 TEST_F(SystemFolderAsCurrentTest, IsNotLeftForAFolderThatIsUnknown) {
   for (const bool gets_longer : {false, true}) {

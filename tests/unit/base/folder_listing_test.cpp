@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 #include "tests/support/fake_listing.h"
@@ -87,7 +88,7 @@ TEST(FolderListingTest, ClosesItsSearchOnceIfThereIsOne) {
   const FakeListing windows({{L"a"}});
   {
     CFolderListing listing(L"folder");
-    static_cast<void>(Entries(listing));
+    std::ignore = Entries(listing);
     EXPECT_EQ(windows.Closed(), 0);
   }
   EXPECT_EQ(windows.Closed(), 1);

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <tuple>
 #include <vector>
 
@@ -65,21 +66,19 @@ TEST(MeansLinkTest, KnowsLinksFromOtherSpecialEntries) {
 TEST(IsLinkTest, AsksForATagOnlyWhereThereMayBeOne) {
   struct Case {
     const char* name;
-    bool are_attributes_known;
-    DWORD attributes;
-    bool is_tag_known;
-    DWORD reparse_tag;
+    std::optional<DWORD> attributes;
+    std::optional<DWORD> reparse_tag;
     bool is_link;
   };
   constexpr Case cases[] = {
-      {"a folder", true, kFolder, true, kNoTag, false},
-      {"a folder on a FAT volume", true, kFolder, false, kNoTag, false},
-      {"a junction", true, kFolderPoint, true, 0xA0000003, true},
-      {"a symbolic link", true, kFolderPoint, true, 0xA000000C, true},
-      {"a cloud placeholder", true, kFolderPoint, true, 0x9000001A, false},
-      {"a reparse point of unknown kind", true, kFolderPoint, false, kNoTag, true},
-      {"nothing known", false, kFolder, false, kNoTag, true},
-      {"no attributes known", false, kFolder, true, kNoTag, true},
+      {"a folder", kFolder, kNoTag, false},
+      {"a folder on a FAT volume", kFolder, std::nullopt, false},
+      {"a junction", kFolderPoint, 0xA0000003, true},
+      {"a symbolic link", kFolderPoint, 0xA000000C, true},
+      {"a cloud placeholder", kFolderPoint, 0x9000001A, false},
+      {"a reparse point of unknown kind", kFolderPoint, std::nullopt, true},
+      {"nothing known", std::nullopt, std::nullopt, true},
+      {"no attributes known", std::nullopt, kNoTag, true},
   };
   const ScratchFolder scratch;
   const UniqueFile opened = HoldFolderItself(scratch.Path());
@@ -88,12 +87,13 @@ TEST(IsLinkTest, AsksForATagOnlyWhereThereMayBeOne) {
     INTERPOSER(GetFileInformationByHandleEx) information(
         [&](HANDLE file, int what, void* answer, DWORD) -> BOOL {
           EXPECT_EQ(file, opened.Get());
-          if (what == FileBasicInfo && c.are_attributes_known) {
-            static_cast<FILE_BASIC_INFO*>(answer)->FileAttributes = c.attributes;
+          if (what == FileBasicInfo && c.attributes) {
+            static_cast<FILE_BASIC_INFO*>(answer)->FileAttributes = *c.attributes;
             return TRUE;
           }
-          if (what == FileAttributeTagInfo && c.is_tag_known) {
-            *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(answer) = {c.attributes, c.reparse_tag};
+          if (what == FileAttributeTagInfo && c.reparse_tag) {
+            *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(answer) = {c.attributes.value_or(kFolder),
+                                                              *c.reparse_tag};
             return TRUE;
           }
           ::SetLastError(ERROR_INVALID_PARAMETER);
@@ -101,6 +101,7 @@ TEST(IsLinkTest, AsksForATagOnlyWhereThereMayBeOne) {
         });
 
     EXPECT_EQ(nhupdate::IsLink(opened), c.is_link) << c.name;
+    EXPECT_EQ(nhupdate::IsPlainFolder(opened), !c.is_link) << c.name;
   }
 }
 
@@ -262,7 +263,6 @@ TEST_F(PlaceTest, IsTheSameByEveryName) {
   const CPlace place = PlaceOfFolder(inner_);
   const CurrentFolder drive(inner_.substr(0, 3));
 
-  EXPECT_TRUE(place.IsKnown());
   EXPECT_TRUE(PlaceOfFolder(scratch_.Path() + L"\\OUTER\\middle\\inner").IsSameAs(place));
   EXPECT_TRUE(PlaceOfFolder(outer_ + L"\\.\\Middle\\..\\Middle\\Inner").IsSameAs(place));
   EXPECT_TRUE(PlaceOfFolder(inner_.substr(2)).IsSameAs(place));

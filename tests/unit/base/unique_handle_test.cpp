@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "tests/support/interposer.h"
@@ -62,7 +63,7 @@ TEST_F(UniqueHandleTest, ClosesWhatItHeldWhenItIsResetOrReceives) {
     *number.Receive() = 9;
     EXPECT_THAT(Closed(), ElementsAre(7, 8));
     EXPECT_EQ(number.Get(), 9);
-    static_cast<void>(number.Receive());
+    std::ignore = number.Receive();
     EXPECT_FALSE(number.IsValid());
     number.Reset(10);
     number.Reset();
