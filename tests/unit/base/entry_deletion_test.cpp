@@ -1,7 +1,6 @@
 #include "base/entry_deletion.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <tuple>
 #include <vector>

@@ -1,7 +1,6 @@
 #include "base/error_box.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "tests/support/answers.h"
 #include "tests/support/interposer.h"

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <utility>
 
 #include "base/paths.h"
 #include "base/strings.h"
@@ -82,11 +83,7 @@ class StartedProgram {
 constexpr wchar_t kInstalled[] = L"C:\\Program Files\\Nimba Hub\\NHUpdateManager.exe";
 
 TEST(ExecutablePathTest, HasTheNamesOnTheDiskHoweverItWasTyped) {
-  struct Case {
-    const wchar_t* typed;
-    const wchar_t* path;
-  };
-  const Case cases[] = {
+  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
       {kInstalled, kInstalled},
       {L"\\\\?\\C:\\Program Files\\Nimba Hub\\NHUpdateManager.exe", kInstalled},
       {L"C:\\PROGRA~1\\NIMBAH~1\\NHUPDA~1.EXE", kInstalled},
@@ -107,13 +104,13 @@ TEST(ExecutablePathTest, HasTheNamesOnTheDiskHoweverItWasTyped) {
       {L"\\\\SERVER\\NIMBA HUB\\x.exe", L"\\\\SERVER\\NIMBA HUB\\x.exe"},
   };
 
-  for (const Case& c : cases) {
-    const StartedProgram program(c.typed);
+  for (const auto& [typed, path] : cases) {
+    const StartedProgram program(typed);
 
     const ExecutablePath executable = FindExecutable();
 
-    EXPECT_EQ(executable.path, c.path);
-    EXPECT_FALSE(executable.is_cut_off) << testing::PrintToString(c.typed);
+    EXPECT_EQ(executable.path, path);
+    EXPECT_FALSE(executable.is_cut_off) << testing::PrintToString(typed);
   }
 }
 

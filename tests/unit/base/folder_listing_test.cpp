@@ -1,7 +1,6 @@
 #include "base/folder_listing.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <tuple>
 #include <vector>

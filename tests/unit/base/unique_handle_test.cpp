@@ -1,7 +1,6 @@
 #include "base/unique_handle.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <string>

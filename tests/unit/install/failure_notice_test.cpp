@@ -1,7 +1,6 @@
 #include "install/failure_notice.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "tests/support/recorded_boxes.h"
 

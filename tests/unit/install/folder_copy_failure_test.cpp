@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <utility>
+
 #include "base/existence.h"
 #include "tests/support/answers.h"
 #include "tests/support/failing_copy.h"
@@ -22,27 +24,23 @@ using HinderedFolderCopyTest = FolderCopyTest;
 
 // Windows says 267 about a file in the place of a folder, other systems say it otherwise.
 TEST_F(HinderedFolderCopyTest, TakesASourceForMissingOnlyWhenThereIsNoFolder) {
-  struct Case {
-    DWORD error;
-    bool is_missing;
-  };
-  constexpr Case cases[] = {
+  constexpr std::pair<DWORD, bool> cases[] = {
       {ERROR_FILE_NOT_FOUND, true}, {ERROR_PATH_NOT_FOUND, true},     {ERROR_NO_MORE_FILES, true},
       {ERROR_DIRECTORY, true},      {ERROR_ACCESS_DENIED, false},     {ERROR_INVALID_NAME, false},
       {ERROR_NOT_READY, false},     {ERROR_SHARING_VIOLATION, false}, {ERROR_BAD_NETPATH, false},
   };
 
-  for (const Case& c : cases) {
+  for (const auto& [error, is_missing] : cases) {
     log_.ForgetRecords();
     failed_path_ = L"nothing yet";
     FakeListing listing;
-    listing.Forbid(source_, c.error);
+    listing.Forbid(source_, error);
 
-    EXPECT_EQ(Copy(), c.is_missing) << c.error;
+    EXPECT_EQ(Copy(), is_missing) << error;
 
     EXPECT_EQ(log_.Records(),
-              c.is_missing ? Lines{FolderLine()} : (Lines{FolderLine(), FailureLine(c.error)}));
-    EXPECT_EQ(failed_path_, c.is_missing ? L"nothing yet" : target_) << c.error;
+              is_missing ? Lines{FolderLine()} : (Lines{FolderLine(), FailureLine(error)}));
+    EXPECT_EQ(failed_path_, is_missing ? L"nothing yet" : target_) << error;
   }
 }
 

@@ -1,7 +1,6 @@
 #include "install/process_image.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>

@@ -1,7 +1,6 @@
 #include "install/process_stop.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <vector>
 

@@ -101,24 +101,20 @@ TEST_F(RegistrationTest, TellsTheRunningProgramsFolderFromTheInstalledOne) {
 }
 
 TEST_F(RegistrationTest, WritesTheDateAsEightDigits) {
-  struct Case {
-    SYSTEMTIME date;
-    const wchar_t* text;
-  };
-  const Case cases[] = {
+  const std::pair<SYSTEMTIME, const wchar_t*> cases[] = {
       {DateOf(2026, 12, 31), L"20261231"},
       {DateOf(2028, 2, 29), L"20280229"},
       {DateOf(2030, 10, 10), L"20301010"},
       {DateOf(1601, 1, 1), L"16010101"},
   };
 
-  for (const Case& c : cases) {
-    now_ = c.date;
+  for (const auto& [date, text] : cases) {
+    now_ = date;
     const RegistryRecorder recorder;
 
     EXPECT_TRUE(Register());
 
-    EXPECT_EQ(recorder.Written().back(), Text(kUninstallKey, L"InstallDate", c.text));
+    EXPECT_EQ(recorder.Written().back(), Text(kUninstallKey, L"InstallDate", text));
   }
 }
 
