@@ -87,7 +87,7 @@ TEST_F(EntryDeletionTest, TellsWhyNothingWasOpened) {
   }
 }
 
-// A look at a path and an act by the same path would be two moments.
+// To look at a path and then delete what it leads to would be two moments.
 TEST_F(EntryDeletionTest, OpensTheEntryItselfOnceAndLetsOthersWorkWithIt) {
   using Opening =
       std::tuple<std::wstring, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE>;

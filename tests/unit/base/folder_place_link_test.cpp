@@ -1,4 +1,4 @@
-// The other half of folder_place.h: what a link is, and folders that are held.
+// What is a link, and folders that are held. The places are in folder_place_test.cpp.
 
 #include "base/folder_place.h"
 

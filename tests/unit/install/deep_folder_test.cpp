@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 
 #include "base/existence.h"
 #include "base/windows_path.h"
@@ -109,8 +108,6 @@ class DeepFolderTest : public InstallTest {
     EXPECT_EQ(folder.Listings(), kLevels + 1);
     EXPECT_GT(folder.StackBytesPerLevel(), 0u);
     EXPECT_LT(folder.StackBytesPerLevel() * kDeepestLevels, StackReserve() / 2);
-    std::printf("%u bytes of stack for each level\n",
-                static_cast<unsigned>(folder.StackBytesPerLevel()));
   }
 
   bool Copy(const std::wstring& target, const std::wstring& source) {

@@ -124,7 +124,7 @@ TEST_F(FolderAccessTest, IsGrantedForThreeFoldersInOrderOfWhichTwoAreCreatedFirs
 TEST_F(FolderAccessTest, IsGrantedFromTheSystemFolderAndNothingElseIsDoneFromThere) {
   Grant();
 
-  EXPECT_EQ(shell_execute_.Calls(), 3);  // they look at the current folder
+  EXPECT_EQ(shell_execute_.Calls(), 3);  // each looks at the current folder
   EXPECT_EQ(PathOfCurrentFolder(), former_folder_);
 }
 

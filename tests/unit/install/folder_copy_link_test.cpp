@@ -3,8 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include <initializer_list>
-
 #include "base/existence.h"
 #include "tests/support/current_folder.h"
 #include "tests/support/fake_link.h"
@@ -101,8 +99,7 @@ class LinkedFolderCopyTest : public FolderCopyTest {
 };
 
 TEST_F(LinkedFolderCopyTest, MakesAnEmptyFolderOfALinkInTheSource) {
-  for (const DWORD tag :
-       std::initializer_list<DWORD>{IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK}) {
+  for (const DWORD tag : kLinkTags) {
     log_.ForgetRecords();
     const FakeLink link(source_ + L"\\link", elsewhere_, tag);
     const FakeListing listing;

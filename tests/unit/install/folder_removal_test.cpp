@@ -193,8 +193,7 @@ class LinkRemovalTest : public FolderRemovalTest {
 
 TEST_F(LinkRemovalTest, TakesALinkAndNothingBehindIt) {
   for (const wchar_t* name : {L"", L"\\inner\\link"}) {
-    for (const DWORD tag :
-         std::initializer_list<DWORD>{IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK}) {
+    for (const DWORD tag : kLinkTags) {
       RemoveTree(folder_);
       const FakeLink link(folder_ + name, elsewhere_, tag);
 
@@ -238,7 +237,8 @@ TEST_F(LinkRemovalTest, FollowsLinksFurtherUpOutsideOfTheProduct) {
   EXPECT_FALSE(Exists(elsewhere_ + L"\\sub"));
 }
 
-// A helper stalls a call about the folder, or about what is in it, and puts a link in its place.
+// Somebody makes a call about the folder, or about what is in it, wait, and puts a link in the
+// folder's place meanwhile.
 struct SwapMoment {
   const wchar_t* path;  // below the folder
   int call;             // the first about it, or the second

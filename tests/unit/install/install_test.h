@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/product_folders.h"
+#include "base/windows.h"
 #include "tests/support/files.h"
 #include "tests/support/recorded_log.h"
 #include "tests/support/scratch_folder.h"
@@ -16,6 +17,8 @@
 namespace nhupdate_test {
 
 using Lines = std::vector<std::wstring>;
+
+inline constexpr DWORD kLinkTags[] = {IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK};
 
 class InstallTest : public testing::Test {
  protected:
