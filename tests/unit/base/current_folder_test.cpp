@@ -42,7 +42,10 @@ TEST_F(SystemFolderAsCurrentTest, LeavesTheCurrentFolderAloneWhereItCannotBeHad)
 }
 
 TEST_F(SystemFolderAsCurrentTest, LeavesTheCurrentFolderAloneWhereThePathIsTooLong) {
-  INTERPOSER(GetSystemDirectoryW) get(Answers(UINT{MAX_PATH + 1}));
+  INTERPOSER(GetSystemDirectoryW) get([&](auto... arguments) {
+    get.Original()(arguments...);
+    return UINT{MAX_PATH};
+  });
   const CSystemFolderAsCurrent folder;
 
   EXPECT_FALSE(folder.IsCurrent());

@@ -118,6 +118,28 @@ TEST_F(HinderedSubFolderCopyTest, EndsWhereItsListingBreaksOff) {
   ExpectEndAtSubFolder(ERROR_NETNAME_DELETED);
 }
 
+TEST_F(HinderedSubFolderCopyTest, EndsAtItsFirstFileWhereTheFolderForItCannotBeMade) {
+  INTERPOSER(CreateDirectoryW) make([&](const wchar_t* folder, auto... rest) {
+    return folder == target_ + L"\\b" ? Answers(FALSE, ERROR_ACCESS_DENIED)()
+                                      : make.Original()(folder, rest...);
+  });
+
+  ExpectFailure({FolderLine(), FolderLine(L"\\b"), FileLine(L"\\b\\c.txt"), FailureLine(3)});
+}
+
+// It could come back as a link.
+TEST_F(HinderedSubFolderCopyTest, EndsWhereTheFolderForItGoesAwayAfterItWasMade) {
+  CreateFolders(target_ + L"\\b");
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
+    if (path == target_ + L"\\b") {
+      EXPECT_TRUE(::RemoveDirectoryW(path));
+    }
+    return open.Original()(path, rest...);
+  });
+
+  ExpectFailure({FolderLine(), FolderLine(L"\\b"), FailureLine(2)});
+}
+
 TEST_F(HinderedFolderCopyTest, EndsAtTheFirstFailedFileAtAnyDepth) {
   WriteFiles(source_, {L"\\a.txt", L"\\b\\held.txt", L"\\b\\next.txt", L"\\z.txt"});
   HeldFile lock(source_ + L"\\b\\held.txt");
