@@ -22,11 +22,11 @@ class StartedProgram {
  public:
   explicit StartedProgram(std::wstring typed) : typed_(std::move(typed)) {}
 
-  // By the short name, the long one, which is what stands on the disk.
+  // The long name, as it stands on the disk, by the short one.
   std::map<std::wstring, std::wstring> long_names = {{L"PROGRA~1", L"Program Files"},
                                                      {L"NIMBAH~1", L"Nimba Hub"},
                                                      {L"NHUPDA~1.EXE", L"NHUpdateManager.exe"}};
-  // Which other names a search finds something under, whatever the letter case.
+  // What a search for a name, in any letter case, finds on the disk.
   std::map<std::wstring, std::wstring> names_on_disk = {
       {L"program files", L"Program Files"},
       {L"nimba hub", L"Nimba Hub"},
@@ -92,7 +92,7 @@ TEST(ExecutablePathTest, HasTheNamesOnTheDiskHoweverItWasTyped) {
       {L"C:\\PROGRA~1\\NIMBA HUB\\nhupdatemanager.exe", kInstalled},
       // The drive's letter is nobody's name.
       {L"c:\\program files\\x.exe", L"c:\\Program Files\\x.exe"},
-      // What isn't found keeps its name, and what is below it doesn't.
+      // What a search doesn't find keeps the name that was typed, unlike what is below it.
       {L"C:\\NOBODY\\nimba hub\\x.EXE", L"C:\\NOBODY\\Nimba Hub\\x.EXE"},
       {L"C:\\NHUpdateManager.exe", L"C:\\NHUpdateManager.exe"},
       {L"C:\\", L"C:\\"},

@@ -109,7 +109,8 @@ TEST(FolderListingTest, TellsWhyItBrokeOff) {
   EXPECT_FALSE(listing.HasNoFolder());
 }
 
-// By what is in the folder's place, and by what Windows says when the listing shall begin.
+// That there is no folder is known by the error or, where that doesn't tell, by the file in its
+// place.
 TEST(FolderListingTest, TellsWhyItCouldNotBegin) {
   const ScratchFolder scratch;
   const std::wstring file = scratch.Path() + L"\\file";

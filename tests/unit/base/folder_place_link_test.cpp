@@ -99,6 +99,17 @@ TEST(IsLinkTest, AsksForATagOnlyWhereThereMayBeOne) {
   }
 }
 
+// A hard link to a file is no link, and really lies at its place.
+TEST(IsPlainFolderTest, SaysNoToAFileAndToWhatIsNotOpen) {
+  const ScratchFolder scratch;
+  WriteFileBytes(scratch.Path() + L"\\file", "x");
+  const UniqueFile file = nhupdate::LookAtItself(scratch.Path() + L"\\file");
+
+  EXPECT_TRUE(file.IsValid());
+  EXPECT_FALSE(nhupdate::IsPlainFolder(file));
+  EXPECT_FALSE(nhupdate::IsPlainFolder(UniqueFile()));
+}
+
 TEST(HoldFolderTest, OpensForListingAndLetsNobodyRenameOrRemove) {
   using Opening =
       std::tuple<std::wstring, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE>;

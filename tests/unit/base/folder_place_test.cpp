@@ -21,7 +21,6 @@ using nhupdate::HoldFolder;
 using nhupdate::HoldFolderItself;
 using nhupdate::PlaceOfFolder;
 using nhupdate::PlaceSeenFrom;
-using nhupdate::UniqueFile;
 
 class PlaceTest : public testing::Test {
  protected:
@@ -132,16 +131,6 @@ TEST_F(PlaceTest, IsKnownOfAFolderThatSomebodyKeepsToHimself) {
   EXPECT_FALSE(HoldFolderItself(inner_).IsValid());
   EXPECT_TRUE(PlaceOfFolder(inner_).IsKnown());
   EXPECT_TRUE(nhupdate::IsPlainFolder(nhupdate::LookAtItself(inner_)));
-}
-
-// A hard link to a file is no link, and really lies there.
-TEST_F(PlaceTest, AFileIsNoPlainFolder) {
-  WriteFileBytes(outer_ + L"\\file", "x");
-  const UniqueFile file = nhupdate::LookAtItself(outer_ + L"\\file");
-
-  EXPECT_TRUE(file.IsValid());
-  EXPECT_FALSE(nhupdate::IsPlainFolder(file));
-  EXPECT_FALSE(nhupdate::IsPlainFolder(UniqueFile()));
 }
 
 TEST_F(PlaceTest, IsTheSameByEveryName) {

@@ -71,7 +71,8 @@ TEST_F(HeldFolderTest, CannotBeRemovedOrRenamedButWorkedIn) {
   EXPECT_TRUE(::RemoveDirectoryW(inner_.c_str()));
 }
 
-// A link is a link wherever it lies; that of which nothing is known may be one.
+// What is a link, or lies at an unknown place, isn't plain; but only a link, or what is known to
+// lie elsewhere, leads elsewhere.
 TEST_F(HeldFolderTest, IsJudgedByWhatItIsAndWhereItLies) {
   struct Case {
     const char* name;
@@ -142,7 +143,7 @@ TEST_F(HeldFolderTest, HoldsNothingAboveOrBesideItNorWithoutBeingThere) {
   EXPECT_FALSE(CHeldFolder(outer_ + L"\\Missing\\Too").MayHold(inner_));
 }
 
-// What Windows says of the two, which a link on the way has brought elsewhere.
+// A link on the way can bring either of them elsewhere.
 TEST_F(HeldFolderTest, HoldsAPathByWhereTheTwoReallyAre) {
   struct Case {
     const wchar_t* folder;
@@ -179,7 +180,7 @@ TEST_F(HeldFolderTest, MayHoldAPathThatCannotBeOpened) {
   EXPECT_TRUE(CHeldFolder(outer_).MayHold(beside));
 }
 
-// The folder is opened as what it is, the path as it is walked.
+// A link in the folder's place is opened itself, one on the path is followed.
 TEST_F(HeldFolderTest, LooksBehindLinksOnlyForWhatItMayHold) {
   using Opening = std::pair<std::wstring, DWORD>;
   std::vector<Opening> openings;

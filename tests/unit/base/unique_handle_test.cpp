@@ -110,7 +110,7 @@ TEST(HandleKindsTest, KnowTheirValueForNone) {
   EXPECT_FALSE(UniqueLibrary(nullptr).IsValid());
 }
 
-// The values are no real handles: the fakes keep them.
+// The values are no real handles, so the fakes don't pass them on.
 TEST(HandleKindsTest, AreClosedByTheirOwnFunctions) {
   void* const value = reinterpret_cast<void*>(std::uintptr_t{0x7000});
   std::vector<std::string> calls;

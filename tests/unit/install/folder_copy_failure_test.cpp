@@ -18,7 +18,6 @@ namespace {
 
 using nhupdate::Exists;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 using HinderedFolderCopyTest = FolderCopyTest;
 

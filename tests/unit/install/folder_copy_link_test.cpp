@@ -3,7 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include "base/existence.h"
 #include "tests/support/current_folder.h"
 #include "tests/support/fake_link.h"
 #include "tests/support/fake_listing.h"

@@ -110,7 +110,7 @@ TEST_F(FolderRemovalTest, ClearsTheReadOnlyAttributeAndNoOther) {
   EXPECT_NE(attributes_set[0] & FILE_ATTRIBUTE_HIDDEN, 0u);
 }
 
-// As a listing can be for a file of several names.
+// The listing of a file of several names can be out of date.
 TEST_F(FolderRemovalTest, TakesAReadOnlyFileThatIsListedAsAnOrdinaryOne) {
   WriteFileBytes(folder_ + L"\\file", "x");
   ::SetFileAttributesW((folder_ + L"\\file").c_str(), FILE_ATTRIBUTE_READONLY);
