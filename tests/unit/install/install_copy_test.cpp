@@ -38,7 +38,7 @@ class InstallCopyTest : public InstallTest {
 
 TEST_F(InstallCopyTest, DeletesTheOldFilesThenBringsTheNewOnesTwice) {
   WriteFiles(base_, {L"\\a.exe", L"\\gone.exe", L"\\Sub\\old.dll", L"\\Own\\own.txt"}, "old");
-  WriteFiles(app_, {L"\\a.exe", L"\\b.exe", L"\\Sub\\new.dll"}, "new");
+  WriteFiles(app_, {L"\\a.exe", L"\\z.exe", L"\\Sub\\new.dll"}, "new");
   std::vector<BOOL> fails_if_there;
   INTERPOSER(CopyFileW) copy([&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) {
     fails_if_there.push_back(fail_if_there);
@@ -50,14 +50,14 @@ TEST_F(InstallCopyTest, DeletesTheOldFilesThenBringsTheNewOnesTwice) {
   EXPECT_THAT(log_.Records(),
               ElementsAre(L"2|Delete OK : {base}\\a.exe", L"2|Delete OK : {base}\\gone.exe",
                           L"2|Copy OK : {base}\\Updater\\App\\a.exe => {base}\\a.exe",
-                          L"2|Copy OK : {base}\\Updater\\App\\b.exe => {base}\\b.exe",
+                          L"2|Copy OK : {base}\\Updater\\App\\z.exe => {base}\\z.exe",
                           L"2|Copy folder from {base}\\Updater\\App to {base}",
                           L"2|Copy file from {base}\\Updater\\App\\a.exe to {base}\\a.exe",
-                          L"2|Copy file from {base}\\Updater\\App\\b.exe to {base}\\b.exe",
                           L"2|Delete Dir : {base}\\Sub",
                           L"2|Copy folder from {base}\\Updater\\App\\Sub to {base}\\Sub",
                           L"2|Copy file from {base}\\Updater\\App\\Sub\\new.dll to "
                           L"{base}\\Sub\\new.dll",
+                          L"2|Copy file from {base}\\Updater\\App\\z.exe to {base}\\z.exe",
                           L"2|Copy complete."));
   EXPECT_EQ(fails_if_there, std::vector<BOOL>(5, FALSE));
   EXPECT_FALSE(Exists(base_ + L"\\gone.exe"));
