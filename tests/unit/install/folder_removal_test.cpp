@@ -205,6 +205,14 @@ TEST_F(LinkRemovalTest, TakesALinkAndNothingBehindIt) {
   }
 }
 
+TEST_F(LinkRemovalTest, TakesALinkOutsideOfTheProductAndNothingBehindIt) {
+  const FakeLink link(root_ + L"\\mine", elsewhere_);
+
+  EXPECT_TRUE(DeleteFolderTree(root_ + L"\\mine", base_));
+
+  EXPECT_FALSE(link.IsThere());
+}
+
 TEST_F(LinkRemovalTest, TakesACloudPlaceholderLikeAnyFolderAndALinkToAFileAsAFile) {
   WriteFiles(folder_, {L"\\cloud\\inner\\file", L"\\file link"});
   FakeListing listing;
