@@ -130,6 +130,10 @@ void RemoveTree(const std::wstring& folder) {
   ::RemoveDirectoryW(folder.c_str());
 }
 
+std::wstring LongPathBelow(const std::wstring& folder) {
+  return folder + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
+}
+
 std::wstring TestProgramFolder() {
   std::array<wchar_t, MAX_PATH> path = {};
   ::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));

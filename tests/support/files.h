@@ -24,6 +24,10 @@ void WriteFileBytes(const std::wstring& path, const std::string& bytes);
 // deleted stays.
 void RemoveTree(const std::wstring& folder);
 
+// A path below the folder that Windows by default takes for one that isn't there
+// (short_path_policy.h).
+[[nodiscard]] std::wstring LongPathBelow(const std::wstring& folder);
+
 // The folder that holds this test executable and the stand-ins.
 [[nodiscard]] std::wstring TestProgramFolder();
 

@@ -4,10 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "base/existence.h"
 #include "install/empty_folders.h"
@@ -15,6 +12,7 @@
 #include "install/folder_copy.h"
 #include "install/folder_removal.h"
 #include "install/install_copy.h"
+#include "tests/support/answers.h"
 #include "tests/support/fake_listing.h"
 #include "tests/support/interposer.h"
 #include "tests/support/recorded_tools.h"
@@ -92,9 +90,7 @@ class LongPathTest : public InstallTest {
   }
 
   ~LongPathTest() override {
-    for (const std::wstring& record : log_.Records()) {
-      EXPECT_EQ(record.find(L"\\\\?\\"), std::wstring::npos) << testing::PrintToString(record);
-    }
+    EXPECT_THAT(log_.Records(), testing::Each(testing::Not(testing::HasSubstr(L"\\\\?\\"))));
   }
 
   const std::wstring source_ = root_ + L"\\from";
@@ -132,18 +128,14 @@ TEST_F(LongPathTest, IsDeleted) {
 TEST_F(LongPathTest, IsScannedAndFoundAsItIs) {
   const std::wstring empty = PathOfLength(target_, 400);
   CreateFolders(empty);
-  std::vector<std::wstring> found;
+  Lines found;
   {
     const NoLongPaths policy;
 
     EXPECT_FALSE(nhupdate::CollectEmptyFolders(root_, found, log_.Log()));
   }
-  ASSERT_FALSE(found.empty());
   EXPECT_THAT(found, testing::Contains(empty));
-  EXPECT_EQ(
-      std::count_if(found.begin(), found.end(),
-                    [](const std::wstring& folder) { return folder.starts_with(L"\\\\?\\"); }),
-      0);
+  EXPECT_THAT(found, testing::Each(testing::Not(testing::StartsWith(L"\\\\?\\"))));
 }
 
 TEST_F(LongPathTest, IsThatOfAProductThatIsInstalledAndGrantedToo) {
@@ -152,11 +144,7 @@ TEST_F(LongPathTest, IsThatOfAProductThatIsInstalledAndGrantedToo) {
   const std::wstring& base = folders_.base_folder;
   WriteFileBytes(base + L"\\old.txt", "O");
   WriteFileBytes(folders_.app_folder + L"\\new.txt", "N");
-  INTERPOSER(SHGetKnownFolderPath) no_program_data(
-      [](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
-        *path = nullptr;
-        return E_FAIL;
-      });
+  INTERPOSER(SHGetKnownFolderPath) no_program_data(Answers(E_FAIL));
   const RecordedTools tools;
   {
     const NoLongPaths policy;

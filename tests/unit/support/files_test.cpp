@@ -33,6 +33,10 @@ TEST_F(FileSupportTest, ReadsWhatWasWritten) {
   EXPECT_EQ(ReadFileBytes(Path(L"new\\folder\\file")), bytes);
 }
 
+TEST_F(FileSupportTest, HasPathsThatAreTooLongForWindowsByDefault) {
+  EXPECT_GT(LongPathBelow(L"C:").size(), std::size_t{MAX_PATH});
+}
+
 TEST_F(FileSupportTest, FailsTheTestWhenAFileCannotBeWritten) {
   CreateFolders(Path(L"folder"));
 
