@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "log_library/file_time.h"
 #include "tests/support/files.h"
+#include "tests/support/unused_name.h"
 
 namespace nhupdate_test {
 
@@ -17,15 +17,9 @@ std::wstring Quoted(const std::wstring& text) {
 
 }  // namespace
 
-WriterGate::WriterGate() {
-  // Process ids come again, and writers of a run that was killed may still wait at its gates.
-  static int count = 0;
-  FILETIME now = {};
-  ::GetSystemTimeAsFileTime(&now);
-  name_ = L"Local\\nhupdate-gate-" + std::to_wstring(nhupdate::FileTimeUnits(now)) + L"-" +
-          std::to_wstring(++count);
-  event_.Reset(::CreateEventW(nullptr, TRUE, FALSE, name_.c_str()));
-}
+WriterGate::WriterGate()
+    : name_(L"Local\\nhupdate-gate-" + UnusedName()),
+      event_(::CreateEventW(nullptr, TRUE, FALSE, name_.c_str())) {}
 
 void WriterGate::Open() const {
   ::SetEvent(event_.Get());
