@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/child_process.h"
 #include "tests/support/files.h"
 #include "tests/support/unused_name.h"
 
@@ -26,22 +27,12 @@ void WriterGate::Open() const {
 }
 
 WriterProcess::WriterProcess(const LogPlace& place, const WriterGate& gate,
-                             const std::wstring& name, int count) {
-  std::wstring command_line = Quoted(TestProgramFolder() + L"\\log_writer.exe") +
-                              Quoted(LogLibraryPath()) + Quoted(place.Settings()) +
-                              Quoted(place.Folder()) + Quoted(name) +
-                              Quoted(std::to_wstring(count)) + Quoted(gate.Name());
-  STARTUPINFOW startup = {};
-  startup.cb = sizeof(startup);
-  PROCESS_INFORMATION information = {};
-  if (!::CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                        &startup, &information)) {
-    ADD_FAILURE() << "log_writer.exe does not start: " << ::GetLastError();
-    return;
-  }
-  ::CloseHandle(information.hThread);
-  process_.Reset(information.hProcess);
-}
+                             const std::wstring& name, int count)
+    : process_(StartChild(Quoted(TestProgramFolder() + L"\\log_writer.exe") +
+                          Quoted(LogLibraryPath()) + Quoted(place.Settings()) +
+                          Quoted(place.Folder()) + Quoted(name) + Quoted(std::to_wstring(count)) +
+                          Quoted(gate.Name()))
+                   .handle) {}
 
 WriterProcess::~WriterProcess() {
   Kill();

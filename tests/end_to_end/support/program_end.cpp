@@ -1,10 +1,12 @@
 #include "tests/end_to_end/support/program_end.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <string>
+#include <iterator>
+#include <string_view>
 #include <vector>
 
 #include <winternl.h>  // needs <windows.h> first
@@ -14,18 +16,13 @@ namespace nhupdate_test {
 namespace {
 
 // What is deleted, but for a few files, is deleted by SetFileInformationByHandle.
-constexpr const char* kChanges[] = {
+constexpr std::string_view kChanges[] = {
     "CopyFileW",      "CreateDirectoryW",           "DeleteFileW",     "RegCreateKeyExW",
     "RegSetValueExW", "SetFileInformationByHandle", "ShellExecuteExW", "ShellExecuteW",
 };
 
-bool IsChange(const std::string& name) {
-  for (const char* change : kChanges) {
-    if (name == change) {
-      return true;
-    }
-  }
-  return false;
+bool IsChange(std::string_view name) {
+  return std::find(std::begin(kChanges), std::end(kChanges), name) != std::end(kChanges);
 }
 
 // The memory of the other process.
@@ -41,12 +38,12 @@ class CMemory {
     return value;
   }
 
-  [[nodiscard]] std::string ReadText(std::uintptr_t address) const {
-    std::string text;
-    for (char next = Read<char>(address); next != '\0'; next = Read<char>(++address)) {
-      text += next;
-    }
-    return text;
+  [[nodiscard]] std::vector<unsigned char> ReadBlock(std::uintptr_t address,
+                                                     std::size_t size) const {
+    std::vector<unsigned char> block(size);
+    ::ReadProcessMemory(process_, reinterpret_cast<const void*>(address), block.data(), size,
+                        nullptr);
+    return block;
   }
 
   template <typename Value>
@@ -106,26 +103,35 @@ struct Slot {
   std::uintptr_t function;
 };
 
-std::vector<Slot> FindChanges(const CMemory& memory, std::uintptr_t image,
-                              const IMAGE_NT_HEADERS64& headers) {
+// What the image holds there.
+template <typename Value>
+Value At(const std::vector<unsigned char>& image, std::size_t offset) {
+  Value value = {};
+  std::memcpy(&value, image.data() + offset, sizeof(value));
+  return value;
+}
+
+// In a copy of the whole image: each reading of the other process's memory takes its time.
+std::vector<Slot> FindChanges(const CMemory& memory, std::uintptr_t image_address,
+                              const IMAGE_OPTIONAL_HEADER64& header) {
+  const std::vector<unsigned char> image = memory.ReadBlock(image_address, header.SizeOfImage);
   std::vector<Slot> slots;
-  std::uintptr_t descriptor_address =
-      image + headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-  for (;; descriptor_address += sizeof(IMAGE_IMPORT_DESCRIPTOR)) {
-    const auto descriptor = memory.Read<IMAGE_IMPORT_DESCRIPTOR>(descriptor_address);
+  for (std::size_t next = header.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;;
+       next += sizeof(IMAGE_IMPORT_DESCRIPTOR)) {
+    const auto descriptor = At<IMAGE_IMPORT_DESCRIPTOR>(image, next);
     if (descriptor.Name == 0) {
       return slots;
     }
-    for (std::uintptr_t index = 0;; ++index) {
-      const std::uintptr_t offset = index * sizeof(IMAGE_THUNK_DATA64);
-      const auto name = memory.Read<std::uint64_t>(image + descriptor.OriginalFirstThunk + offset);
+    for (std::size_t offset = 0;; offset += sizeof(IMAGE_THUNK_DATA64)) {
+      const auto name = At<std::uint64_t>(image, descriptor.OriginalFirstThunk + offset);
       if (name == 0) {
         break;
       }
-      constexpr std::uintptr_t kHintBytes = 2;
-      if (!IMAGE_SNAP_BY_ORDINAL64(name) && IsChange(memory.ReadText(image + name + kHintBytes))) {
-        const std::uintptr_t slot = image + descriptor.FirstThunk + offset;
-        slots.push_back({slot, memory.Read<std::uintptr_t>(slot)});
+      constexpr std::size_t kHintBytes = 2;
+      if (!IMAGE_SNAP_BY_ORDINAL64(name) &&
+          IsChange(reinterpret_cast<const char*>(image.data() + name + kHintBytes))) {
+        const std::size_t slot = descriptor.FirstThunk + offset;
+        slots.push_back({image_address + slot, At<std::uintptr_t>(image, slot)});
       }
     }
   }
@@ -179,7 +185,7 @@ bool EndBeforeChange(HANDLE process, HANDLE thread, int count) {
     return false;
   }
 
-  const std::vector<Slot> slots = FindChanges(memory, image, headers);
+  const std::vector<Slot> slots = FindChanges(memory, image, headers.OptionalHeader);
   const std::uintptr_t block = memory.Allocate((slots.size() + 1) * kStubBytes);
   bool is_done = slots.size() == std::size(kChanges) && block != 0 && memory.Write(block, count);
   std::uintptr_t stub = block;

@@ -17,6 +17,8 @@ struct DisturbedRun {
   std::wstring executable;
   std::wstring arguments;
   DWORD exit_code = 0;
+  // That it makes at least; fewer would mean that they are not all seen.
+  int fewest_changes = 0;
 };
 
 class RestartTest : public EndToEndTest {
@@ -24,10 +26,9 @@ class RestartTest : public EndToEndTest {
   // What an update has to deal with: old files, files of the user, empty folders.
   void PutTracesOfUse() const;
 
-  // The undisturbed run is that of the test's golden file. Returns how often the program was ended:
-  // before each of its own changes. What it had started by
-  // then ran to its end, as after the program alone has crashed. 0 after the first failure.
-  [[nodiscard]] int EndAndRestartAtEveryChange(const DisturbedRun& run);
+  // Ends the program before each of its own changes. What it had started by then runs to its end,
+  // as after the program alone has crashed. The undisturbed run is that of the test's golden file.
+  void EndAndRestartAtEveryChange(const DisturbedRun& run);
 
  private:
   void StartAfresh(const DisturbedRun& run) const;
