@@ -118,6 +118,25 @@ TEST(HeldFileTest, IsReplacedByAFileThatNobodyDeletesWhileItIsWritten) {
   EXPECT_THAT(log.RotatedTexts(1), ElementsAre("one", "two"));
 }
 
+// A name that nobody can have foreseen is tried then.
+TEST(HeldFileTest, IsReplacedUnderAnotherNameWhenTheNextOneWasTakenMeanwhile) {
+  for (const bool is_taken_by_a_folder : {false, true}) {
+    HeldLog log;
+    INTERPOSER(CreateFileW) create(log.Module(), [&](const wchar_t* path, auto... rest) {
+      if (path == log.RotatedFile(1) && is_taken_by_a_folder) {
+        CreateFolders(path);
+      } else if (path == log.RotatedFile(1)) {
+        WriteFileBytes(path, "x");
+      }
+      return create.Original()(path, rest...);
+    });
+
+    EXPECT_EQ(log.Start(), 0);
+
+    EXPECT_THAT(log.Files(), testing::SizeIs(3));
+  }
+}
+
 TEST(HeldFileTest, IsLeftAsItIsByAWriterThatGivesUp) {
   HeldLog log;
   INTERPOSER(CreateFileW) create(

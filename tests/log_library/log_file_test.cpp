@@ -2,10 +2,9 @@
 
 #include "log_library/log_file.h"
 
-#include <utility>
+#include <cstdint>
 
 #include "base/existence.h"
-#include "base/unique_handle.h"
 #include "tests/log_library/fake_uptime.h"
 #include "tests/log_library/test_log.h"
 
@@ -69,20 +68,12 @@ TEST(LogFileTest, IsWrittenOnWhenItsSizeCantBeHad) {
 }
 
 // What another process leaves behind when the disk is full.
-void AppendCutRecord(const LogPlace& place) {
-  const std::string record = std::string(kEarlierHead) + "cut sh";
-  const nhupdate::UniqueFile file(::CreateFileW(place.CurrentFile().c_str(), FILE_APPEND_DATA,
-                                                FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                                OPEN_ALWAYS, 0, nullptr));
-  DWORD written = 0;
-  EXPECT_TRUE(
-      ::WriteFile(file.Get(), record.data(), static_cast<DWORD>(record.size()), &written, nullptr));
-}
+const std::string kCutRecord = std::string(kEarlierHead) + "cut sh";
 
 TEST(LogFileTest, ACutRecordOfAnotherProcessIsNotContinuedByTheNextOne) {
   StartedLog log;
   log.Write(L"before");
-  AppendCutRecord(log);
+  AppendFileBytes(log.CurrentFile(), kCutRecord);
 
   log.Write(L"after");
 
@@ -91,7 +82,7 @@ TEST(LogFileTest, ACutRecordOfAnotherProcessIsNotContinuedByTheNextOne) {
 
 TEST(LogFileTest, ACutRecordOfAnEarlierRunIsNotContinuedByTheHeaderRecord) {
   TestLog log;
-  AppendCutRecord(log);
+  AppendFileBytes(log.CurrentFile(), kCutRecord);
 
   EXPECT_EQ(log.Start(), 0);
 
@@ -112,11 +103,34 @@ TEST(LogFileTest, IsReadOnlyWhenOthersHaveWritten) {
   log.Write(L"one");
   log.Write(L"two");
   EXPECT_EQ(open.Calls(), 0);
-  AppendCutRecord(log);
+  AppendFileBytes(log.CurrentFile(), kCutRecord);
   log.Write(L"three");
   log.Write(L"four");
 
   EXPECT_EQ(open.Calls(), 1);
+}
+
+TEST(LogFileTest, IsReadAtItsEndHoweverLongItIs) {
+  constexpr std::uint64_t kSize = 5ULL << 30;
+  StartedLog log;
+  INTERPOSER(GetFileInformationByHandleEx) inspect(
+      log.Module(),
+      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
+        const BOOL done = inspect.Original()(file, kind, information, size);
+        if (kind == FileStandardInfo) {
+          static_cast<FILE_STANDARD_INFO*>(information)->EndOfFile.QuadPart = kSize;
+        }
+        return done;
+      });
+  INTERPOSER(ReadFile) read(
+      log.Module(), [&](HANDLE, void*, DWORD, DWORD*, OVERLAPPED* position) -> BOOL {
+        EXPECT_EQ((std::uint64_t{position->OffsetHigh} << 32) | position->Offset, kSize - 1);
+        return FALSE;
+      });
+
+  log.Write(L"record");
+
+  EXPECT_GE(read.Calls(), 1);
 }
 
 // Says of a file, once, that it was deleted while it was open.

@@ -7,6 +7,7 @@ namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -54,6 +55,23 @@ TEST(LogStartTest, FailsWhenNoFileCanBeWritten) {
   log.Write(L"ignored");
 
   EXPECT_THAT(log.Files(), IsEmpty());
+}
+
+TEST(LogStartTest, GoesOnInPlaceOfAFileThatCantBeOpened) {
+  TestLog log;
+  const INTERPOSER(Sleep) sleep(log.Module(), [](DWORD) {});
+  INTERPOSER(CreateFileW) create(log.Module(), [&](const wchar_t* path, auto... rest) {
+    if (path != log.CurrentFile()) {
+      return create.Original()(path, rest...);
+    }
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
+  });
+
+  EXPECT_EQ(log.Start(), 0);
+
+  EXPECT_THAT(ReadRecords(log.RotatedFile(1)).at(0).text,
+              EndsWith(", in place of NHUpdateManager.log, which can't be opened"));
 }
 
 TEST(LogStartTest, AFailedStartEndsTheLogBefore) {

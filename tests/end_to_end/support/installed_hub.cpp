@@ -10,7 +10,6 @@
 #include "base/known_folder.h"
 #include "base/paths.h"
 #include "base/strings.h"
-#include "base/unique_handle.h"
 #include "base/windows.h"
 #include "tests/end_to_end/support/child_journal.h"
 #include "tests/end_to_end/support/product_registry.h"
@@ -27,14 +26,6 @@ namespace nhupdate_test {
 namespace {
 
 constexpr wchar_t kRootName[] = L"\\Corvane";
-
-void Append(const std::wstring& path, const std::string& bytes) {
-  const nhupdate::UniqueFile file(::CreateFileW(path.c_str(), FILE_APPEND_DATA, 0, nullptr,
-                                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  DWORD written = 0;
-  EXPECT_TRUE(
-      ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr));
-}
 
 // Over what is there, with the folders above it.
 void CopyOver(const std::wstring& source, const std::wstring& target) {
@@ -113,7 +104,7 @@ void CInstalledHub::PutManager(const std::wstring& folder, const std::string& ve
        {L"\\NHUpdateManager.exe", L"\\NSWLogDynamic64U.dll", L"\\LogConfig.ini"}) {
     CopyOver(PackagedFolder() + file, folder + file);
   }
-  Append(folder + L"\\NHUpdateManager.exe", version);
+  AppendFileBytes(folder + L"\\NHUpdateManager.exe", version);
   WriteFileBytes(folder + L"\\Config\\NHUpdateManager.Default.json", StringFile());
 }
 

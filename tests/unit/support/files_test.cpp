@@ -33,6 +33,13 @@ TEST_F(FileSupportTest, ReadsWhatWasWritten) {
   EXPECT_EQ(ReadFileBytes(Path(L"new\\folder\\file")), bytes);
 }
 
+TEST_F(FileSupportTest, AppendsToWhatIsThereOrNot) {
+  AppendFileBytes(Path(L"file"), "one ");
+  AppendFileBytes(Path(L"file"), "two");
+
+  EXPECT_EQ(ReadFileBytes(Path(L"file")), "one two");
+}
+
 TEST_F(FileSupportTest, FailsTheTestWhenAFileCannotBeWritten) {
   CreateFolders(Path(L"folder"));
 
