@@ -6,13 +6,17 @@
 
 namespace nhupdate_test {
 
-FILETIME HoursAgo(int hours) {
+FILETIME HoursBefore(FILETIME time, int hours) {
   constexpr LONGLONG kUnitsPerHour = 60LL * 60 * 10'000'000;
-  FILETIME now = {};
-  ::GetSystemTimeAsFileTime(&now);
-  LARGE_INTEGER units = {{now.dwLowDateTime, static_cast<LONG>(now.dwHighDateTime)}};
+  LARGE_INTEGER units = {{time.dwLowDateTime, static_cast<LONG>(time.dwHighDateTime)}};
   units.QuadPart -= hours * kUnitsPerHour;
   return {units.LowPart, static_cast<DWORD>(units.HighPart)};
+}
+
+FILETIME HoursAgo(int hours) {
+  FILETIME now = {};
+  ::GetSystemTimeAsFileTime(&now);
+  return HoursBefore(now, hours);
 }
 
 void SetLastWritten(const std::wstring& path, FILETIME time) {

@@ -6,7 +6,8 @@
 
 namespace nhupdate_test {
 
-// A moment so many hours ago; in the future when they are negative.
+// The moment so many hours before another one, or before now; after it when they are negative.
+[[nodiscard]] FILETIME HoursBefore(FILETIME time, int hours);
 [[nodiscard]] FILETIME HoursAgo(int hours);
 
 // Says of a file or folder that it was last written then.

@@ -61,6 +61,22 @@ TEST(LogRetentionTest, DeletesAtStartWhatIsTooOldOrTooMuch) {
   }
 }
 
+TEST(LogRetentionTest, DeletesWhatIsOlderThanTheAgeAndNotWhatIsJustSoOld) {
+  TestLog log("MaxFiles=10\nMaxAgeDays=1\n");
+  const FILETIME now = HoursAgo(0);
+  FILETIME a_day_before = HoursBefore(now, 24);
+  WriteFileBytes(log.RotatedFile(1), "x");
+  WriteFileBytes(log.RotatedFile(2), "x");
+  SetLastWritten(log.RotatedFile(1), a_day_before);
+  --a_day_before.dwLowDateTime;
+  SetLastWritten(log.RotatedFile(2), a_day_before);
+  INTERPOSER(GetSystemTimeAsFileTime) clock(log.Module(), [&](FILETIME* time) { *time = now; });
+
+  EXPECT_EQ(log.Start(), 0);
+
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.1.log", L"NHUpdateManager.log"));
+}
+
 TEST(LogRetentionTest, CountsNoFolderThatIsYoungerThanTheFiles) {
   TestLog log("MaxFiles=2\n");
   WriteFileBytes(log.RotatedFile(1), "x");

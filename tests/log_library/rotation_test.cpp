@@ -1,5 +1,7 @@
 // When a file is put aside, and how.
 
+#include <utility>
+
 #include "base/existence.h"
 #include "tests/log_library/fake_uptime.h"
 #include "tests/log_library/test_log.h"
@@ -42,8 +44,8 @@ TEST(LogRotationTest, PutsAFileAsideFromTheLimitOn) {
 }
 
 // What another process does when it rotates: it renames the file and writes into a new one.
-void RotateAsAnother(const LogPlace& place) {
-  EXPECT_TRUE(::MoveFileW(place.CurrentFile().c_str(), place.RotatedFile(1).c_str()));
+void RotateAsAnother(const LogPlace& place, int number = 1) {
+  EXPECT_TRUE(::MoveFileW(place.CurrentFile().c_str(), place.RotatedFile(number).c_str()));
   WriteFileBytes(place.CurrentFile(), kEarlier);
 }
 
@@ -124,19 +126,31 @@ TEST(LogRotationTest, MakesANewFileWhenTheFullOneIsGone) {
   EXPECT_THAT(log.Texts(), ElementsAre("next"));
 }
 
-// Another process was quicker with the rename, to the same name.
+// Wine would tell the name that the file had when it was opened.
 TEST(LogRotationTest, LeavesAFileAloneThatAnotherWriterHasJustRenamed) {
   StartedLog log(kSmallFiles);
+  bool has_another_name = false;
   log.Write(kFullFile);
   INTERPOSER(SetFileInformationByHandle) rename(log.Module(), [&](auto... all) {
-    RotateAsAnother(log);
+    WriteFileBytes(log.RotatedFile(1), "x");
+    RotateAsAnother(log, 2);
+    has_another_name = true;
     return rename.Original()(all...);
   });
+  INTERPOSER(GetFinalPathNameByHandleW) place(
+      log.Module(), [&](HANDLE file, wchar_t* path, auto... rest) {
+        const DWORD units = place.Original()(file, path, rest...);
+        if (std::exchange(has_another_name, false)) {
+          path[units - 1] = L'?';
+        }
+        return units;
+      });
 
   log.Write(L"next");
 
   EXPECT_EQ(rename.Calls(), 1);
-  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.1.log", L"NHUpdateManager.log"));
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.1.log", L"NHUpdateManager.2.log",
+                                       L"NHUpdateManager.log"));
   EXPECT_THAT(log.Texts(), ElementsAre("earlier", "next"));
 }
 
