@@ -1,8 +1,8 @@
 #pragma once
 
 // The folder with the log files: the current one, NHUpdateManager.log, and the rotated ones,
-// NHUpdateManager.<number>.log with the highest number for the youngest. A rotated file never
-// changes its name again.
+// NHUpdateManager.<number>.log, numbered one after the other (see rotated_files.h). A rotated file
+// never changes its name again.
 
 #include <cstdint>
 #include <optional>

@@ -16,13 +16,11 @@ class RestartFinalUpdateEndToEndTest : public RestartTest {
 TEST_F(RestartFinalUpdateEndToEndTest, FinalUpdateCanBeEndedBeforeAnyChange) {
   const DisturbedRun run = {.prepare = [this] { PrepareFinalUpdate(); },
                             .executable = hub_.Manager(),
-                            .arguments = L"-final_update"};
+                            .arguments = L"-final_update",
+                            .fewest_moments = 51};
   ExpectGoldenRunOf(run);
 
-  const int changes = EndAndRestartAtEveryChange(run);
-
-  EXPECT_GT(changes, 50);
-  RecordProperty("changes", changes);
+  EndAndRestartAtEveryChange(run);
 }
 
 }  // namespace

@@ -13,6 +13,10 @@ void CreateFolders(const std::wstring& folder);
 // Writes the file, with the folders above it; a test failure when it can't.
 void WriteFileBytes(const std::wstring& path, const std::string& bytes);
 
+// Writes behind what is in the file, which others may have open; a test failure when it can't.
+// Makes the file when there is none.
+void AppendFileBytes(const std::wstring& path, const std::string& bytes);
+
 // The content of the file; a test failure and nothing when it can't be read whole.
 [[nodiscard]] std::string ReadFileBytes(const std::wstring& path);
 

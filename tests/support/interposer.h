@@ -33,10 +33,7 @@ class Interposer<Result(Arguments...)> {
  public:
   using Function = Result (*)(Arguments...);
 
-  template <typename Fake>
-  Interposer(const char* function_name, Fake fake)
-      : Interposer(nullptr, function_name, std::move(fake)) {}
-
+ protected:
   template <typename Fake>
   Interposer(HMODULE module, const char* function_name, Fake fake)
       : slot_(FindImportSlot(function_name, module)),
@@ -51,6 +48,7 @@ class Interposer<Result(Arguments...)> {
         slot_, reinterpret_cast<void*>(ThunkAt(index_, std::make_index_sequence<kThunkCount>())));
   }
 
+ public:
   Interposer(const Interposer&) = delete;
   Interposer& operator=(const Interposer&) = delete;
 
@@ -112,7 +110,7 @@ template <typename Signature, FunctionName kName>
 class NamedInterposer : public Interposer<Signature> {
  public:
   template <typename Fake>
-  explicit NamedInterposer(Fake fake) : Interposer<Signature>(kName.text.data(), std::move(fake)) {}
+  explicit NamedInterposer(Fake fake) : NamedInterposer(nullptr, std::move(fake)) {}
 
   template <typename Fake>
   NamedInterposer(HMODULE module, Fake fake)

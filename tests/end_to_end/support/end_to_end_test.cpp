@@ -106,18 +106,6 @@ ProgramRun EndToEndTest::RunAs(const ProgramStart& start) {
   return run;
 }
 
-ProgramRun EndToEndTest::Run(const std::wstring& arguments) {
-  return RunFrom(hub_.Manager(), arguments);
-}
-
-ProgramRun EndToEndTest::RunUnelevated(const std::wstring& arguments) {
-  return RunAs({.executable = hub_.Manager(), .arguments = arguments, .is_elevated = false});
-}
-
-ProgramRun EndToEndTest::RunFrom(const std::wstring& executable, const std::wstring& arguments) {
-  return RunAs({.executable = executable, .arguments = arguments});
-}
-
 Tree EndToEndTest::Files() const {
   Tree files = ReadTree(hub_.Scratch());
   const std::wstring data_folder = hub_.DataFolder() + L"\\Corvane";

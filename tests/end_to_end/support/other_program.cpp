@@ -1,6 +1,7 @@
 #include "tests/end_to_end/support/other_program.h"
 
 #include <array>
+#include <cstring>
 
 #include <winternl.h>  // needs <windows.h> first
 
@@ -39,27 +40,35 @@ bool RunToEntry(HANDLE thread, const CMemory& memory, std::uintptr_t entry) {
   return memory.Write(entry, original) && is_there;
 }
 
-std::vector<ImportSlot> FindImports(const CMemory& memory, std::uintptr_t image,
-                                    const IMAGE_NT_HEADERS64& headers) {
+// What the image holds there.
+template <typename Value>
+Value At(const std::vector<unsigned char>& image, std::size_t offset) {
+  Value value = {};
+  std::memcpy(&value, image.data() + offset, sizeof(value));
+  return value;
+}
+
+// In a copy of the whole image: each reading of the other process's memory takes its time.
+std::vector<ImportSlot> FindImports(const CMemory& memory, std::uintptr_t image_address,
+                                    const IMAGE_OPTIONAL_HEADER64& header) {
+  const std::vector<unsigned char> image = memory.ReadBlock(image_address, header.SizeOfImage);
   std::vector<ImportSlot> slots;
-  std::uintptr_t descriptor_address =
-      image + headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-  for (;; descriptor_address += sizeof(IMAGE_IMPORT_DESCRIPTOR)) {
-    const auto descriptor = memory.Read<IMAGE_IMPORT_DESCRIPTOR>(descriptor_address);
+  for (std::size_t next = header.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;;
+       next += sizeof(IMAGE_IMPORT_DESCRIPTOR)) {
+    const auto descriptor = At<IMAGE_IMPORT_DESCRIPTOR>(image, next);
     if (descriptor.Name == 0) {
       return slots;
     }
-    for (std::uintptr_t index = 0;; ++index) {
-      const std::uintptr_t offset = index * sizeof(IMAGE_THUNK_DATA64);
-      const auto name = memory.Read<std::uint64_t>(image + descriptor.OriginalFirstThunk + offset);
+    for (std::size_t offset = 0;; offset += sizeof(IMAGE_THUNK_DATA64)) {
+      const auto name = At<std::uint64_t>(image, descriptor.OriginalFirstThunk + offset);
       if (name == 0) {
         break;
       }
-      constexpr std::uintptr_t kHintBytes = 2;
+      constexpr std::size_t kHintBytes = 2;
       if (!IMAGE_SNAP_BY_ORDINAL64(name)) {
-        const std::uintptr_t slot = image + descriptor.FirstThunk + offset;
-        slots.push_back(
-            {memory.ReadText(image + name + kHintBytes), slot, memory.Read<std::uintptr_t>(slot)});
+        const std::size_t slot = descriptor.FirstThunk + offset;
+        slots.push_back({reinterpret_cast<const char*>(image.data() + name + kHintBytes),
+                         image_address + slot, At<std::uintptr_t>(image, slot)});
       }
     }
   }
@@ -77,7 +86,7 @@ std::vector<ImportSlot> LoadToEntry(HANDLE process, HANDLE thread) {
       !RunToEntry(thread, memory, image + headers.OptionalHeader.AddressOfEntryPoint)) {
     return {};
   }
-  return FindImports(memory, image, headers);
+  return FindImports(memory, image, headers.OptionalHeader);
 }
 
 }  // namespace nhupdate_test

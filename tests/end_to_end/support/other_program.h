@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -26,12 +25,12 @@ class CMemory {
     return value;
   }
 
-  [[nodiscard]] std::string ReadText(std::uintptr_t address) const {
-    std::string text;
-    for (char next = Read<char>(address); next != '\0'; next = Read<char>(++address)) {
-      text += next;
-    }
-    return text;
+  [[nodiscard]] std::vector<unsigned char> ReadBlock(std::uintptr_t address,
+                                                     std::size_t size) const {
+    std::vector<unsigned char> block(size);
+    ::ReadProcessMemory(process_, reinterpret_cast<const void*>(address), block.data(), size,
+                        nullptr);
+    return block;
   }
 
   template <typename Value>

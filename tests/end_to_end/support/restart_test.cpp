@@ -9,10 +9,12 @@ namespace nhupdate_test {
 
 namespace {
 
-constexpr int kMoreThanThereAre = 50'000;
-
 ProgramStart StartOfEnded(const DisturbedRun& run) {
   return {.executable = run.ended_executable, .arguments = run.ended_arguments};
+}
+
+ProgramRun RunWhole(const DisturbedRun& run) {
+  return RunToTheEnd({.executable = run.executable, .arguments = run.arguments});
 }
 
 std::uint64_t SizeOf(const std::wstring& file) {
@@ -21,11 +23,12 @@ std::uint64_t SizeOf(const std::wstring& file) {
   return (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
 }
 
-}  // namespace
-
-int RestartTest::StrideUnlessLong(int stride) {
-  return ::GetEnvironmentVariableW(L"NHUPDATE_LONG_TESTS", nullptr, 0) != 0 ? 1 : stride;
+// Where every moment is wanted, which takes hours (tools/test --long).
+bool IsEveryMomentWanted() {
+  return ::GetEnvironmentVariableW(L"NHUPDATE_LONG_TESTS", nullptr, 0) != 0;
 }
+
+}  // namespace
 
 void RestartTest::PutTracesOfUse() const {
   WriteFileBytes(hub_.Base() + L"\\Plugins\\old.dll", "gone in 2.0.0");
@@ -48,9 +51,7 @@ void RestartTest::ExpectGoldenRunOf(const DisturbedRun& run) {
 
 RestartTest::End RestartTest::RunUndisturbed(const DisturbedRun& run) const {
   StartAfresh(run);
-  const ProgramRun undisturbed =
-      RunToTheEnd({.executable = run.executable, .arguments = run.arguments});
-  EXPECT_EQ(undisturbed.exit_code, run.exit_code);
+  EXPECT_EQ(RunWhole(run).exit_code, run.exit_code);
   return {Files(), DescribeProductKeys()};
 }
 
@@ -59,71 +60,66 @@ bool RestartTest::EndAndRestart(const DisturbedRun& run, const End& end,
   StartAfresh(run);
   run.prepare_stage();
 
-  const ProgramRun ended = RunToTheEnd(disturbed);
-  if (ended.exit_code != exit_code) {
-    EXPECT_EQ(ended.exit_code, run.exit_code);
+  const DWORD ended_with = RunToTheEnd(disturbed).exit_code;
+  if (ended_with != exit_code) {
+    EXPECT_EQ(ended_with, run.exit_code);
     return false;
   }
-  const ProgramRun restarted =
-      RunToTheEnd({.executable = run.executable, .arguments = run.arguments});
+  const DWORD restarted_with = RunWhole(run).exit_code;
 
-  EXPECT_EQ(restarted.exit_code, run.exit_code);
+  EXPECT_EQ(restarted_with, run.exit_code);
   EXPECT_EQ(DescribeChanges(end.files, Files()), "");
   EXPECT_EQ(DescribeProductKeys(), end.product_keys);
   return true;
 }
 
-int RestartTest::EndAndRestartAtEveryChange(const DisturbedRun& run, int stride) const {
+void RestartTest::EndAndRestartAtEvery(const DisturbedRun& run, int ProgramStart::*moment,
+                                       DWORD exit_code, int stride) {
   if (IsSkipped()) {
-    return kMoreThanThereAre;  // only the golden file is wanted
+    return;  // only the golden file is wanted
   }
   const End end = RunUndisturbed(run);
   ProgramStart start = StartOfEnded(run);
-  int times = 0;
-  for (int change = 1; change < kMoreThanThereAre && !HasFailure(); change += stride) {
-    SCOPED_TRACE("ended before change " + std::to_string(change));
-    start.end_before_change = change;
-    if (!EndAndRestart(run, end, start, kEndedByTest)) {
-      return times;
-    }
-    ++times;
+  start.*moment = 1;
+  int moments = 0;
+  bool has_ended_early = true;
+  while (has_ended_early && !HasFailure()) {
+    SCOPED_TRACE("ended at moment " + std::to_string(start.*moment));
+    has_ended_early = EndAndRestart(run, end, start, exit_code);
+    moments += has_ended_early ? 1 : 0;
+    start.*moment += IsEveryMomentWanted() ? 1 : stride;
   }
-  return 0;
+  EXPECT_GE(moments, run.fewest_moments);
+  RecordProperty("moments", moments);
 }
 
-int RestartTest::StarveAndRestart(const DisturbedRun& run, int stride) const {
-  const End end = RunUndisturbed(run);
-  ProgramStart start = StartOfEnded(run);
-  int times = 0;
-  for (int allocation = 1; allocation < kMoreThanThereAre && !HasFailure(); allocation += stride) {
-    SCOPED_TRACE("no memory at allocation " + std::to_string(allocation));
-    start.fail_allocation = allocation;
-    if (!EndAndRestart(run, end, start, nhupdate::kWantOfMemoryExitCode)) {
-      return times;
-    }
-    ++times;
-  }
-  return 0;
+void RestartTest::EndAndRestartAtEveryChange(const DisturbedRun& run, int stride) {
+  EndAndRestartAtEvery(run, &ProgramStart::end_before_change, kEndedByTest, stride);
 }
 
-int RestartTest::EndAndRestartInTheCopyOf(const DisturbedRun& run, const std::wstring& file,
-                                          std::uint64_t size) const {
+void RestartTest::StarveAndRestart(const DisturbedRun& run, int stride) {
+  EndAndRestartAtEvery(run, &ProgramStart::fail_allocation, nhupdate::kWantOfMemoryExitCode,
+                       stride);
+}
+
+void RestartTest::EndAndRestartInTheCopyOf(const DisturbedRun& run, const std::wstring& file,
+                                           std::uint64_t size) {
   const End end = RunUndisturbed(run);
   ProgramStart start = StartOfEnded(run);
-  int times = 0;
+  std::uint64_t moments = 0;
+  constexpr std::uint64_t kMoments = 3;
   // On a busy machine a copy may be over before anybody has seen it.
   constexpr int kTries = 9;
-  for (int attempt = 0; attempt < kTries && times < kMomentsOfACopy && !HasFailure(); ++attempt) {
-    SCOPED_TRACE("ended in part " + std::to_string(times));
-    const std::uint64_t enough = size / kMomentsOfACopy * static_cast<std::uint64_t>(times);
+  for (int attempt = 0; attempt < kTries && moments < kMoments && !HasFailure(); ++attempt) {
+    SCOPED_TRACE("ended in part " + std::to_string(moments));
     // Not the file of before, which is a short one.
     start.end_when = [&] {
       const std::uint64_t reached = SizeOf(file);
-      return reached > enough && reached < size;
+      return reached > size / kMoments * moments && reached < size;
     };
-    times += EndAndRestart(run, end, start, kEndedByTest) ? 1 : 0;
+    moments += EndAndRestart(run, end, start, kEndedByTest) ? 1 : 0;
   }
-  return times;
+  EXPECT_EQ(moments, kMoments);
 }
 
 }  // namespace nhupdate_test

@@ -19,6 +19,8 @@ struct DisturbedRun {
   std::wstring executable;
   std::wstring arguments;
   DWORD exit_code = 0;
+  // At which it is ended at least; fewer would mean that they are not all seen.
+  int fewest_moments = 0;
   // What of it is ended: by default the program that is started, else one of its later stages.
   std::wstring ended_executable = executable;
   std::wstring ended_arguments = arguments;
@@ -34,18 +36,14 @@ class RestartTest : public EndToEndTest {
   // The run when nothing disturbs it.
   void ExpectGoldenRunOf(const DisturbedRun& run);
 
-  // All of these return how often the program was ended; 0 after the first failure. What it had
-  // started by then ran to its end, as after the program alone has crashed.
-  [[nodiscard]] int EndAndRestartAtEveryChange(const DisturbedRun& run, int stride = 1) const;
-  [[nodiscard]] int StarveAndRestart(const DisturbedRun& run, int stride) const;
+  // What the ended program had started by then runs to its end, as after the program alone has
+  // crashed. Where not every moment is tried, they are `stride` apart.
+  void EndAndRestartAtEveryChange(const DisturbedRun& run, int stride = 1);
+  void StarveAndRestart(const DisturbedRun& run, int stride);
   // While this file, whose final size is given, is being written: at its beginning, after a third
   // and after two thirds.
-  static constexpr int kMomentsOfACopy = 3;
-  [[nodiscard]] int EndAndRestartInTheCopyOf(const DisturbedRun& run, const std::wstring& file,
-                                             std::uint64_t size) const;
-
-  // 1 where every moment is wanted, which takes hours, or the given one.
-  [[nodiscard]] static int StrideUnlessLong(int stride);
+  void EndAndRestartInTheCopyOf(const DisturbedRun& run, const std::wstring& file,
+                                std::uint64_t size);
 
  private:
   // What an undisturbed run leaves.
@@ -59,6 +57,9 @@ class RestartTest : public EndToEndTest {
   // Returns whether the program was ended by what was put into its way, with that exit code.
   [[nodiscard]] bool EndAndRestart(const DisturbedRun& run, const End& end,
                                    const ProgramStart& disturbed, DWORD exit_code) const;
+  // `moment` is the member of the start that says when.
+  void EndAndRestartAtEvery(const DisturbedRun& run, int ProgramStart::*moment, DWORD exit_code,
+                            int stride);
 };
 
 }  // namespace nhupdate_test

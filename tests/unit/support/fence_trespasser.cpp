@@ -102,8 +102,7 @@ void CallLibrary(const std::wstring& journal) {
 
 // As the program does when a test hands its calls on.
 void DeleteBehindAFake(const std::wstring& path) {
-  Interposer<decltype(::DeleteFileW)> fake(
-      "DeleteFileW", [&](const wchar_t* name) { return fake.Original()(name); });
+  INTERPOSER(DeleteFileW) fake([&](const wchar_t* name) { return fake.Original()(name); });
   ::DeleteFileW(path.c_str());
 }
 

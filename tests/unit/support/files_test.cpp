@@ -37,6 +37,13 @@ TEST_F(FileSupportTest, HasPathsThatAreTooLongForWindowsByDefault) {
   EXPECT_GT(LongPathBelow(L"C:").size(), std::size_t{MAX_PATH});
 }
 
+TEST_F(FileSupportTest, AppendsToWhatIsThereOrNot) {
+  AppendFileBytes(Path(L"file"), "one ");
+  AppendFileBytes(Path(L"file"), "two");
+
+  EXPECT_EQ(ReadFileBytes(Path(L"file")), "one two");
+}
+
 TEST_F(FileSupportTest, FailsTheTestWhenAFileCannotBeWritten) {
   CreateFolders(Path(L"folder"));
 
