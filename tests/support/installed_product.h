@@ -8,6 +8,7 @@
 // Only what a test needs is there. The manager writes its log through the recording library.
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,8 @@ struct ProductOptions {
   std::wstring module = L"\\NHUpdateManager";
   // The file name, without extension, of the log library's variant; empty for none at all.
   std::wstring log_library = L"recording_log";
+  // What Windows gives for the running executable's path when it isn't where that lies.
+  std::optional<std::wstring> executable = std::nullopt;
 };
 
 class InstalledProduct {
