@@ -12,6 +12,10 @@ using testing::IsEmpty;
 
 constexpr wchar_t kStagedModule[] = L"\\Updater\\App\\NHUpdateManager";
 
+const std::vector<std::wstring> kProgramFiles = {L"Config\\",
+                                                 L"Config\\NHUpdateManager.Default.json",
+                                                 L"NHUpdateManager.exe", L"NSWLogDynamic64U.dll"};
+
 class SelfUpdateTest : public WorkflowTest {
  protected:
   explicit SelfUpdateTest(const ProductOptions& options = {.module = kStagedModule})
@@ -31,9 +35,7 @@ TEST_F(SelfUpdateTest, ReplacesTheInstalledCopyAndStartsIt) {
   Tell(Manager().SelfUpdate());
 
   TellEvents(shell);
-  EXPECT_THAT(ListTree(Installed()),
-              ElementsAre(L"Config\\", L"Config\\NHUpdateManager.Default.json",
-                          L"NHUpdateManager.exe", L"NSWLogDynamic64U.dll"));
+  EXPECT_EQ(ListTree(Installed()), kProgramFiles);
 }
 
 TEST_F(SelfUpdateTest, StopsOtherCopiesButNotItself) {
@@ -112,8 +114,7 @@ TEST_F(MisplacedSelfUpdateTest, CopiesThreeFoldersUpAllTheSame) {
   ASSERT_EQ(shell.Launches().size(), 1u);
   EXPECT_EQ(shell.Launches()[0].file, target + L"\\NHUpdateManager.exe");
   EXPECT_EQ(shell.Launches()[0].folder, target);
-  EXPECT_THAT(ListTree(target), ElementsAre(L"Config\\", L"Config\\NHUpdateManager.Default.json",
-                                            L"NHUpdateManager.exe", L"NSWLogDynamic64U.dll"));
+  EXPECT_EQ(ListTree(target), kProgramFiles);
 }
 
 class UnelevatedSelfUpdateTest : public SelfUpdateTest {

@@ -39,15 +39,11 @@ TEST_F(UpdaterRefreshTest, CopiesUnlessTheUpdateOfTheUpdaterFailed) {
   } cases[] = {
       // What was fetched earlier.
       {"NoNewUpdater", {EndsWith(1)}, "new"},
-      {"Error2", {EndsWith(2)}, "new"},
-      {"ErrorMinus1", {EndsWith(0xFFFFFFFF)}, "new"},
-      {"Unreadable", {EndsUnreadably()}, "new"},
-      {"NotLaunched", {FailsWith(ERROR_FILE_NOT_FOUND)}, "new"},
+      {"CheckFailed", {EndsWith(2)}, "new"},
+      {"CheckNotLaunched", {FailsWith(ERROR_FILE_NOT_FOUND)}, "new"},
       // What was fetched now.
       {"Updated", {EndsWith(0), EndsWith(0)}, "new"},
-      {"UpdateUnreadable", {EndsWith(0), EndsUnreadably()}, "new"},
       {"UpdateFailed", {EndsWith(0), EndsWith(1)}, "old"},
-      {"UpdateFailedWithTheSmallestCode", {EndsWith(0), EndsWith(0x80000000)}, "old"},
       {"UpdateNotLaunched", {EndsWith(0), FailsWith(ERROR_ACCESS_DENIED)}, "old"},
   };
   for (const auto& [name, script, updater] : cases) {
