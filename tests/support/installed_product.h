@@ -53,6 +53,12 @@ class InstalledProduct {
   // is, or is not, elevated. The start-up's own records are kept.
   void Start();
 
+  // The same in a process that isn't elevated, from now on.
+  void StartUnelevated() {
+    options_.elevated = false;
+    Start();
+  }
+
   // The manager; started, and with no records yet, when Start has not been called.
   [[nodiscard]] nhupdate::CManagerCenter& Manager();
 

@@ -18,15 +18,11 @@ class CheckAndDownloadTest : public WorkflowTest {
  protected:
   CheckAndDownloadTest() { AddFile(kUpdater); }
 
+  int Run() override { return Manager().CheckAndDownload(); }
+
   void SetVersions(const std::string& installed, const std::string& staged) {
     WriteFileBytes(product_.Base() + L"\\Version.txt", VersionFile(installed));
     WriteFileBytes(product_.App() + L"\\Version.txt", VersionFile(staged));
-  }
-
-  void TellRun(const std::string& heading, const std::vector<ShellAnswer>& script) {
-    const ScriptedShell shell(script);
-    Tell(heading, Manager().CheckAndDownload());
-    TellEvents(shell);
   }
 
   // Counts how often values of files in INI format are read.
@@ -48,7 +44,7 @@ TEST_F(CheckAndDownloadTest, EndsAtOnceWithoutAnUpdater) {
   SetVersions("1.0.0", "2.0.0");
   Remove(kUpdater);
 
-  TellRun("", {});
+  TellRun({});
 
   EXPECT_EQ(read_.Calls(), 0);
 }
@@ -79,13 +75,10 @@ TEST_F(CheckAndDownloadTest, DownloadsWhenTheStagedVersionDiffers) {
   }
 }
 
-using UnelevatedCheckTest = UnelevatedWorkflowTest;
+TEST_F(CheckAndDownloadTest, NeedsNoElevation) {
+  LoseElevation();
 
-TEST_F(UnelevatedCheckTest, DownloadsAllTheSame) {
-  AddFile(kUpdater);
-  const ScriptedShell shell({EndsWith(0), EndsWith(0)});
-
-  Tell(Manager().CheckAndDownload());
+  TellRun({EndsWith(0), EndsWith(0)});
 }
 
 }  // namespace

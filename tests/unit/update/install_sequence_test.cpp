@@ -19,7 +19,7 @@ using testing::ElementsAre;
 // and tools of its own.
 class InstallSequenceTest : public WorkflowTest {
  protected:
-  explicit InstallSequenceTest(const ProductOptions& options = {}) : WorkflowTest(options) {
+  InstallSequenceTest() {
     AddFile(L"\\old.txt");
     AddFile(L"\\Updater\\App\\new.txt");
     AddFile(L"\\Updater\\Config\\ut.ini");
@@ -27,42 +27,36 @@ class InstallSequenceTest : public WorkflowTest {
     CreateFolders(product_.Base() + L"\\Empty\\Inner");
   }
 
-  int Run(InstallKind kind) {
+  int Run() override {
     const ProductSurroundings surroundings(product_.Facts());
-    const ScriptedShell shell({});
-    return Manager().InstallSequence(kind);
+    return Manager().InstallSequence(kind_);
   }
 
-  void TellRun(InstallKind kind) {
-    Tell(Run(kind));
-    EXPECT_EQ(Exists(product_.Base() + L"\\Empty"), kind == InstallKind::kInstallation);
-    EXPECT_EQ(Exists(product_.Root() + L"\\NimbaCast"), kind == InstallKind::kInstallation);
+  void TellRunOf(InstallKind kind) {
+    kind_ = kind;
+    TellRun({});
   }
 
-  // Both kinds, each in a state that is the same at its beginning.
+  // Both kinds, of which one installs the sibling and the other removes empty folders.
   void TellBothKinds() {
-    TellRun(InstallKind::kInstallation);
+    TellRunOf(InstallKind::kInstallation);
+    EXPECT_TRUE(Exists(product_.Base() + L"\\Empty"));
+    EXPECT_TRUE(Exists(product_.Root() + L"\\NimbaCast"));
     RemoveTree(product_.Root() + L"\\NimbaCast");
-    TellRun(InstallKind::kLastUpdateStage);
+
+    TellRunOf(InstallKind::kLastUpdateStage);
+    EXPECT_FALSE(Exists(product_.Base() + L"\\Empty"));
+    EXPECT_FALSE(Exists(product_.Root() + L"\\NimbaCast"));
   }
 
-  static FakeProcess StubbornCopy() {
-    return {.id = 4242, .image_path = L"C:\\NHUpdateManager.exe", .refuses_to_end = true};
-  }
-
+  InstallKind kind_ = InstallKind::kLastUpdateStage;
   RecordedTools tools_;
   FakeProcessTable no_processes_;
   ScratchRegistry registry_;
 };
 
-TEST_F(InstallSequenceTest, PutsTheProductIntoPlaceAndThenItsSibling) {
-  TellRun(InstallKind::kInstallation);
-
-  EXPECT_EQ(registry_.Text(kProductKey, L"AppPath"), product_.Root());
-}
-
-TEST_F(InstallSequenceTest, AsTheLastStagePutsTheProductIntoPlaceAndRemovesEmptyFolders) {
-  TellRun(InstallKind::kLastUpdateStage);
+TEST_F(InstallSequenceTest, PutsTheProductIntoPlaceAndInstallsItsSiblingOrRemovesEmptyFolders) {
+  TellBothKinds();
 
   EXPECT_EQ(registry_.Text(kProductKey, L"AppPath"), product_.Root());
 }
@@ -79,17 +73,18 @@ TEST_F(InstallSequenceTest, RemovesTheEmptyFoldersInTheOrderInWhichTheyWereFound
       }
       return open.Original()(path, access, rest...);
     });
-    EXPECT_EQ(Run(InstallKind::kLastUpdateStage), 0);
+    EXPECT_EQ(Run(), 0);
   }
   EXPECT_THAT(deleted, ElementsAre(empty + L"\\Inner", empty + L"\\late", empty));
 
   AddFile(L"\\Empty\\file.txt");
-  EXPECT_EQ(Run(InstallKind::kLastUpdateStage), 0);
+  EXPECT_EQ(Run(), 0);
   EXPECT_TRUE(Exists(empty + L"\\file.txt"));
 }
 
 TEST_F(InstallSequenceTest, NeitherCopiesNorRegistersBesideAnotherCopy) {
-  const FakeProcessTable processes({StubbornCopy()});
+  const FakeProcessTable processes(
+      {{.id = 4242, .image_path = L"C:\\NHUpdateManager.exe", .refuses_to_end = true}});
 
   TellBothKinds();
 
@@ -108,41 +103,45 @@ TEST_F(InstallSequenceTest, DoesNotRegisterWhatWasNotCopied) {
 TEST_F(InstallSequenceTest, IsDoneEvenIfTheRegistrationFailed) {
   const INTERPOSER(RegSetValueExW) set_value(Answers(LSTATUS{ERROR_ACCESS_DENIED}));
 
-  TellRun(InstallKind::kLastUpdateStage);
+  TellRunOf(InstallKind::kLastUpdateStage);
 
   EXPECT_EQ(set_value.Calls(), 12);
 }
 
-class UnelevatedInstallSequenceTest : public InstallSequenceTest {
- protected:
-  UnelevatedInstallSequenceTest() : InstallSequenceTest({.elevated = false}) {}
-};
+TEST_F(InstallSequenceTest, OfAnInstallationEndsBeforeAnythingIsStoppedWithoutElevation) {
+  LoseElevation();
 
-TEST_F(UnelevatedInstallSequenceTest, EndsBeforeAnythingIsStopped) {
-  const FakeProcessTable processes({StubbornCopy()});
+  TellRunOf(InstallKind::kInstallation);
 
-  Tell("Installation", Run(InstallKind::kInstallation));
-  Tell("FinalUpdate", Manager().FinalUpdate());
-
-  EXPECT_EQ(processes.Enumerations(), 0);
-  EXPECT_FALSE(Exists(product_.Root() + L"\\NimbaCast"));
+  EXPECT_EQ(no_processes_.Enumerations(), 0);
 }
 
-TEST_F(UnelevatedInstallSequenceTest, AsTheLastStageLeavesTheTestToItsCallerButGrantsNothing) {
-  TellRun(InstallKind::kLastUpdateStage);
+TEST_F(InstallSequenceTest, AsTheLastStageLeavesTheTestToItsCallerButGrantsNothing) {
+  LoseElevation();
+
+  TellRunOf(InstallKind::kLastUpdateStage);
 
   EXPECT_THAT(tools_.Started(), testing::IsEmpty());
 }
 
-using FinalUpdateTest = InstallSequenceTest;
+class FinalUpdateTest : public InstallSequenceTest {
+ protected:
+  int Run() override {
+    const ProductSurroundings surroundings(product_.Facts());
+    return Manager().FinalUpdate();
+  }
+};
 
 TEST_F(FinalUpdateTest, IsTheLastStage) {
-  int result = 0;
-  {
-    const ProductSurroundings surroundings(product_.Facts());
-    result = Manager().FinalUpdate();
-  }
-  Tell(result);
+  TellRun({});
+}
+
+TEST_F(FinalUpdateTest, EndsBeforeAnythingIsStoppedWithoutElevation) {
+  LoseElevation();
+
+  TellRun({});
+
+  EXPECT_EQ(no_processes_.Enumerations(), 0);
 }
 
 }  // namespace

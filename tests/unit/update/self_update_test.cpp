@@ -23,6 +23,8 @@ class SelfUpdateTest : public WorkflowTest {
     AddFile(options.module + L"\\NHUpdateManager.exe");
   }
 
+  int Run() override { return Manager().SelfUpdate(); }
+
   [[nodiscard]] std::wstring Installed() const { return product_.Base() + L"\\NHUpdateManager"; }
 
   FakeProcessTable no_processes_;
@@ -30,11 +32,9 @@ class SelfUpdateTest : public WorkflowTest {
 
 TEST_F(SelfUpdateTest, ReplacesTheInstalledCopyAndStartsIt) {
   AddFile(L"\\NHUpdateManager\\Config\\old.json");
-  const ScriptedShell shell({EndsWith(0)});
 
-  Tell(Manager().SelfUpdate());
+  TellRun({EndsWith(0)});
 
-  TellEvents(shell);
   EXPECT_EQ(ListTree(Installed()), kProgramFiles);
 }
 
@@ -42,9 +42,8 @@ TEST_F(SelfUpdateTest, StopsOtherCopiesButNotItself) {
   const FakeProcessTable processes({{4242, L"C:\\Elsewhere\\nhupdatemanager.EXE"},
                                     {FakeProcessTable::kOwnId, L"C:\\Here\\NHUpdateManager.exe"},
                                     {4246, L"C:\\Elsewhere\\Other.exe"}});
-  const ScriptedShell shell({EndsWith(0)});
 
-  Tell(Manager().SelfUpdate());
+  TellRun({EndsWith(0)});
 
   EXPECT_THAT(processes.Running(), ElementsAre(FakeProcessTable::kOwnId, 4246u));
 }
@@ -52,28 +51,22 @@ TEST_F(SelfUpdateTest, StopsOtherCopiesButNotItself) {
 TEST_F(SelfUpdateTest, TellsTheUserToCloseACopyThatCannotBeStopped) {
   const FakeProcessTable processes(
       {{.id = 4242, .image_path = L"C:\\Elsewhere\\NHUpdateManager.exe", .refuses_to_end = true}});
-  const ScriptedShell shell({});
 
-  Tell(Manager().SelfUpdate());
+  TellRun({});
 }
 
 TEST_F(SelfUpdateTest, TellsTheUserWhenTheNextStageCannotBeStarted) {
-  {
-    const ScriptedShell shell({FailsWith(ERROR_CANCELLED)});
-    Tell("NotLaunched", Manager().SelfUpdate());
-  }
+  TellRun("NotLaunched", {FailsWith(ERROR_CANCELLED)});
   Remove(std::wstring(kStagedModule) + L"\\NHUpdateManager.exe");
   Remove(L"\\NHUpdateManager\\NHUpdateManager.exe");
-  const ScriptedShell shell({});
-  Tell("Missing", Manager().SelfUpdate());
+  TellRun("Missing", {});
 }
 
 TEST_F(SelfUpdateTest, GivesStoppedProcessesASecondBeforeItCopies) {
-  const ScriptedShell shell({EndsWith(0)});
   const std::wstring copied = Installed() + L"\\NHUpdateManager.exe";
   const RecordedSleeps sleeps([&](int) { EXPECT_FALSE(nhupdate::Exists(copied)); });
 
-  EXPECT_EQ(Manager().SelfUpdate(), 0);
+  TellRun({EndsWith(0)});
 
   EXPECT_THAT(sleeps.Milliseconds(), ElementsAre(1000u));
   EXPECT_TRUE(nhupdate::Exists(copied));
@@ -81,20 +74,18 @@ TEST_F(SelfUpdateTest, GivesStoppedProcessesASecondBeforeItCopies) {
 
 TEST_F(SelfUpdateTest, TriesTheCopyUpToThreeTimes) {
   for (const int failures : {1, 2}) {
-    const ScriptedShell shell({EndsWith(0)});
     const FailingCopy copy(ERROR_SHARING_VIOLATION,
                            [&](const std::wstring&) { return copy.Calls() <= failures; });
-    Tell(std::to_string(failures), Manager().SelfUpdate());
+    TellRun(std::to_string(failures), {EndsWith(0)});
   }
 }
 
 TEST_F(SelfUpdateTest, GivesUpTheCopyAfterThreeFailuresAndTheirSleeps) {
-  const ScriptedShell shell({});
   const FailingCopy copy(ERROR_SHARING_VIOLATION);
   // The user is told when it is over, not before the last sleep.
   const RecordedSleeps sleeps([&](int) { EXPECT_THAT(boxes_.Shown(), IsEmpty()); });
 
-  Tell(Manager().SelfUpdate());
+  TellRun({});
 
   EXPECT_THAT(sleeps.Milliseconds(), ElementsAre(1000u, 3000u, 3000u, 3000u));
 }
@@ -109,7 +100,7 @@ TEST_F(MisplacedSelfUpdateTest, CopiesThreeFoldersUpAllTheSame) {
   const std::wstring target = nhupdate::ParentFolder(product_.Root()) + L"\\NHUpdateManager";
   const ScriptedShell shell({EndsWith(0)});
 
-  EXPECT_EQ(Manager().SelfUpdate(), 0);
+  EXPECT_EQ(Run(), 0);
 
   ASSERT_EQ(shell.Launches().size(), 1u);
   EXPECT_EQ(shell.Launches()[0].file, target + L"\\NHUpdateManager.exe");
@@ -117,18 +108,12 @@ TEST_F(MisplacedSelfUpdateTest, CopiesThreeFoldersUpAllTheSame) {
   EXPECT_EQ(ListTree(target), kProgramFiles);
 }
 
-class UnelevatedSelfUpdateTest : public SelfUpdateTest {
- protected:
-  UnelevatedSelfUpdateTest() : SelfUpdateTest({.elevated = false, .module = kStagedModule}) {}
-};
+TEST_F(SelfUpdateTest, EndsBeforeAnythingIsStoppedWithoutElevation) {
+  LoseElevation();
 
-TEST_F(UnelevatedSelfUpdateTest, EndsBeforeAnythingIsStopped) {
-  const FakeProcessTable processes({{4242, L"C:\\Elsewhere\\NHUpdateManager.exe"}});
-  const ScriptedShell shell({});
+  TellRun({});
 
-  Tell(Manager().SelfUpdate());
-
-  EXPECT_EQ(processes.Enumerations(), 0);
+  EXPECT_EQ(no_processes_.Enumerations(), 0);
 }
 
 }  // namespace
