@@ -5,9 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "base/windows.h"
