@@ -149,10 +149,8 @@ TEST(ScanUnicodeEscapeTest, KeepsThePreviousCodeWithoutAnyDigit) {
 }
 
 TEST(ScanUnicodeEscapeTest, ForgetsTheCodeAtTheEndOfTheString) {
-  EXPECT_EQ(ReadJson(ParseValue, LR"(["\u0041" "\uG000"])"),
-            (JsonReading{19, R"(["A","\u0000"])"}));
-  EXPECT_EQ(ReadJson(ParseValue, LR"({"\u0041":"\uG000"})"),
-            (JsonReading{19, R"({"A":"\u0000"})"}));
+  ExpectReadings(ParseValue, {{LR"(["\u0041" "\uG000"])", 19, R"(["A","\u0000"])"},
+                              {LR"({"\u0041":"\uG000"})", 19, R"({"A":"\u0000"})"}});
 }
 
 TEST(ScanUnicodeEscapeTest, KeepsTheUnitsOfOneThatIsCutOff) {
