@@ -14,6 +14,7 @@
 #include "tests/support/fake_log_library.h"
 #include "tests/support/fake_process_table.h"
 #include "tests/support/files.h"
+#include "tests/support/folder_link.h"
 #include "tests/support/held_file.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
@@ -160,6 +161,17 @@ TEST_F(ManagerOperationsTest, Return1ForSuccessAnd0ForFailure) {
   const ProductSurroundings surroundings(product_.Facts());
   manager_.GrantFolderAccess();
   EXPECT_EQ(tools_.Started().size(), 3u);
+}
+
+TEST_F(ManagerOperationsTest, DeleteNoFolderThatLiesOutsideOfTheBaseFolder) {
+  const std::wstring link = product_.Base() + L"\\Link";
+  CreateFolders(product_.Root() + L"\\Elsewhere\\Sub");
+  CreateLink(link, product_.Root() + L"\\Elsewhere");
+
+  EXPECT_EQ(manager_.DeleteFolderTree(link + L"\\Sub"), 0);
+
+  EXPECT_TRUE(Exists(link + L"\\Sub"));
+  RemoveFolderLink(link);
 }
 
 TEST_F(ManagerOperationsTest, ReturnTheSameAboutProcesses) {
