@@ -51,6 +51,14 @@ std::vector<LogCall> ReadLogJournal(const std::wstring& path) {
   return calls;
 }
 
+std::wstring DescribeCall(const LogCall& call) {
+  std::wstring text = call.entry;
+  for (const std::wstring& argument : call.arguments) {
+    text += L"|" + argument;
+  }
+  return text;
+}
+
 std::vector<std::wstring> RecordsOf(const std::vector<LogCall>& calls) {
   std::vector<std::wstring> records;
   for (const LogCall& call : calls) {

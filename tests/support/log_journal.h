@@ -23,6 +23,9 @@ struct LogCall {
 // entry is a test failure.
 [[nodiscard]] std::vector<LogCall> ReadLogJournal(const std::wstring& path);
 
+// The call as L"Entry|argument|argument".
+[[nodiscard]] std::wstring DescribeCall(const LogCall& call);
+
 // The records among them, as L"level|text".
 [[nodiscard]] std::vector<std::wstring> RecordsOf(const std::vector<LogCall>& calls);
 

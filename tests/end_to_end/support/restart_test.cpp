@@ -117,7 +117,7 @@ void RestartTest::EndAndRestartInTheCopyOf(const DisturbedRun& run, const std::w
       const std::uint64_t reached = SizeOf(file);
       return reached > size / kMoments * moments && reached < size;
     };
-    moments += EndAndRestart(run, end, start, kEndedByTest) ? 1 : 0;
+    moments += EndAndRestart(run, end, start, kEndedByTest) ? 1u : 0u;
   }
   EXPECT_EQ(moments, kMoments);
 }

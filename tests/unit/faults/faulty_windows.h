@@ -4,7 +4,7 @@
 // closes something is watched but never fails: nobody could do anything about it.
 //
 // Left out are GetModuleFileNameW, without whose answer the program looks for its files in the root
-// of the real drive (its tests are in app/manager_start_effects_test.cpp), and
+// of the real drive (its tests are in app/manager_start_test.cpp), and
 // K32GetModuleFileNameExW, K32GetProcessImageFileNameW and K32GetModuleBaseNameW, which are only
 // called when another call has failed already (install/process_image_name_test.cpp).
 
