@@ -11,7 +11,6 @@
 #include "base/windows.h"
 #include "tests/support/files.h"
 #include "tests/support/scratch_folder.h"
-#include "tests/support/started_process.h"
 #include "tests/support/unused_name.h"
 #include "tests/support/utf8_text.h"
 #include "tests/unit/support/fence_trespasses.h"
@@ -82,13 +81,24 @@ class FenceTest : public testing::Test {
                                             &inherited, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
                                             nullptr));
     const ScratchFolder scratch;
-    const StartedProcess trespasser(L"\"" + TestProgramFolder() + L"\\fence_trespasser.exe\" " +
-                                        reach + L" \"" + call + L"\"" +
-                                        target.Arguments(scratch.Path(), process),
-                                    0, file.Get());
-    const DWORD exit_code = trespasser.Wait();
+    std::wstring command_line = L"\"" + TestProgramFolder() + L"\\fence_trespasser.exe\" " + reach +
+                                L" \"" + call + L"\"" + target.Arguments(scratch.Path(), process);
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = startup.hStdError = file.Get();
+    PROCESS_INFORMATION information = {};
+    EXPECT_TRUE(::CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                                 nullptr, &startup, &information));
+    ::CloseHandle(information.hThread);
+    const nhupdate::UniqueKernelHandle trespasser(information.hProcess);
+    constexpr DWORD kLimitMs = 30'000;
+    EXPECT_EQ(::WaitForSingleObject(trespasser.Get(), kLimitMs), WAIT_OBJECT_0);
+    End end;
+    ::GetExitCodeProcess(trespasser.Get(), &end.exit_code);
     file.Reset();
-    return {exit_code, ReadFileBytes(messages)};
+    end.message = ReadFileBytes(messages);
+    return end;
   }
 
   // Beside the scratch folders, but not with their name.

@@ -171,7 +171,7 @@ inline const std::vector<Trespass> kPlacedCalls = {
      }},
     {L"ShellExecuteExW", [](const Aim& a) { Execute(a.program); }},
     {L"OpenProcess", [](const Aim& a) { ::OpenProcess(PROCESS_TERMINATE, FALSE, a.process); }},
-    // With this handle it can't be ended anyway.
+    // By a handle with which it can't be ended anyway.
     {L"TerminateProcess",
      [](const Aim& a) {
        ::TerminateProcess(::OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, a.process), 1);

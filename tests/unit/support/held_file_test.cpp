@@ -36,22 +36,13 @@ TEST_F(HeldFileTest, IsClosedToOthersUntilItIsReleased) {
   EXPECT_EQ(OpeningFor(GENERIC_READ), DWORD{ERROR_SUCCESS});
 }
 
-TEST_F(HeldFileTest, MayBeShared) {
-  const HeldFile held(file_, FILE_SHARE_READ);
+TEST_F(HeldFileTest, MayBeSharedAndAFolder) {
+  const HeldFile file(file_, FILE_SHARE_READ);
+  const HeldFile folder(scratch_.Path(), FILE_SHARE_READ);
 
   EXPECT_EQ(OpeningFor(GENERIC_READ), DWORD{ERROR_SUCCESS});
   EXPECT_EQ(OpeningFor(GENERIC_WRITE), DWORD{ERROR_SHARING_VIOLATION});
-}
-
-TEST_F(HeldFileTest, MayBeAFolder) {
-  ::DeleteFileW(file_.c_str());
-  CreateFolders(file_);
-  {
-    const HeldFile held(file_);
-    EXPECT_FALSE(::RemoveDirectoryW(file_.c_str()));
-  }
-
-  EXPECT_TRUE(::RemoveDirectoryW(file_.c_str()));
+  EXPECT_FALSE(::MoveFileW(scratch_.Path().c_str(), (scratch_.Path() + L" moved").c_str()));
 }
 
 TEST_F(HeldFileTest, FailsTheTestWhenThereIsNone) {
