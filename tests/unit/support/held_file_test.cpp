@@ -36,13 +36,22 @@ TEST_F(HeldFileTest, IsClosedToOthersUntilItIsReleased) {
   EXPECT_EQ(OpeningFor(GENERIC_READ), DWORD{ERROR_SUCCESS});
 }
 
-TEST_F(HeldFileTest, MayBeSharedAndAFolder) {
-  const HeldFile file(file_, FILE_SHARE_READ);
-  const HeldFile folder(scratch_.Path(), FILE_SHARE_READ);
+TEST_F(HeldFileTest, MayBeShared) {
+  const HeldFile held(file_, FILE_SHARE_READ);
 
   EXPECT_EQ(OpeningFor(GENERIC_READ), DWORD{ERROR_SUCCESS});
   EXPECT_EQ(OpeningFor(GENERIC_WRITE), DWORD{ERROR_SHARING_VIOLATION});
-  EXPECT_FALSE(::MoveFileW(scratch_.Path().c_str(), (scratch_.Path() + L" moved").c_str()));
+}
+
+TEST_F(HeldFileTest, MayBeAFolder) {
+  const std::wstring folder = scratch_.Path() + L"\\folder";
+  CreateFolders(folder);
+  HeldFile held(folder);
+  EXPECT_FALSE(::RemoveDirectoryW(folder.c_str()));
+
+  held.Release();
+
+  EXPECT_TRUE(::RemoveDirectoryW(folder.c_str()));
 }
 
 TEST_F(HeldFileTest, FailsTheTestWhenThereIsNone) {
