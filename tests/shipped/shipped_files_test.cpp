@@ -73,42 +73,38 @@ TEST(ShippedProgramTest, IsAConsoleProgramThatExportsNothing) {
   EXPECT_TRUE(image.ExportedNames().empty());
 }
 
-TEST(ShippedProgramTest, ImportsFromSystemDllsOnly) {
-  EXPECT_THAT(CPeImage(L"NHUpdateManager.exe").ImportedDlls(),
-              testing::ElementsAre("advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
-                                   "shell32.dll", "user32.dll"));
+// Folders are walked recursively, however deep they are.
+TEST(ShippedProgramTest, ReservesAStackOf64Mebibytes) {
+  EXPECT_EQ(CPeImage(L"NHUpdateManager.exe").Header().SizeOfStackReserve, 64U * 1024U * 1024U);
 }
 
-TEST(ShippedProgramTest, HasBoxesThatAreSharpAndInTheLookOfTheSystem) {
+TEST(ShippedProgramTest, HasAManifestThatSaysWhatItNeedsAndKnows) {
   const std::string manifest = CPeImage(L"NHUpdateManager.exe").Manifest();
 
+  // No rights.
+  EXPECT_THAT(manifest, HasSubstr("level=\"asInvoker\""));
+  // Long paths and the current Windows.
+  EXPECT_THAT(manifest, HasSubstr(">true</longPathAware>"));
+  EXPECT_THAT(manifest, HasSubstr("{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}"));
+  // Boxes that are sharp and in the look of the system.
   EXPECT_THAT(manifest, HasSubstr(">true/pm</dpiAware>"));
   EXPECT_THAT(manifest, HasSubstr(">PerMonitorV2, PerMonitor</dpiAwareness>"));
   EXPECT_THAT(manifest,
               HasSubstr("name=\"Microsoft.Windows.Common-Controls\" version=\"6.0.0.0\""));
 }
 
-// Folders are walked recursively, however deep they are.
-TEST(ShippedProgramTest, ReservesAStackOf64Mebibytes) {
-  EXPECT_EQ(CPeImage(L"NHUpdateManager.exe").Header().SizeOfStackReserve, 64U * 1024U * 1024U);
+TEST(ShippedProgramTest, ImportsFromSystemDllsOnly) {
+  EXPECT_THAT(CPeImage(L"NHUpdateManager.exe").ImportedDlls(),
+              testing::ElementsAre("advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
+                                   "shell32.dll", "user32.dll"));
 }
 
-TEST(ShippedProgramTest, AsksForNoRightsAndKnowsLongPathsAndTheCurrentWindows) {
-  const std::string manifest = CPeImage(L"NHUpdateManager.exe").Manifest();
+TEST(ShippedLogLibraryTest, ImportsFromSystemDllsAndExportsItsFourEntriesOnly) {
+  const CPeImage image(L"NSWLogDynamic64U.dll");
 
-  EXPECT_THAT(manifest, HasSubstr("level=\"asInvoker\""));
-  EXPECT_THAT(manifest, HasSubstr(">true</longPathAware>"));
-  EXPECT_THAT(manifest, HasSubstr("{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}"));
-}
-
-TEST(ShippedLogLibraryTest, ImportsFromSystemDllsOnly) {
-  EXPECT_THAT(CPeImage(L"NSWLogDynamic64U.dll").ImportedDlls(),
+  EXPECT_THAT(image.ImportedDlls(),
               testing::ElementsAre("advapi32.dll", "kernel32.dll", "msvcrt.dll"));
-}
-
-TEST(ShippedLogLibraryTest, ExportsItsFourEntriesAndNothingElse) {
-  EXPECT_THAT(CPeImage(L"NSWLogDynamic64U.dll").ExportedNames(),
-              testing::ElementsAre("Flush", "Start", "Stop", "WriteLog"));
+  EXPECT_THAT(image.ExportedNames(), testing::ElementsAre("Flush", "Start", "Stop", "WriteLog"));
 }
 
 }  // namespace

@@ -17,6 +17,8 @@ struct LogCall {
   DWORD process_id = 0;
   std::wstring entry;                   // "Start", "Stop", "Flush" or "WriteLog"
   std::vector<std::wstring> arguments;  // as text; line ends as U+240A and U+240D
+
+  bool operator==(const LogCall&) const = default;
 };
 
 // All calls so far; none when there is no journal yet. A line without exactly the arguments of its
