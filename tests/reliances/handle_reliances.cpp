@@ -104,6 +104,10 @@ Reliances HandleReliances() {
          const DWORD needed = ::GetFinalPathNameByHandleW(opened.Get(), nullptr, 0, kKernelForm);
          return std::to_string(needed - FinalPath(folder, kKernelForm).size());
        }},
+      {"GetFinalPathNameByHandleW, does it tell a path of 300 units", "yes", Wine::kDiffers,
+       [](const std::wstring& folder) {
+         return YesOrNo(!FinalPath(WithPrefix(MakeLongFolder(folder)), kKernelForm).empty());
+       }},
       {"FileRenameInfo, to a free name", "0", Wine::kAsWindows,
        [](const std::wstring& folder) {
          return Rename(Open(MakeFile(folder + L"\\file.txt"), DELETE, kShareAll),
