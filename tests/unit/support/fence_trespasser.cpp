@@ -2,7 +2,8 @@
 //
 // PLACE is a folder with a file in it and KEY a key below HKEY_CURRENT_USER, both inside or outside
 // as the test wants it, as are PROGRAM and the id PROCESS (0 is the trespasser itself). SCRATCH is
-// always inside. REACH is "scratch", "prefix", or "opened" for an open fence. The process ends with
+// always inside. REACH is "scratch", "prefix", "opened" for an open fence, or
+// "kept" for one that is to be opened on a machine that nobody wants to lose. The process ends with
 // 0 when the call came through, whatever it returned.
 
 #include <cstddef>
@@ -17,6 +18,7 @@
 #include "tests/support/fence.h"
 #include "tests/support/interposer.h"
 #include "tests/support/log_journal.h"
+#include "tests/support/other_than_wine.h"
 
 // These need <windows.h> first.
 #include <shellapi.h>
@@ -220,14 +222,21 @@ int main() {
   const nhupdate_test::Aim aim = {arguments[3], arguments[4], arguments[5], arguments[6],
                                   process != 0 ? process : ::GetCurrentProcessId()};
   nhupdate_test::RaiseFence(reach == L"prefix" ? FenceReach::kPrefix : FenceReach::kScratch);
+  const auto call = nhupdate_test::Calls().at(arguments[2]);
+  using nhupdate_test::AllowOutside;
+  using nhupdate_test::Machine;
   if (reach == L"opened") {
-    { const nhupdate_test::AllowOutside nested("it doesn't close what is open around it"); }
-    const nhupdate_test::AllowOutside open("that is what is tried");
-    { const nhupdate_test::AllowOutside nested("it doesn't close what is open around it"); }
-    nhupdate_test::Calls().at(arguments[2])(aim);
+    { const AllowOutside nested("it doesn't close what is open around it", Machine::kAnybodys); }
+    const AllowOutside open("that is what is tried", Machine::kAnybodys);
+    { const AllowOutside nested("it doesn't close what is open around it", Machine::kAnybodys); }
+    call(aim);
+  } else if (reach == L"kept") {
+    const nhupdate_test::OtherThanWine not_wine;
+    const AllowOutside open("that is what is tried");
+    call(aim);
   } else {
-    { const nhupdate_test::AllowOutside over("the fence is closed again behind it"); }
-    nhupdate_test::Calls().at(arguments[2])(aim);
+    { const AllowOutside over("the fence is closed again behind it", Machine::kAnybodys); }
+    call(aim);
   }
   return 0;
 }
