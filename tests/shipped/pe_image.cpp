@@ -43,6 +43,16 @@ const IMAGE_FILE_HEADER& CPeImage::FileHeader() const {
   return At<IMAGE_NT_HEADERS64>(offset)->FileHeader;
 }
 
+bool CPeImage::SaysThatItsTimeIsAHash() const {
+  constexpr DWORD kReproducible = 16;  // not every set of headers has a name for it
+  const IMAGE_DATA_DIRECTORY& directory = Header().DataDirectory[IMAGE_DIRECTORY_ENTRY_DEBUG];
+  const auto* entries = At<IMAGE_DEBUG_DIRECTORY>(directory.VirtualAddress);
+  const DWORD count = directory.Size / sizeof(IMAGE_DEBUG_DIRECTORY);
+  return std::any_of(entries, entries + count, [](const IMAGE_DEBUG_DIRECTORY& entry) {
+    return entry.Type == kReproducible;
+  });
+}
+
 std::vector<std::string> CPeImage::ImportedDlls() const {
   const DWORD start = Header().DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
   std::vector<std::string> names;

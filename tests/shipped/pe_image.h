@@ -19,6 +19,9 @@ class CPeImage {
   [[nodiscard]] const IMAGE_OPTIONAL_HEADER64& Header() const;
   [[nodiscard]] const IMAGE_FILE_HEADER& FileHeader() const;
 
+  // Whether the time in the header is said to be a hash of the content.
+  [[nodiscard]] bool SaysThatItsTimeIsAHash() const;
+
   // The names of the DLLs that it imports from, in lower case and sorted.
   [[nodiscard]] std::vector<std::string> ImportedDlls() const;
 

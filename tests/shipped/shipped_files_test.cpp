@@ -47,8 +47,10 @@ TEST_P(ShippedBinaryTest, LoadsNothingCryptographicBeforeItBegins) {
   EXPECT_THAT(functions, Not(Contains("SystemFunction036")));  // which hands out random numbers
 }
 
+// The same sources give the same bytes: where the time would stand, some linkers leave nothing and
+// others write a hash of the content, and say so.
 TEST_P(ShippedBinaryTest, CarriesNoBuildTime) {
-  EXPECT_EQ(image_.FileHeader().TimeDateStamp, 0U);
+  EXPECT_TRUE(image_.FileHeader().TimeDateStamp == 0U || image_.SaysThatItsTimeIsAHash());
 }
 
 TEST_P(ShippedBinaryTest, SaysWhatItIsInItsVersionResource) {
@@ -73,10 +75,11 @@ TEST(ShippedProgramTest, IsAConsoleProgramThatExportsNothing) {
   EXPECT_TRUE(image.ExportedNames().empty());
 }
 
+// Of these, no more than a compiler needs: one that brings its own runtime does without msvcrt.dll.
 TEST(ShippedProgramTest, ImportsFromSystemDllsOnly) {
   EXPECT_THAT(CPeImage(L"NHUpdateManager.exe").ImportedDlls(),
-              testing::ElementsAre("advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
-                                   "shell32.dll", "user32.dll"));
+              testing::IsSubsetOf({"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
+                                   "shell32.dll", "user32.dll"}));
 }
 
 TEST(ShippedProgramTest, HasBoxesThatAreSharpAndInTheLookOfTheSystem) {
@@ -103,7 +106,7 @@ TEST(ShippedProgramTest, AsksForNoRightsAndKnowsLongPathsAndTheCurrentWindows) {
 
 TEST(ShippedLogLibraryTest, ImportsFromSystemDllsOnly) {
   EXPECT_THAT(CPeImage(L"NSWLogDynamic64U.dll").ImportedDlls(),
-              testing::ElementsAre("advapi32.dll", "kernel32.dll", "msvcrt.dll"));
+              testing::IsSubsetOf({"advapi32.dll", "kernel32.dll", "msvcrt.dll"}));
 }
 
 TEST(ShippedLogLibraryTest, ExportsItsFourEntriesAndNothingElse) {
