@@ -73,7 +73,7 @@ Reliances CopyReliances() {
        [](const std::wstring& folder) {
          return AttributesOfCopy(folder, FILE_ATTRIBUTE_READONLY);
        }},
-      {"CopyFileW, does the hidden attribute come along", "yes", Wine::kAsWindows,
+      {"CopyFileW, does the hidden attribute come along", "yes", Wine::kDiffers,
        [](const std::wstring& folder) { return AttributesOfCopy(folder, FILE_ATTRIBUTE_HIDDEN); }},
       {"CopyFileW, does the time of the last change come along", "yes", Wine::kAsWindows,
        [](const std::wstring& folder) {

@@ -62,7 +62,8 @@ TEST(ReliancesTest, AreAnsweredAsIsKnown) {
   const RelianceRun run = RunReliances(scratch);
 
   EXPECT_EQ(run.exit_code, 0U) << run.output;
-  if (IsWine()) {
+  // Another Wine may be nearer to Windows, which is no fault of anybody's.
+  if (WineVersion().starts_with("8.")) {
     ExpectGolden(run.output, IsReadOnlyObeyed(scratch) ? "ordinary_user" : "administrator");
   }
 }

@@ -19,13 +19,16 @@ std::uintptr_t AddressOf(HMODULE module) {
   return reinterpret_cast<std::uintptr_t>(module) & ~std::uintptr_t{3};
 }
 
+std::wstring PathOf(const std::wstring& file) {
+  return file.find(L'\\') == std::wstring::npos ? PackagedFolder() + L"\\" + file : file;
+}
+
 }  // namespace
 
-CPeImage::CPeImage(const std::wstring& file_name)
-    : library_(::LoadLibraryExW((PackagedFolder() + L"\\" + file_name).c_str(), nullptr,
-                                LOAD_LIBRARY_AS_IMAGE_RESOURCE)) {
-  EXPECT_TRUE(library_.IsValid()) << "Can't map " << testing::PrintToString(file_name)
-                                  << "; tools/package makes it.";
+CPeImage::CPeImage(const std::wstring& file)
+    : library_(::LoadLibraryExW(PathOf(file).c_str(), nullptr, LOAD_LIBRARY_AS_IMAGE_RESOURCE)) {
+  EXPECT_TRUE(library_.IsValid()) << "Can't map " << testing::PrintToString(file)
+                                  << "; what is shipped is made by tools/package.";
 }
 
 template <typename Type>

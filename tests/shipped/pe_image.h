@@ -10,11 +10,12 @@
 
 namespace nhupdate_test {
 
-// Maps a file of the packaged folder as it would lie in memory, without running any of it. A file
-// that can't be mapped is a test failure.
+// Maps a file as it would lie in memory, without running any of it. A file that can't be mapped is
+// a test failure.
 class CPeImage {
  public:
-  explicit CPeImage(const std::wstring& file_name);
+  // Of the packaged folder, when it is given by its mere name.
+  explicit CPeImage(const std::wstring& file);
 
   [[nodiscard]] const IMAGE_OPTIONAL_HEADER64& Header() const;
   [[nodiscard]] const IMAGE_FILE_HEADER& FileHeader() const;
