@@ -19,13 +19,16 @@ std::uintptr_t AddressOf(HMODULE module) {
   return reinterpret_cast<std::uintptr_t>(module) & ~std::uintptr_t{3};
 }
 
+std::wstring PathOf(const std::wstring& file) {
+  return file.find(L'\\') == std::wstring::npos ? PackagedFolder() + L"\\" + file : file;
+}
+
 }  // namespace
 
-CPeImage::CPeImage(const std::wstring& file_name)
-    : library_(::LoadLibraryExW((PackagedFolder() + L"\\" + file_name).c_str(), nullptr,
-                                LOAD_LIBRARY_AS_IMAGE_RESOURCE)) {
-  EXPECT_TRUE(library_.IsValid()) << "Can't map " << testing::PrintToString(file_name)
-                                  << "; tools/package makes it.";
+CPeImage::CPeImage(const std::wstring& file)
+    : library_(::LoadLibraryExW(PathOf(file).c_str(), nullptr, LOAD_LIBRARY_AS_IMAGE_RESOURCE)) {
+  EXPECT_TRUE(library_.IsValid()) << "Can't map " << testing::PrintToString(file)
+                                  << "; what is shipped is made by tools/package.";
 }
 
 template <typename Type>
@@ -35,6 +38,16 @@ const Type* CPeImage::At(DWORD offset) const {
 
 const IMAGE_NT_HEADERS64& CPeImage::Headers() const {
   return *At<IMAGE_NT_HEADERS64>(static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew));
+}
+
+bool CPeImage::SaysThatItsTimeIsAHash() const {
+  constexpr DWORD kReproducible = 16;  // not every set of headers has a name for it
+  const IMAGE_DATA_DIRECTORY& directory = Header().DataDirectory[IMAGE_DIRECTORY_ENTRY_DEBUG];
+  const auto* entries = At<IMAGE_DEBUG_DIRECTORY>(directory.VirtualAddress);
+  const DWORD count = directory.Size / sizeof(IMAGE_DEBUG_DIRECTORY);
+  return std::any_of(entries, entries + count, [](const IMAGE_DEBUG_DIRECTORY& entry) {
+    return entry.Type == kReproducible;
+  });
 }
 
 std::vector<std::string> CPeImage::ImportedDlls() const {

@@ -10,14 +10,18 @@
 
 namespace nhupdate_test {
 
-// Maps a file of the packaged folder as it would lie in memory, without running any of it. A file
-// that can't be mapped is a test failure.
+// Maps a file as it would lie in memory, without running any of it. A file that can't be mapped is
+// a test failure.
 class CPeImage {
  public:
-  explicit CPeImage(const std::wstring& file_name);
+  // Of the packaged folder, when it is given by its mere name.
+  explicit CPeImage(const std::wstring& file);
 
   [[nodiscard]] const IMAGE_OPTIONAL_HEADER64& Header() const { return Headers().OptionalHeader; }
   [[nodiscard]] const IMAGE_FILE_HEADER& FileHeader() const { return Headers().FileHeader; }
+
+  // Whether the time in the header is said to be a hash of the content.
+  [[nodiscard]] bool SaysThatItsTimeIsAHash() const;
 
   // The names of the DLLs that it imports from, in lower case and sorted.
   [[nodiscard]] std::vector<std::string> ImportedDlls() const;

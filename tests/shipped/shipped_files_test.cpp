@@ -93,17 +93,18 @@ TEST(ShippedProgramTest, HasAManifestThatSaysWhatItNeedsAndKnows) {
               HasSubstr("name=\"Microsoft.Windows.Common-Controls\" version=\"6.0.0.0\""));
 }
 
+// Of these, no more than a compiler needs: one that brings its own runtime does without msvcrt.dll.
 TEST(ShippedProgramTest, ImportsFromSystemDllsOnly) {
   EXPECT_THAT(CPeImage(L"NHUpdateManager.exe").ImportedDlls(),
-              testing::ElementsAre("advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
-                                   "shell32.dll", "user32.dll"));
+              testing::IsSubsetOf({"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
+                                   "shell32.dll", "user32.dll"}));
 }
 
 TEST(ShippedLogLibraryTest, ImportsFromSystemDllsAndExportsItsFourEntriesOnly) {
   const CPeImage image(L"NSWLogDynamic64U.dll");
 
   EXPECT_THAT(image.ImportedDlls(),
-              testing::ElementsAre("advapi32.dll", "kernel32.dll", "msvcrt.dll"));
+              testing::IsSubsetOf({"advapi32.dll", "kernel32.dll", "msvcrt.dll"}));
   EXPECT_THAT(image.ExportedNames(), testing::ElementsAre("Flush", "Start", "Stop", "WriteLog"));
 }
 

@@ -11,7 +11,7 @@ nhupdate_packages=(
 )
 
 # What the quick half of tools/lint looks with.
-nhupdate_lint_packages=(clang-format shellcheck)
+nhupdate_lint_packages=(clang-format shellcheck yamllint)
 
 ensure_packages() {
   local missing=() package

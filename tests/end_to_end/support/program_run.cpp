@@ -9,6 +9,7 @@
 #include "base/paths.h"
 #include "base/unique_handle.h"
 #include "tests/end_to_end/support/child_journal.h"
+#include "tests/end_to_end/support/process_token.h"
 #include "tests/end_to_end/support/program_end.h"
 
 namespace nhupdate_test {
@@ -51,11 +52,12 @@ bool Create(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& proce
     startup.hStdOutput = output;
   }
   const DWORD flags = CREATE_SUSPENDED | (has_streams ? 0 : DETACHED_PROCESS);
-  if (start.is_elevated) {
+  const UniqueKernelHandle own = OpenOwnToken();
+  if (start.is_elevated == IsElevated(own.Get())) {
     return ::CreateProcessW(start.executable.c_str(), command_line.data(), nullptr, nullptr,
                             has_streams, flags, nullptr, folder.c_str(), &startup, &process);
   }
-  const UniqueKernelHandle token(OpenUnelevatedToken());
+  const UniqueKernelHandle token = MakeToken(own.Get(), start.is_elevated);
   return ::CreateProcessAsUserW(token.Get(), start.executable.c_str(), command_line.data(), nullptr,
                                 nullptr, has_streams, flags, nullptr, folder.c_str(), &startup,
                                 &process);
@@ -79,15 +81,6 @@ void PrepareDesktop() {
 }
 
 }  // namespace
-
-HANDLE OpenUnelevatedToken() {
-  UniqueKernelHandle own;
-  EXPECT_TRUE(::OpenProcessToken(::GetCurrentProcess(), TOKEN_ALL_ACCESS, own.Receive()));
-  TOKEN_LINKED_TOKEN linked = {};
-  DWORD size = 0;
-  EXPECT_TRUE(::GetTokenInformation(own.Get(), TokenLinkedToken, &linked, sizeof(linked), &size));
-  return linked.LinkedToken;
-}
 
 ProgramRun RunToTheEnd(const ProgramStart& start) {
   PrepareDesktop();

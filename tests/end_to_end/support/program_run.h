@@ -49,7 +49,4 @@ struct ProgramRun {
 
 [[nodiscard]] ProgramRun RunToTheEnd(const ProgramStart& start);
 
-// The linked, not elevated token of this process; a test failure and null when there is none.
-[[nodiscard]] HANDLE OpenUnelevatedToken();
-
 }  // namespace nhupdate_test

@@ -28,13 +28,13 @@ class Target {
  public:
   Target(const std::wstring& folder, const std::wstring& key, const std::wstring& program)
       : folder_(folder), key_(L"Software\\" + key), program_(program) {
-    const AllowOutside open("what is outside has to be made");
+    const AllowOutside open("what is outside has to be made", Machine::kAnybodys);
     WriteFileBytes(folder_ + L"\\file", "untouched");
     CreateKey(HKEY_CURRENT_USER, key_.c_str());
   }
 
   ~Target() {
-    const AllowOutside open("and unmade");
+    const AllowOutside open("and unmade", Machine::kAnybodys);
     RemoveTree(folder_);
     ::RegDeleteTreeW(HKEY_CURRENT_USER, key_.c_str());
   }
@@ -169,6 +169,15 @@ TEST_F(FenceTest, OpensForATestThatSaysSo) {
   EXPECT_EQ(end.exit_code, 0U);
   EXPECT_EQ(end.message, "");
   EXPECT_FALSE(nhupdate::Exists(OutsideFolder() + L"\\file"));
+}
+
+TEST_F(FenceTest, StaysClosedOnAMachineThatIsKept) {
+  const End end = Trespass(L"kept", L"DeleteFileW", outside_, kItself);
+
+  EXPECT_EQ(end.exit_code, kEndedAtTheFence);
+  EXPECT_THAT(end.message, HasSubstr("The fence stays closed (that is what is tried)."));
+  EXPECT_THAT(end.message, HasSubstr("NHUPDATE_THROWAWAY_MACHINE=1"));
+  outside_.ExpectUntouched();
 }
 
 TEST_F(FenceTest, GoesAroundThePrefixWhereThatIsTheScratchFolder) {

@@ -2,13 +2,15 @@
 //
 // CALL is one of fence_trespasses.h, PLACE a folder with a file in it, SCRATCH an empty one, KEY a
 // key below HKEY_CURRENT_USER, PROCESS the id of a process (0 is the trespasser itself). REACH is
-// "scratch", "prefix", or "opened" for an open fence. The process ends with 0 when the call came
-// through, whatever it returned.
+// "scratch", "prefix", "opened" for an open fence, or "kept" for one that is to be opened on a
+// machine that nobody wants to lose. The process ends with 0 when the call came through, whatever
+// it returned.
 
 #include <string>
 #include <vector>
 
 #include "tests/support/fence.h"
+#include "tests/support/other_than_wine.h"
 #include "tests/unit/support/fence_trespasses.h"
 
 namespace nhupdate_test {
@@ -41,12 +43,16 @@ int main() {
   OpenFile(aim.scratch_file, GENERIC_WRITE, CREATE_ALWAYS);
   RaiseFence(reach == L"prefix" ? FenceReach::kPrefix : FenceReach::kScratch);
   if (reach == L"opened") {
-    { const AllowOutside nested("it doesn't close what is open around it"); }
+    { const AllowOutside nested("it doesn't close what is open around it", Machine::kAnybodys); }
+    const AllowOutside open("that is what is tried", Machine::kAnybodys);
+    { const AllowOutside nested("it doesn't close what is open around it", Machine::kAnybodys); }
+    Make(arguments[2], aim);
+  } else if (reach == L"kept") {
+    const OtherThanWine not_wine;
     const AllowOutside open("that is what is tried");
-    { const AllowOutside nested("it doesn't close what is open around it"); }
     Make(arguments[2], aim);
   } else {
-    { const AllowOutside over("the fence is closed again behind it"); }
+    { const AllowOutside over("the fence is closed again behind it", Machine::kAnybodys); }
     Make(arguments[2], aim);
   }
   return 0;
