@@ -47,8 +47,10 @@ TEST_P(ShippedBinaryTest, LoadsNothingCryptographicBeforeItBegins) {
   EXPECT_THAT(functions, Not(Contains("SystemFunction036")));  // which hands out random numbers
 }
 
+// The same sources give the same bytes: where the time would stand, some linkers leave nothing and
+// others write a hash of the content, and say so.
 TEST_P(ShippedBinaryTest, CarriesNoBuildTime) {
-  EXPECT_EQ(image_.FileHeader().TimeDateStamp, 0U);
+  EXPECT_TRUE(image_.FileHeader().TimeDateStamp == 0U || image_.SaysThatItsTimeIsAHash());
 }
 
 TEST_P(ShippedBinaryTest, SaysWhatItIsInItsVersionResource) {

@@ -172,7 +172,7 @@ TEST_F(FenceTest, OpensForATestThatSaysSo) {
 }
 
 TEST_F(FenceTest, StaysClosedOnAMachineThatIsKept) {
-  const End end = Trespass(L"kept", L"DeleteFileW", outside_, kItself);
+  const End end = Run(L"kept", L"DeleteFileW", outside_, kItself);
 
   EXPECT_EQ(end.exit_code, kEndedAtTheFence);
   EXPECT_THAT(end.message, HasSubstr("The fence stays closed (that is what is tried)."));
