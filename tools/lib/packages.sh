@@ -14,11 +14,13 @@ nhupdate_packages=(
 nhupdate_lint_packages=(clang-format shellcheck)
 
 ensure_packages() {
-  local missing=() package
+  local missing=() package installed
+  installed=$(dpkg-query --show --showformat='${Package} ${db:Status-Status}\n' "$@" 2>/dev/null)
   for package in "$@"; do
-    if [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
-      missing+=("$package")
-    fi
+    case $'\n'$installed$'\n' in
+      *$'\n'"$package installed"$'\n'*) ;;
+      *) missing+=("$package") ;;
+    esac
   done
   [ ${#missing[@]} -gt 0 ] || return 0
 
