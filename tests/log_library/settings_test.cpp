@@ -121,10 +121,12 @@ TEST(LogSettingsTest, TakesTheDefaultOutsideTheRangeOfEachKey) {
 TEST(LogSettingsTest, ShippedFileHoldsTheDefaults) {
   const std::string shipped = ReadFileBytes(TestProgramFolder() + L"\\log_config_as_shipped.ini");
 
-  EXPECT_NE(shipped.find("\nLevel=2\n"), std::string::npos);
-  EXPECT_NE(shipped.find("\nMaxFileSizeKB=5120\n"), std::string::npos);
-  EXPECT_NE(shipped.find("\nMaxFiles=5\n"), std::string::npos);
-  EXPECT_NE(shipped.find("\nMaxAgeDays=30\n"), std::string::npos);
+  for (const char* line : {"Level=2", "MaxFileSizeKB=5120", "MaxFiles=5", "MaxAgeDays=30"}) {
+    EXPECT_NE(shipped.find(std::string("\n") + line + "\n"), std::string::npos)
+        << "There is no line " << line << " in data/LogConfig.ini. A default stands there, in "
+        << "log_library/settings.h and settings.cpp, and in this file: change all of them.";
+  }
+  SCOPED_TRACE("data/LogConfig.ini and the defaults of log_library/settings.h are different.");
   ExpectDefaults(Read(shipped));
 }
 

@@ -117,6 +117,10 @@ TEST(ChooseRunModeTest, IgnoresWhatIsOnlyLikeASwitch) {
       L"-\u0130NSTALL",
       std::wstring(L"-update\0", 8),
       L"-uninstall",
+      L"--help",
+      L"-help",
+      L"/?",
+      L"--version",
   };
 
   EXPECT_EQ(ChooseRunMode({}), RunMode::kNone);
