@@ -7,7 +7,7 @@ nhupdate_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 configure_preset() {
   local preset=$1 folder=$nhupdate_root/build/$1 log
   log=$(mktemp)
-  if [ ! -e "$folder/build.ninja" ] || [ "$nhupdate_root/CMakePresets.json" -nt "$folder/CMakeCache.txt" ]; then
+  if [ ! -e "$folder/build.ninja" ] || [ "$nhupdate_root/CMakePresets.json" -nt "$folder/build.ninja" ]; then
     echo "Configuring $preset" >&2
     if ! (cd "$nhupdate_root" && cmake --preset "$preset") >"$log" 2>&1; then
       cat "$log" >&2

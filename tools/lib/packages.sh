@@ -10,6 +10,10 @@ nhupdate_packages=(
   git zip unzip
 )
 
+# What signs a package in the tests; a release is signed with what its maker has.
+# shellcheck disable=SC2034  # used where this is sourced
+nhupdate_sign_packages=(openssl osslsigncode)
+
 # What the quick half of tools/lint looks with.
 nhupdate_lint_packages=(clang-format shellcheck)
 
