@@ -206,6 +206,7 @@ class CheckReleaseTest(unittest.TestCase):
             ("Config\\NHUpdateManager.Default.json", "error"),
             ("Config\\SteamLanguageMapping.ini", "warning"),
             ("LogConfig.ini", "warning"),
+            ("NOTICES.txt", "warning"),
             ("NHUninstaller\\NHUninstaller.exe", "note"),
             ("NHCollectLog\\NHCollectLog.exe", "note"),
         ):
