@@ -49,9 +49,10 @@ class HalfDoneUpdateTest : public EndToEndTest {
     hub_.Script(L"NIMBACS", {.exit_code = 4});
   }
 
-  // Breaks the run off before the first of its changes behind that record.
+  // Breaks the run off before the first of its changes behind that record. It has to be among so
+  // many: a run that isn't broken off takes long.
   void BreakOffBehind(const std::string& record, const std::wstring& executable,
-                      const std::wstring& arguments) {
+                      const std::wstring& arguments, int most_changes) {
     const auto has_come_there = [&](int change) {
       StartAfresh();
       const ProgramRun run = RunToTheEnd(
@@ -59,7 +60,7 @@ class HalfDoneUpdateTest : public EndToEndTest {
       return run.exit_code != kEndedBeforeChange || LogHolds(hub_, record);
     };
     int before = 0;
-    int behind = 64;
+    int behind = most_changes;
     while (behind - before > 1) {
       const int middle = (before + behind) / 2;
       (has_come_there(middle) ? behind : before) = middle;
@@ -113,7 +114,7 @@ class HalfDoneUpdateTest : public EndToEndTest {
 };
 
 TEST_F(HalfDoneUpdateTest, InTheFirstStageIsRepairedByTheUpdate) {
-  BreakOffBehind("] Launch updater success for update.", hub_.Manager(), L"-update");
+  BreakOffBehind("] Launch updater success for update.", hub_.Manager(), L"-update", 16);
 
   EXPECT_THAT(Found(kRuns), ElementsAre("Function : Update"));
   EXPECT_THAT(Found(kReturns), IsEmpty());
@@ -125,7 +126,7 @@ TEST_F(HalfDoneUpdateTest, InTheFirstStageIsRepairedByTheUpdate) {
 }
 
 TEST_F(HalfDoneUpdateTest, InTheSecondStageIsRepairedByTheStagedProgram) {
-  BreakOffBehind("\\NHUpdateManager\\Config to ", hub_.StagedManager(), L"-self_update");
+  BreakOffBehind("\\NHUpdateManager\\Config to ", hub_.StagedManager(), L"-self_update", 24);
 
   EXPECT_THAT(Found(kRuns), ElementsAre("Function : Self Update"));
   EXPECT_THAT(Found(kReturns), IsEmpty());
@@ -140,7 +141,7 @@ TEST_F(HalfDoneUpdateTest, InTheSecondStageIsRepairedByTheStagedProgram) {
 }
 
 TEST_F(HalfDoneUpdateTest, BetweenTheStagesIsRepairedByTheLastOne) {
-  BreakOffBehind("] Copy NHUpdateManager success.", hub_.StagedManager(), L"-self_update");
+  BreakOffBehind("] Copy NHUpdateManager success.", hub_.StagedManager(), L"-self_update", 24);
 
   EXPECT_THAT(Found(kRuns), ElementsAre("Function : Self Update"));
   EXPECT_THAT(Found(kSelfCopies), ElementsAre("Copy NHUpdateManager success."));
@@ -154,7 +155,7 @@ TEST_F(HalfDoneUpdateTest, BetweenTheStagesIsRepairedByTheLastOne) {
 
 TEST_F(HalfDoneUpdateTest, WithoutTopLevelFilesIsRepairedByTheLastStage) {
   BreakOffBehind("] Delete OK : " + ToUtf8(hub_.Base() + L"\\Version.txt"), hub_.Manager(),
-                 L"-final_update");
+                 L"-final_update", 32);
 
   EXPECT_THAT(Found(kRuns), ElementsAre("Function : Final Update"));
   EXPECT_THAT(Found(kReturns), IsEmpty());
@@ -168,7 +169,7 @@ TEST_F(HalfDoneUpdateTest, WithoutTopLevelFilesIsRepairedByTheLastStage) {
 }
 
 TEST_F(HalfDoneUpdateTest, WithANewVersionFileAndAnOldPlugInIsRepairedByTheLastStage) {
-  BreakOffBehind("\\Version.txt => ", hub_.Manager(), L"-final_update");
+  BreakOffBehind("\\Version.txt => ", hub_.Manager(), L"-final_update", 32);
 
   EXPECT_THAT(Found(kReturns), IsEmpty());
   EXPECT_THAT(Found(kCopies), Contains(HasSubstr("\\Version.txt => ")));
@@ -185,7 +186,7 @@ TEST_F(HalfDoneUpdateTest, WithANewVersionFileAndAnOldPlugInIsRepairedByTheLastS
 }
 
 TEST_F(HalfDoneUpdateTest, OfAnInstallationIsRepairedByIt) {
-  BreakOffBehind("] Delete OK : ", hub_.Manager(), L"-install");
+  BreakOffBehind("] Delete OK : ", hub_.Manager(), L"-install", 32);
 
   EXPECT_THAT(Found(kRuns), ElementsAre("Function : Install"));
 

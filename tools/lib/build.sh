@@ -23,8 +23,17 @@ configure_preset() {
   rm -f "$log"
 }
 
-# build_preset PRESET [TARGET...]: configures where needed and builds, likewise.
+# build_preset PRESET [TARGET...]: configures where needed and builds, likewise. Several tools may ask
+# for it at once.
 build_preset() {
+  mkdir -p "$nhupdate_root/build"
+  (
+    flock 8
+    build_preset_alone "$@" 8>&-
+  ) 8>"$nhupdate_root/build/$1.lock"
+}
+
+build_preset_alone() {
   local preset=$1 folder=$nhupdate_root/build/$1 log
   shift
   configure_preset "$preset" || return 1
