@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <set>
 #include <sstream>
 #include <string>
 
 #include "base/existence.h"
 #include "tests/data/shipped_config.h"
+#include "tests/support/utf8_text.h"
 #include "text/string_file.h"
 
 namespace nhupdate_test {
@@ -49,6 +51,21 @@ TEST(ShippedStringFileChoiceTest, GivesEveryWindowsLanguageTheTextsItsUsersRead)
 
       EXPECT_TRUE(nhupdate::Exists(expected)) << testing::PrintToString(language);
     }
+  }
+}
+
+TEST(ShippedStringFileChoiceTest, LeadsToEveryFile) {
+  std::set<std::wstring> reached;
+  for (const Choice& choice : kChoices) {
+    if (!choice.system_languages.empty()) {
+      reached.insert(std::wstring(L"NHUpdateManager.") + choice.file + L".json");
+    }
+  }
+
+  for (const std::wstring& file : ShippedStringFiles()) {
+    EXPECT_TRUE(reached.contains(file))
+        << "No language leads to data/Config/" << ToUtf8(file)
+        << ". If one should, add it to kChoices in this file; else the file serves nobody.";
   }
 }
 

@@ -61,7 +61,9 @@ TEST(ChooseRunModeTest, IgnoresWhatIsOnlyLikeASwitch) {
       L"-selfupdate", L"-self-update", L"-self update", L"-finalupdate", L"-final-update",
       L"-down load",
       // Letters that others take for an "i".
-      L"-\u0131nstall", L"-\u0130NSTALL"};
+      L"-\u0131nstall", L"-\u0130NSTALL",
+      // What other programs answer.
+      L"--help", L"-help", L"/?", L"--version"};
 
   EXPECT_EQ(ChooseRunMode({}), RunMode::kNone);
   for (const std::wstring& argument : near_misses) {
