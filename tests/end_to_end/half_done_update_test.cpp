@@ -57,7 +57,7 @@ class HalfDoneUpdateTest : public EndToEndTest {
       StartAfresh();
       const ProgramRun run = RunToTheEnd(
           {.executable = executable, .arguments = arguments, .end_before_change = change});
-      return run.exit_code != kEndedBeforeChange || LogHolds(hub_, record);
+      return run.exit_code != kEndedByTest || LogHolds(hub_, record);
     };
     int before = 0;
     int behind = most_changes;

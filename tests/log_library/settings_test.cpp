@@ -117,9 +117,7 @@ TEST(LogSettingsTest, ShippedFileHoldsTheDefaults) {
   const std::string shipped = ReadFileBytes(TestProgramFolder() + L"\\log_config_as_shipped.ini");
 
   for (const char* line : {"Level=2", "MaxFileSizeKB=5120", "MaxFiles=5", "MaxAgeDays=30"}) {
-    EXPECT_NE(shipped.find(std::string("
-") + line + "
-"), std::string::npos)
+    EXPECT_NE(shipped.find(std::string("\n") + line + "\n"), std::string::npos)
         << "There is no line " << line << " in data/LogConfig.ini. A default stands there, in "
         << "log_library/settings.h and settings.cpp, and in this file: change all of them.";
   }
