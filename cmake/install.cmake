@@ -5,6 +5,6 @@
 set(data ${PROJECT_SOURCE_DIR}/data)
 install(TARGETS NHUpdateManager NSWLogDynamic64U
   RUNTIME DESTINATION NHUpdateManager COMPONENT program)
-install(FILES ${data}/LogConfig.ini DESTINATION NHUpdateManager COMPONENT program)
+install(FILES ${data}/LogConfig.ini ${data}/NOTICES.txt DESTINATION NHUpdateManager COMPONENT program)
 install(DIRECTORY ${data}/Config DESTINATION NHUpdateManager COMPONENT program
   FILES_MATCHING PATTERN "NHUpdateManager.*.json" PATTERN "SteamLanguageMapping.ini")

@@ -41,7 +41,7 @@ std::string ReadToTheEnd(HANDLE pipe) {
   return bytes;
 }
 
-bool Create(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& process) {
+bool TryToCreate(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& process) {
   std::wstring command_line = L"\"" + start.executable + L"\" " + start.arguments;
   const std::wstring folder = nhupdate::ParentFolder(start.executable) + L"\\";
   const bool has_streams = start.streams != Streams::kNone;
@@ -61,6 +61,15 @@ bool Create(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& proce
   return ::CreateProcessAsUserW(token.Get(), start.executable.c_str(), command_line.data(), nullptr,
                                 nullptr, has_streams, flags, nullptr, folder.c_str(), &startup,
                                 &process);
+}
+
+// On a busy machine Wine now and then can't start a process, and can a moment later.
+DWORD Create(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& process) {
+  DWORD error = ERROR_INTERNAL_ERROR;
+  for (int tries = 0; tries < 3 && error == ERROR_INTERNAL_ERROR; ++tries) {
+    error = TryToCreate(start, output, process) ? ERROR_SUCCESS : ::GetLastError();
+  }
+  return error;
 }
 
 // How stand-ins were started, behind as many earlier ones.
@@ -91,8 +100,8 @@ ProgramRun RunToTheEnd(const ProgramStart& start) {
   CBoxWatcher watcher;
 
   PROCESS_INFORMATION information = {};
-  if (!Create(start, pipe.writing.Get(), information)) {
-    const DWORD error = ::GetLastError();
+  const DWORD error = Create(start, pipe.writing.Get(), information);
+  if (error != ERROR_SUCCESS) {
     ADD_FAILURE() << "The program can't be started: error " << error;
     return run;
   }
