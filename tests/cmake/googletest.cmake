@@ -5,8 +5,8 @@ set(NHUPDATE_GOOGLETEST_SOURCE /usr/src/googletest CACHE PATH
   "GoogleTest's source folder; another one is looked for where there is none")
 
 set(INSTALL_GTEST OFF)
-# The runtime that everything else has (CMAKE_MSVC_RUNTIME_LIBRARY), which older releases only look
-# at when they are told to.
+# GoogleTest needs the C runtime that everything else has (CMAKE_MSVC_RUNTIME_LIBRARY). Its older
+# releases only look at that variable when they are told to.
 set(gtest_force_shared_crt OFF CACHE BOOL "" FORCE)
 set(CMAKE_POLICY_DEFAULT_CMP0091 NEW)
 

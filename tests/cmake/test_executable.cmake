@@ -2,10 +2,10 @@
 #                              [TIMEOUT seconds] SOURCES ...)
 #
 # A GoogleTest executable whose tests are known to ctest one by one. LANE is the Wine prefix that
-# its tests share; each lane runs one test at a time. On Windows itself there is one machine for all
-# of them. A portable executable is one of the unit tests
-# when it is built for Windows. FENCE says what its tests may change (tests/support/fence.h): their
-# own scratch folders, or all of the prefix.
+# its tests share; each lane runs one test at a time. FENCE says what its tests may change
+# (tests/support/fence.h): their own scratch folders, or all of the prefix. On Windows itself the
+# prefix is the machine, and such tests run one at a time there. A portable executable is one of the
+# unit tests when it is built for Windows.
 function(nhupdate_add_test_executable name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "RING;LANE;FENCE;TIMEOUT" "SOURCES;LIBRARIES")
   if(NOT arg_LANE)
@@ -18,7 +18,7 @@ function(nhupdate_add_test_executable name)
   if(WIN32 AND arg_RING STREQUAL "portable")
     set(arg_RING unit)
   elseif(NOT WIN32)
-    # The same tests are in the other build.
+    # Tells these tests from the same ones in the build for Windows.
     set(name_prefix Portable.)
   endif()
   if(NOT arg_TIMEOUT)

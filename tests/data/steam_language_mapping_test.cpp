@@ -91,7 +91,7 @@ TEST(SteamLanguageMappingTest, HasNoLanguageThatIsNotTestedHere) {
       << "only in kSteamLanguages, not in data/Config/SteamLanguageMapping.ini";
 }
 
-// The road from the setting to a text, as a whole product takes it.
+// From Steam's setting to a text, in a whole product.
 TEST(SteamLanguageMappingTest, DecidesWhichTextsAreLoadedAtTheStart) {
   InstalledProduct product;
   CopyShippedConfigTo(product.Module() + L"\\Config");

@@ -16,7 +16,7 @@ namespace {
 // What Windows itself can be shown in, language interface packs, languages of older Windows, and
 // places that share the texts of another one; all as Windows reports them.
 
-// Served by the file of what stands before their first hyphen.
+// Served by the file of the language, which stands before the first hyphen.
 constexpr wchar_t kByLanguage[] =
     L"ar-SA ar-EG bg-BG ca-ES ca-ES-valencia cs-CZ da-DK de-DE de-AT de-CH el-GR en-GB en-US en-IN "
     L"es-ES es-AR et-EE eu-ES fi-FI fr-CA fr-FR fr-BE gl-ES he-IL hr-HR hu-HU id-ID it-IT ja-JP "

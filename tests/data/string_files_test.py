@@ -19,7 +19,7 @@ STILL_RUNNING = "KEY_FAIL_NEED_STOP_NHUPDATEMANAGER"
 PRODUCT = "Nimba Hub"
 PROGRAM = "NHUpdateManager"
 
-# A caption is cut off where the box ends, and a box of few words is a narrow one.
+# A caption that is wider than its box is cut off, and a box of few words is narrow.
 LONGEST = {TITLE: 40, FAILURE: 100, STILL_RUNNING: 150}
 
 # Files that have the same texts on purpose: one language under several codes.
@@ -32,8 +32,8 @@ SAME_TEXTS = [
 SIMPLIFIED = {"zh"}
 TRADITIONAL = SAME_TEXTS[2]
 
-# A message box runs from left to right. What it breaks itself it orders line by line, so these
-# bring lines of their own, each with marks that give its direction.
+# A message box lays its text out from left to right, and where it breaks a line the words would be
+# in the wrong order. So these texts have short lines, each with marks that give its direction.
 RIGHT_TO_LEFT = {"ar", "he"}
 LONGEST_RIGHT_TO_LEFT_LINE = 50
 

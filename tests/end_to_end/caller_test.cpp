@@ -1,4 +1,4 @@
-// What docs/calling.md says of runs that meet.
+// Two runs at once end as docs/calling.md says.
 
 #include "base/unique_handle.h"
 #include "tests/end_to_end/support/end_to_end_test.h"

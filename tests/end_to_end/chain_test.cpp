@@ -27,7 +27,7 @@ TEST_F(ChainEndToEndTest, UpdatesFromOneVersionToTheNext) {
 }
 
 // The longest path of the update, that of the staged string file, has as many characters as Windows
-// allows to programs that know no longer ones.
+// allows to programs that aren't made for long paths.
 constexpr std::size_t kLongestPath = 259;
 constexpr std::size_t kLongestPathInRoot =
     std::size("\\Nimba Hub\\Updater\\App\\NHUpdateManager\\Config\\NHUpdateManager.Default.json") -
@@ -45,7 +45,7 @@ TEST_F(LongPathChainEndToEndTest, UpdatesAProductThatLiesAsDeepAsItCan) {
   ExpectGoldenRun(0, Run(L"-update"));
 }
 
-// All three processes write into one file.
+// All three processes write into the same log file.
 TEST_F(ChainEndToEndTest, EveryStageBeginsItsRecordsWithTheHeaderThatNamesIt) {
   const ProgramRun run = Run(L"-update");
 

@@ -23,7 +23,7 @@ TEST_F(FinalUpdateEndToEndTest, EndsWith1AndABoxWhenAnotherCopyCannotBeStopped) 
 }
 
 TEST_F(FinalUpdateEndToEndTest, EndsAnotherCopyThatCanBeStopped) {
-  // The release as it is would be too much to read here.
+  // Nothing is staged, so that the golden file is short.
   RemoveTree(hub_.App());
   const COtherCopy other(hub_.Scratch() + L"\\Elsewhere\\NHUpdateManager.exe", Ending::kAllowed);
   NameProcess(other.Id(), L"other");
@@ -45,7 +45,7 @@ TEST_F(FinalUpdateEndToEndTest, EndsWith2AndABoxWhenAStagedFileIsHeld) {
   ExpectGoldenRun(2, Run(L"-final_update"));
 }
 
-// The one run with a real retry: the file is free again while the program waits for 3 s.
+// The program really waits here: the file becomes free during the 3 s before the second attempt.
 TEST_F(FinalUpdateEndToEndTest, TriesAgainWhileAFileIsHeld) {
   HeldFile held(hub_.Base() + L"\\Plugins\\Cameras\\cam.dll", FILE_SHARE_READ);
 
@@ -63,7 +63,7 @@ TEST_F(FinalUpdateEndToEndTest, PassesTheRunningProgramsOwnFolderOver) {
   ExpectGoldenRun(0, Run(L"-final_update"));
 }
 
-// Windows allows it, though not to every program; Wine does to all.
+// Windows as installed takes such paths only in their extended-length form; Wine takes any form.
 TEST_F(FinalUpdateEndToEndTest, ReplacesWhatLiesDeeperThan259Characters) {
   const std::wstring deep =
       L"\\Plugins\\" + std::wstring(120, L'x') + L"\\" + std::wstring(120, L'y');

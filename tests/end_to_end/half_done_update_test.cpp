@@ -49,8 +49,8 @@ class HalfDoneUpdateTest : public EndToEndTest {
     hub_.Script(L"NIMBACS", {.exit_code = 4});
   }
 
-  // Breaks the run off before the first of its changes behind that record. It has to be among so
-  // many: a run that isn't broken off takes long.
+  // Ends the run before its first change after that record. The search tries no more than the first
+  // `most_changes` changes, because a run that isn't ended early takes long.
   void BreakOffBehind(const std::string& record, const std::wstring& executable,
                       const std::wstring& arguments, int most_changes) {
     const auto has_come_there = [&](int change) {
@@ -78,7 +78,7 @@ class HalfDoneUpdateTest : public EndToEndTest {
                         .arguments = L"/s /c \"" + command + L"\""});
   }
 
-  // What the command finds in the log: the records without what stands before their texts.
+  // The texts of the records that the command finds in the log.
   [[nodiscard]] std::vector<std::string> Found(const std::wstring& command) const {
     const std::string output = Prompt(command).output;
     const std::string tag = "[NHUpdateManager] ";

@@ -26,14 +26,14 @@ class LinkEndToEndTest : public EndToEndTest {
 
   [[nodiscard]] std::wstring Outside() const { return hub_.Scratch() + L"\\Outside"; }
 
-  // In the place of what is there.
+  // Puts the link in the place of what is there.
   void PutLink(const std::wstring& link, const std::wstring& target) {
     RemoveTree(link);
     CreateLink(link, target);
     links_.push_back(link);
   }
 
-  // Wine can't remove the link, as the program would. It is removed while the program waits.
+  // The program removes the link itself, but can't under Wine. So it is removed while it waits.
   ProgramRun RunWithoutLinkAtTheSecondAttempt(const std::wstring& link) {
     return RunAs(
         {.executable = hub_.Manager(), .arguments = L"-final_update", .while_running = [&, link] {
@@ -63,7 +63,7 @@ TEST_F(LinkEndToEndTest, NothingArrivesBehindALinkBelowAReplacedFolder) {
   ExpectGoldenRun(0, RunWithoutLinkAtTheSecondAttempt(link));
 }
 
-// Not even when there is nothing in it, and not as an empty folder of the product either.
+// It is followed neither to copy nor to delete, nor removed as if it were an empty folder.
 TEST_F(LinkEndToEndTest, ALinkElsewhereInTheProductStays) {
   PutLink(hub_.Base() + L"\\Link", Outside() + L"\\Empty");
 
@@ -91,7 +91,7 @@ TEST_F(LinkEndToEndTest, NoAccessIsGrantedToWhatTheTemporaryFolderLeadsTo) {
   ExpectGoldenRun(0, Run(L"-final_update"));
 }
 
-// Nor is anything made there: no folder for the log, and so no log.
+// No folder for the log is made there either, so the log library is started without one.
 TEST_F(LinkEndToEndTest, NoAccessIsGrantedToWhatTheDataFolderLeadsTo) {
   hub_.UseLogLibrary(L"recording_log");
   PutLink(hub_.DataFolder() + L"\\Corvane", Outside());

@@ -43,7 +43,7 @@ TEST_F(LogLibraryEndToEndTest, CostsOneLineOnTheConsoleWhenAnEntryIsMissing) {
   const struct {
     const wchar_t* library;
     const char* output;
-    std::size_t calls;  // "Stop", where it was found before the missing one
+    std::size_t calls;  // of "Stop", if that was found before the missing one
   } cases[] = {
       {L"recording_log_without_start", "Fail to load Start from library\n", 0},
       {L"recording_log_without_stop", "Fail to load Stop from library\n", 0},

@@ -14,7 +14,7 @@ TEST(ProcessTokenTest, IsMadeOfEitherKindFromTheOther) {
   const UniqueKernelHandle other = MakeToken(own.Get(), !is_elevated);
   EXPECT_EQ(IsElevated(other.Get()), !is_elevated);
 
-  // As from a process whose own token is the other one.
+  // The other token stands for that of a process that starts programs itself.
   const UniqueKernelHandle again = MakeToken(other.Get(), is_elevated);
   EXPECT_EQ(IsElevated(again.Get()), is_elevated);
 }

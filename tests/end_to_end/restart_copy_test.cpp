@@ -1,4 +1,5 @@
-// The program is ended while Windows is copying a file for it, which is long enough for that.
+// The program is ended while Windows is copying a file for it. The file is so long that it can be
+// caught half-copied.
 
 #include <cstdint>
 #include <string>

@@ -15,8 +15,8 @@ class RestartInstallEndToEndTest : public RestartTest {
 
   [[nodiscard]] std::wstring Cast() const { return hub_.Scratch() + L"\\Cast"; }
 
-  // Without a staged program: the installed one passes it over, and it would only be one more
-  // folder to copy with the updater.
+  // Takes the staged program away. An installation passes it over, and to copy it along with the
+  // updater would only take more time.
   void PrepareInstall() const {
     hub_.StageRelease();
     RemoveTree(hub_.App() + L"\\NHUpdateManager");

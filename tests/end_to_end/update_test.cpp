@@ -55,7 +55,7 @@ TEST_F(UpdateEndToEndTest, EndsWith0AndKeepsTheConfigurationWhenTheNextStageWasS
   ExpectGoldenRun(0, Run(L"-update"));
 }
 
-// Whatever it is, it is no folder with a new updater.
+// A file can't be a folder with a new updater, so there is nothing to wait for.
 TEST_F(UpdateEndToEndTest, LosesNoTimeOverAFileInThePlaceOfTheNewUpdater) {
   WriteFileBytes(hub_.Updater() + L"\\NewUpdater", "a file");
 

@@ -38,8 +38,8 @@ TEST_F(WaitEndToEndTest, FinalUpdateEndsWith2AndABoxAfterTenAttempts) {
   EXPECT_GE(elapsed_ms_, 30'000U);
 }
 
-// Windows lists such a folder and then finds nothing by its name, unless it is asked in another
-// way.
+// Windows drops a full stop at the end of a name, so it lists this folder with the one around it
+// but doesn't find it by its name. Only the extended-length form of its path leads there.
 TEST_F(WaitEndToEndTest, FinalUpdateEndsWith2WhenAStagedFolderCannotBeListed) {
   const std::wstring folder = L"\\\\?\\" + hub_.App() + L"\\d.";
   WriteFileBytes(folder + L"\\x.txt", "not to be lost in silence");

@@ -140,7 +140,7 @@ TEST(LogRecordTest, IsOneWriteOfAnyLength) {
   EXPECT_EQ(texts[1], "short");
 }
 
-// Nobody has a turn, which would keep the threads apart too.
+// The turn would keep the threads apart too, so no thread gets it here.
 TEST(LogRecordTest, OfAnotherThreadWaitsForTheOneThatIsBeingWritten) {
   constexpr int kRecords = 20;
   StartedLog log;

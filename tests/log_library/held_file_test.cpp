@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::StartsWith;
 
-// A log whose file, with a record of an earlier run in it, is held. Nobody really waits for it.
+// A log whose file, with a record of an earlier run in it, is held. The waits for it are faked.
 class HeldLog : public TestLog {
  public:
   explicit HeldLog(const std::string& settings = "", DWORD sharing = 0)

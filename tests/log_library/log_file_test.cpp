@@ -147,7 +147,7 @@ class DeletedFile {
           return done;
         }) {}
 
-  // How Windows tells it.
+  // The two ways in which Windows tells of it.
   using Tell = void (*)(FILE_STANDARD_INFO&);
   static constexpr Tell kByItsNames = [](FILE_STANDARD_INFO& file) { file.NumberOfLinks = 0; };
   static constexpr Tell kByItself = [](FILE_STANDARD_INFO& file) { file.DeletePending = TRUE; };

@@ -137,7 +137,7 @@ TEST(LinkedFolderTest, TheFolderCantBeExchangedWhileTheLogIsOpen) {
   EXPECT_TRUE(is_moved_afterwards);
 }
 
-// Whoever may do that can't switch the log off by it.
+// The other handle lets the folder be exchanged, but that alone must not switch the log off.
 TEST(LinkedFolderTest, AFolderThatOthersMayExchangeIsLoggedIn) {
   TestLog log;
   HeldFile other(log.Folder(), FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, DELETE);

@@ -45,7 +45,7 @@ TEST_F(PlantedNamesTest, AFileOfSeveralNamesIsNotWrittenTo) {
   ExpectLogInPlaceOfTheCurrentFile();
 }
 
-// Wine follows the link when it opens the file; there it is the resolved path that tells.
+// Wine follows the link when it opens the file, so only the resolved path gives the link away.
 TEST_F(PlantedNamesTest, ALinkToAFileIsNotWrittenThrough) {
   CreateLink(log_.CurrentFile(), victim_);
 
@@ -60,7 +60,7 @@ TEST_F(PlantedNamesTest, AFolderUnderTheFilesNameIsLeftAlone) {
   EXPECT_THAT(ListTree(log_.CurrentFile()), IsEmpty());
 }
 
-// What Windows tells of a file or folder when it is a link; Wine has no such.
+// Windows tells of a link by this attribute, which has to be faked since Wine never gives it.
 TEST_F(PlantedNamesTest, ReparsePointsAreNotUsed) {
   const struct {
     const char* name;

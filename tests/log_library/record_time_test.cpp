@@ -16,8 +16,8 @@ FILETIME FileTimeOf(const SYSTEMTIME& time) {
   return file_time;
 }
 
-// One moment in several places. That the clock is asked in UTC and turned into local time by
-// Windows is what the product does; the rest it counts itself.
+// One moment in several places. Windows gives the time in UTC and turns it into local time; the
+// product works out how far apart the two are.
 TEST(RecordTimeTest, IsTheLocalOneWithItsDistanceFromUtc) {
   const SYSTEMTIME utc = {2026, 3, 0, 1, 2, 14, 3, 123};
   const struct {

@@ -23,7 +23,7 @@ TEST(LogRotationTest, PutsAFullFileAsideBeforeTheNextRecord) {
   EXPECT_THAT(log.Texts(), ElementsAre("next"));
 }
 
-// Of an earlier run, when this one starts.
+// The file is of an earlier run and is put aside when this one starts.
 TEST(LogRotationTest, PutsAFileAsideFromTheLimitOn) {
   constexpr std::size_t kLimit = 16 * 1024;
   for (const std::size_t size : {kLimit - 1, kLimit, kLimit + 1}) {
@@ -90,8 +90,8 @@ TEST(LogRotationTest, LooksTheFileUpOnceASecondAndNotForEachRecord) {
   EXPECT_EQ(open.Calls(), 2);
 }
 
-// Something happens to the file between the moment in which it was found to be full and the one in
-// which it is opened to be renamed: names for it are looked for then.
+// Something happens to the file after it was found to be full and before it is opened for renaming:
+// at the moment in which the library lists the folder to find a free name.
 template <typename Event>
 void WriteWhile(StartedLog& log, Event event) {
   log.Write(kFullFile);
@@ -126,7 +126,7 @@ TEST(LogRotationTest, MakesANewFileWhenTheFullOneIsGone) {
   EXPECT_THAT(log.Texts(), ElementsAre("next"));
 }
 
-// Wine would tell the name that the file had when it was opened.
+// The new name is faked, since Wine would tell the name that the file had when it was opened.
 TEST(LogRotationTest, LeavesAFileAloneThatAnotherWriterHasJustRenamed) {
   StartedLog log(kSmallFiles);
   bool has_another_name = false;
@@ -154,7 +154,7 @@ TEST(LogRotationTest, LeavesAFileAloneThatAnotherWriterHasJustRenamed) {
   EXPECT_THAT(log.Texts(), ElementsAre("earlier", "next"));
 }
 
-// Wine doesn't mind a length that is wrong, nor a buffer that is larger than need be.
+// Wine takes a wrong length or too large a buffer as well, so what is passed is looked at.
 TEST(LogRotationTest, PassesTheNewNameWithItsLengthAndReplacesNothing) {
   StartedLog log(kSmallFiles);
   log.Write(kFullFile);

@@ -162,7 +162,7 @@ TEST(SeveralProcessesTest, WritersThatAreKilledInTheirTurnKeepNobodyWaiting) {
   const auto numbers = NumbersByWriter(log);
   EXPECT_THAT(turns, SizeIs(kVictims));
   EXPECT_THAT(turns, Each(AnyOf(DWORD{WAIT_OBJECT_0}, DWORD{WAIT_ABANDONED})));
-  // After a turn that was taken over and not given back, no other victim would have one.
+  // If a turn that was taken over weren't given back, no later victim could leave one behind.
   EXPECT_THAT(turns, Contains(DWORD{WAIT_ABANDONED}).Times(Ge(2)));
   EXPECT_EQ(numbers.size(), kVictims + 1u);
   for (const auto& [name, of_writer] : numbers) {

@@ -45,7 +45,7 @@ TEST(NewTurnMutexTest, IsOpenToEveryoneWhoIsLoggedOnAndNotInherited) {
 
 class MissingTurnMutexTest : public testing::Test {
  protected:
-  // Files are rotated all the same.
+  // Without the mutex, files are rotated all the same.
   void StartAndRotate() {
     EXPECT_EQ(log_.Start(), 0);
     log_.Write(kFullFile);
@@ -84,8 +84,8 @@ class TurnMutexTest : public testing::Test {
     EXPECT_TRUE(mutex_.IsValid());
   }
 
-  // Takes the mutex in a thread of its own, since a thread that has it gets it any number of times,
-  // and ends without releasing it. Returns what waiting for it gave.
+  // Takes the mutex in another thread, since its owner would get it again without waiting. The
+  // thread ends without releasing it. Returns what waiting for it gave.
   [[nodiscard]] DWORD TakeInAThread() const {
     constexpr DWORD kThreadLimitMs = 60 * 1000;
     const nhupdate::UniqueKernelHandle thread(::CreateThread(

@@ -10,7 +10,7 @@
 namespace nhupdate_test {
 namespace {
 
-// What the library has allocated, and after how many allocations it gets nothing any more.
+// How often the library has allocated memory, and after how many times it gets none any more.
 int allocations = 0;
 int limit = 0;
 
@@ -36,7 +36,7 @@ TEST(LogLibraryDeathTest, EndsTheProcessWhenThereIsNoMemory) {
   const int needed = allocations;
   ASSERT_GT(needed, 60);
 
-  // Not of the last ones, since the library needs a few more or less each time.
+  // The last allocations are spared: a run may need a few less than the first one did.
   constexpr int kParts = 8;
   for (int part = 0; part < kParts; ++part) {
     EXPECT_EXIT(UseLog(needed * part / kParts),

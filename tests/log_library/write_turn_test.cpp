@@ -40,11 +40,11 @@ class TimedTurns {
     uptime_.Forward(milliseconds);
   }
 
-  // How long the mutex is somebody else's from the moment on in which it is waited for.
+  // How long somebody else still has the mutex from the moment in which it is waited for.
   void KeepBusy(DWORD milliseconds) { busy_ms_ = milliseconds; }
   void LetWritingLast(DWORD milliseconds) { writing_ms_ = milliseconds; }
 
-  // For how long the mutex was to be waited for, in each turn but the first, the header record's.
+  // The time limit of the wait in each turn but the first, which is that of the header record.
   [[nodiscard]] std::vector<DWORD> LimitsMs() const {
     return {limits_ms_.begin() + 1, limits_ms_.end()};
   }
@@ -61,7 +61,7 @@ class TimedTurns {
   DWORD writing_ms_ = 0;
   std::vector<DWORD> limits_ms_;
   FakeUptime uptime_;
-  // What std::chrono::steady_clock asks.
+  // std::chrono::steady_clock is made of this.
   INTERPOSER(QueryPerformanceCounter) counter_;
   INTERPOSER(WaitForSingleObject) wait_;
   INTERPOSER(WriteFile) write_;

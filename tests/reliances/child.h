@@ -21,7 +21,7 @@ namespace nhupdate_test {
 //   load NAME        ends with the error of loading that library
 //   load-safely NAME the same with the default folders for libraries only
 //
-// In the folder, when there is one; otherwise in that of this process.
+// Its current folder is `folder`, or that of this process when `folder` is empty.
 [[nodiscard]] nhupdate::UniqueKernelHandle StartChild(const std::wstring& program,
                                                       const std::wstring& task,
                                                       const std::wstring& folder = {});
@@ -29,7 +29,7 @@ namespace nhupdate_test {
 // Waits, and returns the exit code.
 [[nodiscard]] DWORD ExitCodeOf(const nhupdate::UniqueKernelHandle& process);
 
-// Ended when the object goes.
+// A child that sleeps, and is ended when the object goes.
 class CSleepingChild {
  public:
   explicit CSleepingChild(const std::wstring& program = OwnPath());

@@ -13,7 +13,7 @@ namespace {
 
 constexpr wchar_t kLibraryName[] = L"nhupdate_library.dll";
 
-// Any image will do.
+// Windows loads any executable image as a library, so a copy of this program will do.
 std::wstring MakeLibrary(const std::wstring& folder) {
   std::wstring library = folder + L"\\" + kLibraryName;
   if (!::CopyFileW(OwnPath().c_str(), library.c_str(), TRUE)) {
@@ -22,7 +22,7 @@ std::wstring MakeLibrary(const std::wstring& folder) {
   return library;
 }
 
-// The error of loading it in a process whose current folder it lies in.
+// The error of loading the library in a process whose current folder is the library's.
 std::string LoadInItsFolder(const std::wstring& folder, const std::wstring& task) {
   MakeLibrary(folder);
   return std::to_string(ExitCodeOf(StartChild(OwnPath(), task, folder)));

@@ -12,7 +12,7 @@ namespace nhupdate_test {
 
 namespace {
 
-// As the program starts its children, but for the shell's own boxes.
+// As the program starts its children, but without the shell's own boxes.
 std::string Start(const std::wstring& path, const wchar_t* parameters,
                   nhupdate::UniqueKernelHandle& process) {
   SHELLEXECUTEINFOW execution = {};

@@ -19,7 +19,7 @@ enum class Wine {
 
 struct Reliance {
   const char* question;
-  // Several answers that are right have " or " between them.
+  // The right answer, or several of them with " or " in between.
   const char* windows;
   Wine wine;
   // Gets an empty folder of its own.
@@ -28,7 +28,7 @@ struct Reliance {
 
 using Reliances = std::vector<Reliance>;
 
-// By what they are about.
+// The questions, grouped by what they are about.
 [[nodiscard]] Reliances OpeningReliances();
 [[nodiscard]] Reliances DeletionReliances();
 [[nodiscard]] Reliances CopyReliances();
@@ -39,7 +39,7 @@ using Reliances = std::vector<Reliance>;
 [[nodiscard]] Reliances ProcessReliances();
 [[nodiscard]] Reliances LibraryReliances();
 
-// What the answers are made of.
+// Helpers that put answers together.
 
 // Of the call that has just returned: "0" when it succeeded, otherwise Windows' error.
 [[nodiscard]] std::string ErrorOf(bool has_succeeded);
@@ -64,7 +64,7 @@ std::wstring MakeFile(const std::wstring& path, const std::string& bytes = "cont
 std::wstring MakeFolder(const std::wstring& path);
 [[nodiscard]] std::string Content(const std::wstring& file);
 
-// A folder whose path is longer than Windows takes without the prefix for it, and the same with it.
+// A folder whose path is too long without the prefix for long paths, and a path with the prefix.
 [[nodiscard]] std::wstring MakeLongFolder(const std::wstring& folder);
 [[nodiscard]] std::wstring WithPrefix(const std::wstring& path);
 

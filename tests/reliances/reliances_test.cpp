@@ -46,7 +46,7 @@ RelianceRun RunReliances(const ScratchFolder& scratch) {
   return run;
 }
 
-// Under Wine the administrator of the system below may write to everything.
+// Wine that runs as root may write to read-only files too.
 bool IsReadOnlyObeyed(const ScratchFolder& scratch) {
   const std::wstring file = scratch.Path() + L"\\read_only.txt";
   WriteFileBytes(file, "content");
@@ -62,7 +62,7 @@ TEST(ReliancesTest, AreAnsweredAsIsKnown) {
   const RelianceRun run = RunReliances(scratch);
 
   EXPECT_EQ(run.exit_code, 0U) << run.output;
-  // Another Wine may be nearer to Windows, which is no fault of anybody's.
+  // Another version of Wine may answer more like Windows, which must not fail the test.
   if (WineVersion().starts_with("8.")) {
     ExpectGolden(run.output, IsReadOnlyObeyed(scratch) ? "ordinary_user" : "administrator");
   }

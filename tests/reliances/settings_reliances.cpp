@@ -24,7 +24,7 @@ std::string WideBytes(const std::wstring& text) {
   return std::string(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t));
 }
 
-// The bytes that are stored of a text of three units when those of the text alone are counted.
+// How many bytes are stored for a text of three units when its terminator isn't counted.
 std::string StoredBytes(const wchar_t* text) {
   const COwnKey key;
   constexpr DWORD kThreeUnits = 3 * sizeof(wchar_t);

@@ -14,7 +14,7 @@ namespace nhupdate_test {
 // a test failure.
 class CPeImage {
  public:
-  // Of the packaged folder, when it is given by its mere name.
+  // A mere name means a file of the packaged folder.
   explicit CPeImage(const std::wstring& file);
 
   [[nodiscard]] const IMAGE_OPTIONAL_HEADER64& Header() const { return Headers().OptionalHeader; }

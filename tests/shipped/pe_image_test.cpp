@@ -12,8 +12,8 @@
 namespace nhupdate_test {
 namespace {
 
-// The library as another linker would write it: with something where the time stands, and an entry
-// of that kind among those for debuggers.
+// The library as another linker would write it: with something in the place of the time, and a
+// debug entry of that kind.
 void WriteWithDebugEntry(const std::wstring& path, DWORD kind) {
   std::string bytes = ReadFileBytes(PackagedFolder() + L"\\NSWLogDynamic64U.dll");
   IMAGE_DOS_HEADER begin = {};

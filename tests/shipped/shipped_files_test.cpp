@@ -75,7 +75,7 @@ TEST(ShippedProgramTest, IsAConsoleProgramThatExportsNothing) {
   EXPECT_TRUE(image.ExportedNames().empty());
 }
 
-// Folders are walked recursively, however deep they are.
+// The program walks folders recursively, so deep ones need a large stack.
 TEST(ShippedProgramTest, ReservesAStackOf64Mebibytes) {
   EXPECT_EQ(CPeImage(L"NHUpdateManager.exe").Header().SizeOfStackReserve, 64U * 1024U * 1024U);
 }
@@ -83,19 +83,19 @@ TEST(ShippedProgramTest, ReservesAStackOf64Mebibytes) {
 TEST(ShippedProgramTest, HasAManifestThatSaysWhatItNeedsAndKnows) {
   const std::string manifest = CPeImage(L"NHUpdateManager.exe").Manifest();
 
-  // No rights.
+  // It asks for no rights.
   EXPECT_THAT(manifest, HasSubstr("level=\"asInvoker\""));
-  // Long paths and the current Windows.
+  // It knows long paths and the current Windows.
   EXPECT_THAT(manifest, HasSubstr(">true</longPathAware>"));
   EXPECT_THAT(manifest, HasSubstr("{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}"));
-  // Boxes that are sharp and in the look of the system.
+  // Its boxes are sharp and look like those of the system.
   EXPECT_THAT(manifest, HasSubstr(">true/pm</dpiAware>"));
   EXPECT_THAT(manifest, HasSubstr(">PerMonitorV2, PerMonitor</dpiAwareness>"));
   EXPECT_THAT(manifest,
               HasSubstr("name=\"Microsoft.Windows.Common-Controls\" version=\"6.0.0.0\""));
 }
 
-// Of these, no more than a compiler needs: one that brings its own runtime does without msvcrt.dll.
+// Not all of them are needed: a compiler that brings its own runtime does without msvcrt.dll.
 TEST(ShippedProgramTest, ImportsFromSystemDllsOnly) {
   EXPECT_THAT(CPeImage(L"NHUpdateManager.exe").ImportedDlls(),
               testing::IsSubsetOf({"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",

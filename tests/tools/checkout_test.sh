@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A clone of somebody whose git writes carriage returns has none: checkout_test.sh REPOSITORY
+# A clone has no carriage returns, even if git is set to write them: checkout_test.sh REPOSITORY
 set -eu
 tree=$(mktemp -d)
 trap 'rm -rf "$tree"' EXIT
@@ -7,7 +7,7 @@ git clone --quiet --config core.autocrlf=true --config core.eol=crlf "$1" "$tree
 cd "$tree/clone"
 
 failed=0
-# What the index has, what the folder has, the attributes, and the file.
+# Each line tells the line ends in the index and in the folder, the attributes, and the file.
 while IFS= read -r line; do
   case $line in
     *w/crlf* | *w/mixed*) echo "$line"; failed=1 ;;
@@ -15,7 +15,7 @@ while IFS= read -r line; do
 done < <(git ls-files --eol -- ':!tests/**/golden/*' ':!tests/fuzz/json_reader_seeds/*')
 [ -z "$(git status --short)" ] || { git status --short; failed=1; }
 
-# As they are, also with the ends of lines of Windows in them.
+# Golden files are stored byte for byte, also with Windows' line ends in them.
 printf 'a\r\nb\n' >tests/unit/update/golden/Some.Test.txt
 git add tests/unit/update/golden/Some.Test.txt 2>/dev/null
 git cat-file blob :tests/unit/update/golden/Some.Test.txt |

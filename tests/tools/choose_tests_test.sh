@@ -71,7 +71,7 @@ chosen FormatCheck select
 chosen unit 'build mingw-release json_tests' 'build mingw-release copy_tests' \
   'build mingw-release shipped_tests' 'lane unit' package
 
-# ctest gets to know the chosen ones only.
+# ctest reads the lists of the chosen tests only.
 expect_list() {
   local list
   list=$(<"$tree/build/CTestTestfile.cmake")
@@ -82,7 +82,7 @@ expect_list "include(\"$tree/mingw-release/copy_tests[1]_include.cmake\")"
 "$choose" "$tree/build" DemoTest >"$tree/said"
 expect_list "$(head -n 2 "$tree/build/mingw-release/tests/tools/CTestTestfile.cmake")"
 
-# What is called nothing is said, and that it went wrong.
+# A name that fits no test is an error with a message.
 refused() {
   local said status=0
   said=$("$choose" "$tree/build" "$1" 2>&1) || status=$?

@@ -51,7 +51,7 @@ wrong log/wrong.cpp '"text/utf8.h"'
 wrong text/wrong.cpp '"install/folder_copy.h"'
 wrong install/wrong.cpp '"update/child_launch.h"'
 wrong update/wrong.cpp '"app/program.h"'
-# Brackets don't help.
+# Angle brackets are no way around the rules.
 wrong base/wrong.cpp '<app/program.cpp>'
 # The way up is for the workflows only, and leads to one header only.
 wrong update/wrong.cpp '"app/manager_center.h"'
@@ -62,12 +62,12 @@ wrong install/wrong.cpp '"app/manager_center.h"'
 wrong app/wrong.cpp '"tests/support/files.h"'
 wrong base/wrong.h '"tests/support/files.h"'
 wrong log/wrong.cpp '"log_library/logger.h"'
-# The log library stands for itself.
+# The log library may use a few headers of the program that both share, but none of these.
 wrong log_library/wrong.cpp '"base/registry.h"'
 wrong log_library/wrong.cpp '"log/log.h"'
 wrong log_library/wrong.cpp '"app/program.h"'
 wrong log_library/wrong.cpp '"tests/support/files.h"'
-# No folder: whose file that is nobody sees.
+# Without a folder an include doesn't show whose file it means.
 wrong text/wrong.cpp '"string_table.h"'
 
 exit $failed

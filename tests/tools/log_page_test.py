@@ -85,7 +85,7 @@ MEMBERS = {
 }
 
 LITERAL = r'L"((?:[^"\\]|\\.)*)"'
-# Literals one behind the other, or joined to what is not known here.
+# Adjacent literals, or literals joined by "+" to values that are only known at run time.
 TEXT = rf"{LITERAL}(?:\s*(?:\+\s*[\w.*>-]+(?:\s*\+\s*)?)?\s*{LITERAL})*(?:\s*\+\s*[\w.*>-]+)?"
 CALL = re.compile(rf"\b(?:Write|WriteText|Log)\(\s*LogLevel::(k\w+),\s*(?:({TEXT})|([\w.>-]+))\s*[,)]")
 MEMBER = re.compile(rf"\.?\b({'|'.join(MEMBERS)})\s*=\s*({TEXT})")
@@ -204,7 +204,7 @@ class LogPageTest(unittest.TestCase):
     def test_a_row_that_is_taken_away_is_missed(self):
         texts = program_texts()
         for row in section(PAGE, "What a failure looks like").splitlines():
-            # That one is about texts which mostly tell of no failure.
+            # Its texts are all in NO_FAILURES too, so nothing would miss this row.
             if row.startswith("| `") and not row.startswith("| `Launch ... success for ...`"):
                 with self.subTest(row=row):
                     without = PAGE.replace(row + "\n", "")
@@ -298,12 +298,12 @@ class LogPageTest(unittest.TestCase):
         seen = set()
         for file in (REPOSITORY / "tests").rglob("golden/*.txt"):
             for line in re.findall(r"(?m)^ *4\|(.*)", file.read_text(encoding="utf-8")):
-                # ICACLS' codes are the shell's own.
+                # What these lines end with, or name, is no Windows error number.
                 if "Return Code" not in line and "still found" not in line:
                     seen |= set(re.findall(r"\((\d+)\)|[=:] (\d+)$", line))
         seen = {one or other for one, other in seen}
         self.assertGreater(len(seen), 4)
-        # 0 is Wine's, whose shell has told the user in a box of its own.
+        # Wine gives the error 0 after its shell has shown a box of its own.
         self.assertEqual(seen - listed - {"0"}, set())
 
 

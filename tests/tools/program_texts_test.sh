@@ -24,7 +24,7 @@ finds() {
   cp "$tree/before" "$file"
 }
 
-# What only one more file shows: its golden files are taken away.
+# finds_without COMPLAINT FILE...: the check complains so without these golden files.
 finds_without() {
   local complaint=$1 found
   shift

@@ -22,7 +22,7 @@ SUSPICIOUS = re.compile(
     r"GetFinalPathNameByHandleW|SetDefaultDllDirectories|LoadLibrary\w*|RtlVirtualUnwind|"
     r"ConvertStringSecurityDescriptor\w+|(Set|Create)Service\w*|Reg\w*(Save|Restore|Delete)\w*)$"
 )
-# Of the program's own process only.
+# The program only opens the token of its own process.
 HARMLESS = {"OpenProcessToken"}
 
 

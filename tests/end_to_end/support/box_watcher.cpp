@@ -35,7 +35,7 @@ HWND FindIcon(HWND box) {
   return nullptr;
 }
 
-// An icon of another process can't be asked what it is, but the screen shows it.
+// An icon of another process can't be asked what it shows, but its colours are on the screen.
 bool IsMostlyRed(HWND icon) {
   RECT area = {};
   if (icon == nullptr || !::GetWindowRect(icon, &area)) {

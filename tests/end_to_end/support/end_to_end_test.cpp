@@ -37,13 +37,13 @@ bool IsGrant(const ChildStart& child) {
   return nhupdate::EqualsIgnoringCase(nhupdate::FileName(child.path), L"ICACLS.exe");
 }
 
-// Its name on the disk, where it is that of the installed program, by whatever name it was started.
+// The installed program's own path when it was started by another form of that; else the path.
 std::wstring NameOnDisk(const std::wstring& path, const std::wstring& installed) {
   std::array<wchar_t, 1024> name = {};
   const DWORD units =
       ::GetLongPathNameW(path.c_str(), name.data(), static_cast<DWORD>(name.size()));
   const std::wstring long_name = units > 0 && units < name.size() ? name.data() : path;
-  // Not only of letters in ASCII.
+  // This one also knows the letter case outside ASCII.
   return ::CompareStringOrdinal(long_name.c_str(), -1, installed.c_str(), -1, TRUE) == CSTR_EQUAL
              ? installed
              : path;
@@ -72,7 +72,7 @@ std::wstring Launched(const ChildStart& child, DWORD parent_id) {
   return what + L", show " + child.show_state + L": " + arguments;
 }
 
-// Takes out, in their order, those that are of the process.
+// Takes the items of one process out of the list, in their order.
 template <typename Item, typename IsOfProcess>
 std::vector<Item> TakeFrom(std::vector<Item>& items, IsOfProcess is_of_process) {
   const auto rest = std::stable_partition(items.begin(), items.end(),
@@ -100,7 +100,7 @@ ProgramRun EndToEndTest::RunAs(const ProgramStart& start) {
   record_count_ = ReadLog(hub_).size();
   child_count_ = ReadChildJournal(hub_.ChildJournal()).size();
   ProgramRun run = RunToTheEnd(start);
-  // A program of another name has not been recognised.
+  // A program that runs under another name is not among the managers yet.
   if (run.managers.empty() || run.managers.front().id != run.process_id) {
     run.managers.insert(run.managers.begin(), {run.process_id, start.executable, run.exit_code});
   }
@@ -153,7 +153,7 @@ std::string EndToEndTest::DescribeProcess(const ManagerProcess& process) {
   }
   std::vector<ChildStart> children =
       TakeFrom(children_, [&](const ChildStart& child) { return child.parent_id == process.id; });
-  // The grants run at the same time.
+  // The grants run at the same time and may come in any order, so they are sorted.
   const auto grants = std::stable_partition(
       children.begin(), children.end(), [](const ChildStart& child) { return !IsGrant(child); });
   std::sort(grants, children.end(), [](const ChildStart& left, const ChildStart& right) {
@@ -168,7 +168,7 @@ std::string EndToEndTest::DescribeProcess(const ManagerProcess& process) {
 std::string EndToEndTest::DescribeBoxes(const ProgramRun& run) const {
   std::string text;
   for (const WatchedBox& box : run.boxes) {
-    // Wine's shell tells of a program that can't be started in a box of its own.
+    // Wine's shell shows a box of its own about a program that can't be started.
     if (has_launch_failed_ && box.caption != kTitle) {
       continue;
     }
@@ -183,8 +183,8 @@ std::wstring EndToEndTest::Neutral(std::wstring record, DWORD process_id) {
     record = WithProcessNamed(std::move(record), id, L"{" + name + L"}");
   }
   ReplaceEnd(record, L"2|Found System language setting : ", SystemLanguage(), L"{language}");
-  // The error of a launch whose executable another process holds without sharing. That box of
-  // Wine's shell costs it the error.
+  // The error of a launch whose executable another process holds without sharing. Under Wine it is
+  // lost while the shell shows its box.
   const std::wstring record_before = record;
   ReplaceEnd(record, L"4|Fail to launch ", IsWine() ? L": 0" : L": 32", L": {held}");
   has_launch_failed_ = has_launch_failed_ || record != record_before;

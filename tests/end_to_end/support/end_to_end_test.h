@@ -21,7 +21,7 @@ namespace nhupdate_test {
 
 class EndToEndTest : public testing::Test {
  protected:
-  // The length of the root folder's path counts when it is not 0.
+  // The root folder's path has `root_length` characters; any number of them when that is 0.
   explicit EndToEndTest(std::size_t root_length = 0);
 
   // Runs the installed program, or another one, elevated or not.
@@ -46,7 +46,7 @@ class EndToEndTest : public testing::Test {
   // process itself.
   void ExpectGoldenRun(DWORD exit_code, const ProgramRun& run, const std::string& part = {});
 
-  // A process id that shows as {name}.
+  // Lets the process id appear as {name} in golden files.
   void NameProcess(DWORD id, const std::wstring& name) { names_.emplace_back(id, name); }
 
   // Everything that a run may change, but for the registry.
@@ -61,11 +61,11 @@ class EndToEndTest : public testing::Test {
   [[nodiscard]] std::wstring Neutral(std::wstring record, DWORD process_id);
 
   std::vector<std::pair<DWORD, std::wstring>> names_;
-  // Before the last run.
+  // What there was before the last run.
   Tree files_;
   std::size_t record_count_ = 0;
   std::size_t child_count_ = 0;
-  // Behind it, as far as they have not been described yet.
+  // What the last run has added, as far as it has not been described yet.
   std::vector<HubLogRecord> records_;
   std::vector<ChildStart> children_;
   bool has_launch_failed_ = false;

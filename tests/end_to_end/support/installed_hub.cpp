@@ -27,7 +27,7 @@ namespace {
 
 constexpr wchar_t kRootName[] = L"\\Corvane";
 
-// Over what is there, with the folders above it.
+// Replaces what is there, and makes the folders above it where they are missing.
 void CopyOver(const std::wstring& source, const std::wstring& target) {
   CreateFolders(nhupdate::ParentFolder(target));
   EXPECT_TRUE(::CopyFileW(source.c_str(), target.c_str(), FALSE))
@@ -51,7 +51,7 @@ void ReplaceIcacls() {
                     kNative, sizeof(kNative));
 }
 
-// The root folder within the scratch folder, of the given length where there is one.
+// The root folder within the scratch folder; its path has that length, or any when it is 0.
 std::wstring RootIn(const std::wstring& scratch, std::size_t length) {
   const std::wstring root = scratch + kRootName;
   if (length == 0) {

@@ -23,7 +23,7 @@ namespace nhupdate_test {
 
 class CInstalledHub {
  public:
-  // A root folder whose path has `root_length` characters, when that is not 0.
+  // The root folder's path has `root_length` characters; any number of them when that is 0.
   explicit CInstalledHub(std::size_t root_length = 0);
   ~CInstalledHub();
   CInstalledHub(const CInstalledHub&) = delete;
@@ -72,7 +72,7 @@ class CInstalledHub {
 
  private:
   void PutRelease() const;
-  // From outside of the scratch folder.
+  // Removes what runs leave outside of the scratch folder.
   void RemoveTraces() const;
 
   ScratchFolder scratch_;

@@ -1,6 +1,6 @@
 #pragma once
 
-// Another copy of the program, which is only a stand-in, that runs until the object is gone.
+// A stand-in for another running copy of the program. It runs until the object is gone.
 
 #include <string>
 
@@ -10,11 +10,11 @@
 
 namespace nhupdate_test {
 
-enum class Ending { kRefused, kAllowed };  // from outside
+enum class Ending { kRefused, kAllowed };  // to other processes
 
 class COtherCopy {
  public:
-  // Puts it there, starts it, and waits until it says that it is ready.
+  // Puts the stand-in at that path, starts it, and waits until it says that it is ready.
   explicit COtherCopy(const std::wstring& executable, Ending ending = Ending::kRefused);
   ~COtherCopy();
   COtherCopy(const COtherCopy&) = delete;

@@ -20,7 +20,7 @@ std::uintptr_t ImageOf(HANDLE process, const CMemory& memory) {
                                      kImageBaseOffset);
 }
 
-// Lets the loader do its work and stops the thread at the first instruction of the program.
+// The first instruction is a jump to itself until the thread has arrived there.
 bool RunToEntry(HANDLE thread, const CMemory& memory, std::uintptr_t entry) {
   constexpr std::array<unsigned char, 2> kJumpToItself = {0xEB, 0xFE};
   const auto original = memory.Read<std::array<unsigned char, 2>>(entry);
@@ -40,7 +40,6 @@ bool RunToEntry(HANDLE thread, const CMemory& memory, std::uintptr_t entry) {
   return memory.Write(entry, original) && is_there;
 }
 
-// What the image holds there.
 template <typename Value>
 Value At(const std::vector<unsigned char>& image, std::size_t offset) {
   Value value = {};
@@ -48,7 +47,7 @@ Value At(const std::vector<unsigned char>& image, std::size_t offset) {
   return value;
 }
 
-// In a copy of the whole image: each reading of the other process's memory takes its time.
+// Looks at a copy of the whole image, since each reading of the other process's memory takes time.
 std::vector<ImportSlot> FindImports(const CMemory& memory, std::uintptr_t image_address,
                                     const IMAGE_OPTIONAL_HEADER64& header) {
   const std::vector<unsigned char> image = memory.ReadBlock(image_address, header.SizeOfImage);

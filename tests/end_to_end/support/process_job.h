@@ -43,10 +43,10 @@ class CProcessJob {
   [[nodiscard]] const std::vector<DWORD>& Ends() const { return ends_; }
 
  private:
-  // Returns whether that was the last message.
+  // Returns whether the message says that no process is left.
   bool TakeMessage(DWORD message, DWORD process_id);
   void Note(DWORD process_id);
-  // Returns whether all are known.
+  // Returns whether the paths of all processes are known.
   bool LearnPaths();
 
   nhupdate::UniqueKernelHandle job_;

@@ -8,7 +8,7 @@ namespace {
 
 using nhupdate::UniqueKernelHandle;
 
-// What an administrator gets who isn't asked for consent. Wine doesn't call it less than elevated.
+// A token without the administrator's rights. Wine calls it elevated all the same.
 UniqueKernelHandle Restricted(HANDLE token) {
   UniqueKernelHandle restricted;
   ::CreateRestrictedToken(token, LUA_TOKEN, 0, nullptr, 0, nullptr, 0, nullptr,
@@ -16,8 +16,8 @@ UniqueKernelHandle Restricted(HANDLE token) {
   return restricted;
 }
 
-// The other one of the pair that an administrator has. Windows gives it only to look at, unless one
-// has the privilege to act as the system; Wine to everybody.
+// An administrator has two tokens, one elevated and one not; this is the other one. Windows lets
+// nobody start programs with it who isn't privileged to act as the system; Wine lets everybody.
 UniqueKernelHandle Linked(HANDLE token) {
   TOKEN_LINKED_TOKEN linked = {};
   DWORD size = 0;

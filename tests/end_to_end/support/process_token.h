@@ -12,7 +12,8 @@ namespace nhupdate_test {
 [[nodiscard]] bool IsElevated(HANDLE token);
 
 // A token that is elevated, or not, for a program that starts in the name of the given one; a test
-// failure and none when there is no such. Neither way of making one needs a privilege.
+// failure and none when there is no such. That needs no privilege, except that Windows starts no
+// program with an elevated token that is made from one that isn't.
 [[nodiscard]] nhupdate::UniqueKernelHandle MakeToken(HANDLE token, bool is_elevated);
 
 }  // namespace nhupdate_test

@@ -28,8 +28,8 @@ std::wstring Today() {
   return std::to_wstring(now.wYear * 10000 + now.wMonth * 100 + now.wDay);
 }
 
-// How many bytes are stored for a text of so many UTF-16 units, which its terminator follows though
-// it isn't counted.
+// How many bytes are stored for a text of so many UTF-16 units. The program doesn't count the
+// terminator, but Windows stores it when it follows what is counted.
 std::size_t StoredBytes(std::size_t units) {
   const std::size_t terminator = units > 0 ? 1 : 0;
   return (units + terminator) * sizeof(wchar_t);

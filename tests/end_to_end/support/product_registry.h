@@ -11,8 +11,8 @@ void DeleteProductKeys();
 
 // Everything below the product's keys: "key|name = data" lines, keys and names sorted, numbers
 // without quotation marks and today's date as {today}; empty when there is none of the keys. Behind
-// it stands what is unusual: another type, or another count of bytes than a text without its
-// terminator has. (A terminator that follows what is counted is stored with it.)
+// the data stands what is unusual: another type, or another count of bytes than Windows stores for
+// a text whose terminator isn't counted.
 [[nodiscard]] std::string DescribeProductKeys();
 
 }  // namespace nhupdate_test

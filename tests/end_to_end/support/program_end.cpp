@@ -14,13 +14,13 @@ namespace nhupdate_test {
 
 namespace {
 
-// What is deleted, but for a few files, is deleted by SetFileInformationByHandle.
+// Most deletions are done by SetFileInformationByHandle, those of a few files by DeleteFileW.
 constexpr const char* kChanges[] = {
     "CopyFileW",      "CreateDirectoryW",           "DeleteFileW",     "RegCreateKeyExW",
     "RegSetValueExW", "SetFileInformationByHandle", "ShellExecuteExW", "ShellExecuteW",
 };
 
-// What is called once, when the process is being set up, and by nobody else.
+// The program calls this once, when it sets its process up; allocations are counted from there on.
 constexpr char kSetUp[] = "SetThreadErrorMode";
 constexpr char kAllocation[] = "malloc";
 
@@ -43,7 +43,7 @@ std::uintptr_t OurTerminateProcess() {
       ::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "TerminateProcess")));
 }
 
-// Counts down, and goes on to the function or to what stands behind.
+// Counts down, and goes on to the function, or at 0 to the code behind this.
 Stub CountingStub(std::uintptr_t address, std::uintptr_t counter, std::uintptr_t function) {
   Stub stub = {
       0xF0, 0xFF, 0x0D, 0, 0, 0, 0,     // lock dec dword [counter]
@@ -118,7 +118,7 @@ class CStubs {
   bool is_written_;
 };
 
-// Empty unless each of them is imported once.
+// Empty unless each of the names is imported once.
 template <std::size_t kCount>
 std::vector<ImportSlot> LoadAndFind(HANDLE process, HANDLE thread,
                                     const char* const (&names)[kCount]) {
@@ -142,7 +142,7 @@ bool EndBeforeChange(HANDLE process, HANDLE thread, int count) {
 
 bool FailAllocation(HANDLE process, HANDLE thread, int count) {
   const std::vector<ImportSlot> slots = LoadAndFind(process, thread, {kSetUp, kAllocation});
-  constexpr std::int32_t kNeverReached = 0;  // it counts down from there
+  constexpr std::int32_t kNeverReached = 0;  // the first step down leads below 0
   CStubs stubs(process, slots.size(), kNeverReached);
   for (const ImportSlot& slot : slots) {
     if (slot.name == kAllocation) {

@@ -72,7 +72,7 @@ DWORD Create(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& proc
   return error;
 }
 
-// How stand-ins were started, behind as many earlier ones.
+// The starts of stand-ins after the first `count` ones.
 std::vector<ChildStart> StandInsSince(std::size_t count) {
   std::array<wchar_t, 1024> path = {};
   ::GetEnvironmentVariableW(kChildJournalVariable, path.data(), static_cast<DWORD>(path.size()));
@@ -80,7 +80,7 @@ std::vector<ChildStart> StandInsSince(std::size_t count) {
   return {starts.begin() + static_cast<std::ptrdiff_t>(count), starts.end()};
 }
 
-// The desktop is there before the program is, and so no child of it.
+// The desktop has to be there before the program, or it would be started as a child of that.
 void PrepareDesktop() {
   const UniqueKernelHandle used(::OpenEventW(EVENT_MODIFY_STATE, FALSE, L"nhupdate-desktop-used"));
   if (used.IsValid()) {

@@ -28,7 +28,7 @@ struct ProgramStart {
   // allocation; see program_end.h.
   int end_before_change = 0;
   int fail_allocation = 0;
-  // When there is one, the program is ended as soon as it returns true; the exit code is the same.
+  // If set, the program is ended with kEndedByTest as soon as this returns true.
   std::function<bool()> end_when = {};
   // Called again and again while anything is running.
   std::function<void()> while_running = {};

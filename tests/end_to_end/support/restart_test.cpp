@@ -23,7 +23,7 @@ std::uint64_t SizeOf(const std::wstring& file) {
   return (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
 }
 
-// Where every moment is wanted, which takes hours (tools/test --long).
+// To try every moment takes hours (tools/test --long).
 bool IsEveryMomentWanted() {
   return ::GetEnvironmentVariableW(L"NHUPDATE_LONG_TESTS", nullptr, 0) != 0;
 }
@@ -112,7 +112,7 @@ void RestartTest::EndAndRestartInTheCopyOf(const DisturbedRun& run, const std::w
   constexpr int kTries = 9;
   for (int attempt = 0; attempt < kTries && moments < kMoments && !HasFailure(); ++attempt) {
     SCOPED_TRACE("ended in part " + std::to_string(moments));
-    // Not the file of before, which is a short one.
+    // How far the copy is. For the first part a short file from before counts as well.
     start.end_when = [&] {
       const std::uint64_t reached = SizeOf(file);
       return reached > size / kMoments * moments && reached < size;

@@ -19,7 +19,7 @@ struct DisturbedRun {
   std::wstring executable;
   std::wstring arguments;
   DWORD exit_code = 0;
-  // At which it is ended at least; fewer would mean that they are not all seen.
+  // At so many moments it has to be ended at least, or some of its changes were not seen.
   int fewest_moments = 0;
   // What of it is ended: by default the program that is started, else one of its later stages.
   std::wstring ended_executable = executable;
@@ -40,8 +40,8 @@ class RestartTest : public EndToEndTest {
   // crashed. Where not every moment is tried, they are `stride` apart.
   void EndAndRestartAtEveryChange(const DisturbedRun& run, int stride = 1);
   void StarveAndRestart(const DisturbedRun& run, int stride);
-  // While this file, whose final size is given, is being written: at its beginning, after a third
-  // and after two thirds.
+  // While this file, whose final size is given, is being written: as soon as there is anything in
+  // it, be it of a file from before, after a third and after two thirds.
   void EndAndRestartInTheCopyOf(const DisturbedRun& run, const std::wstring& file,
                                 std::uint64_t size);
 

@@ -9,8 +9,8 @@ namespace nhupdate_test {
 
 // Full paths, those of folders with a backslash at the end, and the contents of the files: the
 // bytes themselves when there are few of them, with line ends as \r and \n, else how many they are
-// and their hash; "program VERSION" for one that CInstalledHub::PutManager has put. A log stands
-// without its content: that has times and process ids.
+// and their hash; "program VERSION" for one that CInstalledHub::PutManager has put. The content
+// of a log, which has times and process ids in it, and of a file that is held is left out.
 using Tree = std::map<std::wstring, std::string>;
 
 // All that is below the folder, not through links; nothing when there is no such folder.

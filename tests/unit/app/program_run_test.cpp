@@ -173,8 +173,8 @@ TEST_F(ProgramRunTest, NeedsNeitherALogLibraryNorAFolderForIt) {
 }
 
 // An executable in a drive's root has no folder above its own, and one whose path isn't known whole
-// may have another one: what lies there is none of the program's business. A copy of the program
-// that would come from nobody knows where counts as one that failed.
+// may have another one: what lies there is none of the program's business. Self-update can't know
+// what to copy then, which counts as a failed copy.
 TEST_F(ProgramRunTest, TouchesNothingWithoutABaseFolder) {
   constexpr std::size_t kCutOffLength = 264;
   const std::size_t missing_units = kCutOffLength - InstalledProduct().ExecutablePath().size();

@@ -33,7 +33,7 @@ auto Noting(std::vector<std::string>& effects, const char* name, Result result) 
   };
 }
 
-// Only runs that don't reach the manager's start-up: that would be the test program's own.
+// Only runs that end before the manager starts, which would take the tests' folder for a product's.
 class ProgramStartTest : public testing::Test {
  protected:
   std::wstring command_line_ = L"\"C:\\A\\NHUpdateManager.exe\"";
@@ -127,7 +127,7 @@ TEST_F(ProgramStartTest, EndsWith1WithoutAConsoleToo) {
   EXPECT_EQ(result, 1);
 }
 
-// As with any want of memory. In a process of its own, for nothing is left of it.
+// It counts as want of memory. The run has a process of its own, since it ends that.
 TEST_F(ProgramStartDeathTest, EndsTheProcessWhenTheCommandLineCannotBeSplit) {
   can_split_ = false;
   command_line_ += L" -update";

@@ -60,9 +60,9 @@ TEST(ChooseRunModeTest, IgnoresWhatIsOnlyLikeASwitch) {
       L"-update ", L" -update", L"-update\n", std::wstring(L"-update\0", 8), L"\"-update\"",
       L"-selfupdate", L"-self-update", L"-self update", L"-finalupdate", L"-final-update",
       L"-down load",
-      // Letters that others take for an "i".
+      // Letters that some languages take for an "i".
       L"-\u0131nstall", L"-\u0130NSTALL",
-      // What other programs answer.
+      // Switches that other programs know.
       L"--help", L"-help", L"/?", L"--version"};
 
   EXPECT_EQ(ChooseRunMode({}), RunMode::kNone);

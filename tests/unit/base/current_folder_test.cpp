@@ -52,7 +52,7 @@ TEST_F(SystemFolderAsCurrentTest, LeavesTheCurrentFolderAloneWhereThePathIsTooLo
   EXPECT_EQ(PathOfCurrentFolder(), before_);
 }
 
-// Windows doesn't tell it, or it gets longer while it is asked for.
+// Windows doesn't tell the former folder, or its path gets longer while it is asked for.
 TEST_F(SystemFolderAsCurrentTest, IsNotLeftForAFolderThatIsUnknown) {
   for (const bool gets_longer : {false, true}) {
     INTERPOSER(GetCurrentDirectoryW) get(

@@ -87,7 +87,7 @@ TEST_F(EntryDeletionTest, TellsWhyNothingWasOpened) {
   }
 }
 
-// To look at a path and then delete what it leads to would be two moments.
+// If it were opened twice, to look at it and to delete it, it could be exchanged in between.
 TEST_F(EntryDeletionTest, OpensTheEntryItselfOnceAndLetsOthersWorkWithIt) {
   using Opening =
       std::tuple<std::wstring, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE>;
@@ -137,7 +137,7 @@ TEST_F(EntryDeletionTest, TriesThePosixWayBeforeThePlainOne) {
         [&](HANDLE, FILE_INFO_BY_HANDLE_CLASS way, void* information, DWORD size) -> BOOL {
           ways.push_back(way);
           if (way == kPosix) {
-            // To be deleted, the name at once, unless it is a program that is running.
+            // The flags say: delete it, with its name at once, unless it is a running program.
             EXPECT_EQ(*static_cast<DWORD*>(information), 7U);
             EXPECT_EQ(size, sizeof(DWORD));
           } else {
@@ -206,7 +206,7 @@ TEST_F(ReadOnlyFileTest, KeepsItsOtherAttributes) {
   EXPECT_EQ(ReadFileBytes(file_), "x");
 }
 
-// No attributes at all and times of 0 mean that they stay as they are.
+// To Windows 0 means "as it was", for attributes and times alike. So one attribute has to be given.
 TEST_F(ReadOnlyFileTest, GetsAnAttributeInAnyCaseAndNoTime) {
   INTERPOSER(GetFileInformationByHandleEx) information(
       [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void* answer, DWORD) -> BOOL {

@@ -90,7 +90,7 @@ TEST(ExecutablePathTest, HasTheNamesOnTheDiskHoweverItWasTyped) {
       {L"\\\\?\\C:\\PROGRA~1\\Nimba Hub\\NHUPDA~1.EXE", kInstalled},
       {L"C:\\PROGRAM FILES\\nimba hub\\nhupdatemanager.EXE", kInstalled},
       {L"C:\\PROGRA~1\\NIMBA HUB\\nhupdatemanager.exe", kInstalled},
-      // The drive's letter is nobody's name.
+      // The drive's letter is no name on a disk, so it stays as it was typed.
       {L"c:\\program files\\x.exe", L"c:\\Program Files\\x.exe"},
       // What a search doesn't find keeps the name that was typed, unlike what is below it.
       {L"C:\\NOBODY\\nimba hub\\x.EXE", L"C:\\NOBODY\\Nimba Hub\\x.EXE"},
@@ -114,7 +114,7 @@ TEST(ExecutablePathTest, HasTheNamesOnTheDiskHoweverItWasTyped) {
   }
 }
 
-// A search knows short names too.
+// A search finds a file by its short name too.
 TEST(ExecutablePathTest, TakesTheNameOnTheDiskWhateverItsLength) {
   StartedProgram program(L"C:\\PROGRA~1\\NIMBAH~1\\NIMBA HUB\\UNKNOW~1\\x.exe");
   program.long_names.clear();  // Windows doesn't tell them

@@ -31,7 +31,7 @@ class PlaceTest : public testing::Test {
   std::wstring inner_ = outer_ + L"\\Middle\\Inner";
 };
 
-// By what Windows says of the two.
+// What Windows says of the two folders decides.
 TEST_F(PlaceTest, IsComparedWithAnother) {
   struct Case {
     std::wstring one;
@@ -112,7 +112,7 @@ TEST_F(PlaceTest, IsUnknownWhenItGetsLongerWhileItIsAskedFor) {
   EXPECT_EQ(final_path.Calls(), 4);  // in both forms
 }
 
-// As on some network drives.
+// Some network drives don't tell long names.
 TEST_F(PlaceTest, IsKnownWhereTheLongNamesAreNotToBeHad) {
   const CPlace normalized = PlaceOfFolder(inner_);
   INTERPOSER(GetFinalPathNameByHandleW) final_path(
@@ -124,7 +124,7 @@ TEST_F(PlaceTest, IsKnownWhereTheLongNamesAreNotToBeHad) {
   EXPECT_TRUE(PlaceOfFolder(inner_).IsSameAs(normalized));
 }
 
-// Others who have a folder open could be in the way of holding it, but not of a look.
+// Others who have the folder open may keep it from being held, but not from being looked at.
 TEST_F(PlaceTest, IsKnownOfAFolderThatSomebodyKeepsToHimself) {
   const HeldFile exclusive(inner_, 0, DELETE | FILE_LIST_DIRECTORY);
 

@@ -71,8 +71,8 @@ TEST_F(HeldFolderTest, CannotBeRemovedOrRenamedButWorkedIn) {
   EXPECT_TRUE(::RemoveDirectoryW(inner_.c_str()));
 }
 
-// What is a link, or lies at an unknown place, isn't plain; but only a link, or what is known to
-// lie elsewhere, leads elsewhere.
+// A folder whose place is unknown is neither plain nor said to lead elsewhere: only a link, or what
+// is known to lie elsewhere, does that.
 TEST_F(HeldFolderTest, IsJudgedByWhatItIsAndWhereItLies) {
   struct Case {
     const char* name;
@@ -143,7 +143,7 @@ TEST_F(HeldFolderTest, HoldsNothingAboveOrBesideItNorWithoutBeingThere) {
   EXPECT_FALSE(CHeldFolder(outer_ + L"\\Missing\\Too").MayHold(inner_));
 }
 
-// A link on the way can bring either of them elsewhere.
+// A link on its way can lead the folder or the path elsewhere.
 TEST_F(HeldFolderTest, HoldsAPathByWhereTheTwoReallyAre) {
   struct Case {
     const wchar_t* folder;
@@ -180,7 +180,7 @@ TEST_F(HeldFolderTest, MayHoldAPathThatCannotBeOpened) {
   EXPECT_TRUE(CHeldFolder(outer_).MayHold(beside));
 }
 
-// A link in the folder's place is opened itself, one on the path is followed.
+// A link in the place of the folder is opened itself, one in the place of the path is followed.
 TEST_F(HeldFolderTest, LooksBehindLinksOnlyForWhatItMayHold) {
   using Opening = std::pair<std::wstring, DWORD>;
   std::vector<Opening> openings;

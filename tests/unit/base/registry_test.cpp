@@ -77,7 +77,7 @@ TEST_F(RegistryTest, TakesATextForTheMachineOnlyAndCreatesItsKey) {
   const auto value = GetRegistryValue(HKEY_LOCAL_MACHINE, kKey, kName);
   ASSERT_TRUE(value);
   EXPECT_FALSE(GetRegistryValue(HKEY_CURRENT_USER, kKey, kName));
-  // As the reader of the user's values sees it: a terminator may be stored with it.
+  // Read back by GetRegString, since a terminator may or may not be stored with the text.
   SetRegistryValue(HKEY_CURRENT_USER, kKey, kName, value.value());
   EXPECT_EQ(GetRegString(kKey, kName, data_), 1);
   EXPECT_EQ(data_, L"C:\\Corvane \u00FC 100%");

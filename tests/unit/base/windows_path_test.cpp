@@ -18,7 +18,7 @@ TEST(PathForWindowsTest, HasThePrefixFrom248UnitsOn) {
       {L"c:\\A/b\\c/", L"\\\\?\\c:\\A\\b\\c\\"},
       {L"\\\\server\\share\\", L"\\\\?\\UNC\\server\\share\\"},
       {L"\\\\server/share/", L"\\\\?\\UNC\\server\\share\\"},
-      // Those that have it, and those that don't say where they begin.
+      // Paths that have a prefix already, and paths that aren't absolute.
       {L"\\\\?\\C:\\a/b\\", L"\\\\?\\C:\\a/b\\"},
       {L"\\\\?\\UNC\\server\\share\\", L"\\\\?\\UNC\\server\\share\\"},
       {L"\\\\.\\pipe\\", L"\\\\.\\pipe\\"},
@@ -46,7 +46,7 @@ TEST(WithoutExtendedPrefixTest, TakesOffTheOneAndTheOther) {
       {L"\\\\?\\C:\\A\\b.exe", L"C:\\A\\b.exe"},
       {L"\\\\?\\UNC\\server\\share\\b.exe", L"\\\\server\\share\\b.exe"},
       {L"\\\\?\\unc\\server\\share", L"\\\\server\\share"},
-      // Without it these would mean something else.
+      // Without the prefix these would mean something else.
       {L"\\\\?\\UNCLE\\A", L"\\\\?\\UNCLE\\A"},
       {L"\\\\?\\Volume{1}\\A", L"\\\\?\\Volume{1}\\A"},
       {L"\\\\?\\C:", L"\\\\?\\C:"},

@@ -26,8 +26,8 @@ std::size_t StackReserve() {
   return headers->OptionalHeader.SizeOfStackReserve;
 }
 
-// Folders nested as deep as wanted, each holding just the next one; a look at how far down the
-// stack has grown at the innermost.
+// Fake folders, nested as deep as wanted, each of which holds just the next one. Measures how far
+// the stack grows on the way to the innermost.
 class EndlessFolder {
  public:
   explicit EndlessFolder(std::size_t levels) : levels_(levels) {}
@@ -55,7 +55,7 @@ class EndlessFolder {
   std::vector<std::wstring> opened_;
 
   INTERPOSER(FindFirstFileW) find_first_{[this](const wchar_t*, WIN32_FIND_DATAW* entry) -> HANDLE {
-    // Volatile: the address has to be one of this stack.
+    // Volatile, so that the compiler really puts it on the stack.
     volatile char here = 0;
     const auto address = reinterpret_cast<std::uintptr_t>(&here);
     if (listings_ == 0) {
@@ -115,7 +115,7 @@ class DeepFolderTest : public InstallTest {
     return copy.Copy(target, source, {.log_details = false});  // a record each would be long
   }
 
-  // What the heap holds grows with the square of the depth.
+  // Not the deepest nesting, since the paths on the heap grow with the square of the depth.
   static constexpr std::size_t kLevels = 2000;
 
   std::wstring failed_path_;
@@ -146,7 +146,7 @@ TEST_F(DeepFolderTest, CanBeDeleted) {
   ExpectStackLastsForTheDeepest(folder);
 }
 
-// As deep as Wine tells the final path of a folder, which it does for 260 characters at most.
+// No deeper than Wine can tell the final path of a folder, which has 260 characters at most there.
 TEST_F(DeepFolderTest, IsReallyCopiedScannedAndDeleted) {
   std::wstring depth;
   for (int level = 0; level < 60; ++level) {

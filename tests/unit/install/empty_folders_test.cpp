@@ -24,7 +24,7 @@ class EmptyFoldersTest : public InstallTest {
 
   bool Collect() { return CollectEmptyFolders(folder_, found_, log_.Log()); }
 
-  // That those were found, in that order, and logged likewise.
+  // Expects that those folders were found and logged, in that order.
   void ExpectFound(const Lines& names) const {
     Lines records;
     Lines paths;
@@ -105,8 +105,8 @@ TEST_F(EmptyFoldersTest, AreNoneOfWhichOnlyAPartWasSeen) {
   ExpectFound({});
 }
 
-// As long as it can't be listed it can't be emptied either, and so stays. But the removal deletes
-// what it finds by then, also what came after the scan.
+// A folder that can't be listed counts as empty. As long as that lasts the removal leaves it alone;
+// later it deletes all that it finds there.
 TEST_F(EmptyFoldersTest, IncludeOneThatCannotBeListed) {
   WriteFileBytes(folder_ + L"\\secret\\file", "x");
   {
@@ -137,7 +137,7 @@ TEST_F(EmptyFoldersTest, DoNotIncludeLinksNorWhatIsBehindThem) {
   ExpectFound({});
 }
 
-// Placeholders of cloud storage; and a tag without the attribute is a left-over of the buffer.
+// Placeholders of cloud storage are no links. A tag without the attribute means nothing.
 TEST_F(EmptyFoldersTest, IncludeReparsePointsThatAreNoLinks) {
   CreateFolders(folder_ + L"\\cloud\\inner");
   CreateFolders(folder_ + L"\\plain");

@@ -53,14 +53,14 @@ class FolderAccessTest : public InstallTest {
 
   void Grant() { nhupdate::GrantFolderAccess(folders_, log_.Log()); }
 
-  // Of the real folder.
+  // The path of the real folder.
   [[nodiscard]] std::wstring Path(std::wstring folder) const {
     nhupdate::ReplaceAll(folder, L"{base}", base_);
     nhupdate::ReplaceAll(folder, L"{root}", root_);
     return folder;
   }
 
-  // Of one of the three, by the start of the tool.
+  // The event that tells that the tool was started for one of the three.
   [[nodiscard]] std::wstring StartFor(const wchar_t* folder) const {
     return L"start " + ParametersFor(Path(folder));
   }
@@ -72,7 +72,7 @@ class FolderAccessTest : public InstallTest {
   bool has_program_data_ = true;
   std::intptr_t shell_result_ = 42;
   Lines events_;
-  Lines movable_;  // of the three folders, while the tool is being started
+  Lines movable_;  // which of the three could be moved while the tool was being started
 
   INTERPOSER(SHGetKnownFolderPath) known_folder_{
       [this](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) {
@@ -120,7 +120,7 @@ TEST_F(FolderAccessTest, IsGrantedForThreeFoldersInOrderOfWhichTwoAreCreatedFirs
   EXPECT_TRUE(Exists(Path(kDataFolder)));
 }
 
-// The tool is looked for in the current folder first, which may be anybody's.
+// Windows looks for the tool in the current folder first, which anybody might have filled.
 TEST_F(FolderAccessTest, IsGrantedFromTheSystemFolderAndNothingElseIsDoneFromThere) {
   Grant();
 
@@ -231,7 +231,7 @@ TEST_F(FolderAccessTest, IsNotAskedForAFolderThatGoesAwayAfterItWasMade) {
 class DeniedFolderAccessTest : public FolderAccessTest,
                                public testing::WithParamInterface<const wchar_t*> {
  protected:
-  // That all are granted but the one of the parameter.
+  // Expects that access to all folders is granted but to that of the parameter.
   void ExpectDenied() {
     events_.clear();
     log_.ForgetRecords();

@@ -21,7 +21,7 @@ using testing::ElementsAre;
 
 using HinderedFolderCopyTest = FolderCopyTest;
 
-// Windows says 267 about a file in the place of a folder, other systems say it otherwise.
+// For a file in the place of a folder Windows gives error 267, other systems give other errors.
 TEST_F(HinderedFolderCopyTest, TakesASourceForMissingOnlyWhenThereIsNoFolder) {
   constexpr std::pair<DWORD, bool> cases[] = {
       {ERROR_FILE_NOT_FOUND, true}, {ERROR_PATH_NOT_FOUND, true},     {ERROR_NO_MORE_FILES, true},
@@ -232,7 +232,7 @@ class RetriedFolderCopyTest : public FolderCopyTest {
     return is_copied;
   }
 
-  // Of the attempts that failed, and how it ended.
+  // The records of so many failed attempts, and of how the copy ended.
   static Lines Records(int failures, const Lines& end) {
     Lines records;
     for (int number = 0; number < failures; ++number) {

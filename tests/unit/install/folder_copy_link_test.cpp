@@ -50,8 +50,8 @@ TEST_F(HoldingFolderTest, IsNotOneWhoseNameOnlyBeginsAlike) {
   EXPECT_THAT(ListTree(base_ + L"\\Up"), ElementsAre(L"new.txt"));
 }
 
-// A program in C:\NHUpdateManager takes \NHUpdateManager, which is its own folder, for the
-// installed one.
+// To a program in C:\NHUpdateManager the installed program's folder is \NHUpdateManager, which is
+// its own.
 TEST_F(HoldingFolderTest, IsRecognisedAsSeenFromTheCurrentDrive) {
   const CurrentFolder drive(source_.substr(0, 3));
   WriteFileBytes(source_ + L"\\Config\\strings.json", "S");

@@ -11,7 +11,7 @@
 
 namespace nhupdate_test {
 
-// Of what lies at that path below the source.
+// The records of a copy that tell of what lies at that path below the source.
 inline std::wstring FolderLine(const std::wstring& path = L"") {
   return L"2|Copy folder from {root}\\from" + path + L" to {root}\\to" + path;
 }
@@ -33,7 +33,7 @@ class FolderCopyTest : public InstallTest {
     return copy_.Copy(target_, source_, options);
   }
 
-  // Of one copy, from source to destination, that fails.
+  // Expects one copy, from source to destination, to fail with these records.
   void ExpectFailure(const Lines& records, const nhupdate::CopyOptions& options = {}) {
     log_.ForgetRecords();
 

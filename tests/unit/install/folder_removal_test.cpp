@@ -87,7 +87,7 @@ TEST_F(FolderRemovalTest, TakesFilesOfAllAttributes) {
   EXPECT_FALSE(Exists(folder_));
 }
 
-// Of a file that is listed as read-only; the attributes of folders stay what they are.
+// Only files that are listed as read-only are changed; folders keep their attributes.
 TEST_F(FolderRemovalTest, ClearsTheReadOnlyAttributeAndNoOther) {
   const std::wstring file = folder_ + L"\\inner\\file";
   WriteFiles(folder_, {L"\\inner\\file", L"\\inner\\other"});
@@ -245,8 +245,8 @@ TEST_F(LinkRemovalTest, FollowsLinksFurtherUpOutsideOfTheProduct) {
   EXPECT_FALSE(Exists(elsewhere_ + L"\\sub"));
 }
 
-// Somebody makes a call about the folder, or about what is in it, wait, and puts a link in the
-// folder's place meanwhile.
+// The call about this path at which somebody puts a link in the folder's place, just before Windows
+// does what it was called for.
 struct SwapMoment {
   const wchar_t* path;  // below the folder
   int call;             // the first about it, or the second
@@ -276,8 +276,8 @@ INSTANTIATE_TEST_SUITE_P(AtEachMoment, SwappedFolderRemovalTest,
                                          SwapMoment{L"\\inner\\ut.ini", 1},
                                          SwapMoment{L"\\inner", 2}, SwapMoment{L"", 2}));
 
-// Windows lets its owner turn an empty folder into a link where it is, also while it is held: as
-// the folder above is opened, or as it is listed.
+// Windows lets the owner of an empty folder turn it into a link even while it is held. That happens
+// here when the folder above is opened, or when the folder itself is listed.
 TEST_F(LinkRemovalTest, TakesNothingOfTheFolderThatAnEmptyOneSuddenlyLeadsTo) {
   for (const std::wstring& moment : {base_ + L"\\", folder_ + L"/*.*"}) {
     RemoveTree(folder_);

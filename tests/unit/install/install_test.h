@@ -32,7 +32,7 @@ class InstallTest : public testing::Test {
     }
   }
 
-  // Of an executable in a drive's root, and of one whose path is not known whole.
+  // The folders of an executable in a drive's root, and of one whose path is not known whole.
   [[nodiscard]] std::vector<nhupdate::ProductFolders> FoldersWithoutBase() const {
     std::vector<nhupdate::ProductFolders> both = {folders_, folders_};
     both[0].base_folder.clear();

@@ -1,6 +1,5 @@
 // Folders and files whose paths are longer than Windows takes them unless an administrator has
-// allowed that. The rest of the product never names such a path: it is in the base folder, or
-// below.
+// allowed that.
 
 #include <gmock/gmock.h>
 

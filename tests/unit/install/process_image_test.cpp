@@ -27,8 +27,8 @@ TEST(ProcessImageTest, LeavesBothTextsAloneWhenTheProcessCannotBeOpened) {
   EXPECT_THAT(table.Calls(), ElementsAre(L"Open 0x410 0 7"));
 }
 
-// Each is asked only when those before it had no answer; the base name goes with the second and
-// third.
+// Each is asked only when those before it had no answer. The base name is asked for whenever there
+// is no image path.
 Calls QuestionsAbout(const FakeProcess& process) {
   Calls questions = {L"Open 0x410 0 7", L"QueryImageName 0 260"};
   if (process.image_path.empty()) {

@@ -34,7 +34,7 @@ class IdleProcess {
 
   ~IdleProcess() {
     ::TerminateProcess(process_.Get(), 99);
-    ::WaitForSingleObject(process_.Get(), 5000);  // or its file can't be deleted
+    ::WaitForSingleObject(process_.Get(), 5000);  // its file can't be deleted before
   }
 
   IdleProcess(const IdleProcess&) = delete;

@@ -110,14 +110,14 @@ TEST_F(LogCenterTest, KeepsALibraryThatRefusesToStart) {
   const std::wstring events = EventsOf([](CNSWLogCenter& center) {
     EXPECT_EQ(center.StartLog(L"a", L"c", L"f"), 0);
     kWrite(center);
-    // It counts as running from then on.
+    // It counts as running after the first attempt.
     EXPECT_EQ(center.StartLog(L"a", L"c", L"f"), 1);
   });
 
   EXPECT_EQ(events, started_ + L"[Log start fail : 7\n] WriteLog(4|tag|text); Stop; Free; ");
 }
 
-// It is stopped, though never started, if it can be.
+// The library is stopped although it was never started, if its "Stop" has been found.
 TEST_F(LogCenterTest, DropsALibraryAtItsFirstMissingEntry) {
   const struct {
     const char* missing_entry;
@@ -211,7 +211,7 @@ TEST_F(LogCenterTest, LetsOneThreadAtATimeIntoTheLibrary) {
   }
 }
 
-// With libraries that are files.
+// With real libraries instead of the fake one.
 class LogLibraryTest : public testing::Test {
  protected:
   LogLibraryTest() { ::SetEnvironmentVariableW(kLogJournalVariable, Path(L"journal").c_str()); }

@@ -57,21 +57,21 @@ TEST(ParseValueTest, AddsTheWhitespaceToTheResult) {
                               {L" {}", 3, "{}"},
                               {L"\t\"a\"", 4, "\"a\""},
                               {L" 12,", 3, "12"},
-                              // Nothing begins with these.
+                              // No value begins with these.
                               {L"x", -1},
                               {L" x", -2},
                               {L"  x", -3},
                               {L" \t\r\n}", -5},
                               {L" .5,", -2},
                               {L" \u00A01,", -2},  // no whitespace here, a blank elsewhere
-                              // Nothing else is there.
+                              // The text ends there, or goes on with a NUL.
                               {L" "sv, -2},
                               {L"    "sv, -5},
                               {L"  \0true"sv, -3},
                               {L"\0true"sv, -1}});
 }
 
-// A sum of 0 is no success, and a positive one looks like one.
+// The whitespace is added to the negative result. A sum of 0 becomes -1; more looks like a success.
 TEST(ParseValueTest, HidesAFailureThatIsSmallerThanTheWhitespace) {
   ExpectReadings(ParseValue, {{L"nope", -1},
                               {L" nope", -1},

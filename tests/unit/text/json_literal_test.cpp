@@ -46,7 +46,7 @@ TEST(ParseLiteralTest, RefusesEverythingElse) {
                                 {L"trux", -1},
                                 {L"fault", -1},
                                 {L"fals ", -1},
-                                // By 32 or 96 away from the right letter; its capital is 32 away.
+                                // 32, 64 or 96 away from the right letter; its capital is 32 away.
                                 {L"NUL,", -1},
                                 {L"TRU%", -1},
                                 {L"tru\u0085", -1},

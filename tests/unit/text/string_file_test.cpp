@@ -127,7 +127,7 @@ TEST_F(ReadStringFileTest, ReadsBesideOthersThatReadWriteAndDelete) {
 TEST_F(ReadStringFileTest, LeavesNothingOpen) {
   EXPECT_EQ(Read("x").byte_count, 1);
 
-  // Nobody could, beside a reader.
+  // Fails when the file is still open, as nothing is shared.
   const HeldFile held(path_, 0, GENERIC_READ | GENERIC_WRITE);
 }
 
@@ -159,7 +159,7 @@ TEST_F(ReadStringFileTest, GivesNothingOfASizeThatIsUnknownOrTooLargeToCount) {
   }
 }
 
-// As after another has shortened it, or where a disk is damaged.
+// A read gives less after another program has shortened the file, and fails on a damaged disk.
 TEST_F(ReadStringFileTest, GivesWhatOneReadGivesOrNothing) {
   WriteFileBytes(path_, "abcdef");
   const struct {

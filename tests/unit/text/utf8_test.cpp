@@ -52,7 +52,7 @@ TEST(Utf8ToWideTest, ConvertsExactlyTheBytesThatAreCounted) {
   EXPECT_EQ(nhupdate::Utf8ToWide(nullptr, 0), L"");
 }
 
-// How many of them stand for a longer invalid sequence depends on the system's version.
+// How many U+FFFD stand for a longer invalid sequence depends on the system's version.
 TEST(Utf8ToWideTest, ReplacesLongerInvalidSequencesAndGoesOnBehindThem) {
   const std::string sequences[] = {
       "\xC0\x80",          // longer than needed

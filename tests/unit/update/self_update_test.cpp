@@ -75,7 +75,7 @@ TEST_F(SelfUpdateTest, TriesTheCopyUpToThreeTimes) {
 
 TEST_F(SelfUpdateTest, GivesUpTheCopyAfterThreeFailuresAndTheirSleeps) {
   const FailingCopy copy(ERROR_SHARING_VIOLATION);
-  // The user is told when it is over, not before the last sleep.
+  // The user is told after the last sleep.
   const RecordedSleeps sleeps([&](int) { EXPECT_THAT(boxes_.Shown(), IsEmpty()); });
 
   TellRun({});
@@ -85,7 +85,7 @@ TEST_F(SelfUpdateTest, GivesUpTheCopyAfterThreeFailuresAndTheirSleeps) {
 
 class MisplacedSelfUpdateTest : public SelfUpdateTest {
  protected:
-  // The installed copy, not the staged one.
+  // Runs as the installed copy instead of the staged one.
   MisplacedSelfUpdateTest() : SelfUpdateTest(ProductOptions()) {}
 };
 

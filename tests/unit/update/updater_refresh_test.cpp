@@ -35,11 +35,11 @@ TEST_F(UpdaterRefreshTest, CopiesUnlessTheUpdateOfTheUpdaterFailed) {
     std::vector<ShellAnswer> script;
     const char* updater;
   } cases[] = {
-      // What was fetched earlier.
+      // The new updater was fetched earlier.
       {"NoNewUpdater", {EndsWith(1)}, "new"},
       {"CheckFailed", {EndsWith(2)}, "new"},
       {"CheckNotLaunched", {FailsWith(ERROR_FILE_NOT_FOUND)}, "new"},
-      // What was fetched now.
+      // The new updater is fetched in this run.
       {"Updated", {EndsWith(0), EndsWith(0)}, "new"},
       {"UpdateFailed", {EndsWith(0), EndsWith(1)}, "old"},
       {"UpdateNotLaunched", {EndsWith(0), FailsWith(ERROR_ACCESS_DENIED)}, "old"},

@@ -42,7 +42,7 @@ TEST_F(UpdaterRunTest, JudgesAChecksExitCodeAndClosesItsProcess) {
   });
 }
 
-// On purpose, for whoever looks after a failure.
+// A failed updater's handle is kept open on purpose, for whoever looks into the failure.
 TEST_F(UpdaterRunTest, JudgesAnUpdatesExitCodeAndLeavesAFailedOnesProcessOpen) {
   TellRuns([this] { return UpdateWithUpdater(nhupdate::kUpdateProduct, Updater(), log_.Log()); });
 }
