@@ -10,8 +10,9 @@ nhupdate_wine=/usr/lib/wine/wine64
 nhupdate_wineserver=/usr/lib/wine/wineserver64
 
 export WINEDEBUG=${WINEDEBUG:--all}
-# Wine writes file names in the characters of the locale; others don't exist for it.
-export LC_ALL=C.UTF-8
+# Wine writes file names in the characters of the locale; others don't exist for it. Its language
+# is that of Windows.
+export LC_ALL=${NHUPDATE_LOCALE:-C.UTF-8}
 export WINEDLLOVERRIDES='mscoree,mshtml='
 
 # The lanes of the tests. What runs in a quiet one shows no window: either it never does, or whatever
@@ -37,6 +38,9 @@ ensure_lane() {
       # Without a window manager a managed window takes seconds to close.
       $nhupdate_wine_limit "$nhupdate_wine" reg add 'HKCU\Software\Wine\X11 Driver' \
         /v Managed /d N /f </dev/null >/dev/null 2>&1
+      # Which Windows it says it is; Wine's own choice without it.
+      [ -z "${NHUPDATE_WINDOWS:-}" ] || $nhupdate_wine_limit "$nhupdate_wine" reg add \
+        'HKCU\Software\Wine' /v Version /d "$NHUPDATE_WINDOWS" /f </dev/null >/dev/null 2>&1
       "$nhupdate_wineserver" -k
       $nhupdate_wine_limit "$nhupdate_wineserver" -w
       [ -e "$WINEPREFIX/system.reg" ] || { echo "Wine could not make a prefix." >&2; exit 1; }

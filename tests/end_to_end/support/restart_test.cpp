@@ -111,11 +111,11 @@ void RestartTest::EndAndRestartInTheCopyOf(const DisturbedRun& run, const std::w
   // On a busy machine a copy may be over before anybody has seen it.
   constexpr int kTries = 9;
   for (int attempt = 0; attempt < kTries && moments < kMoments && !HasFailure(); ++attempt) {
-    SCOPED_TRACE("ended in part " + std::to_string(moments));
-    // How far the copy is. For the first part a short file from before counts as well.
+    SCOPED_TRACE("ended behind quarter " + std::to_string(moments + 1));
+    const std::uint64_t enough = size / (kMoments + 1) * (moments + 1);
     start.end_when = [&] {
       const std::uint64_t reached = SizeOf(file);
-      return reached > size / kMoments * moments && reached < size;
+      return reached >= enough && reached < size;
     };
     moments += EndAndRestart(run, end, start, kEndedByTest) ? 1u : 0u;
   }

@@ -40,8 +40,8 @@ class RestartTest : public EndToEndTest {
   // crashed. Where not every moment is tried, they are `stride` apart.
   void EndAndRestartAtEveryChange(const DisturbedRun& run, int stride = 1);
   void StarveAndRestart(const DisturbedRun& run, int stride);
-  // While this file, whose final size is given, is being written: as soon as there is anything in
-  // it, be it of a file from before, after a third and after two thirds.
+  // While this file, whose final size is given, is being written: after a quarter, a half and three
+  // quarters of it.
   void EndAndRestartInTheCopyOf(const DisturbedRun& run, const std::wstring& file,
                                 std::uint64_t size);
 
