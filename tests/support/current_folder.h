@@ -1,6 +1,6 @@
 #pragma once
 
-// The current folder of the process, which is looked at or made another one.
+// The current folder of this process, which a test may change for a while, and the system folder.
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ namespace nhupdate_test {
   return path.data();
 }
 
-// Another one for as long as the object lives.
+// Makes the folder the current one for as long as the object lives.
 class CurrentFolder {
  public:
   explicit CurrentFolder(const std::wstring& folder) {

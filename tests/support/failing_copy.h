@@ -17,14 +17,14 @@ class FailingCopy {
  public:
   using Choice = std::function<bool(const std::wstring& target)>;
 
-  // Asks `fails` at each copy; Calls() counts the one it is asked about.
+  // Asks `fails` before each copy; Calls() then counts that copy already.
   explicit FailingCopy(
       DWORD error, Choice fails = [](const std::wstring&) { return true; })
       : copy_(AnswersIf(
             [fails = std::move(fails)](auto, const wchar_t* target, auto) { return fails(target); },
             FALSE, error)) {}
 
-  // The copies that were tried, those that succeeded too.
+  // The number of copies that were tried, those that succeeded too.
   [[nodiscard]] int Calls() const { return copy_.Calls(); }
 
  private:

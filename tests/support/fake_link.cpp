@@ -87,7 +87,7 @@ void FakeLink::LookAtMoment(const std::wstring& path) {
     return;
   }
   is_moment_ = nullptr;
-  // Moving it away and making another in its place is what somebody else does: for real.
+  // Done in the real file system, as another process would do it, so that Windows may refuse it.
   const bool is_free = stays_in_place_ || !nhupdate::Exists(link_) ||
                        ::MoveFileW(link_.c_str(), (target_ + L" (moved)").c_str());
   is_there_ = is_free && (stays_in_place_ || create_folder_.Original()(link_.c_str(), nullptr));

@@ -21,23 +21,23 @@ class FakeLink {
   FakeLink(const std::wstring& link, const std::wstring& target,
            DWORD tag = IO_REPARSE_TAG_MOUNT_POINT);
 
-  // There is no link until the code under test does something with a path (opens it, lists it with
-  // that pattern) for which `is_moment` says yes. Then somebody tries to move the folder away,
-  // which Windows refuses as long as that is held, and to put the link in its place.
-  // `stays_in_place`: an empty folder is turned into a link where it is, which Windows always
-  // allows.
+  // There is no link until the code under test uses a path, or a pattern of a listing, for which
+  // `is_moment` returns true. Then the folder is moved away, as another process might do it, and
+  // the link takes its place; as long as somebody holds the folder Windows refuses that, and there
+  // is no link. With `stays_in_place` the empty folder itself becomes the link, which Windows
+  // always allows.
   using Moment = std::function<bool(const std::wstring& path)>;
   FakeLink(const std::wstring& link, const std::wstring& target, Moment is_moment,
            bool stays_in_place = false);
 
   [[nodiscard]] bool IsThere() const { return is_there_; }
 
-  // Deleting the link fails from now on.
+  // Deleting the link by its handle fails from now on; ERROR_SUCCESS allows it again.
   void RefuseDeletion(DWORD error) { deletion_error_ = error; }
 
  private:
   void LookAtMoment(const std::wstring& path);
-  // Where the path leads; with `itself` not through the link when that is its last part.
+  // Where the path leads. With `itself` a path that ends with the link stands for the link itself.
   [[nodiscard]] std::wstring Followed(const wchar_t* path, bool itself);
   void ShowIn(const std::wstring& folder, WIN32_FIND_DATAW& entry) const;
   BOOL Inform(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size);

@@ -14,18 +14,18 @@ namespace nhupdate_test {
 
 namespace {
 
-// The search of a folder that is made up.
+// The handle that stands for every listing of made-up entries.
 HANDLE MadeUpSearch() {
   return reinterpret_cast<HANDLE>(std::uintptr_t{0x5EA4C4});
 }
 
-// A pattern's last part is the wildcard or, where one entry is asked for, that entry.
+// The last part of a pattern is a wildcard, or the name of an entry if only that is asked for.
 std::wstring FolderOfPattern(const std::wstring& pattern) {
   return pattern.substr(0, pattern.find_last_of(L"\\/"));
 }
 
-// As a test calls it: a folder may be opened with a backslash at its end, and a long path has a
-// prefix.
+// The path as a test writes it. The program may open a folder with a backslash at its end, and
+// gives a long path a prefix.
 std::wstring PlainPath(const std::wstring& path) {
   const std::wstring plain = nhupdate::WithoutExtendedPrefix(path);
   return plain.ends_with(L'\\') ? plain.substr(0, plain.size() - 1) : plain;

@@ -1,8 +1,7 @@
 #pragma once
 
-// Changes what Windows says about folders and their entries, to what can't be made on every system.
-// What it isn't told to change is as it really is; deleting and copying happen for real, except for
-// what a test takes over.
+// Changes what Windows says about folders and their entries, for states that can't be made on every
+// system. What it isn't told to change is as it really is; deleting and copying happen for real.
 
 #include <cstddef>
 #include <map>
@@ -23,11 +22,11 @@ struct FakeEntry {
 
 class FakeListing {
  public:
-  // Real folders.
+  // Shows real folders, but for what is changed below.
   FakeListing();
 
-  // Every folder, whatever the pattern it is listed with, has these entries. Listing ends with that
-  // error; without entries it can't even begin.
+  // Whatever folder is listed has these entries, each of which is given only once. Behind the last
+  // one listing fails with the error; a listing that gets no entry at all can't even begin.
   explicit FakeListing(std::vector<FakeEntry> entries, DWORD end_error = ERROR_NO_MORE_FILES);
 
   // The folder or file is shown with these attributes on top of its own, and with that reparse tag.
@@ -35,22 +34,22 @@ class FakeListing {
     disguises_[path] = {attributes, reparse_tag};
   }
 
-  // Listing the folder fails with that error.
+  // Listing the folder fails with that error before its first entry.
   void Forbid(const std::wstring& folder, DWORD error) { forbidden_[folder] = error; }
 
   // Listing the folder ends with that error after its first entry.
   void BreakOff(const std::wstring& folder, DWORD error) { broken_[folder] = error; }
 
-  // The folder, once opened, turns out to be another one, and so does what is opened below it; with
-  // an empty path nobody can say which.
+  // For the opened folder Windows names this final path, and one below it for what is opened below
+  // the folder. With an empty path it fails to name one.
   void LeadElsewhere(const std::wstring& folder, const std::wstring& final_path) {
     final_paths_[folder] = final_path;
   }
 
-  // Every pattern that was asked for.
+  // Every pattern with which a listing was begun, in order.
   [[nodiscard]] const std::vector<std::wstring>& Patterns() const { return patterns_; }
 
-  // How often another entry was asked for, and how often a search was closed.
+  // How often a further entry was asked for, and how often a search was closed.
   [[nodiscard]] int Steps() const { return find_next_.Calls(); }
   [[nodiscard]] int Closed() const { return find_close_.Calls(); }
 
@@ -65,7 +64,7 @@ class FakeListing {
   HANDLE FindFirst(const wchar_t* pattern, WIN32_FIND_DATAW* entry);
   BOOL FindNext(HANDLE search, WIN32_FIND_DATAW* entry);
   BOOL GiveMadeUp(WIN32_FIND_DATAW* entry);
-  // Where what is opened by that path is said to be; nothing when that isn't changed.
+  // The final path to be named for the path; nothing when Windows' own is left as it is.
   std::optional<std::wstring> FinalPathOf(const std::wstring& path) const;
   std::optional<DWORD> FinalPath(HANDLE file, wchar_t* buffer, DWORD units, DWORD flags);
   BOOL Inform(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size);
@@ -74,7 +73,7 @@ class FakeListing {
   bool is_made_up_;
   std::vector<FakeEntry> made_up_;
   DWORD end_error_;
-  std::size_t given_ = 0;  // of the entries that are made up
+  std::size_t given_ = 0;  // how many of made_up_ were given out
 
   std::map<std::wstring, Look> disguises_;
   std::map<std::wstring, DWORD> forbidden_;

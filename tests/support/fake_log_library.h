@@ -1,7 +1,7 @@
 #pragma once
 
-// A log library that exists only for the log centre: Windows "loads" it and finds its entries,
-// which are functions of the test. There can be one at a time.
+// A log library that exists only for the log centre: Windows "loads" it whatever path is asked for,
+// and finds its entries, which are functions of the test. There can be one at a time.
 
 #include <cstdint>
 #include <functional>
@@ -19,12 +19,12 @@ class FakeLogLibrary {
   FakeLogLibrary() { current_ = this; }
   ~FakeLogLibrary() { current_ = nullptr; }
 
-  // Called with "Load", "Resolve Start" and so on, "Start", "Stop", "WriteLog" or "Free"; `details`
-  // are the arguments, with a "|" between them.
+  // Called with "Load", "Resolve Start" and so on, "Start", "Stop", "Flush", "WriteLog" or "Free";
+  // `details` are the arguments, with a "|" between them.
   std::function<void(const std::string& event, const std::wstring& details)> on_event =
       [](const std::string&, const std::wstring&) {};
 
-  // The entry that isn't there; none by default.
+  // The entry that the library lacks; none by default.
   std::string missing_entry;
 
   // What "Start" returns.

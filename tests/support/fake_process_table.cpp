@@ -13,7 +13,7 @@ namespace nhupdate_test {
 
 namespace {
 
-// Far above all real handles, and never the same twice: tables may stand in front of one another.
+// Far above all real handles, and never the same twice, since one test may have several tables.
 HANDLE NewHandle() {
   static std::uintptr_t last = 0x7A000000;
   last += 4;
@@ -28,7 +28,7 @@ std::wstring Hexadecimal(DWORD value) {
   return L"0x" + digits;
 }
 
-// Fills the buffer to its last unit and leaves out a terminator for which there is no room.
+// Fills the buffer to its last unit, and then leaves out the terminator: nobody may rely on one.
 DWORD Answer(const std::wstring& text, wchar_t* buffer, DWORD units) {
   if (text.empty()) {
     ::SetLastError(ERROR_GEN_FAILURE);

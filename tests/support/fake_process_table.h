@@ -1,8 +1,8 @@
 #pragma once
 
 // Takes the place of the machine's processes: only the given ones are running, until they are
-// ended. What is done with them is written down in order. The code under test takes itself for the
-// process kOwnId, whether that is among them or not.
+// ended. What is done with them is written down in order. The code under test is told kOwnId as its
+// own process id, whether or not that is among them.
 
 #include <cstddef>
 #include <map>
@@ -19,7 +19,7 @@ namespace nhupdate_test {
 
 struct FakeProcess {
   DWORD id = 0;
-  // What each of the four questions is answered with; an empty text is a failure.
+  // What the four functions that name a process return; with an empty text the function fails.
   std::wstring image_path = {};
   std::wstring module_path = {};
   std::wstring device_path = {};
@@ -32,7 +32,7 @@ struct FakeProcess {
 
 class FakeProcessTable {
  public:
-  // The same as ScriptedShell's.
+  // The same as ScriptedShell's: a test that uses both gets the same id from either.
   static constexpr DWORD kOwnId = 700001;
 
   explicit FakeProcessTable(std::vector<FakeProcess> processes = {});
@@ -42,8 +42,8 @@ class FakeProcessTable {
   // Makes listing the processes fail from now on.
   void FailToEnumerate() { can_be_enumerated_ = false; }
 
-  // What was called: L"Enumerate 4096", L"Open 0x410 0 7" (access, inheritance, id), L"Terminate 7
-  // 0" (id, exit code), L"Wait 7 3000", L"Close 7".
+  // Every call with its numbers, such as L"Enumerate 4096" (bytes), L"Open 0x410 0 7" (access,
+  // inheritance, id), L"Terminate 7 0" (id, exit code), L"Wait 7 3000" (id, ms), L"Close 7".
   [[nodiscard]] const std::vector<std::wstring>& Calls() const { return calls_; }
 
   // The ids of the processes that are still running.
@@ -52,7 +52,7 @@ class FakeProcessTable {
   // How often the code under test asked for the list.
   [[nodiscard]] int Enumerations() const { return enumerate_.Calls(); }
 
-  // The handles that were given out and not closed again.
+  // How many handles were given out and not closed again.
   [[nodiscard]] int OpenHandles() const { return static_cast<int>(opened_.size()); }
 
  private:
@@ -61,7 +61,8 @@ class FakeProcessTable {
     bool is_running = true;
   };
 
-  // Gives the fake the entry that a handle of this table stands for; other handles are passed on.
+  // Calls the fake with the entry that a handle of this table stands for; calls with other handles
+  // are passed on.
   template <typename Fake>
   auto ForOwn(Fake fake) {
     return [this, fake](HANDLE handle, auto... rest) {
@@ -75,7 +76,7 @@ class FakeProcessTable {
   HANDLE Open(DWORD access, BOOL inherit, DWORD id);
 
   std::vector<Entry> entries_;
-  std::map<HANDLE, std::size_t> opened_;  // each with the place of its process
+  std::map<HANDLE, std::size_t> opened_;  // the value is an index into entries_
   std::vector<std::wstring> calls_;
   bool can_be_enumerated_ = true;
 

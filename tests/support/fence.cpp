@@ -19,12 +19,12 @@ namespace {
 
 std::atomic<int> g_open_count = 0;
 
-// Taken before a test can put a fake into its place.
+// Read before a test can put a fake into its place.
 decltype(&::TerminateProcess) g_terminate_process = nullptr;
 
 [[noreturn]] void EndTheRun() {
   std::fflush(stderr);
-  // At once: neither handlers nor destructors get to do what was about to be done.
+  // Ends the process at once, so that no handler or destructor can still do any harm.
   g_terminate_process(::GetCurrentProcess(), kEndedAtTheFence);
   std::abort();
 }

@@ -20,7 +20,7 @@ constexpr DWORD kLongestPath = 32768;
 
 using QueryKey = LONG(WINAPI*)(HANDLE key, int kind, void* buffer, ULONG size, ULONG* needed);
 
-// Windows' functions as they are without any fakes.
+// Windows' own functions, taken before there are any fakes.
 struct Windows {
   decltype(&::GetFullPathNameW) get_full_path_name = &::GetFullPathNameW;
   decltype(&::GetModuleFileNameW) get_module_file_name = &::GetModuleFileNameW;
@@ -31,7 +31,7 @@ struct Windows {
 
 struct Ground {
   FenceReach reach = FenceReach::kScratch;
-  // With a backslash at the end, in small letters.
+  // These three are in small letters and end in a backslash.
   std::vector<std::wstring> temporary_folders;
   std::wstring program_folder;
   std::wstring system_drive;
@@ -40,8 +40,8 @@ struct Ground {
 
 Ground g_ground;
 
-// For what changes during the run: where predefined keys lead to, and the test's own process with
-// those that it has started.
+// Guards what changes during the run: where predefined keys lead to, and which processes are the
+// test's own and those that it has started.
 std::mutex g_mutex;
 std::map<HKEY, std::wstring> g_redirections;
 std::set<DWORD> g_processes;
@@ -53,7 +53,7 @@ std::wstring ToLower(std::wstring text) {
   return text;
 }
 
-// The path from its drive on, without "..", in small letters; empty when there is none.
+// The full path, without "..", in small letters; empty when Windows can't make one of it.
 std::wstring Normalised(const std::wstring& path) {
   constexpr wchar_t kLiteralPrefix[] = L"\\\\?\\";
   std::wstring plain = path;
@@ -83,7 +83,7 @@ bool IsOnGround(const std::wstring& normalised) {
          (g_ground.reach == FenceReach::kPrefix && normalised.starts_with(g_ground.system_drive));
 }
 
-// The name of an open key as the system knows it; nothing when this is no key.
+// The path of an open key as the system knows it; nothing when the handle isn't one of a key.
 std::optional<std::wstring> NameOfOpenKey(HKEY key) {
   constexpr int kKeyName = 3;
   constexpr LONG kInvalidHandle = static_cast<LONG>(0xC0000008);
@@ -99,13 +99,13 @@ std::optional<std::wstring> NameOfOpenKey(HKEY key) {
   if (status == kInvalidHandle || status == kOtherKindOfHandle) {
     return std::nullopt;
   }
-  // A name that is not told is none of ours.
+  // A key whose name can't be had counts as somebody else's.
   return status != 0
              ? std::wstring(L"(unknown key)")
              : std::wstring(information.name.data(), information.byte_count / sizeof(wchar_t));
 }
 
-// A predefined key has no name of its own, and may have been redirected.
+// A predefined key, such as HKEY_CURRENT_USER, has no path of its own and may be redirected.
 std::optional<std::wstring> NameOfKey(HKEY key) {
   constexpr ULONG_PTR kPredefined = 0x80000000;
   if ((reinterpret_cast<ULONG_PTR>(key) & kPredefined) == 0) {

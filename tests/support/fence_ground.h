@@ -1,6 +1,6 @@
 #pragma once
 
-// Which places are inside the fence. Asks Windows past all fakes.
+// Which places are inside the fence. Asks Windows by its real functions, whatever a test fakes.
 
 #include <string>
 
@@ -9,33 +9,33 @@
 
 namespace nhupdate_test {
 
-// Finds out where this executable's places are. Before that nothing is inside.
+// Finds out where this executable's places are. To be called before all other functions here.
 void SurveyGround(FenceReach reach);
 
-// For all of these: what isn't anything at all (no text, no key) can't be changed either, and
-// counts as inside.
+// A path, program or key that is none at all (no text, no valid handle) counts as inside: nothing
+// can be changed by it.
 
 [[nodiscard]] bool IsPathInside(const wchar_t* path);
 
-// Whether the program is a stand-in or in a test's own folder. One that Windows would have to
-// search is outside.
+// Whether the program lies in a place that is inside, or beside this executable as the stand-ins
+// do. One without a drive in its path, for which Windows would search, is outside.
 [[nodiscard]] bool IsProgramInside(const std::wstring& path);
 
 [[nodiscard]] bool IsKeyInside(HKEY key, const wchar_t* sub_key);
 
-// From now on the predefined key leads to the other one; to itself again when that is null.
+// Tells the fence that the predefined key leads to `target` now, or to itself if that is null.
 void RedirectKey(HKEY key, HKEY target);
 
-// As messages name it: its path, as far as that is known.
+// The key's path for messages, as far as that is known.
 [[nodiscard]] std::wstring DescribeKey(HKEY key, const wchar_t* sub_key);
 
-// 0 when the handle doesn't tell.
+// 0 when Windows doesn't tell it for this handle.
 [[nodiscard]] DWORD ProcessIdOf(HANDLE process);
 
 [[nodiscard]] bool IsProcessInside(DWORD process_id);
 void AdmitProcess(DWORD process_id);
 
-// For what happens in no place, such as a message box.
+// For what belongs to no place, such as a message box.
 [[nodiscard]] bool IsEverythingInside();
 
 // Whether a library comes from inside; null counts as no.

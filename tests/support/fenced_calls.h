@@ -1,6 +1,6 @@
 #pragma once
 
-// What the parts of the fence know of each other. The tests need only fence.h.
+// What the fence's own parts share. The tests need only fence.h.
 
 #include <string>
 #include <vector>
@@ -12,7 +12,7 @@ namespace nhupdate_test {
 struct FencedFunction {
   const char* name;
   void* replacement;
-  // Where the replacement finds the function itself.
+  // Set by FenceInModule: the function to which the replacement passes calls on.
   void** real;
 };
 
@@ -20,11 +20,11 @@ struct FencedFunction {
 [[nodiscard]] const std::vector<FencedFunction>& FencedRegistryCalls();
 [[nodiscard]] const std::vector<FencedFunction>& FencedProcessCalls();
 
-// Puts the fence into the import table of the executable or of a library. What they don't import
-// they can't call.
+// Puts the fence into the import table of the executable or of a library. Functions that aren't in
+// the table are left out.
 void FenceInModule(HMODULE module);
 
-// Ends the run with a message, unless a test has said that it goes outside.
+// Ends the run with a message, unless AllowOutside has opened the fence.
 void RefuseUnlessAllowed(const char* function, const std::wstring& argument);
 
 }  // namespace nhupdate_test

@@ -1,4 +1,4 @@
-// Files and folders.
+// The fence around files and folders.
 
 #include <cstddef>
 #include <cstring>
@@ -20,12 +20,12 @@ void CheckPath(const char* function, const wchar_t* path) {
   }
 }
 
-// Paths that the function only reads are not among them.
+// Checks the arguments at these places: the paths that the function may change.
 template <std::size_t... kPlaces>
 constexpr CheckArguments<CheckPath, kPlaces...> kPaths = {};
 
-// Through a link that leads outside every other call would get there. A target without a drive is
-// relative to the link.
+// A link that leads outside would take every other call there, so its target is checked too. A
+// target without a drive is relative to the link.
 constexpr auto kLink = [](const char* function, const wchar_t* link, const wchar_t* target, DWORD) {
   CheckPath(function, link);
   const std::wstring from_drive = target;
@@ -42,13 +42,13 @@ bool IsForChanges(DWORD access) {
   return (access & kChanging) != 0;
 }
 
-// The console, nothing at all, and pipes are in no folder.
+// The console, the null device and pipes are in no folder.
 bool IsNoFile(const std::wstring& name) {
   return name == L"CONIN$" || name == L"CONOUT$" || name == L"NUL" ||
          name.starts_with(L"\\\\.\\pipe\\");
 }
 
-// Every disposition but this one may create a file.
+// Every disposition but OPEN_EXISTING may create a file or empty it.
 constexpr auto kCreateFile = [](const char* function, const wchar_t* path, DWORD access, DWORD,
                                 SECURITY_ATTRIBUTES*, DWORD disposition, DWORD flags, HANDLE) {
   const bool may_change = IsForChanges(access) || disposition != OPEN_EXISTING ||
@@ -64,7 +64,7 @@ constexpr auto kCreateFile2 = [](const char* function, const wchar_t* path, DWOR
   kCreateFile(function, path, access, 0, nullptr, disposition, flags, nullptr);
 };
 
-// The handle was looked at when it was opened; a new name leads to another place.
+// The handle was looked at when it was opened, but a new name may lead to another place.
 constexpr auto kFileInformation = [](const char* function, HANDLE, FILE_INFO_BY_HANDLE_CLASS kind,
                                      void* information, DWORD size) {
   constexpr int kRenameEx = 22;
@@ -83,13 +83,13 @@ constexpr auto kFileInformation = [](const char* function, HANDLE, FILE_INFO_BY_
   std::wstring name(rename.FileNameLength / sizeof(wchar_t), L'\0');
   std::memcpy(name.data(), static_cast<const std::byte*>(information) + kNameAt,
               name.size() * sizeof(wchar_t));
-  // A mere name stays in the folder that the file is in.
+  // A name without a folder leaves the file in its own folder.
   if (name.find(L'\\') != std::wstring::npos) {
     CheckPath(function, name.c_str());
   }
 };
 
-// Windows looks for a mere name in its own folder; none at all is win.ini.
+// Windows looks for a name without a folder in its own folder, and takes no name for win.ini.
 void CheckProfile(const char* function, const wchar_t* file) {
   const std::wstring name = file != nullptr ? file : L"win.ini";
   if (name.find(L'\\') == std::wstring::npos) {
@@ -99,7 +99,7 @@ void CheckProfile(const char* function, const wchar_t* file) {
   }
 }
 
-// Says in a structure of many forms what it changes; no test needs it.
+// Has too many ways of saying what it changes, and no test needs it: it is always outside.
 constexpr auto kShellOperation = [](const char* function, SHFILEOPSTRUCTW* operation) {
   RefuseUnlessAllowed(function, operation->pFrom != nullptr ? operation->pFrom : L"");
 };
@@ -108,7 +108,7 @@ constexpr auto kShellOperation = [](const char* function, SHFILEOPSTRUCTW* opera
 
 const std::vector<FencedFunction>& FencedFileCalls() {
   static const std::vector<FencedFunction> calls = {
-      // What the program and the log library change disks with, and what tests do.
+      // The functions by which the program, the log library and the tests change files.
       NHUPDATE_FENCED(CreateDirectoryW, kPaths<0>),
       NHUPDATE_FENCED(RemoveDirectoryW, kPaths<0>),
       NHUPDATE_FENCED(DeleteFileW, kPaths<0>),
@@ -121,7 +121,7 @@ const std::vector<FencedFunction>& FencedFileCalls() {
       NHUPDATE_FENCED(CreateSymbolicLinkW, kLink),
       NHUPDATE_FENCED(WritePrivateProfileStringW, CheckArguments<CheckProfile, 3>{}),
       NHUPDATE_FENCED(SHCreateDirectoryExW, kPaths<1>),
-      // What does the same by other names: a change of the program to these shall not make a hole.
+      // Others that do the same, so that the fence holds when the program changes over to them.
       NHUPDATE_FENCED(CreateDirectoryExW, kPaths<1>),
       NHUPDATE_FENCED(CopyFileExW, kPaths<1>),
       NHUPDATE_FENCED(MoveFileExW, kPaths<0, 1>),

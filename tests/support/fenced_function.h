@@ -11,14 +11,12 @@
 
 namespace nhupdate_test {
 
-// For what opens or starts nothing that is to be remembered.
 struct NothingToRemember {
   template <typename... Arguments>
   void operator()(const Arguments&...) const {}
 };
 
-// A check of single arguments: each of those at these places, counted from 0, is given to kCheckOne
-// with the function's name.
+// Calls kCheckOne with the function's name for each of the arguments at kPlaces, counted from 0.
 template <auto kCheckOne, std::size_t... kPlaces>
 struct CheckArguments {
   template <typename... Arguments>
@@ -28,14 +26,14 @@ struct CheckArguments {
   }
 };
 
-// For what changes nothing outside of this process.
+// For calls that change nothing outside of this process.
 struct CheckNothing {
   template <typename... Arguments>
   void operator()(const char*, const Arguments&...) const {}
 };
 
 // `kCheck` gets the function's name and its arguments, and doesn't return when they reach outside.
-// `kRemember` gets the result and the arguments. Neither touches the last error.
+// `kRemember` gets the result and the arguments. Either may change the last error: it is put back.
 template <FunctionName kName, typename Signature, auto kCheck, auto kRemember = NothingToRemember()>
 struct Fenced;
 
@@ -61,6 +59,6 @@ struct Fenced<kName, Result(Arguments...), kCheck, kRemember> {
 
 }  // namespace nhupdate_test
 
-// The name once, so that the text and the type can't disagree.
+// The text and the type come from one name, so they can't be those of different functions.
 #define NHUPDATE_FENCED(function, ...) \
   (::nhupdate_test::Fenced<#function, decltype(::function), __VA_ARGS__>::Entry())

@@ -1,4 +1,4 @@
-// Processes, boxes, and the libraries that come to the executable.
+// The fence around processes, message boxes and the libraries that the executable loads.
 
 #include <cstddef>
 #include <tuple>
@@ -30,13 +30,13 @@ constexpr auto kCreateProcess = [](const char* function, const wchar_t* program,
   CheckProgram(function, program != nullptr ? program : FirstArgument(line));
 };
 
-// With a user's token before the same arguments.
+// The same arguments behind a user's token.
 constexpr auto kCreateProcessAs = [](const char* function, HANDLE, const auto&... arguments) {
   kCreateProcess(function, arguments...);
 };
 
 constexpr auto kAdmitCreated = [](BOOL is_started, const auto&... arguments) {
-  // The description of the process is the last of them.
+  // The last argument receives the process id.
   constexpr std::size_t kLast = sizeof...(arguments) - 1;
   PROCESS_INFORMATION* const information = std::get<kLast>(std::tie(arguments...));
   if (is_started) {
@@ -65,7 +65,7 @@ void CheckProcess(const char* function, DWORD process_id) {
   }
 }
 
-// To look at a process is harmless.
+// Opening a process only to look at it is harmless.
 constexpr auto kOpenProcess = [](const char* function, DWORD access, BOOL, DWORD process_id) {
   constexpr DWORD kHarmless =
       PROCESS_QUERY_INFORMATION | PROCESS_QUERY_LIMITED_INFORMATION | PROCESS_VM_READ | SYNCHRONIZE;
@@ -74,7 +74,7 @@ constexpr auto kOpenProcess = [](const char* function, DWORD access, BOOL, DWORD
   }
 };
 
-// A handle that doesn't tell its process was looked at when it was opened.
+// A handle that doesn't tell its process passes: its opening was looked at.
 constexpr auto kTerminateProcess = [](const char* function, HANDLE process, UINT) {
   const DWORD process_id = ProcessIdOf(process);
   if (process_id != 0) {
@@ -82,7 +82,7 @@ constexpr auto kTerminateProcess = [](const char* function, HANDLE process, UINT
   }
 };
 
-// A box would wait for somebody who isn't there.
+// A message box would wait for a user who isn't there.
 constexpr auto kBox = [](const char* function, HWND, auto text, const auto&...) {
   if (!IsEverythingInside()) {
     std::wstring said;
@@ -93,7 +93,7 @@ constexpr auto kBox = [](const char* function, HWND, auto text, const auto&...) 
   }
 };
 
-// What concerns all of the machine.
+// Concerns the whole machine, so it is outside for every test.
 constexpr auto kShutdown = [](const char* function, const auto&...) {
   RefuseUnlessAllowed(function, L"the whole system");
 };
@@ -108,12 +108,12 @@ constexpr auto kFenceInLoaded = [](HMODULE library, const auto&...) {
 
 const std::vector<FencedFunction>& FencedProcessCalls() {
   static const std::vector<FencedFunction> calls = {
-      // A program may do anything, so only stand-ins are started.
+      // A program may do anything, so only one that lies inside may be started.
       NHUPDATE_FENCED(CreateProcessW, kCreateProcess, kAdmitCreated),
       NHUPDATE_FENCED(CreateProcessAsUserW, kCreateProcessAs, kAdmitCreated),
       NHUPDATE_FENCED(ShellExecuteW, kShellExecute),
       NHUPDATE_FENCED(ShellExecuteExW, kShellExecuteEx, kAdmitExecuted),
-      // A process with the name that a test looks for may be somebody's own.
+      // A process of the name that a test looks for may belong to whoever runs the test.
       NHUPDATE_FENCED(OpenProcess, kOpenProcess),
       NHUPDATE_FENCED(TerminateProcess, kTerminateProcess),
       NHUPDATE_FENCED(MessageBoxW, kBox),
@@ -121,7 +121,7 @@ const std::vector<FencedFunction>& FencedProcessCalls() {
       NHUPDATE_FENCED(MessageBoxA, kBox),
       NHUPDATE_FENCED(ExitWindowsEx, kShutdown),
       NHUPDATE_FENCED(InitiateSystemShutdownExW, kShutdown),
-      // A library has an import table of its own.
+      // A library has its own import table, which needs the fence too.
       NHUPDATE_FENCED(LoadLibraryW, CheckNothing{}, kFenceInLoaded),
       NHUPDATE_FENCED(LoadLibraryExW, CheckNothing{}, kFenceInLoaded),
   };

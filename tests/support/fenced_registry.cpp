@@ -1,4 +1,4 @@
-// The registry.
+// The fence around the registry.
 
 #include "tests/support/fence_ground.h"
 #include "tests/support/fenced_function.h"
@@ -32,18 +32,18 @@ constexpr auto kRemember = [](LSTATUS status, HKEY key, HKEY target) {
 
 }  // namespace
 
-// To open a key for changes changes nothing, but to create one does, also when it is there: whoever
-// asks for that would create it.
+// Opening a key changes nothing, whatever it is opened for. Creating one is looked at even if it is
+// there already: on another machine it might not be.
 const std::vector<FencedFunction>& FencedRegistryCalls() {
   static const std::vector<FencedFunction> calls = {
-      // What the program and the tests write with.
+      // The functions by which the program and the tests write.
       NHUPDATE_FENCED(RegCreateKeyExW, kSubKey),
       NHUPDATE_FENCED(RegSetValueExW, kKey),
       NHUPDATE_FENCED(RegSetKeyValueW, kSubKey),
       NHUPDATE_FENCED(RegDeleteTreeW, kSubKey),
-      // Changes nothing outside of this process, but where the others lead.
+      // Changes only this process, but decides where the other calls lead.
       NHUPDATE_FENCED(RegOverridePredefKey, CheckNothing{}, kRemember),
-      // What does the same by other names.
+      // Others that do the same as those above.
       NHUPDATE_FENCED(RegCreateKeyW, kSubKey),
       NHUPDATE_FENCED(RegSetValueW, kSubKey),
       NHUPDATE_FENCED(RegDeleteKeyW, kSubKey),

@@ -19,8 +19,8 @@ struct Entry {
   bool is_link = false;
 };
 
-// Asks Windows itself: the program's own listing is among what is tested with these functions. A
-// folder that isn't there has no entries.
+// Doesn't use the program's own listing, since these functions serve to test that. A folder that
+// isn't there has no entries.
 std::vector<Entry> EntriesOf(const std::wstring& folder) {
   std::vector<Entry> entries;
   WIN32_FIND_DATAW found = {};

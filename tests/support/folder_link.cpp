@@ -27,13 +27,14 @@ std::wstring UnixPath(UnixFileName unix_file_name, const std::wstring& path) {
   return copy;
 }
 
-// The path of the link itself, which is not that of what it leads to.
+// The path of the link itself: asked for the whole path, Wine would follow the link.
 std::wstring UnixPathOfLink(UnixFileName unix_file_name, const std::wstring& link) {
   const std::size_t name = link.rfind(L'\\');
   return UnixPath(unix_file_name, link.substr(0, name)) + L"/" + link.substr(name + 1);
 }
 
-// Runs a program of the system below Wine and waits until the link is there, or is not.
+// Runs a program of the system below Wine and waits until the link is there, or gone; false when it
+// can't be started or that takes too long.
 bool RunOutsideOfWine(const wchar_t* program, std::wstring command_line, const std::wstring& link,
                       bool is_link_wanted) {
   const AllowOutside open("ln and rm are programs of the system below");
@@ -113,7 +114,7 @@ void RemoveFolderLink(const std::wstring& link) {
 
 CFolderAsDrive::CFolderAsDrive(const std::wstring& folder) {
   EXPECT_TRUE(::DefineDosDeviceW(0, kDrive, folder.c_str()));
-  // Wine then knows the drive, but finds no files on it.
+  // Under Wine that alone makes a drive on which no files are found.
   if (const UnixFileName unix_file_name = FindUnixFileName()) {
     EXPECT_TRUE(RunOutsideOfWine(L"Z:\\bin\\ln",
                                  L"ln -s -f -T \"" + UnixPath(unix_file_name, folder) + L"\" \"" +

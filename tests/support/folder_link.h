@@ -7,10 +7,11 @@ namespace nhupdate_test {
 // Creates a link of that name to the file or folder; a test failure when that can't be done.
 void CreateLink(const std::wstring& link, const std::wstring& target);
 
-// Removes the link to a folder, if it still is one, and not the folder. Wine itself can't.
+// Removes the link to a folder, if it still is one, but not the folder; a test failure when that
+// can't be done.
 void RemoveFolderLink(const std::wstring& link);
 
-// Drive E:, which is the folder as long as the object lives.
+// Drive E: shows the folder as long as the object lives; a test failure when that can't be done.
 class CFolderAsDrive {
  public:
   explicit CFolderAsDrive(const std::wstring& folder);

@@ -57,7 +57,7 @@ void Compare(const GoldenLines& lines, const std::string& part) {
   }
 }
 
-// Which lines of two texts belong together: the longest sequence that both have.
+// Which lines of two texts belong together: those of the longest sequence that both texts have.
 class CAlignment {
  public:
   CAlignment(const GoldenLines& expected, const GoldenLines& actual)
@@ -106,7 +106,7 @@ class CAlignment {
 
   const GoldenLines& expected_;
   const GoldenLines& actual_;
-  // How many lines the rests of both texts have in common.
+  // For each pair of lines: how many lines the texts have in common from these on.
   std::vector<std::size_t> common_;
 };
 
@@ -131,7 +131,7 @@ std::wstring GoldenPath(const std::string& part) {
 
   std::wstring name = ToWide(RunningTest().test_suite_name() + std::string(".") +
                              RunningTest().name() + (part.empty() ? "" : "." + part));
-  // The parameter of a test is part of its name.
+  // The name of a test with a parameter contains a slash.
   nhupdate::ReplaceAll(name, L"/", L".");
   return source.substr(0, folder_end) + L"golden/" + name + L".txt";
 }

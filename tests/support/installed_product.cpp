@@ -44,7 +44,7 @@ int InstalledProduct::RunProgram(const std::wstring& arguments) {
   const ProductSurroundings surroundings(Facts());
   std::wstring command_line = L"\"" + ExecutablePath() + L"\" " + arguments;
   INTERPOSER(GetCommandLineW) get_command_line([&]() -> wchar_t* { return command_line.data(); });
-  // These would change this process for good.
+  // The real functions would change this process for all later tests.
   INTERPOSER(SetThreadErrorMode) error_mode([](DWORD, DWORD*) -> BOOL { return TRUE; });
   INTERPOSER(SetDefaultDllDirectories) dll_directories([](DWORD) -> BOOL { return TRUE; });
 

@@ -5,7 +5,7 @@
 //   {root}\Nimba Hub\NHUpdateManager\NHUpdateManager.exe   (not a real program)
 //   {data}                                                 the ProgramData folder
 //
-// Only what a test needs is there. The manager writes its log through the recording library.
+// A test adds what else it needs. By default the log goes through the recording library.
 
 #include <memory>
 #include <optional>
@@ -23,11 +23,11 @@ struct SurroundingFacts;  // see tests/support/product_surroundings.h
 struct ProductOptions {
   bool elevated = true;
   bool has_program_data = true;
-  // Where the running executable lies, below the base folder.
+  // The running executable's folder, below the base folder.
   std::wstring module = L"\\NHUpdateManager";
   // The file name, without extension, of the log library's variant; empty for none at all.
   std::wstring log_library = L"recording_log";
-  // What Windows gives for the running executable's path when it isn't where that lies.
+  // The path that Windows reports for the running executable, if not the one where it lies.
   std::optional<std::wstring> executable = std::nullopt;
 };
 
@@ -46,24 +46,24 @@ class InstalledProduct {
   [[nodiscard]] std::wstring ProgramData() const { return scratch_.Path() + L"\\ProgramData"; }
   [[nodiscard]] std::wstring Journal() const { return scratch_.Path() + L"\\journal.txt"; }
 
-  // What Windows tells the program about itself during the two runs below.
+  // What Windows tells the program about itself during Start and RunProgram.
   [[nodiscard]] SurroundingFacts Facts() const;
 
   // Runs the manager's start-up, with Windows telling it that it lies in the scratch folder and
   // is, or is not, elevated. The start-up's own records are kept.
   void Start();
 
-  // The same in a process that isn't elevated, from now on.
+  // The same in a process that isn't elevated; so are all later runs.
   void StartUnelevated() {
     options_.elevated = false;
     Start();
   }
 
-  // The manager; started, and with no records yet, when Start has not been called.
+  // The manager. If Start has not been called it is started here, and its records are forgotten.
   [[nodiscard]] nhupdate::CManagerCenter& Manager();
 
   // Runs the whole program as if it were started in the scratch folder with these arguments, and
-  // returns its exit code. It makes, and destroys, a manager of its own.
+  // returns its exit code. The run makes, and destroys, a manager other than Manager().
   [[nodiscard]] int RunProgram(const std::wstring& arguments);
 
   // Every call into the log library since the last ForgetRecords.

@@ -1,22 +1,21 @@
 #pragma once
 
 // Replaces one Windows function for the code in this test executable, for as long as the object
-// lives. The macro makes the type from the function's name; objects and members read
+// lives. The macro makes the type from the function's name, for variables and members:
 //
 //   INTERPOSER(CopyFileW) copy([&](const wchar_t* source, ...) {...});
 //
-// With a module's handle before the fake, for the code in that library, which must stay loaded.
-// The table is shared with the C++ runtime and GoogleTest, so a fake answers what it is meant for
-// (a path, the n-th call) and lets Windows do the rest:
+// With a library's handle before the fake, the function is replaced for the code in that library
+// instead, which must stay loaded. The C++ runtime and GoogleTest in the executable meet the fake
+// too, so it answers only the calls that it is meant for (a path, the n-th) and passes on the rest:
 //
 //   [&](const wchar_t* path, auto... rest) { return copy.Original()(path, rest...); }
-//   [&](const wchar_t* path, auto...) -> std::optional<HANDLE> {...}   nothing: it is passed on
-//   [&](const wchar_t* path, auto...) { paths.push_back(path); }       always: this only looks
+//   [&](const wchar_t* path, auto...) -> std::optional<HANDLE> {...}   passes on without a value
+//   [&](const wchar_t* path, auto...) { paths.push_back(path); }       always passes on
 //
 // A fake that fails sets the last error as its last act (see answers.h). Objects for the same
-// function are destroyed in reverse order. The compiler may keep a function's address across a
-// loop: vary a behaviour by state inside the fake, not by installing another one in the middle of
-// the code under test.
+// function must be destroyed in reverse order. The compiler may keep a function's address across a
+// loop, so vary the answers by state inside one fake, not by another fake in mid-run.
 
 #include <algorithm>
 #include <array>
@@ -73,13 +72,13 @@ class Interposer<Result(Arguments...)> {
     fakes_[index_] = nullptr;
   }
 
-  // The function that was in the slot before.
+  // The function that is replaced: Windows' own, the fence or an earlier fake.
   [[nodiscard]] Function Original() const { return original_; }
 
   [[nodiscard]] int Calls() const { return calls_; }
 
  private:
-  // Several functions can have the same signature, so each has a number of thunks.
+  // How many functions of one signature can be replaced at the same time.
   static constexpr std::size_t kThunkCount = 8;
 
   template <std::size_t kIndex>
@@ -113,7 +112,7 @@ class Interposer<Result(Arguments...)> {
   std::atomic<int> calls_ = 0;  // some fakes are called by several threads
 };
 
-// A name that is part of a type.
+// A function's name as a template argument.
 template <std::size_t kSize>
 struct FunctionName {
   consteval FunctionName(const char (&name)[kSize]) { std::copy_n(name, kSize, text.begin()); }
@@ -121,7 +120,7 @@ struct FunctionName {
   std::array<char, kSize> text = {};
 };
 
-// What INTERPOSER names.
+// The type that INTERPOSER stands for.
 template <typename Signature, FunctionName kName>
 class NamedInterposer : public Interposer<Signature> {
  public:
@@ -135,5 +134,5 @@ class NamedInterposer : public Interposer<Signature> {
 
 }  // namespace nhupdate_test
 
-// Name and type come from one word, so they can't be those of different functions.
+// The text and the type come from one name, so they can't be those of different functions.
 #define INTERPOSER(function) ::nhupdate_test::NamedInterposer<decltype(::function), #function>

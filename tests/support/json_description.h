@@ -1,6 +1,6 @@
 #pragma once
 
-// A JSON value as one line of text, which tells every two different values apart:
+// A JSON value as one line of text; different values give different lines:
 //
 //   null   true   -7   real 0.5   "a\\b\u00E9"   [1,[]]   {"a":null,"b":"x"}
 
@@ -13,7 +13,7 @@ namespace nhupdate_test {
 
 [[nodiscard]] std::string DescribeReal(double real);
 
-// In quotes; a quote and a backslash behind a backslash, units outside printable ASCII as \uXXXX.
+// In quotes; a backslash before each quote and backslash, units outside printable ASCII as \uXXXX.
 [[nodiscard]] std::string DescribeString(std::wstring_view string);
 
 // Recursive: not for values that are nested too deep for the stack.

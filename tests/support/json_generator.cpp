@@ -8,7 +8,7 @@ namespace nhupdate_test {
 
 namespace {
 
-// With its last unit, the terminator.
+// Its terminator is used too, so that texts have NULs in them.
 constexpr wchar_t kAlphabet[] = L"{}[]\":,\\u0123tfnTFNrueals+-.eE 1aG";
 
 }  // namespace

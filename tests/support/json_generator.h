@@ -1,7 +1,7 @@
 #pragma once
 
 // Texts for readers of JSON: well-formed ones, ones with small damages, and plain noise. The same
-// seed gives the same texts everywhere.
+// seed gives the same texts in every run of the same build.
 
 #include <cstdint>
 #include <random>
@@ -14,13 +14,13 @@ class CJsonGenerator {
  public:
   explicit CJsonGenerator(std::uint32_t seed) : engine_(seed) {}
 
-  // A value by the grammar, with and without its optional parts.
+  // A value by the dialect's grammar, with containers nested `depth` levels deep at most.
   [[nodiscard]] std::wstring Value(int depth);
 
-  // Such a value of which some units were removed, doubled, exchanged or cut off.
+  // Such a value with up to three damages: units removed, doubled, exchanged, inserted or cut off.
   [[nodiscard]] std::wstring DamagedValue(int depth);
 
-  // Units from the alphabet of the grammar, with NULs, in no order.
+  // That many units, taken at random from NUL and, mostly, those that mean something in JSON.
   [[nodiscard]] std::wstring Noise(int units);
 
   // A number from 0 to limit - 1.

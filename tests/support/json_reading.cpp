@@ -11,7 +11,7 @@ namespace nhupdate_test {
 
 namespace {
 
-// A block of its own on the heap, of exactly the size that may be read.
+// In a heap block of exactly the size that may be read, so that reading on is noticed.
 std::vector<wchar_t> ReadableUnits(std::wstring_view text, int bound) {
   const std::wstring_view readable = WithinBound(text, bound);
   std::vector<wchar_t> units(readable.begin(), readable.end());
@@ -22,7 +22,7 @@ std::vector<wchar_t> ReadableUnits(std::wstring_view text, int bound) {
   return units;
 }
 
-// What the value is before it is read; no test reads a text that says the same.
+// The value before the reading, to see whether it changes; no test reads a text that says the same.
 constexpr wchar_t kMark[] = L"the value as it was";
 
 }  // namespace

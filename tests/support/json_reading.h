@@ -1,6 +1,6 @@
 #pragma once
 
-// What a reader of JSON text makes of a text: its result and the value, in one comparable piece.
+// What a reader of JSON makes of a text: its result and the value, which can be compared at once.
 
 #include <ostream>
 #include <string>
@@ -10,7 +10,7 @@
 
 namespace nhupdate_test {
 
-// The value of a reading whose reader left the value alone.
+// Stands for the value when the reader has left it alone.
 inline constexpr char kUntouched[] = "untouched";
 
 struct JsonReading {
@@ -24,8 +24,8 @@ std::ostream& operator<<(std::ostream& stream, const JsonReading& reading);
 
 using JsonReader = int (*)(nhupdate::JsonValue& value, const wchar_t* text, int bound);
 
-// Lets the reader read the text. In memory there is nothing behind the bound and nothing behind the
-// text's terminator, so that the sanitizers notice a reader that goes further.
+// Lets the reader read the text from a block of memory that ends at the bound, or behind the text's
+// terminator if that comes first, so that the sanitizers notice a reader that goes further.
 [[nodiscard]] JsonReading ReadJson(JsonReader reader, std::wstring_view text, int bound);
 
 // With the bound at the end of the text.
@@ -34,7 +34,7 @@ using JsonReader = int (*)(nhupdate::JsonValue& value, const wchar_t* text, int 
 // The same for ScanString.
 [[nodiscard]] JsonReading ScanJsonString(std::wstring_view text, int bound);
 
-// The units that a reader with this bound may look at, without anything behind them.
+// The text up to the bound; the whole text if that is shorter, nothing if the bound is negative.
 [[nodiscard]] std::wstring_view WithinBound(std::wstring_view text, int bound);
 
 }  // namespace nhupdate_test

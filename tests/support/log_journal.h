@@ -22,13 +22,13 @@ struct LogCall {
 };
 
 // All calls so far; none when there is no journal yet. A line without exactly the arguments of its
-// entry is a test failure.
+// entry is a test failure and is left out.
 [[nodiscard]] std::vector<LogCall> ReadLogJournal(const std::wstring& path);
 
 // The call as L"Entry|argument|argument".
 [[nodiscard]] std::wstring DescribeCall(const LogCall& call);
 
-// The records among them, as L"level|text".
+// The records among the calls, as L"level|text".
 [[nodiscard]] std::vector<std::wstring> RecordsOf(const std::vector<LogCall>& calls);
 
 }  // namespace nhupdate_test

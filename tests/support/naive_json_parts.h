@@ -1,7 +1,8 @@
 #pragma once
 
-// The parts of the naive reader (naive_json_reader.h) that hold no others. Each gets what is left
-// of the text, up to the bound or the first NUL, and stores the description of what it read.
+// The naive reader's parts (naive_json_reader.h) for values that hold no others. Each gets what is
+// left of the text, up to the bound or the first NUL. Literal, Number, String and Quoted return how
+// many units they have read and store what those say; 0 or less is a failure.
 
 #include <string>
 #include <string_view>
@@ -22,7 +23,7 @@ using View = std::wstring_view;
 [[nodiscard]] int Number(View text, std::string& value);
 [[nodiscard]] int String(View text, std::string& value);
 
-// A key or the text of a string.
+// A key or a string: stores the text between the quotes, with its escapes replaced.
 [[nodiscard]] int Quoted(View text, std::wstring& out);
 
 }  // namespace nhupdate_test::naive

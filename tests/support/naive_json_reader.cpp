@@ -28,7 +28,7 @@ std::string Joined(const std::vector<std::string>& parts) {
 }
 
 // Reads what is between the brackets. `read_one` gets what is left of the text and returns how many
-// units it has read, or how far it has come without success as a negative number or 0.
+// units it has read; on failure 0, or a negative number that says how far it has come.
 template <typename ReadOne>
 int Container(View text, wchar_t end, ReadOne read_one) {
   if (text.find(end) == View::npos) {
@@ -128,7 +128,7 @@ JsonReading Read(NaiveReader reader, View text, int bound) {
 
 struct ComparedReader {
   const char* name;
-  JsonReader reader;  // null for the scanner of strings
+  JsonReader reader;  // null for ScanString, which has another signature
   NaiveReader naive;
 };
 

@@ -1,8 +1,8 @@
 #pragma once
 
-// A second reader of the same JSON dialect, to compare the program's with. It is written for being
-// plainly right: recursive, searching ahead again at every container, with the C library's number
-// conversions. It shares no code with the program's reader.
+// A second reader of the same JSON dialect, with which the program's is compared. It is written so
+// that it is easily seen to be right, not to be fast: recursive, with a search for the end of every
+// container and the C library's conversions. It shares no code with the program's reader.
 
 #include <string>
 #include <string_view>
@@ -14,7 +14,7 @@ namespace nhupdate_test {
 [[nodiscard]] JsonReading NaiveParseValue(std::wstring_view text, int bound);
 
 // Lets all readers, of values and of their parts, read the text up to the bound. Empty when each
-// gives exactly the result and the value that the naive one gives; else what one of them says.
+// gives exactly the result and the value that the naive one gives; else the first disagreement.
 [[nodiscard]] std::string DisagreementOn(std::wstring_view text, int bound);
 
 }  // namespace nhupdate_test

@@ -12,7 +12,7 @@ namespace nhupdate_test {
 
 namespace {
 
-// As ntdll fills it: the number of handles, a reserved word, then the handles.
+// ntdll fills the buffer with the number of handles, a reserved word, and one of these for each.
 struct HandleEntry {
   void* object;
   ULONG_PTR process_id;

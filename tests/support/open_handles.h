@@ -5,7 +5,7 @@
 
 namespace nhupdate_test {
 
-// Ends the test run when the list can't be had: a comparison of nothing would prove nothing.
+// Ends the test run with a message when the list can't be had.
 [[nodiscard]] int CountOpenHandles();
 
 }  // namespace nhupdate_test

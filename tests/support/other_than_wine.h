@@ -1,7 +1,7 @@
 #pragma once
 
-// As long as the object lives, the code of this executable takes the machine for one that isn't
-// Wine's, and for one that nobody has said may be thrown away.
+// As long as the object lives, the code of this executable takes the machine for one with a real
+// Windows, of which nobody has said that it may be thrown away.
 
 #include <cstring>
 #include <string>
@@ -28,7 +28,7 @@ class OtherThanWine {
  private:
   std::wstring value_;
   INTERPOSER(GetProcAddress) get_{[this](HMODULE library, const char* name) -> FARPROC {
-    // A small number stands for a function without a name.
+    // Functions without a name are asked for by a small number instead of a pointer.
     const bool is_number = reinterpret_cast<ULONG_PTR>(name) <= 0xFFFF;
     if (!is_number && std::strcmp(name, "wine_get_version") == 0) {
       ::SetLastError(ERROR_PROC_NOT_FOUND);

@@ -8,7 +8,7 @@ namespace {
 
 constexpr wchar_t kParent[] = L"-ExitWhenParentDie:";
 
-// What stands around "name(id)" in the records about processes.
+// The texts before and after "name(id)" in the records about processes.
 struct ProcessRecord {
   const wchar_t* beginning;
   const wchar_t* end;
@@ -20,7 +20,7 @@ constexpr ProcessRecord kProcessRecords[] = {
     {L"Process ", L" still found."},
 };
 
-// A record may stand behind its level.
+// The text may begin with the record's level, as in "2|".
 bool IsRecord(const std::wstring& text, const wchar_t* beginning) {
   const std::size_t position = text.find(beginning);
   return position == 0 || (position == 2 && text[1] == L'|');
@@ -35,7 +35,7 @@ void ReplaceEnd(std::wstring& text, const std::wstring& end, const std::wstring&
 }  // namespace
 
 std::wstring WithProcessNamed(std::wstring text, DWORD id, const std::wstring& name) {
-  const std::wstring number = std::to_wstring(static_cast<int>(id));  // "%d" of the program
+  const std::wstring number = std::to_wstring(static_cast<int>(id));  // as the program's "%d"
   ReplaceEnd(text, kParent + number, kParent + name);
   for (const ProcessRecord& record : kProcessRecords) {
     if (IsRecord(text, record.beginning)) {

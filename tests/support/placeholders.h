@@ -1,6 +1,6 @@
 #pragma once
 
-// Names in the place of what is another in every run, so that texts can be compared whole.
+// Puts names in the place of what differs from run to run, so that texts can be compared whole.
 
 #include <string>
 
@@ -15,7 +15,7 @@ namespace nhupdate_test {
 [[nodiscard]] std::wstring WithProcessNamed(std::wstring text, DWORD id, const std::wstring& name);
 
 // The text with these folders as {root} and {data}, the product's folder in the root as {base}, and
-// this process as {pid}. An empty path stands for no folder.
+// this process as {pid}. An empty path replaces nothing.
 [[nodiscard]] std::wstring WithPlaceholders(std::wstring text, const std::wstring& root,
                                             const std::wstring& program_data);
 

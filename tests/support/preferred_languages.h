@@ -13,7 +13,7 @@ namespace nhupdate_test {
 
 class PreferredLanguages {
  public:
-  // From the failing call on (1 for the first) every call fails.
+  // From this call on (1 is the first) every call fails; with 0 none does.
   explicit PreferredLanguages(const std::vector<std::wstring>& names, int failing_call = 0)
       : count_(static_cast<ULONG>(names.size())), failing_call_(failing_call) {
     for (const std::wstring& name : names) {
@@ -24,8 +24,8 @@ class PreferredLanguages {
 
   [[nodiscard]] int Calls() const { return interposer_.Calls(); }
 
-  // The arguments of the first call, then those of the second: flags, whether there was a buffer,
-  // and the units that it was said to hold.
+  // The arguments of each call, in order: flags, whether there was a buffer, and how many units the
+  // caller said it holds.
   struct Call {
     DWORD flags = 0;
     bool has_buffer = false;

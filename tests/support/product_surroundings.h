@@ -28,7 +28,7 @@ class ProductSurroundings {
   explicit ProductSurroundings(SurroundingFacts facts) : facts_(std::move(facts)) {}
 
  private:
-  // A path that is too long is cut off, and the room for it returned.
+  // As Windows does it: a path that is too long is cut off, and the buffer's size is returned.
   std::optional<DWORD> GiveExecutable(HMODULE module, wchar_t* buffer, DWORD units) const {
     if (module != nullptr) {
       return std::nullopt;

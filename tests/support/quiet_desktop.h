@@ -1,6 +1,6 @@
 #pragma once
 
-// For as long as the object lives no message box is shown and nobody waits: both are written down.
+// For as long as the object lives message boxes and sleeps are written down, and end at once.
 
 #include <functional>
 #include <string>
@@ -27,7 +27,7 @@ class QuietDesktop {
   RecordedSleeps sleeps_;
 };
 
-// The box that tells of the file or folder at which a copy failed.
+// The box that names the file or folder at which a copy failed.
 [[nodiscard]] inline ShownBox CopyErrorBox(const std::wstring& path) {
   return {L"KEY_FAIL_COMMON_ERROR\n" + path, L"KEY_UPDATE_TITLE", 0x40010, true};
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-// A Windows without Steam whose first language is "en-US", so that the manager's start-up is the
-// same on every machine.
+// A Windows without Steam (no registry key can be opened) whose only language is "en-US", so that
+// the manager's start-up is the same on every machine.
 
 #include "base/windows.h"
 #include "tests/support/interposer.h"

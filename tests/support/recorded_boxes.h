@@ -1,6 +1,6 @@
 #pragma once
 
-// Takes the place of message boxes: each is written down and answered at once.
+// Takes the place of message boxes: each is written down and answered with OK at once.
 
 #include <gtest/gtest.h>
 
@@ -39,7 +39,7 @@ class RecordedBoxes {
   [[nodiscard]] const std::vector<ShownBox>& Shown() const { return shown_; }
 
  private:
-  // No real window has a handle of so many bits.
+  // No real window has this handle: theirs have 32 bits.
   const HWND desktop_ = reinterpret_cast<HWND>(std::uintptr_t{0x7DE5C0701});
   std::vector<ShownBox> shown_;
   INTERPOSER(GetDesktopWindow) desktop_window_{[this] { return desktop_; }};

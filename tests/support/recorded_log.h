@@ -2,7 +2,7 @@
 
 // A log that has been started and that keeps its records in memory, for what needs a log and
 // nothing else of a product: no library is loaded and no file written. There can be one at a time,
-// and Windows loads no other library as long as it lives.
+// and as long as it lives this process can't load other libraries by LoadLibraryW.
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ namespace nhupdate_test {
 
 class RecordedLog {
  public:
-  // The folder, if there is one, shows as {root} in the records.
+  // The folder, unless it is empty, shows as {root} in the records.
   explicit RecordedLog(std::wstring root = L"") : root_(std::move(root)) {
     library_.on_event = [this](const std::string& event, const std::wstring& details) {
       if (event == "WriteLog") {
@@ -32,7 +32,7 @@ class RecordedLog {
 
   [[nodiscard]] nhupdate::CLog Log() { return nhupdate::CLog(center_); }
 
-  // What the log is made of.
+  // The log centre behind Log().
   [[nodiscard]] nhupdate::CNSWLogCenter& Center() { return center_; }
 
   // The records since the last ForgetRecords, each as L"level|text", with placeholders

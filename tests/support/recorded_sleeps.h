@@ -1,6 +1,6 @@
 #pragma once
 
-// Takes the place of waiting: each sleep is written down and over at once.
+// Takes the place of Sleep: each call is written down and returns at once.
 
 #include <functional>
 #include <utility>

@@ -1,7 +1,7 @@
 #pragma once
 
-// Takes the place of the tools that are started without a process to wait for: each is written down
-// and counts as started.
+// Takes the place of the tools that the program starts without waiting for them: each is written
+// down and counts as started.
 
 #include <string>
 #include <vector>
@@ -13,7 +13,7 @@
 
 namespace nhupdate_test {
 
-// What their start returns; above 32 is success.
+// What ShellExecuteW returns; above 32 is success.
 inline constexpr int kRecordedToolResult = 42;
 
 class RecordedTools {

@@ -13,7 +13,7 @@ namespace nhupdate_test {
 
 namespace {
 
-// A terminator that follows the counted bytes is stored with them.
+// Windows also stores a terminator that happens to follow the bytes it was given.
 void RemoveTerminator(WrittenValue& value) {
   const std::size_t size = value.bytes.size();
   if (value.type == REG_SZ && size >= 2 && value.bytes[size - 1] == 0 &&

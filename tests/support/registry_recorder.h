@@ -1,7 +1,7 @@
 #pragma once
 
-// Writes down how the program writes values of the local machine, and lets it: into a
-// ScratchRegistry.
+// Writes down the values that the program writes below HKEY_LOCAL_MACHINE, and lets it write them:
+// into a ScratchRegistry. A key of another hive, or not opened just for writing, fails the test.
 
 #include <functional>
 #include <iosfwd>
@@ -30,7 +30,7 @@ std::ostream& operator<<(std::ostream& stream, const WrittenValue& value);
                                 const std::wstring& text);
 
 // The machine's value as it is stored, of type REG_NONE when there is none. A text comes without
-// its terminator, stored or not: how many bytes the program passes is for a recorder to tell.
+// its terminator even if that is stored; a recorder tells how many bytes the program has passed.
 [[nodiscard]] WrittenValue StoredValue(const std::wstring& key, const std::wstring& name);
 
 class RegistryRecorder {
@@ -38,10 +38,10 @@ class RegistryRecorder {
   // `before_value` is called before each value with its number, counted from 1.
   explicit RegistryRecorder(std::function<void(int)> before_value = nullptr);
 
-  // Makes writing this value fail.
+  // Makes writing the value of this number fail with ERROR_ACCESS_DENIED.
   void FailAtValue(int number) { failing_value_ = number; }
 
-  // What was written with success.
+  // Every value that was passed on to Windows, so not the one that was made to fail.
   [[nodiscard]] const std::vector<WrittenValue>& Written() const { return written_; }
   [[nodiscard]] int OpenedKeys() const { return opened_keys_; }
   [[nodiscard]] int OpenKeys() const { return static_cast<int>(open_keys_.size()); }

@@ -19,8 +19,8 @@ namespace nhupdate_test {
 #ifdef _WIN32
 namespace {
 
-// Wine's debugger, which would look at the crash, may end the process with 0: that would pass for a
-// test without a fault.
+// Without this, Wine's debugger looks at the crash and may end the process with 0, as if the test
+// had passed.
 LONG WINAPI EndLoudly(EXCEPTION_POINTERS* crash) {
   std::fprintf(stderr, "The test has crashed: exception %08lX.\n",
                crash->ExceptionRecord->ExceptionCode);
@@ -32,14 +32,14 @@ LONG WINAPI EndLoudly(EXCEPTION_POINTERS* crash) {
 
 int RunTests(int argument_count, char** arguments) {
 #ifdef _WIN32
-  // The list of tests is read on a system that takes a carriage return for a part of the name.
+  // ctest reads the list outside of Wine, where a carriage return would be part of a test's name.
   _setmode(_fileno(stdout), _O_BINARY);
 #endif
   testing::InitGoogleMock(&argument_count, arguments);
 #ifdef _WIN32
   const FenceReach reach = ReachOfThisExecutable();
   if (reach == FenceReach::kPrefix && !GTEST_FLAG_GET(list_tests) && !IsThrowawayMachine()) {
-    // As GoogleTest says it.
+    // In GoogleTest's words, by which ctest knows a skipped test.
     std::printf("[  SKIPPED ] %s\n", kMachineIsKept);
     return kNotForThisMachine;
   }

@@ -1,11 +1,11 @@
 #pragma once
 
-// What every test executable does.
+// The main function of every test executable.
 
 namespace nhupdate_test {
 
-// With this exit code an executable ends whose tests are not for this machine
-// (throwaway_machine.h). ctest counts its tests as skipped.
+// The exit code of an executable whose tests are not for this machine (throwaway_machine.h). It
+// also prints "[  SKIPPED ]", by which ctest counts the test as skipped.
 inline constexpr int kNotForThisMachine = 98;
 
 // Runs the tests that the arguments select, behind the fence, and returns the exit code.

@@ -14,8 +14,8 @@ namespace nhupdate_test {
 
 namespace {
 
-// Wine can't delete a link: it deletes what the link leads to, and the dead link then shows in no
-// listing. What is held open is refused with another error.
+// Wine deletes what a link leads to instead of the link, which then shows in no listing, but keeps
+// its folder from being removed. For a folder that is held open the error is another one.
 bool HoldsNothingButDeadLinks(const std::wstring& folder) {
   std::vector<std::wstring> left = ListTree(folder);
   left.push_back(L"");

@@ -1,7 +1,7 @@
 #pragma once
 
-// A folder of a test's own, with a blank, letters outside ASCII and a "%" in its name. It is gone
-// again, with all in it, when the object is; a test that still holds something in it open fails.
+// A folder of a test's own, with blanks, a letter outside ASCII and a "%" in its name. It goes with
+// the object, and so does all that is in it; a test that still holds something in it open fails.
 
 #include <string>
 

@@ -53,7 +53,7 @@ std::wstring ScratchRegistry::Text(const std::wstring& key, const std::wstring& 
 void SetRegistryValue(HKEY hive, const std::wstring& key_path, const std::wstring& value_name,
                       const RegistryValue& value) {
   const auto key = CreateRegistryKey(hive, key_path);
-  // In a buffer of its own, since a terminator that follows the data would be stored with it.
+  // Windows would also store a terminator that happens to follow the data, so other bytes do.
   std::vector<std::uint8_t> bytes = value.bytes;
   bytes.insert(bytes.end(), {0xAA, 0xAA, 0xAA, 0xAA});
   const LSTATUS status = ::RegSetValueExW(key.Get(), value_name.c_str(), 0, value.type,

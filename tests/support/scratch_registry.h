@@ -18,7 +18,7 @@ class ScratchRegistry {
   ScratchRegistry();
   ~ScratchRegistry();
 
-  // True as long as nothing was written for the machine.
+  // True as long as nothing was written below HKEY_LOCAL_MACHINE.
   [[nodiscard]] bool IsEmpty() const;
 
   // The text of the machine's value; "(none)" when there is no such text.
@@ -37,14 +37,14 @@ struct RegistryValue {
   bool operator==(const RegistryValue&) const = default;
 };
 
-// Opens the key for everything, creating it where needed.
+// Opens the key with all rights, and creates it if need be; a test failure when it can't.
 nhupdate::UniqueRegistryKey CreateRegistryKey(HKEY hive, const std::wstring& path);
 
-// Writes a value below the key, creating that where needed.
+// Writes a value of the key, which is created if need be; a test failure when it can't.
 void SetRegistryValue(HKEY hive, const std::wstring& key_path, const std::wstring& value_name,
                       const RegistryValue& value);
 
-// The value as it is stored; nothing when there is none.
+// The value as it is stored; nothing when it can't be read.
 [[nodiscard]] std::optional<RegistryValue> GetRegistryValue(HKEY hive, const std::wstring& key_path,
                                                             const std::wstring& value_name);
 

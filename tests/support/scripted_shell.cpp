@@ -28,7 +28,7 @@ ScriptedShell::ScriptedShell(std::vector<ShellAnswer> script,
       wait_(std::bind_front(&ScriptedShell::Wait, this)),
       exit_code_(std::bind_front(&ScriptedShell::ReadExitCode, this)),
       close_([this](HANDLE handle) {
-        // A process is a handle of the kernel, and closed as one.
+        // The handle is real, so Windows gets the call as well.
         if (const auto child = open_.extract(handle)) {
           events_.push_back("close " + std::to_string(child.mapped().number));
         }

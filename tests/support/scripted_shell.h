@@ -5,7 +5,7 @@
 //
 //   ScriptedShell shell({EndsWith(0), FailsWith(ERROR_ACCESS_DENIED)});
 //
-// The processes it hands out are real handles of the kernel, so what isn't closed is really open.
+// Real handles of the kernel stand for the processes, so one that isn't closed is a real leak.
 
 #include <functional>
 #include <map>
@@ -49,7 +49,7 @@ struct ShellAnswer {
 }
 
 struct RecordedLaunch {
-  SHELLEXECUTEINFOW record = {};  // as it was passed; its texts are gone, here they are
+  SHELLEXECUTEINFOW record = {};  // as passed; its texts no longer exist, so copies follow
   std::wstring verb;
   std::wstring file;
   std::wstring parameters;
@@ -68,14 +68,14 @@ class ScriptedShell {
   // What the code under test takes for the id of its own process.
   static constexpr DWORD kProcessId = 700001;
 
-  // A launch too many is a test failure, and so is a line of the script that is never reached.
+  // A launch without a line in the script is a test failure, and so is a line without a launch.
   explicit ScriptedShell(std::vector<ShellAnswer> script);
   explicit ScriptedShell(AnswerByLaunch answers);
   ~ScriptedShell();
 
   [[nodiscard]] const std::vector<RecordedLaunch>& Launches() const { return launches_; }
 
-  // What was done with the started processes, in order, numbered from 1 in order of their launch:
+  // What was done with the started processes, which are numbered from 1 as they are launched:
   // "launch 1", "wait 1 for ever", "wait 1 for 5 ms", "exit code 1", "close 1".
   [[nodiscard]] const std::vector<std::string>& Events() const { return events_; }
 

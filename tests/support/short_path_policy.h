@@ -1,8 +1,8 @@
 #pragma once
 
 // Windows as it is unless an administrator has allowed long paths: for as long as the object lives
-// a path of MAX_PATH units and more that hasn't the prefix of the extended-length form is taken for
-// one that isn't there.
+// a path of MAX_PATH units or more without the prefix of the extended-length form is taken for one
+// that isn't there.
 
 #include <cstddef>
 #include <optional>
@@ -16,7 +16,7 @@ namespace nhupdate_test {
 class ShortPathPolicy {
  public:
   ShortPathPolicy() {
-    // An executable that copies nothing doesn't import it.
+    // An executable that copies nothing doesn't import the function.
     if (FindImportSlotIfAny("CopyFileW") != nullptr) {
       copy_.emplace([this](const wchar_t* source, const wchar_t* target, auto rest) {
         return Refuses(source) || Refuses(target) ? FALSE : copy_->Original()(source, target, rest);
@@ -24,11 +24,11 @@ class ShortPathPolicy {
     }
   }
 
-  // The paths that had the prefix.
+  // How many paths had the prefix.
   [[nodiscard]] int ExtendedPaths() const { return extended_paths_; }
 
  private:
-  // A folder's path must leave room for a short name in it.
+  // The path of a new folder must leave room for a file name of 8.3 units in it.
   static constexpr std::size_t kFolderLimit = MAX_PATH - 12;
 
   bool Refuses(std::wstring_view path, std::size_t limit = MAX_PATH) {
@@ -41,7 +41,7 @@ class ShortPathPolicy {
     return is_refused;
   }
 
-  // A fake that gives the result for a path that is refused, and no answer for others.
+  // A fake that returns the result for a path that is refused, and passes other calls on.
   template <typename Result>
   struct Refusing {
     ShortPathPolicy* policy;

@@ -1,7 +1,7 @@
 #pragma once
 
-// Steam's language setting as the code under test sees it: there is none at first, in a registry of
-// the test's own.
+// Steam's language setting as the code under test sees it, in a registry of the test's own. There
+// is none at first.
 
 #include <cstdint>
 #include <string>

@@ -2,14 +2,14 @@
 
 // Some tests change what belongs to a whole machine: the registry's HKEY_LOCAL_MACHINE, the folder
 // for all users, other processes, the rights to folders, the screen. They are for a machine that
-// nobody needs afterwards: a Wine prefix is one, and any other that somebody says so of.
+// nobody needs afterwards: a Wine prefix, or a machine whose user says so by this variable.
 
 namespace nhupdate_test {
 
-// Set to 1 by whoever says so.
+// An environment variable; only the value 1 counts.
 inline constexpr wchar_t kThrowawayVariable[] = L"NHUPDATE_THROWAWAY_MACHINE";
 
-// What the tests say that don't run here.
+// What is printed instead of running such tests.
 inline constexpr char kMachineIsKept[] =
     "Changes what belongs to the whole machine. Runs under Wine, or where "
     "NHUPDATE_THROWAWAY_MACHINE=1 says that the machine may be thrown away.";

@@ -1,6 +1,7 @@
 #pragma once
 
-// Tests that tell what came of their runs, and compare all of it at their end with a golden file.
+// A fixture for tests that note what came of their runs, line by line; at the end of the test all
+// of it is compared with a golden file.
 
 #include <gtest/gtest.h>
 
@@ -22,7 +23,7 @@ class ToldTest : public testing::Test {
 
   void TellLine(const std::wstring& line) { told_.push_back(line); }
 
-  // The heading of one run of several.
+  // Before each of several runs; an empty heading is left out.
   void TellHeading(const std::string& heading) {
     if (!heading.empty()) {
       TellLine(L"# " + std::wstring(heading.begin(), heading.end()));

@@ -8,7 +8,7 @@ namespace nhupdate_test {
 
 namespace {
 
-// Of the system's clock.
+// By the system's clock, since 1601.
 std::uint64_t CurrentMilliseconds() {
   constexpr std::uint64_t kFileTimeUnitsPerMs = 10'000;
   FILETIME now = {};

@@ -6,8 +6,8 @@
 
 namespace nhupdate_test {
 
-// A name that was never used before. The process id would not do: Windows gives it away again, and
-// what an earlier process has deleted keeps its name until the last handle to it is closed.
+// A name that was never used before. A process id would not do: Windows gives it to later processes
+// too, and what an earlier one has deleted keeps its name until the last handle to it is closed.
 [[nodiscard]] std::wstring UnusedName();
 
 }  // namespace nhupdate_test

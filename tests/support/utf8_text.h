@@ -1,6 +1,6 @@
 #pragma once
 
-// Expected texts stand as UTF-8 in the tests, which GoogleTest can show.
+// Turns wide texts into UTF-8, which GoogleTest can show as it is, and back.
 
 #include <string>
 

@@ -8,7 +8,7 @@ namespace {
 
 using GetVersion = const char*(__cdecl*)();
 
-// Windows' own ntdll.dll has no such function.
+// Only Wine's ntdll.dll has this function.
 GetVersion FindGetVersion() {
   return reinterpret_cast<GetVersion>(reinterpret_cast<void (*)()>(
       ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version")));

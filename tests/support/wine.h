@@ -1,6 +1,6 @@
 #pragma once
 
-// Wine is no Windows, and the tests know where it differs.
+// Whether the tests run under Wine, which differs from Windows in places that some tests know of.
 
 #include <string>
 

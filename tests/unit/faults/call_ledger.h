@@ -1,7 +1,7 @@
 #pragma once
 
-// Counts the calls of a run into Windows, decides which of them fails, and keeps account of what
-// was opened and not yet closed.
+// Counts the calls into Windows during a run, decides which of them fail, and knows what was opened
+// and not yet closed.
 
 #include <cstddef>
 #include <map>
@@ -17,16 +17,16 @@ namespace nhupdate_test {
 
 struct Call {
   std::string function;
-  std::wstring detail;  // its texts, and what its handles stand for
-  int occurrence = 1;   // of the same function with the same detail
+  std::wstring detail;  // its text arguments, and what its handles were opened for
+  int occurrence = 1;   // counts the calls of the same function with the same detail
 
   bool operator==(const Call&) const = default;
 };
 
-// By the function that closes them.
+// One kind for each function that closes something.
 enum class ResourceKind { kHandle, kSearch, kKey, kLibrary };
 
-// What fails: one call, counted from 0, or every call of a function, or nothing.
+// What fails, and with which error: one call, counted from 0, or every call of a function, or none.
 struct Fault {
   std::optional<std::size_t> call;
   std::string function;
@@ -47,16 +47,16 @@ class CallLedger {
   void Opened(ResourceKind kind, const void* resource, const std::wstring& detail);
   void Closed(ResourceKind kind, const void* resource);
 
-  // What a handle was opened for; empty for one that is not of this run.
+  // What an open handle was opened for; empty for a handle that wasn't opened in this run.
   [[nodiscard]] std::wstring DetailOf(const void* resource) const;
 
   [[nodiscard]] DWORD Error() const { return fault_.error; }
   [[nodiscard]] const std::vector<Call>& Calls() const { return calls_; }
 
-  // What is still open, by what it was opened for.
+  // What each thing that is still open was opened for.
   [[nodiscard]] std::vector<std::wstring> StillOpen() const;
 
-  // How often something was closed that was closed before.
+  // How often something was closed that was closed already.
   [[nodiscard]] int ClosedTwice() const { return closed_twice_; }
 
  private:

@@ -34,10 +34,9 @@ constexpr char kInforms[] = "the box only informs";
 // The calls that find out whether a folder is a link.
 constexpr char kAsksForPlace[] = "CreateFileW GetFileInformationByHandleEx";
 
-// And those that must get at another process before it ends.
+// The calls that are needed to end another process.
 constexpr char kReachesProcess[] = "OpenProcess QueryFullProcessImageNameW TerminateProcess";
 
-// Records that tell of failures.
 constexpr wchar_t kNotElevated[] = L"2|Process NOT elevated.";
 constexpr wchar_t kNoDownload[] = L"4|Fail to launch updater for download : {error}";
 constexpr wchar_t kNoUpdate[] = L"4|Fail to launch updater for update : {error}";
@@ -51,7 +50,7 @@ constexpr wchar_t kConfigElsewhere[] = L"4|Updater config file delete fail (1920
 constexpr wchar_t kNimbaCastManagerMissing[] = L"4|CSUpdateManager.exe not found : ";
 constexpr wchar_t kNimbaCastNotCopied[] = L"4|Failed to copy NCS updater folder.";
 
-// The first that fits counts.
+// The first rule that fits a call is the one that counts.
 const FaultRule kRules[] = {
     // The start of the program.
     {"", "GetModuleHandleW", L"", Result(1, kConsole)},
@@ -110,7 +109,7 @@ const FaultRule kRules[] = {
     {"", "GetExitCodeProcess", L"", kExitCode},
     {"", "MessageBoxW", L"", kInforms},
 
-    // Stopping the other copy. One that is overlooked at first is found by the check afterwards.
+    // Stopping the other running copy, which is found afterwards if it was overlooked at first.
     {kInstalling, "K32EnumProcesses", L"", Result(1, kStillFound), 1},
     {"SelfUpdate", "K32EnumProcesses", L"", Result(16, kStillFound), 1},
     {"", "K32EnumProcesses", L"", kInvisible},
@@ -118,7 +117,7 @@ const FaultRule kRules[] = {
     {kInstalling, kReachesProcess, L"4242", Result(1, kStillFound)},
     {"SelfUpdate", kReachesProcess, L"4242", Result(16, kStillFound)},
 
-    // Folders. A folder that isn't there shows when its first file is copied.
+    // Folders. One that couldn't be created is noticed when the first file is copied into it.
     {"", "CreateDirectoryW", L"*{base}\\CSUpdateManager", kCopyRetried},
     {"", "CreateDirectoryW", L"*{base}\\Data", kCopyRetried},
     {"SelfUpdate", "CreateDirectoryW", L"*{base}\\NHUpdateManager\\Config",
@@ -130,7 +129,7 @@ const FaultRule kRules[] = {
     {"", "CreateDirectoryW", L"*{root}\\NimbaCast\\CSUpdateManager", kNimbaCastManagerMissing},
     {"", "CreateDirectoryW", L"", kThere},
 
-    // Listings of what is to be deleted, and of the files of the top level, which are copied alone
+    // Listings of what is to be deleted, and of the top level's files, which are copied alone first
     // and then with their folder.
     {"", "FindFirstFileW FindNextFileW", L"*/*.*", kRemoval},
     {"", "FindFirstFileW", L"*{base}\\*.*", kCopiedOver, 1},
@@ -138,9 +137,9 @@ const FaultRule kRules[] = {
     {"", "FindFirstFileW", L"*{base}\\Updater\\App\\*.*", kCopiedOver, 1},
     {"", "FindNextFileW", L"*{base}\\Updater\\App\\*.*", kCopiedOver, 6},
 
-    // Listings of what is to be copied: for the product, for its sibling, and by the other modes;
-    // after the product's the last stage of an update scans for empty folders. Only the outermost
-    // source may be missing.
+    // Listings of what is to be copied: for the product, for NimbaCast, and by the other modes. The
+    // last stage of an update also looks for empty folders after it. Of a source only the outermost
+    // folder may be missing.
     {kInstalling, "FindFirstFileW", L"*{base}\\Updater\\App\\*.*", kMissing, 2, kNotFound},
     {"Install", "FindFirstFileW", L"*{base}\\Updater\\*.*", L"4|Update.exe not found : ", kAll,
      kNotFound},
@@ -164,7 +163,7 @@ const FaultRule kRules[] = {
     {"FinalUpdate", "FindFirstFileW FindNextFileW", L"", kScan},
     {"", "FindFirstFileW FindNextFileW", L"", kCopyFailed},
 
-    // The updater's configuration, and that it lies where it seems to.
+    // Deleting the updater's configuration, and making sure that no link leads elsewhere.
     {"FailedUpdate", "CreateFileW", L"*\\ut.ini", kConfigNotDeleted},
     {"FailedUpdate", "GetFileInformationByHandleEx", L"*\\ut.ini",
      "what could be opened as a file is one"},
@@ -173,7 +172,7 @@ const FaultRule kRules[] = {
     {"FailedUpdate", "CreateFileW", L"*{base}\\Updater\\", kEachLevel, 1},
     {"FailedUpdate", "CreateFileW", L"", kConfigElsewhere},
 
-    // That the folders to which access is granted are no links. One that isn't there is none.
+    // Whether a folder to which access is granted is a link. One that isn't there is none.
     {kInstalling, "CreateFileW", L"*{base}\\", kNotGranted, 2},
     {kInstalling, "CreateFileW", L"*{data}\\", kNotGranted},
     {kInstalling, "CreateFileW", L"*{base}\\Updater\\Config", kMissing, 1, kNotFound},
@@ -184,15 +183,15 @@ const FaultRule kRules[] = {
     {"", "SetCurrentDirectoryW", L"system32", kNotGranted},
     {"", "GetCurrentDirectoryW SetCurrentDirectoryW", L"", kCurrentFolder},
 
-    // That what is to be deleted, or copied into, lies where it seems to: looked at three times for
-    // the deletion before the folder is held for its copy.
+    // Making sure that no link leads elsewhere from what is deleted or copied into. A folder is
+    // opened three times for the deletion, before it is held open for the copy.
     {"Install", "CreateFileW", L"*{root}\\NimbaCast\\Updater\\", kEachLevel},
     {"Install", "CreateFileW", L"{root}\\NimbaCast\\Updater\\", kNimbaCastNotCopied},
     {kInstalling, "CreateFileW", L"*{base}\\CSUpdateManager", kRemoval, 3},
     {kInstalling, "CreateFileW", L"*{base}\\CSUpdateManager", kCopyFailed},
     {kInstalling, "CreateFileW", L"*{base}\\Data", kRemoval, 3},
     {kInstalling, "CreateFileW", L"*{base}\\Data", kCopyFailed},
-    // The source: whether it lies in the target, and that it stays what it is while it is walked.
+    // Whether the source lies in the target, and keeping it from being replaced while it is listed.
     {kInstalling, "CreateFileW", L"*{base}\\Updater\\App\\Data", kRemoval, 1},
     {kInstalling, "CreateFileW", L"*{base}\\Updater\\App\\Data", kCopyFailed, 2},
     {kInstalling, "CreateFileW", L"*{base}\\Updater\\App\\CSUpdateManager", kCopyFailed, 1},
@@ -210,7 +209,7 @@ const FaultRule kRules[] = {
     {"", kAsksForPlace, L"", kRemoval},
     {"", "SetFileInformationByHandle", L"", kRemoval},
 
-    // Files. The staged files of the top level are copied alone and then with their folder.
+    // Files. The top level's staged files are copied twice: alone and then with their folder.
     {"", "DeleteFileW", L"*{base}\\Version.txt",
      Result(2, L"4|Fail to delete ({error}) : {base}\\Version.txt")},
     {"", "CopyFileW", L"*| {base}\\Version.txt", Result(2, L"4|Fail to copy ({error}) : "), 1},

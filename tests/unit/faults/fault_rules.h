@@ -1,7 +1,7 @@
 #pragma once
 
-// What the program owes its user when a call fails: the right result, and a record, or a good
-// reason for having none.
+// What the program owes its user when a call fails: the right result, and a record in the log or a
+// good reason for having none.
 
 #include <optional>
 #include <span>
@@ -10,9 +10,9 @@
 
 namespace nhupdate_test {
 
-// What comes of a run in which a call fails: a result where it isn't that of a clean run, and
-// either a record, of which this is the beginning with "{error}" for the error, or a reason why
-// there is none, and no other failure or retry is recorded either.
+// What must come of a run in which a call fails. Either a record is written that begins with
+// `record` ("{error}" stands for the error), or `why_no_record` says why there is none; then no
+// retry or other failure is recorded either. Without `result` it is that of a clean run.
 struct Outcome {
   const wchar_t* record = nullptr;
   const char* why_no_record = nullptr;
@@ -27,21 +27,21 @@ struct Outcome {
   return outcome;
 }
 
-// The process ends at once, as it does for want of memory.
+// As a result: the process ends at once, as it does for want of memory.
 inline constexpr int kProcessEnds = -1;
 
 struct FaultRule {
-  const char* scenarios;  // the names of those it is for, separated by blanks; empty for all
+  const char* scenarios;  // their names, separated by blanks; empty for all
   const char* functions;  // separated by blanks
-  const wchar_t* detail;  // the end of the call's detail after a "*", else a part of it
+  const wchar_t* detail;  // a part of the call's detail, or after a "*" its end
   Outcome outcome;
-  int occurrences = 0;                        // the first so many; 0 for all
-  std::optional<DWORD> error = std::nullopt;  // where the rule is for this error alone
+  int occurrences = 0;                        // for the first that many calls; 0 for all
+  std::optional<DWORD> error = std::nullopt;  // for this error alone; nothing for all
 };
 
 [[nodiscard]] std::span<const FaultRule> AllRules();
 
-// The rule for a call that fails with that error; null when nobody thought of it.
+// The rule for a call that fails with that error; null when there is none.
 [[nodiscard]] const FaultRule* FindRule(const char* scenario, const Call& call, DWORD error);
 
 }  // namespace nhupdate_test

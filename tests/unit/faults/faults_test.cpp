@@ -1,4 +1,5 @@
-// Every call of every workflow into Windows fails once, in whole runs of the program.
+// Whole runs of the program, in each of which one call into Windows fails: every call of every
+// workflow in turn.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -54,12 +55,12 @@ std::vector<std::wstring> NewComplaints(const RunReport& clean, const RunReport&
   return complaints;
 }
 
-// A failed update leaves its updater's process open on purpose.
+// After a failed update the program leaves the handle of its updater's process open on purpose.
 std::size_t ProcessesLeftOpen(const Scenario& scenario, const RunReport& report) {
   return scenario.update_exit_code != 0 && report.result == 13 ? 1 : 0;
 }
 
-// Retries and launches are few: at most ten copies, and one pause for stopped processes.
+// At most ten tries to copy, with a sleep after each, and one sleep after processes were stopped.
 void ExpectTheRunIsSound(const Scenario& scenario, const RunReport& clean,
                          const RunReport& report) {
   EXPECT_THAT(scenario.possible_results, testing::Contains(report.result));
@@ -84,15 +85,15 @@ void ExpectTheRuleIsKept(const FaultRule& rule, DWORD error, const Scenario& sce
                                          << testing::PrintToString(report.transcript);
 }
 
-// In a process of its own.
+// The run is in a process of its own, which ends with it.
 void ExpectTheProcessEnds(const Scenario& scenario, const Fault& fault) {
   EXPECT_EXIT(std::ignore = RunWithFault(scenario, fault),
               testing::ExitedWithCode(static_cast<int>(nhupdate::kWantOfMemoryExitCode)), "");
 }
 
-// How often each function is called, so that a call that is dropped altogether is seen too. How
-// many folders lie above the scratch folder, whose names are asked for, differs from machine to
-// machine.
+// How often each function is called, which shows when a call is dropped altogether. The calls that
+// ask for the names of the folders above the scratch folder are left out: how many there are
+// depends on the machine.
 std::vector<std::wstring> CountsOf(const std::vector<Call>& calls) {
   std::map<std::string, int> counts;
   for (const Call& call : calls) {
@@ -153,7 +154,7 @@ TEST_P(FaultsTest, EveryCallThatMeetsALockOrAFullDiskIsAnsweredFor) {
   FailEveryCall(ERROR_SHARING_VIOLATION, ERROR_DISK_FULL);
 }
 
-// What then comes of the run differs too much for a rule, but it must come to a sound end.
+// The outcomes of such runs differ too much for rules, but each run must come to a sound end.
 TEST_P(FaultsTest, AFunctionThatAlwaysFailsIsSurvived) {
   const RunReport clean = RunWithFault(GetParam(), {});
   std::set<std::string> functions;

@@ -1,7 +1,7 @@
 #pragma once
 
-// One function of Windows that is counted and that can fail. Its calls are described by their text
-// arguments and by what their handles were opened for.
+// One function of Windows whose calls are counted and can fail. A call's detail is made of its text
+// arguments and of what its handles were opened for.
 
 #include <string>
 #include <type_traits>
@@ -45,26 +45,25 @@ std::wstring DetailOfCall(const CallLedger& ledger, const Arguments&... argument
   return detail;
 }
 
-// OpenProcess: the one function whose numbers tell its calls apart.
+// OpenProcess: its calls differ in numbers only, so these are in the detail.
 inline std::wstring DetailOfCall(const CallLedger&, DWORD access, BOOL, DWORD process_id) {
   const bool is_own = process_id == ::GetCurrentProcessId();
   return L"process " + (is_own ? L"{pid}" : std::to_wstring(process_id)) +
          ((access & PROCESS_TERMINATE) != 0 ? L" to end it" : L" to read it");
 }
 
-// FindFirstFileW: with a wildcard it lists a folder, without one it asks for a name.
+// FindFirstFileW: without a wildcard it lists no folder but asks how a name is really spelt.
 inline std::wstring DetailOfCall(const CallLedger&, const wchar_t* pattern, WIN32_FIND_DATAW*) {
   const std::wstring path = pattern;
   return path.find(L'*') == std::wstring::npos ? path + L" (its name)" : path;
 }
 
-// MultiByteToWideChar: its text is bytes without a terminator.
+// MultiByteToWideChar: its text has no terminator, so it can't be in the detail.
 inline std::wstring DetailOfCall(const CallLedger&, UINT, DWORD, const char*, int, wchar_t*,
                                  int units) {
   return units == 0 ? L"to measure it" : L"to convert it";
 }
 
-// A call that opens nothing.
 struct OpensNothing {
   template <typename... Arguments>
   void operator()(CallLedger&, const std::wstring&, const Arguments&...) const {}
@@ -72,7 +71,7 @@ struct OpensNothing {
 
 }  // namespace faulty_function_detail
 
-// Takes an INTERPOSER.
+// The template argument is an INTERPOSER(...). The ledger must live longer than the object.
 template <typename Function>
 class FaultyFunction;
 
@@ -100,7 +99,7 @@ class FaultyFunction<NamedInterposer<Result(Arguments...), kName>> {
   NamedInterposer<Result(Arguments...), kName> function_;
 };
 
-// Tells the ledger of what is closed; it never fails.
+// A function that closes something: the ledger is told, and the call never fails.
 template <typename Function>
 class CountedClose;
 

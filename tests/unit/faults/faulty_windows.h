@@ -1,12 +1,12 @@
 #pragma once
 
-// The functions of Windows through which the program can meet a failure, counted together. What
-// closes something is watched but never fails: nobody could do anything about it.
+// The functions of Windows through which the program can meet a failure, counted together. Those
+// that close something are watched but never fail, since the program could do nothing about it.
 //
 // Left out are GetModuleFileNameW, without whose answer the program looks for its files in the root
-// of the real drive (its tests are in app/manager_start_test.cpp), and
-// K32GetModuleFileNameExW, K32GetProcessImageFileNameW and K32GetModuleBaseNameW, which are only
-// called when another call has failed already (install/process_image_name_test.cpp).
+// of the real drive (its tests are in app/manager_start_test.cpp), and K32GetModuleFileNameExW,
+// K32GetProcessImageFileNameW and K32GetModuleBaseNameW, which are only called when another call
+// has failed already (install/process_image_test.cpp).
 
 #include <string>
 #include <tuple>
@@ -45,12 +45,12 @@ inline constexpr auto kFailsToFindFolder = [](DWORD error, auto, auto, auto, PWS
   return HRESULT_FROM_WIN32(error);
 };
 
-// Answers above 32 mean success.
+// A result above 32 would mean success.
 inline constexpr auto kFailsToExecute = [](DWORD error, const auto&...) {
   return reinterpret_cast<HINSTANCE>(static_cast<INT_PTR>(error <= 32 ? error : 0));
 };
 
-// The text for a missing entry.
+// The entry's text is empty, as if it were missing.
 inline constexpr auto kGivesMissingEntry = [](DWORD error, auto, auto, auto, wchar_t* value,
                                               auto...) {
   value[0] = L'\0';
@@ -66,13 +66,13 @@ inline auto Opens(ResourceKind kind) {
   };
 }
 
-// By way of a parameter of that type.
+// The same for what the call hands out through its parameter of type `Receiver`.
 template <typename Receiver>
 auto OpensInto(ResourceKind kind) {
   return [kind](CallLedger& ledger, const std::wstring& detail, auto result, auto... arguments) {
     const bool is_opened = std::is_same_v<Receiver, HKEY*> ? result == ERROR_SUCCESS : result != 0;
     if (is_opened) {
-      // Only a token is opened without a name.
+      // Only a token is opened by a call without any detail.
       ledger.Opened(kind, *std::get<Receiver>(std::tuple(arguments...)),
                     detail.empty() ? L"token" : detail);
     }

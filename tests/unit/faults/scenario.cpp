@@ -24,7 +24,7 @@ namespace {
 
 constexpr DWORD kOtherCopy = 4242;
 
-// As little as makes every step of every workflow do something.
+// Just enough files for every step of every workflow to have something to do.
 void LayOut(const InstalledProduct& product, const Scenario& scenario) {
   const std::wstring base = product.Base();
   WriteFileBytes(base + L"\\Version.txt", VersionFile("1.0.0"));

@@ -70,7 +70,7 @@ TEST(FakeProcessTableTest, TellsThisProcessAnIdThatNoRealOneHas) {
   const FakeProcessTable table;
 
   EXPECT_EQ(::GetCurrentProcessId(), FakeProcessTable::kOwnId);
-  EXPECT_NE(FakeProcessTable::kOwnId % 4, 0u);  // as those of Windows and Wine are
+  EXPECT_NE(FakeProcessTable::kOwnId % 4, 0u);  // real ids are multiples of 4
   EXPECT_NE(real, FakeProcessTable::kOwnId);
 }
 
@@ -90,7 +90,7 @@ HANDLE OpenToEnd(DWORD id) {
   return ::OpenProcess(PROCESS_TERMINATE, FALSE, id);
 }
 
-// By way of a pointer, or the compiler takes the function's address before the table is there.
+// Called by a pointer, since the compiler may otherwise read the real function's address too early.
 HANDLE (*volatile open_to_end)(DWORD) = &OpenToEnd;
 
 void LeaveOpen() {

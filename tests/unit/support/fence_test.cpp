@@ -1,5 +1,5 @@
-// The fence, with processes that call through it (fence_trespasser.cpp): nothing is left of one
-// that is ended.
+// The fence ends the process that reaches outside, so the calls are made by processes that are
+// started for it (fence_trespasser.cpp).
 
 #include "tests/support/fence.h"
 
@@ -20,10 +20,10 @@ namespace {
 
 using testing::HasSubstr;
 
-// Instead of a process id.
+// Stands for the trespasser's own process id.
 constexpr DWORD kItself = 0;
 
-// A folder with a file and a key, where the trespassers are sent.
+// A folder with a file in it, a registry key and a program, at which trespassers aim.
 class Target {
  public:
   Target(const std::wstring& folder, const std::wstring& key, const std::wstring& program)
@@ -101,13 +101,13 @@ class FenceTest : public testing::Test {
     return end;
   }
 
-  // Beside the scratch folders, but not with their name.
+  // Beside the scratch folders, but without the beginning of their names.
   [[nodiscard]] std::wstring OutsideFolder() const {
     const std::wstring& scratch = scratch_.Path();
     return scratch.substr(0, scratch.rfind(L'\\') + 1) + L"beyond the fence " + unused_name_;
   }
 
-  // Ends at once where it would be started all the same.
+  // Should the fence let it start after all, it does no harm and ends at once.
   [[nodiscard]] static std::wstring OutsideProgram() {
     return L"C:\\windows\\system32\\hostname.exe";
   }

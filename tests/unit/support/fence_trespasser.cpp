@@ -2,9 +2,9 @@
 //
 // CALL is one of fence_trespasses.h, PLACE a folder with a file in it, SCRATCH an empty one, KEY a
 // key below HKEY_CURRENT_USER, PROCESS the id of a process (0 is the trespasser itself). REACH is
-// "scratch", "prefix", "opened" for an open fence, or "kept" for one that is to be opened on a
-// machine that nobody wants to lose. The process ends with 0 when the call came through, whatever
-// it returned.
+// "scratch", "prefix", "opened" for an open fence, or "kept" for trying to open it on a machine
+// that may not be thrown away. The process ends with 0 when the call came through, whatever it
+// returned.
 
 #include <string>
 #include <vector>

@@ -1,6 +1,6 @@
 #pragma once
 
-// The calls with which the fence is tried.
+// The calls by which the fence is tested.
 
 #include <cstddef>
 #include <cstring>
@@ -19,15 +19,15 @@
 
 namespace nhupdate_test {
 
-// A text that Windows can be called with.
+// A text that can be passed to Windows as it is.
 struct Argument : std::wstring {
   using std::wstring::wstring;
   Argument(std::wstring text) : std::wstring(std::move(text)) {}
   operator const wchar_t*() const { return c_str(); }
 };
 
-// What the calls are made with. `place`, `key` (below HKEY_CURRENT_USER), `program` and `process`
-// are inside or outside as a test wants it, `scratch` is inside.
+// What the calls are aimed at. A test chooses whether `place`, `key` (below HKEY_CURRENT_USER),
+// `program` and `process` are inside or outside; `scratch` is inside.
 struct Aim {
   Argument place;
   Argument scratch;
@@ -75,7 +75,7 @@ inline nhupdate::UniqueRegistryKey OpenKey(const wchar_t* path, REGSAM access) {
   return key;
 }
 
-// What was started here may be ended too.
+// A process that a test has started is inside, so ending it is allowed.
 inline void EndStarted(HANDLE process) {
   ::TerminateProcess(process, 0);
   ::CloseHandle(process);
@@ -102,7 +102,7 @@ inline void Execute(const wchar_t* program) {
   }
 }
 
-// The library writes a line into this file.
+// Lets a library write a line into this file.
 inline void CallLibrary(const wchar_t* journal) {
   ::SetEnvironmentVariableW(kLogJournalVariable, journal);
   const HMODULE library = ::LoadLibraryW(L"recording_log.dll");
@@ -110,12 +110,12 @@ inline void CallLibrary(const wchar_t* journal) {
 }
 
 struct Trespass {
-  // The function, and after a comma what is special.
+  // The function's name, and after a comma what is special about the call.
   const wchar_t* call;
   void (*make)(const Aim& aim);
 };
 
-// Inside or outside as their aim is.
+// These calls are inside or outside as their aim is.
 inline const std::vector<Trespass> kPlacedCalls = {
     {L"CreateDirectoryW", [](const Aim& a) { ::CreateDirectoryW(a.fresh, nullptr); }},
     {L"RemoveDirectoryW", [](const Aim& a) { ::RemoveDirectoryW(a.fresh); }},
@@ -171,7 +171,7 @@ inline const std::vector<Trespass> kPlacedCalls = {
      }},
     {L"ShellExecuteExW", [](const Aim& a) { Execute(a.program); }},
     {L"OpenProcess", [](const Aim& a) { ::OpenProcess(PROCESS_TERMINATE, FALSE, a.process); }},
-    // By a handle with which it can't be ended anyway.
+    // The handle has no right to end the process, which so survives even without a fence.
     {L"TerminateProcess",
      [](const Aim& a) {
        ::TerminateProcess(::OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, a.process), 1);
@@ -179,7 +179,7 @@ inline const std::vector<Trespass> kPlacedCalls = {
     {L"the library's CreateFileW", [](const Aim& a) { CallLibrary(a.fresh); }},
 };
 
-// Outside wherever they aim.
+// These calls are outside whatever their aim is.
 inline const std::vector<Trespass> kOutsideCalls = {
     {L"RegCreateKeyExW, machine", [](const Aim& a) { CreateKey(HKEY_LOCAL_MACHINE, a.key); }},
     {L"WritePrivateProfileStringW, mere name",
@@ -193,7 +193,7 @@ inline const std::vector<Trespass> kOutsideCalls = {
     {L"MessageBoxW", [](const Aim&) { ::MessageBoxW(nullptr, L"text", L"caption", MB_OK); }},
 };
 
-// Only reading, and so never outside.
+// These calls only read, and so the fence lets them through everywhere.
 inline const std::vector<Trespass> kReadingCalls = {
     {L"CreateFileW, to read", [](const Aim& a) { OpenFile(a.file, GENERIC_READ, OPEN_EXISTING); }},
     {L"CopyFileW, from", [](const Aim& a) { ::CopyFileW(a.file, a.scratch_fresh, FALSE); }},

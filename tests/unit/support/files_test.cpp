@@ -100,7 +100,7 @@ TEST_F(FileSupportTest, RemovesAFolderWithAllInIt) {
   EXPECT_THAT(ListTree(scratch_.Path()), ElementsAre(L"folder.txt"));
 }
 
-// A scratch folder comes and goes, but the file or folder of that name in it stays open.
+// Destroys a scratch folder while the file or folder of that name in it is still held open.
 void LeaveOpen(const std::wstring& name, std::optional<HeldFile>& held, std::wstring& folder) {
   const ScratchFolder scratch;
   folder = scratch.Path();

@@ -10,7 +10,7 @@
 namespace nhupdate_test {
 namespace {
 
-// The golden files of these tests are written by hand, and not when all others are.
+// The golden files of these tests are written by hand, so they aren't rewritten with the others.
 class CNotRewritten {
  public:
   CNotRewritten() {
@@ -90,7 +90,7 @@ TEST(GoldenDifferenceTest, ShowsWhatIsOnlyInOneWithAFewLinesAround) {
        {"new", "1", "2", "3", "4", "5", "6"},
        "+ 1: new\n  1: 1\n  2: 2\n  ...\n"},
       {{"1", "2", "3", "4", "old"}, {"1", "2", "3", "4"}, "  ...\n  3: 3\n  4: 4\n- 5: old\n"},
-      // Lines that come again and again.
+      // Lines that are repeated.
       {{"a", "b", "a", "b"},
        {"a", "b", "a", "b", "a", "b"},
        "  ...\n  3: a\n  4: b\n+ 5: a\n+ 6: b\n"},

@@ -13,7 +13,7 @@ class HeldFileTest : public testing::Test {
  protected:
   HeldFileTest() { WriteFileBytes(file_, "x"); }
 
-  // The error of opening the file for that.
+  // The error that opening the file with this access gives; ERROR_SUCCESS if it can be opened.
   [[nodiscard]] DWORD OpeningFor(DWORD access) const {
     const nhupdate::UniqueFile file(::CreateFileW(file_.c_str(), access,
                                                   FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,

@@ -8,7 +8,7 @@
 namespace nhupdate_test {
 namespace {
 
-// Without it Windows would allow a test less than the program: long paths, for one.
+// Without the manifest Windows would allow a test less than the program: no long paths, for one.
 TEST(ManifestTest, OfATestExecutableIsTheProgramsOwn) {
   const HRSRC found = ::FindResourceW(nullptr, MAKEINTRESOURCEW(1), RT_MANIFEST);
   ASSERT_NE(found, nullptr);

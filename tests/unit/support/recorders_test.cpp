@@ -1,4 +1,4 @@
-// The doubles that only write down or count.
+// The small doubles that write down what is called, count it or let it fail.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -68,7 +68,7 @@ TEST(ScriptedShellTest, LetsAProcessDoSomethingWhileItIsWaitedFor) {
   EXPECT_EQ(deeds, 1);
 }
 
-// The messages of the failures of a test that makes so many launches.
+// The messages of the test failures when that many launches are made.
 std::vector<std::string> FailuresOf(std::vector<ShellAnswer> script, int launches) {
   testing::TestPartResultArray failures;
   {

@@ -25,7 +25,7 @@ bool CanBeFound(const wchar_t* path) {
 
 class ShortPathPolicyTest : public testing::Test {
  protected:
-  // A file whose path has so many units.
+  // The path of a file in the scratch folder, which is that many units long.
   [[nodiscard]] std::wstring Path(std::size_t units) const {
     const std::wstring folder = scratch_.Path() + L"\\" + std::wstring(120, L'a') + L"\\";
     return folder + std::wstring(units - folder.size(), L'b');

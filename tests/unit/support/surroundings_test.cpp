@@ -1,4 +1,4 @@
-// What Windows says of itself and of the program.
+// The doubles for what Windows tells the program about the system and about itself.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@
 namespace nhupdate_test {
 namespace {
 
-// The names that Windows gives, with a "|" in the place of each NUL; the error if it gives none.
+// The number of names that Windows gives, and the names with "|" in the place of NUL; or the error.
 std::wstring Languages(ULONG units) {
   std::wstring names(units, L'x');
   ULONG count = 0;

@@ -1,4 +1,4 @@
-// Which machines are changed by tests, and that no other is.
+// Which machines tests may change, and that they leave all others alone.
 
 #include "tests/support/throwaway_machine.h"
 
@@ -47,7 +47,7 @@ TEST(ThrowawayMachineTest, IsAnyPrefixOfWine) {
   EXPECT_TRUE(IsThrowawayMachine());
 }
 
-// An executable whose tests have the whole machine for themselves; its one test says "I run".
+// Runs an executable whose tests may change the whole machine; its only test prints "I run".
 class WholeMachineTest : public testing::Test {
  protected:
   struct End {
@@ -78,7 +78,7 @@ class WholeMachineTest : public testing::Test {
     ::GetExitCodeProcess(process.Get(), &end.exit_code);
     file.Reset();
     end.output = ReadFileBytes(path);
-    // ctest would take a failure that shows this for a test that was skipped.
+    // A failed test that prints this mark would count as skipped for ctest.
     constexpr char kMark[] = "[  SKIPPED ]";
     if (const std::size_t mark = end.output.find(kMark); mark != std::string::npos) {
       end.output.replace(mark, std::size(kMark) - 1, "(skipped)");

@@ -1,7 +1,7 @@
-// A test executable with the fence around the whole machine: whole_machine_probe kept|thrown_away
+// A test executable that may change the whole machine: whole_machine_probe kept|thrown_away
 //
-// "kept": on a machine that isn't Wine's and of which nobody says that it may be thrown away;
-// "thrown_away": on one of which somebody does.
+// With "kept" it takes the machine for a real Windows that may not be thrown away, with
+// "thrown_away" for one that may.
 
 #include <gtest/gtest.h>
 
