@@ -1,10 +1,12 @@
 #include "app/process_setup.h"
 
+#include "base/want_of_memory.h"
 #include "base/windows.h"
 
 namespace nhupdate {
 
 bool SetUpProcess() {
+  EndProcessWhenMemoryRunsOut();
   // SEM_NOGPFAULTERRORBOX is left out: it would also turn off the dumps of crashes.
   constexpr UINT kNoDialogs = SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX;
   // For the one thread that there is, and not for the process: that mode would be inherited by the

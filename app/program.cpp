@@ -1,6 +1,5 @@
 #include "app/program.h"
 
-#include <exception>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -10,6 +9,7 @@
 #include "app/run_mode.h"
 #include "base/console.h"
 #include "base/unique_handle.h"
+#include "base/want_of_memory.h"
 #include "base/windows.h"
 #include "update/result_code.h"
 
@@ -37,9 +37,8 @@ std::vector<std::wstring> CommandLineArguments() {
   const UniqueHandle<ArgumentArrayTraits> arguments(
       ::CommandLineToArgvW(::GetCommandLineW(), &count));
   if (!arguments.IsValid()) {
-    // Want of memory ends the process wherever it comes from. To go on without a mode would say
-    // that all went well.
-    std::terminate();
+    // That is want of memory. To go on without a mode would say that all went well.
+    EndProcessForWantOfMemory();
   }
   if (count < 1) {
     return {};

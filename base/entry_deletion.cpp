@@ -34,8 +34,9 @@ bool IsOfKind(const UniqueFile& entry, EntryKind kind) {
 }
 
 bool DeleteOpened(const UniqueFile& entry) {
-  // The name goes at once, also while others still have the file open: something new is going to
-  // take it. A program that is running stays, as ever. Older file systems only know the plain way.
+  // The name is free at once, even while others still have the file open: a new file is about to
+  // take it. A program that is running can't be deleted so either. Older file systems only know the
+  // plain way.
   DispositionInfoEx at_once = {kDelete | kPosixSemantics | kForceImageSectionCheck};
   FILE_DISPOSITION_INFO plain = {TRUE};
   return ::SetFileInformationByHandle(entry.Get(), kDispositionInfoEx, &at_once, sizeof(at_once)) ||

@@ -25,7 +25,7 @@ bool MeansNoFolder(DWORD error, const std::wstring& folder) {
     default:
       break;
   }
-  // Not every system says it so clearly when there is a file.
+  // Other systems than Windows have other errors for a file in the folder's place.
   const DWORD attributes = ::GetFileAttributesW(PathForWindows(folder).c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
@@ -37,8 +37,8 @@ CFolderListing::CFolderListing(const std::wstring& folder, const wchar_t* wildca
   const HANDLE search = ::FindFirstFileW(PathForWindows(folder + wildcard).c_str(), entry_.get());
   const DWORD error = ::GetLastError();
   search_.Reset(search);
-  // A folder without any entry, not even "." and "..", has come to its end. That it isn't there
-  // would be another error.
+  // Some folders have no entry at all, not even "." and "..". Of a folder that isn't there Windows
+  // says ERROR_PATH_NOT_FOUND instead.
   const bool is_empty = error == ERROR_FILE_NOT_FOUND || error == ERROR_NO_MORE_FILES;
   if (!search_.IsValid() && !is_empty) {
     error_ = error;

@@ -30,7 +30,7 @@ class CFolderListing {
   // True when the listing could not begin since there is no such folder, or a file in its place.
   [[nodiscard]] bool HasNoFolder() const { return has_no_folder_; }
 
-  // True when the error came behind an entry that was seen, if only "." or "..".
+  // True when the error came after at least one entry, even if that was only ".".
   [[nodiscard]] bool HasBrokenOff() const { return search_.IsValid() && error_.has_value(); }
 
   [[nodiscard]] std::wstring Name() const;

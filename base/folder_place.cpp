@@ -36,7 +36,7 @@ std::optional<FILE_ATTRIBUTE_TAG_INFO> AttributesOf(const UniqueFile& opened) {
   if ((plain.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
     return FILE_ATTRIBUTE_TAG_INFO{plain.FileAttributes, 0};
   }
-  // Asked last: FAT and exFAT don't know this question.
+  // Only asked where there is a tag: FAT and exFAT, which have none, refuse the question.
   FILE_ATTRIBUTE_TAG_INFO tagged = {};
   if (!::GetFileInformationByHandleEx(opened.Get(), FileAttributeTagInfo, &tagged,
                                       sizeof(tagged))) {
@@ -101,7 +101,8 @@ bool IsPlainFolder(const UniqueFile& opened) {
 CPlace::CPlace(const UniqueFile& opened) {
   path_ = FinalPath(opened, FILE_NAME_NORMALIZED | VOLUME_NAME_NT);
   if (path_.empty()) {
-    // Some network drives can't say what the long names are. What is compared was opened by those.
+    // Some network drives can't give the long names. The path that it was opened by does as well,
+    // since the program opens by long names whatever it compares.
     path_ = FinalPath(opened, FILE_NAME_OPENED | VOLUME_NAME_NT);
   }
   // Only a drive's root has a trailing backslash.

@@ -34,9 +34,9 @@ class CHeldFolder {
   // out.
   [[nodiscard]] bool IsPlainAt(const CPlace& place) const;
 
-  // True when it is a link or is known to lie elsewhere. Where that can't be found out
-  // and the folder itself is no link, it is taken to lie there: for walks in which each level was
-  // held before the next.
+  // True when it is a link or is known to lie elsewhere. A folder that is no link, but whose place
+  // can't be found out, is taken to lie there: for walks in which each level was held before the
+  // next.
   [[nodiscard]] bool LeadsElsewhere(const CPlace& place) const;
 
   // True when what the path leads to is this folder or lies below it, by whatever names the two are

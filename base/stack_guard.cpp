@@ -9,8 +9,8 @@
 
 #include "base/windows.h"
 
-// The names are the compiler's. Code that runs before the value is drawn, of which there is none
-// but the run-time library's, would see the one that stands here.
+// The names are the compiler's. The value that stands here holds until DrawGuard has run; before
+// that only the run-time library's own code does.
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 extern "C" {
 std::uintptr_t __stack_chk_guard = 0x4E48'5550'4441'5400;

@@ -5,6 +5,7 @@
 
 #include "base/current_folder.h"
 #include "base/folder_making.h"
+#include "base/folder_place.h"
 #include "base/format.h"
 #include "base/held_folder.h"
 #include "base/known_folder.h"

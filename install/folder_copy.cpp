@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kCopyAttempts = 10;
 
-// Other texts don't rule it out: one folder can go by many names.
+// One folder can go by many names, so the places are compared where the paths don't tell.
 bool MayContainSource(const std::wstring& target, const std::wstring& source) {
   return IsSameOrInside(source, target) || CHeldFolder(target).MayHold(source);
 }
@@ -128,7 +128,7 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
   if (source_is_link) {
     return true;  // what it leads to is none of the product's
   }
-  // The listing said what the source was then; from here on it stays what it is.
+  // It may have become a link since it was listed; while it is held nobody can exchange it.
   const CHeldFolder held_source(source);
   if (held_source.Error() || held_source.IsLink()) {
     return Fail(target, held_source.Error().value_or(ERROR_CANT_ACCESS_FILE), options);

@@ -4,6 +4,7 @@
 
 #include "base/entry_deletion.h"
 #include "base/folder_listing.h"
+#include "base/folder_place.h"
 #include "base/held_folder.h"
 #include "base/paths.h"
 

@@ -1,5 +1,7 @@
 #include "log/log_center.h"
 
+#include <mutex>
+
 #include "base/console.h"
 #include "base/windows.h"
 #include "base/windows_path.h"

@@ -4,9 +4,9 @@
 // missing or incomplete library costs one line on the console and never stops the program: records
 // are then dropped.
 
-#include <mutex>
 #include <string>
 
+#include "base/recursive_lock.h"
 #include "base/unique_handle.h"
 
 namespace nhupdate {
@@ -43,7 +43,7 @@ class CNSWLogCenter {
   // Loads library_path_ and resolves all entries; returns 1, or 0 with nothing left loaded.
   int LoadLogLibrary();
 
-  std::recursive_mutex lock_;  // held during every call into the library
+  CRecursiveLock lock_;  // held during every call into the library
   UniqueLibrary library_;
   StartEntry start_ = nullptr;
   StopEntry stop_ = nullptr;

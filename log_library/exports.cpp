@@ -1,5 +1,5 @@
 // The four entries of the library and what happens when it is unloaded. Nothing is thrown over the
-// border: running out of memory ends the process, as everywhere in the program.
+// border: want of memory ends the process, as everywhere in the program.
 //
 // Any number of threads may call the entries at the same time. The library may be unloaded, started
 // or stopped, as soon as no thread is in one of them and none will call one again: nothing runs in
@@ -12,8 +12,11 @@
 #include <string_view>
 #include <utility>
 
+#include "base/want_of_memory.h"
 #include "base/windows.h"
 #include "log_library/logger.h"
+#include "log_library/settings.h"
+#include "log_library/start_result.h"
 
 namespace {
 
@@ -56,6 +59,7 @@ BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, void* reserved) noexcept;
 // Starting again begins a new log; the one before is stopped, also when the new one fails.
 int Start(const char* version, const wchar_t* configuration_path,
           const wchar_t* log_folder) noexcept {
+  nhupdate::EndProcessWhenMemoryRunsOut();
   const CLockGuard guard;
   CloseLog();
   if (log_folder == nullptr || *log_folder == L'\0') {

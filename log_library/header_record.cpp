@@ -11,7 +11,7 @@ namespace {
 std::wstring Widen(std::string_view text) {
   std::wstring wide;
   for (const char character : text) {
-    // The version is digits and dots; what isn't must not become anything else than one character.
+    // A byte outside ASCII is negative as a char and would become a character from U+FF80 on.
     wide += static_cast<wchar_t>(static_cast<unsigned char>(character));
   }
   return wide;
@@ -29,7 +29,7 @@ std::wstring ExecutablePath() {
   }
 }
 
-// As it is: the documented way tells a program only of the versions that its manifest knows.
+// The true one: the documented way tells a program only of the versions that its manifest knows.
 std::wstring WindowsVersion() {
   using GetVersionEntry = LONG(WINAPI*)(OSVERSIONINFOW*);
   const auto get_version = reinterpret_cast<GetVersionEntry>(reinterpret_cast<void (*)()>(

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstring>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -29,9 +28,9 @@ DWORD RenameOpened(const UniqueFile& file, const std::wstring& new_path) {
   return is_renamed ? ERROR_SUCCESS : error;
 }
 
-// True when the file's last byte, at `size`, is no line end; false also when it can't be read. What
-// is open for appending can't be read, so the file is opened once more, by its handle and not by a
-// name.
+// True when the last of the file's `size` bytes is no line end; false also when it can't be read.
+// What is open for appending can't be read, so the file is opened once more, by its handle and not
+// by a name.
 bool EndsWithinALine(const UniqueFile& file, std::uint64_t size) {
   if (size == 0) {
     return false;
@@ -59,7 +58,7 @@ OpenResult CLogFile::Open(const CLogFolder& folder) {
   if (!Inspect(file, opened)) {
     return OpenResult::kFailed;
   }
-  // Where a link was followed nevertheless, the resolved path tells.
+  // If a link was followed all the same, the file lies elsewhere than its name says.
   if (opened.IsLink() || opened.IsFolder() || opened.name_count != 1 ||
       !folder.IsNamed(file, kCurrentName)) {
     return OpenResult::kNotTrustworthy;
@@ -104,9 +103,8 @@ bool CLogFile::Append(std::string_view record) {
     record = with_line_end;
   }
   DWORD written = 0;
-  // How much was written tells all.
-  std::ignore =
-      ::WriteFile(file_.Get(), record.data(), static_cast<DWORD>(record.size()), &written, nullptr);
+  // A write that fails has written nothing.
+  ::WriteFile(file_.Get(), record.data(), static_cast<DWORD>(record.size()), &written, nullptr);
   end_ = size + written;
   if (written != 0) {
     has_open_line_ = written < record.size();

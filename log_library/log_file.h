@@ -59,7 +59,7 @@ class CLogFile {
   UniqueFile file_;
   FileIdentity identity_;
   std::uint64_t end_ = 0;       // where this process's last record ends, if no other came behind it
-  bool has_open_line_ = false;  // what ends there was cut short
+  bool has_open_line_ = false;  // the last record was cut short: its line end is missing
 };
 
 }  // namespace nhupdate

@@ -1,14 +1,15 @@
 #pragma once
 
 // The folder with the log files: the current one, NHUpdateManager.log, and the rotated ones,
-// NHUpdateManager.<number>.log with the highest number for the youngest. A rotated file never
-// changes its name again.
+// NHUpdateManager.<number>.log, numbered one after the other (see rotated_files.h). A rotated file
+// never changes its name again.
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "base/folder_place.h"
 #include "base/held_folder.h"
 #include "base/unique_handle.h"
 #include "log_library/start_result.h"

@@ -5,6 +5,7 @@
 #include "log_library/header_record.h"
 #include "log_library/record_level.h"
 #include "log_library/record_text.h"
+#include "log_library/record_time.h"
 
 namespace nhupdate {
 
@@ -12,8 +13,8 @@ namespace {
 
 constexpr wchar_t kOwnTag[] = L"NSWLogDynamic64U";
 
-// How often the name is looked up that the file should have. A full file, which is what a rotated
-// one is, shows at once; this is for files that were renamed by other hands.
+// How often it is looked up whether the file still has its name. A file that another process has
+// rotated is full, which is noticed at once; this is for files that were renamed by other hands.
 constexpr ULONGLONG kCheckIntervalMs = 1000;
 
 // After a rotation that failed: most likely someone has the file open, and will for a while.

@@ -75,7 +75,7 @@ std::vector<std::uint32_t> NextRotatedNumbers(const std::vector<RotatedFile>& fi
   const auto youngest =
       std::find_if(files.begin(), files.end(), [](const auto& file) { return !file.is_folder; });
   std::uint32_t number = NumberAfter(youngest == files.end() ? 0 : youngest->number);
-  // Among one number more than there are files one is free.
+  // With n files at most n numbers are taken, so one of the next n + 1 is free.
   for (std::size_t tries = files.size(); tries > 0 && taken.contains(number); --tries) {
     number = NumberAfter(number);
   }

@@ -11,12 +11,13 @@ namespace {
 
 constexpr ULONGLONG kNoWaitMs = 10'000;
 
-// Several times what writers cost one another who do nothing but write, four at a time, on a
-// machine that does nothing else.
+// Several times what a turn is waited for when four processes do nothing but write, on a machine
+// that does nothing else.
 constexpr std::chrono::milliseconds kPatienceOfATurn{2};
 
-// More writers than there ever are at once. What a single turn took counts only up to a limit: one
-// that hung says nothing about the others.
+// While one waits, others have their turns, which take about as long as one's own: more of them
+// than there are ever writers at once. A turn counts only up to a limit: one that hung says nothing
+// about those of the others.
 constexpr int kTurnsOfOthers = 16;
 constexpr std::chrono::milliseconds kLongestTurn{2};
 

@@ -29,8 +29,8 @@ UniqueFile OpenForReading(const std::wstring& path) {
                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
-// Nothing for a file that can't be read, or whose size the JSON reader can't count: it needs one
-// number more for the end.
+// Nothing for a file that can't be read, or that is too large for the JSON reader: that counts in
+// int, up to the position behind the last unit.
 std::optional<std::vector<char>> ReadWhole(const UniqueFile& file) {
   LARGE_INTEGER size = {};
   if (!::GetFileSizeEx(file.Get(), &size) || size.QuadPart >= std::numeric_limits<int>::max()) {

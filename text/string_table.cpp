@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "text/json_reader.h"
+#include "text/json_value.h"
 #include "text/string_file.h"
 
 namespace nhupdate {
@@ -32,9 +33,10 @@ void LoadStrings(StringTable& strings, const std::wstring& path, const CLog& log
     log.Write(LogLevel::kError, L"Fail to open string file : %s", path);
     return;
   }
-  // The bound counts bytes, which are never fewer than units: the text's terminator ends it.
+  // The bound is that of the bytes, of which there may be more than units. That does no harm, since
+  // the reader ends at the text's terminator.
   JsonValue root;
-  std::ignore = ParseValue(root, file->text.c_str(), file->byte_count);  // the root's kind tells
+  std::ignore = ParseValue(root, file->text.c_str(), file->byte_count);  // a failure leaves it Null
   AddTexts(root, strings);
   log.Write(LogLevel::kInformation, L"Total %d strings loaded.", static_cast<int>(strings.size()));
   FreeValue(root);

@@ -2,6 +2,7 @@
 #include <tuple>
 
 #include "app/manager_center.h"
+#include "base/product_folders.h"
 #include "update/child_launch.h"
 #include "update/launch_catalog.h"
 #include "update/product_version.h"
@@ -48,8 +49,8 @@ int CManagerCenter::CheckAndDownload() {
     return ResultWithoutUpdate(check);
   }
   log.Write(LogLevel::kInformation, L"Begin background download.");
-  std::ignore =
-      Launch(kBackgroundDownload, paths_.UpdaterFolder(), log);  // something is new anyway
+  // There is something new, whether or not it can be fetched now.
+  std::ignore = Launch(kBackgroundDownload, paths_.UpdaterFolder(), log);
   return kUpdateFound;
 }
 

@@ -32,7 +32,7 @@ std::optional<DWORD> Execute(const std::wstring& folder, const std::wstring& pat
 
 // There is no time limit: an update takes as long as the network and the user let it.
 std::optional<DWORD> WaitForExitCode(const UniqueKernelHandle& process) {
-  ::WaitForSingleObject(process.Get(), INFINITE);  // the exit code tells
+  ::WaitForSingleObject(process.Get(), INFINITE);  // where this fails, so does the next
   DWORD exit_code = 0;
   if (!::GetExitCodeProcess(process.Get(), &exit_code)) {
     return std::nullopt;

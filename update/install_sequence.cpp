@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "app/manager_center.h"
+#include "base/product_folders.h"
 #include "install/empty_folders.h"
 #include "install/folder_access.h"
 #include "install/folder_copy.h"

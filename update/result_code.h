@@ -5,9 +5,10 @@
 
 namespace nhupdate {
 
+// "-install", "-update", "-self_update" and "-final_update", and when there is no mode.
 inline constexpr int kSucceeded = 0;
 
-// Before any mode is entered.
+// Before any mode is entered, so with no mode.
 inline constexpr int kStartFailed = 1;
 
 // "-install", "-update", "-self_update" and "-final_update".

@@ -1,6 +1,7 @@
 #include <string>
 
 #include "app/manager_center.h"
+#include "base/product_folders.h"
 #include "base/windows.h"
 #include "install/failure_notice.h"
 #include "install/folder_copy.h"

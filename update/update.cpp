@@ -1,6 +1,7 @@
 #include <tuple>
 
 #include "app/manager_center.h"
+#include "base/product_folders.h"
 #include "install/failure_notice.h"
 #include "install/folder_copy.h"
 #include "text/string_keys.h"

@@ -4,6 +4,7 @@
 
 #include "base/entry_deletion.h"
 #include "base/existence.h"
+#include "base/folder_place.h"
 
 namespace nhupdate {
 

@@ -2,7 +2,8 @@
 #                              [TIMEOUT seconds] SOURCES ...)
 #
 # A GoogleTest executable whose tests are known to ctest one by one. LANE is the Wine prefix that
-# its tests share; each lane runs one test at a time. A portable executable is one of the unit tests
+# its tests share; each lane runs one test at a time. On Windows itself there is one machine for all
+# of them. A portable executable is one of the unit tests
 # when it is built for Windows. FENCE says what its tests may change (tests/support/fence.h): their
 # own scratch folders, or all of the prefix.
 function(nhupdate_add_test_executable name)
@@ -31,9 +32,17 @@ function(nhupdate_add_test_executable name)
 
   set(lane_properties)
   if(WIN32)
-    target_link_libraries(${name} PRIVATE nhupdate_fence_around_${arg_FENCE})
+    target_link_libraries(${name} PRIVATE
+      nhupdate_fence_around_${arg_FENCE} nhupdate_test_manifest)
     add_dependencies(${name} nhupdate_golden_files)
-    set(lane_properties RESOURCE_LOCK lane-${arg_LANE} ENVIRONMENT NHUPDATE_LANE=${arg_LANE})
+    set(lock lane-${arg_LANE})
+    if(CMAKE_HOST_WIN32 AND arg_FENCE STREQUAL "prefix")
+      set(lock machine)
+    endif()
+    set(lane_properties RESOURCE_LOCK ${lock} ENVIRONMENT NHUPDATE_LANE=${arg_LANE})
+    if(CMAKE_HOST_WIN32)
+      list(APPEND lane_properties FIXTURES_REQUIRED package)
+    endif()
   endif()
   gtest_discover_tests(${name} TEST_PREFIX "${name_prefix}"
     DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60

@@ -1,87 +1,63 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <set>
+#include <sstream>
 #include <string>
-#include <vector>
 
 #include "base/existence.h"
 #include "tests/data/shipped_config.h"
+#include "tests/support/utf8_text.h"
 #include "text/string_file.h"
 
 namespace nhupdate_test {
 namespace {
 
-struct Choice {
-  const wchar_t* file;  // the code in the name of the file that serves them
-  std::vector<const wchar_t*> system_languages;  // as Windows reports them
-};
-
 // What Windows itself can be shown in, language interface packs, languages of older Windows, and
-// places that share the texts of another one. The part before the first hyphen of Chinese says
-// neither script nor place. The last have no texts in their language.
-const Choice kChoices[] = {
-    {L"ar", {L"ar-SA", L"ar-EG"}},
-    {L"bg", {L"bg-BG"}},
-    {L"ca", {L"ca-ES", L"ca-ES-valencia"}},
-    {L"cs", {L"cs-CZ"}},
-    {L"da", {L"da-DK"}},
-    {L"de", {L"de-DE", L"de-AT", L"de-CH"}},
-    {L"el", {L"el-GR"}},
-    {L"en", {L"en-GB", L"en-US", L"en-IN"}},
-    {L"es", {L"es-ES", L"es-AR"}},
-    {L"es-419", {L"es-419"}},
-    {L"es-MX", {L"es-MX"}},
-    {L"et", {L"et-EE"}},
-    {L"eu", {L"eu-ES"}},
-    {L"fi", {L"fi-FI"}},
-    {L"fr", {L"fr-CA", L"fr-FR", L"fr-BE"}},
-    {L"gl", {L"gl-ES"}},
-    {L"he", {L"he-IL"}},
-    {L"hr", {L"hr-HR"}},
-    {L"hu", {L"hu-HU"}},
-    {L"id", {L"id-ID"}},
-    {L"it", {L"it-IT"}},
-    {L"ja", {L"ja-JP"}},
-    {L"ko", {L"ko-KR"}},
-    {L"lt", {L"lt-LT"}},
-    {L"lv", {L"lv-LV"}},
-    {L"ms", {L"ms-MY"}},
-    {L"nb", {L"nb-NO"}},
-    {L"nl", {L"nl-NL", L"nl-BE"}},
-    {L"nn", {L"nn-NO"}},
-    {L"pl", {L"pl-PL"}},
-    {L"pt", {L"pt-PT", L"pt-AO"}},
-    {L"pt-BR", {L"pt-BR"}},
-    {L"ro", {L"ro-RO"}},
-    {L"ru", {L"ru-RU"}},
-    {L"sk", {L"sk-SK"}},
-    {L"sl", {L"sl-SI"}},
-    {L"sr", {L"sr-Latn-RS", L"sr-Latn-ME"}},
-    {L"sr-Cyrl-RS", {L"sr-Cyrl-RS"}},
-    {L"sv", {L"sv-SE"}},
-    {L"th", {L"th-TH"}},
-    {L"tr", {L"tr-TR"}},
-    {L"uk", {L"uk-UA"}},
-    {L"vi", {L"vi-VN"}},
-    {L"zh", {L"zh-CN", L"zh", L"zh-SG", L"zh-Hans", L"zh-Hans-CN", L"zh-Hans-HK", L"zh-Hans-SG"}},
-    {L"zh-Hant", {L"zh-Hant"}},
-    {L"zh-Hant-HK", {L"zh-Hant-HK"}},
-    {L"zh-Hant-MO", {L"zh-Hant-MO"}},
-    {L"zh-Hant-TW", {L"zh-Hant-TW"}},
-    {L"zh-HK", {L"zh-HK"}},
-    {L"zh-MO", {L"zh-MO"}},
-    {L"zh-TW", {L"zh-TW"}},
-    {L"Default", {L"hi-IN", L"qps-ploc", L"Default"}},
-};
+// places that share the texts of another one; all as Windows reports them.
+
+// Served by the file of what stands before their first hyphen.
+constexpr wchar_t kByLanguage[] =
+    L"ar-SA ar-EG bg-BG ca-ES ca-ES-valencia cs-CZ da-DK de-DE de-AT de-CH el-GR en-GB en-US en-IN "
+    L"es-ES es-AR et-EE eu-ES fi-FI fr-CA fr-FR fr-BE gl-ES he-IL hr-HR hu-HU id-ID it-IT ja-JP "
+    L"ko-KR lt-LT lv-LV ms-MY nb-NO nl-NL nl-BE nn-NO pl-PL pt-PT pt-AO ro-RO ru-RU sk-SK sl-SI "
+    L"sr-Latn-RS sr-Latn-ME sv-SE th-TH tr-TR uk-UA vi-VN "
+    L"zh zh-CN zh-SG zh-Hans zh-Hans-CN zh-Hans-HK zh-Hans-SG";
+
+// Served by a file of their own. The part before the first hyphen of Chinese says neither script
+// nor place.
+constexpr wchar_t kByWholeName[] =
+    L"es-419 es-MX pt-BR sr-Cyrl-RS zh-Hant zh-Hant-HK zh-Hant-MO zh-Hant-TW zh-HK zh-MO zh-TW";
+
+// There are no texts in these.
+constexpr wchar_t kByDefault[] = L"hi-IN qps-ploc Default";
 
 TEST(ShippedStringFileChoiceTest, GivesEveryWindowsLanguageTheTextsItsUsersRead) {
-  for (const Choice& choice : kChoices) {
-    const std::wstring expected =
-        ShippedConfigFolder() + L"\\NHUpdateManager." + choice.file + L".json";
-    EXPECT_TRUE(nhupdate::Exists(expected)) << testing::PrintToString(choice.file);
-    for (const wchar_t* language : choice.system_languages) {
-      EXPECT_EQ(nhupdate::ChooseStringFile(ShippedConfigFolder(), language), expected)
-          << testing::PrintToString(language);
+  const struct {
+    const wchar_t* languages;
+    std::function<std::wstring(const std::wstring&)> file_of;
+  } groups[] = {
+      {kByLanguage, [](const auto& language) { return language.substr(0, language.find(L'-')); }},
+      {kByWholeName, [](const auto& language) { return language; }},
+      {kByDefault, [](const auto&) { return L"Default"; }},
+  };
+  std::set<std::wstring> reached;
+  for (const auto& [names, file_of] : groups) {
+    std::wistringstream languages(names);
+    for (std::wstring language; languages >> language;) {
+      const std::wstring file = L"NHUpdateManager." + file_of(language) + L".json";
+      const std::wstring expected = ShippedConfigFolder() + L"\\" + file;
+
+      EXPECT_EQ(nhupdate::ChooseStringFile(ShippedConfigFolder(), language), expected);
+
+      EXPECT_TRUE(nhupdate::Exists(expected)) << testing::PrintToString(language);
+      reached.insert(file);
     }
+  }
+  for (const std::wstring& file : ShippedStringFiles()) {
+    EXPECT_TRUE(reached.contains(file))
+        << "No language leads to data/Config/" << ToUtf8(file)
+        << ". If one should, add it to the lists in this file; else the file serves nobody.";
   }
 }
 

@@ -12,6 +12,12 @@ class OddInputEndToEndTest : public EndToEndTest {
     hub_.StageRelease();
   }
 
+  static void SetSteamLanguage(const std::wstring& language) {
+    ::RegSetKeyValueW(HKEY_CURRENT_USER, L"SOFTWARE\\Valve\\Steam", L"Language", REG_SZ,
+                      language.c_str(),
+                      static_cast<DWORD>((language.size() + 1) * sizeof(wchar_t)));
+  }
+
   void WriteTexts(const std::string& bytes) const {
     WriteFileBytes(hub_.Module() + L"\\Config\\NHUpdateManager.Default.json", bytes);
   }
@@ -53,9 +59,7 @@ TEST_F(OddInputEndToEndTest, HostileVersionFilesAreJustOtherVersions) {
 }
 
 TEST_F(OddInputEndToEndTest, TheLanguageComesFromSteamsSettingThroughTheMappingFile) {
-  constexpr wchar_t kLanguage[] = L"tchinese";
-  ::RegSetKeyValueW(HKEY_CURRENT_USER, L"SOFTWARE\\Valve\\Steam", L"Language", REG_SZ, kLanguage,
-                    sizeof(kLanguage));
+  SetSteamLanguage(L"tchinese");
   WriteFileBytes(hub_.Module() + L"\\Config\\SteamLanguageMapping.ini",
                  "[Language]\r\nTCHINESE = \"zh_TW\"\r\n");
   WriteFileBytes(hub_.Module() + L"\\Config\\NHUpdateManager.zh.json",
@@ -65,9 +69,7 @@ TEST_F(OddInputEndToEndTest, TheLanguageComesFromSteamsSettingThroughTheMappingF
 }
 
 TEST_F(OddInputEndToEndTest, AHostileMappingFileFallsBackToTheSystemsLanguage) {
-  constexpr wchar_t kLanguage[] = L"a]=;%s";
-  ::RegSetKeyValueW(HKEY_CURRENT_USER, L"SOFTWARE\\Valve\\Steam", L"Language", REG_SZ, kLanguage,
-                    sizeof(kLanguage));
+  SetSteamLanguage(L"a]=;%s");
   WriteFileBytes(hub_.Module() + L"\\Config\\SteamLanguageMapping.ini",
                  std::string(1'000'000, '[') + "\r\n[Language\r\n=x\r\n");
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/log_library/loaded_log_library.h"
+#include "tests/log_library/test_log.h"
 #include "tests/support/open_handles.h"
 
 namespace nhupdate_test {

@@ -1,16 +1,11 @@
 // What comes through the library's four entries, and what is left when it goes.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
+#include <atomic>
+#include <thread>
 
 #include "log_library/record_time.h"
-#include "tests/log_library/loaded_log_library.h"
-#include "tests/log_library/log_records.h"
-#include "tests/support/files.h"
-#include "tests/support/interposer.h"
+#include "tests/log_library/test_log.h"
+#include "tests/support/held_file.h"
 #include "tests/support/open_handles.h"
 
 namespace nhupdate_test {
@@ -18,100 +13,95 @@ namespace {
 
 using testing::ElementsAre;
 
-void RunOnce(const LogPlace& place) {
-  LoadedLogLibrary library;
-  ASSERT_EQ(library.Start(place.Settings(), place.Folder()), 0);
-  library.Write(L"record");
-  library.Stop();
-}
-
 TEST(LogLifetimeTest, StopMayBeCalledAnyNumberOfTimes) {
-  const LogPlace place;
-  LoadedLogLibrary library;
+  TestLog log;
 
-  library.Stop();
-  EXPECT_EQ(library.Start(place.Settings(), place.Folder()), 0);
-  library.Write(L"one");
-  library.Stop();
-  library.Stop();
-  library.Write(L"ignored");
-  library.Flush();
-  EXPECT_EQ(library.Start(place.Settings(), place.Folder()), 0);
-  library.Write(L"two");
-  library.Stop();
+  log.Stop();
+  EXPECT_EQ(log.Start(), 0);
+  log.Write(L"one");
+  log.Stop();
+  log.Stop();
+  log.Write(L"ignored");
+  log.Flush();
+  EXPECT_EQ(log.Start(), 0);
+  log.Write(L"two");
+  log.Stop();
 
-  EXPECT_THAT(ReadTexts(place.CurrentFile()), ElementsAre("one", "two"));
+  EXPECT_THAT(log.Texts(), ElementsAre("one", "two"));
 }
 
 TEST(LogLifetimeTest, FlushBringsTheFileToTheDisk) {
   StartedLog log;
   BOOL result = FALSE;
-  {
-    Interposer<decltype(::FlushFileBuffers)> flush(
-        log.library.Module(), "FlushFileBuffers",
-        [&](HANDLE file) { return result = flush.Original()(file); });
-    log.library.Flush();
-    EXPECT_EQ(flush.Calls(), 1);
-  }
+  INTERPOSER(FlushFileBuffers) flush(log.Module(),
+                                     [&](HANDLE file) { return result = flush.Original()(file); });
 
+  log.Flush();
+
+  EXPECT_EQ(flush.Calls(), 1);
   EXPECT_TRUE(result);
 }
 
 TEST(LogLifetimeTest, StopClosesTheFile) {
   StartedLog log;
 
-  log.library.Stop();
+  log.Stop();
 
-  const nhupdate::UniqueFile alone(::CreateFileW(log.place.CurrentFile().c_str(), GENERIC_READ, 0,
-                                                 nullptr, OPEN_EXISTING, 0, nullptr));
-  EXPECT_TRUE(alone.IsValid());
+  const HeldFile alone(log.CurrentFile());
+}
+
+void RunWithoutStop(const LogPlace& place) {
+  LoadedLogLibrary library;
+  ASSERT_EQ(library.Start(place.Settings(), place.Folder()), 0);
+  library.Write(L"record");
 }
 
 TEST(LogLifetimeTest, BeingUnloadedWithoutAStopLeaksNoHandle) {
   const LogPlace place;
-  RunOnce(place);
+  RunWithoutStop(place);
   const int before = CountOpenHandles();
 
   for (int run = 0; run < 10; ++run) {
-    LoadedLogLibrary library;
-    ASSERT_EQ(library.Start(place.Settings(), place.Folder()), 0);
-    library.Write(L"record");
+    RunWithoutStop(place);
   }
 
   EXPECT_EQ(CountOpenHandles(), before);
 }
 
 TEST(LogLifetimeTest, FailedStartsLeakNoHandle) {
-  const LogPlace place;
-  WriteFileBytes(place.Outside(L"file"), "x");
-  LoadedLogLibrary library;
-  ASSERT_EQ(library.Start(place.Settings(), place.Outside(L"file")), 2);
+  TestLog log;
+  const std::wstring file = log.Outside(L"file");
+  WriteFileBytes(file, "x");
+  ASSERT_EQ(log.Start(log.Settings(), file), 2);
   const int before = CountOpenHandles();
 
   for (int run = 0; run < 10; ++run) {
-    EXPECT_EQ(library.Start(place.Settings(), place.Outside(L"file")), 2);
+    EXPECT_EQ(log.Start(log.Settings(), file), 2);
   }
 
   EXPECT_EQ(CountOpenHandles(), before);
 }
 
+std::string TimeNow() {
+  constexpr std::size_t kUnitsWithoutOffset = 23;
+  return nhupdate::FormatRecordTime(nhupdate::CurrentRecordTime()).substr(0, kUnitsWithoutOffset);
+}
+
 TEST(LogRecordTest, CarriesTimeIdsLevelTagAndText) {
   StartedLog log;
-  const std::string earliest =
-      nhupdate::FormatRecordTime(nhupdate::CurrentRecordTime()).substr(0, 23);
+  const std::string earliest = TimeNow();
 
-  log.library.Write(3, L"NHUpdateManager", L"Copy fail, sleep 3 seconds and retry.");
+  log.Write(3, L"NHUpdateManager", L"Copy fail, sleep 3 seconds and retry.");
 
-  const auto records = ReadRecords(log.place.CurrentFile());
+  const auto records = ReadRecords(log.CurrentFile());
   ASSERT_EQ(records.size(), 2u);
   EXPECT_EQ(records[1].process_id, ::GetCurrentProcessId());
   EXPECT_EQ(records[1].thread_id, ::GetCurrentThreadId());
   EXPECT_EQ(records[1].level, "WARN");
   EXPECT_EQ(records[1].tag, "NHUpdateManager");
   EXPECT_EQ(records[1].text, "Copy fail, sleep 3 seconds and retry.");
-  EXPECT_GE(records[1].time.substr(0, 23), earliest);
-  EXPECT_LE(records[1].time.substr(0, 23),
-            nhupdate::FormatRecordTime(nhupdate::CurrentRecordTime()).substr(0, 23));
+  EXPECT_GE(records[1].time.substr(0, earliest.size()), earliest);
+  EXPECT_LE(records[1].time.substr(0, earliest.size()), TimeNow());
 }
 
 TEST(LogRecordTest, IsWrittenFromItsLevelUp) {
@@ -129,41 +119,62 @@ TEST(LogRecordTest, IsWrittenFromItsLevelUp) {
     StartedLog log(test.settings);
 
     for (int level = -1; level <= 5; ++level) {
-      log.library.Write(level, L"test", std::to_wstring(level).c_str());
+      log.Write(level, L"test", std::to_wstring(level).c_str());
     }
 
-    EXPECT_EQ(ReadTexts(log.place.CurrentFile()), test.written) << test.settings;
+    EXPECT_EQ(log.Texts(), test.written) << test.settings;
   }
 }
 
 TEST(LogRecordTest, IsOneWriteOfAnyLength) {
   StartedLog log;
-  const std::wstring text(1024 * 1024, L'\u4E2D');
-  int writes = 0;
-  {
-    Interposer<decltype(::WriteFile)> write(
-        log.library.Module(), "WriteFile",
-        [&](HANDLE file, const void* data, DWORD size, DWORD* written, OVERLAPPED* overlapped) {
-          ++writes;
-          return write.Original()(file, data, size, written, overlapped);
-        });
-    log.library.Write(text);
-    log.library.Write(L"short");
-  }
+  INTERPOSER(WriteFile) write(log.Module(), [&](auto... all) { return write.Original()(all...); });
 
-  const auto texts = ReadTexts(log.place.CurrentFile());
-  EXPECT_EQ(writes, 2);
+  log.Write(std::wstring(1024 * 1024, L'\u4E2D'));
+  log.Write(L"short");
+
+  const std::vector<std::string> texts = log.Texts();
+  EXPECT_EQ(write.Calls(), 2);
   ASSERT_EQ(texts.size(), 2u);
   EXPECT_EQ(texts[0].size(), 3u * 1024 * 1024);
   EXPECT_EQ(texts[1], "short");
 }
 
+// Nobody has a turn, which would keep the threads apart too.
+TEST(LogRecordTest, OfAnotherThreadWaitsForTheOneThatIsBeingWritten) {
+  constexpr int kRecords = 20;
+  StartedLog log;
+  std::atomic<int> writing = 0;
+  std::atomic<bool> has_overlapped = false;
+  const INTERPOSER(WaitForSingleObject) no_turn(log.Module(), Answers(DWORD{WAIT_TIMEOUT}));
+  INTERPOSER(WriteFile) write(log.Module(), [&](auto... all) {
+    if (++writing > 1) {
+      has_overlapped = true;
+    }
+    ::Sleep(1);
+    --writing;
+    return write.Original()(all...);
+  });
+  const auto write_all = [&] {
+    for (int record = 0; record < kRecords; ++record) {
+      log.Write(2, nullptr, nullptr);
+    }
+  };
+
+  std::thread other(write_all);
+  write_all();
+  other.join();
+
+  EXPECT_FALSE(has_overlapped);
+  EXPECT_EQ(log.Texts(), std::vector<std::string>(2 * kRecords));
+}
+
 TEST(LogRecordTest, TakesNullForEmpty) {
   StartedLog log;
 
-  log.library.Write(2, nullptr, nullptr);
+  log.Write(2, nullptr, nullptr);
 
-  const auto records = ReadRecords(log.place.CurrentFile());
+  const auto records = ReadRecords(log.CurrentFile());
   ASSERT_EQ(records.size(), 2u);
   EXPECT_EQ(records[1].tag, "");
   EXPECT_EQ(records[1].text, "");
@@ -172,9 +183,9 @@ TEST(LogRecordTest, TakesNullForEmpty) {
 TEST(LogRecordTest, IsThereBeforeAnyFlushOrStop) {
   StartedLog log;
 
-  log.library.Write(L"at once");
+  log.Write(L"at once");
 
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("at once"));
+  EXPECT_THAT(log.Texts(), ElementsAre("at once"));
 }
 
 }  // namespace

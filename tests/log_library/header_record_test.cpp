@@ -1,19 +1,8 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cstring>
-#include <string>
 #include <string_view>
-#include <vector>
 
-#include "log_library/record_time.h"
-#include "tests/log_library/loaded_log_library.h"
-#include "tests/log_library/log_records.h"
-#include "tests/support/interposer.h"
-
-// This needs <windows.h> first.
-#include <winver.h>
+#include "log_library/file_time.h"
+#include "tests/log_library/test_log.h"
 
 namespace nhupdate_test {
 namespace {
@@ -23,152 +12,114 @@ using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;
 
-// The text of the only record.
-std::string HeaderOf(const LogPlace& place) {
-  const auto records = ReadRecords(place.CurrentFile());
+// Starts the log, and gives the text of its only record.
+std::string HeaderOf(TestLog& log, const char* version = "1.0.0") {
+  EXPECT_EQ(log.Start(log.Settings().c_str(), log.Folder().c_str(), version), 0);
+  const auto records = ReadRecords(log.CurrentFile());
   EXPECT_EQ(records.size(), 1u);
   return records.empty() ? std::string() : records[0].text;
 }
 
 TEST(LogHeaderTest, TellsWhoWritesOnWhatSystem) {
-  const LogPlace place;
-  LoadedLogLibrary library;
+  TestLog log;
 
-  const int result = library.StartWithVersion("7.8.9", place.Folder());
+  const std::string header = HeaderOf(log, "7.8.9");
 
-  EXPECT_EQ(result, 0);
-  const auto records = ReadRecords(place.CurrentFile());
-  ASSERT_EQ(records.size(), 1u);
-  EXPECT_EQ(records[0].tag, "NSWLogDynamic64U");
-  EXPECT_EQ(records[0].level, "INFO");
-  const std::string offset =
-      nhupdate::FormatUtcOffset(nhupdate::CurrentRecordTime().utc_offset_minutes);
-  // GoogleTest's small regular expressions know digits as \d and no groups or sets.
-  EXPECT_THAT(records[0].text, MatchesRegex("Log library \\d+\\.\\d+\\.\\d+, "
-                                            "program version 4.5.6, interface version 7.8.9, "
-                                            "executable \\w:\\\\.*\\\\log_library_tests.exe, "
-                                            "Windows \\d+\\.\\d+\\.\\d+, "
-                                            "time zone \\w.* \\(UTC.\\d\\d:\\d\\d\\)"));
-  EXPECT_THAT(records[0].text, EndsWith("(UTC" + offset + ")"));
+  // GoogleTest's small regular expressions know digits as \d and no groups or sets. Version 4.5.6
+  // is that of this executable (version.rc).
+  EXPECT_THAT(header, MatchesRegex("Log library \\d+\\.\\d+\\.\\d+, "
+                                   "program version 4.5.6, interface version 7.8.9, "
+                                   "executable \\w:\\\\.*\\\\log_library_tests.exe, "
+                                   "Windows \\d+\\.\\d+\\.\\d+, "
+                                   "time zone \\w.* \\(UTC.\\d\\d:\\d\\d\\)"));
+  const auto records = ReadRecords(log.CurrentFile());
+  EXPECT_EQ(records.at(0).tag, "NSWLogDynamic64U");
+  EXPECT_EQ(records.at(0).level, "INFO");
 }
 
-// This executable's version resource is what the test makes of it.
-TEST(LogHeaderTest, NamesTheVersionOfTheRunningExecutable) {
-  std::vector<char> resource(40 + sizeof(VS_FIXEDFILEINFO));
-  VS_FIXEDFILEINFO information = {};
-  information.dwSignature = VS_FFI_SIGNATURE;
+LONG WINAPI TellWindowsVersion(OSVERSIONINFOW* version) {
+  version->dwMajorVersion = 10;
+  version->dwMinorVersion = 2;
+  version->dwBuildNumber = 19045;
+  return 0;
+}
+
+TEST(LogHeaderTest, NamesTheVersionOfWindowsWhereThereIsAWayToKnowIt) {
   const struct {
-    const char* name;
-    DWORD signature;
-    DWORD upper;
-    DWORD lower;
-    DWORD size;
-    const char* version;
+    FARPROC entry;
+    const char* shown;
   } cases[] = {
-      {"three parts", VS_FFI_SIGNATURE, 0x0001'0003, 0x0000'0000, 92, "1.3.0"},
-      {"four parts", VS_FFI_SIGNATURE, 0xFFFF'0000, 0x0002'000A, 92, "65535.0.2.10"},
-      {"another kind of resource", 0x1234'5678, 0x0001'0003, 0x0000'0000, 92, "unknown"},
-      {"cut off", VS_FFI_SIGNATURE, 0x0001'0003, 0x0000'0000, 91, "unknown"},
+      {reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(&TellWindowsVersion)), "10.2.19045"},
+      {nullptr, "of unknown version"},
   };
   for (const auto& test : cases) {
-    information.dwSignature = test.signature;
-    information.dwFileVersionMS = test.upper;
-    information.dwFileVersionLS = test.lower;
-    std::memcpy(resource.data() + 40, &information, sizeof(information));
-    const LogPlace place;
-    LoadedLogLibrary library;
-    {
-      Interposer<decltype(::SizeofResource)> size(library.Module(), "SizeofResource",
-                                                  [&](HMODULE, HRSRC) { return test.size; });
-      Interposer<decltype(::LockResource)> lock(library.Module(), "LockResource",
-                                                [&](HGLOBAL) -> void* { return resource.data(); });
-      EXPECT_EQ(library.Start(place.Settings(), place.Folder()), 0);
-    }
+    TestLog log;
+    INTERPOSER(GetProcAddress) entry(log.Module(), [&](HMODULE module, const char* name) {
+      return name == std::string_view("RtlGetVersion") ? test.entry
+                                                       : entry.Original()(module, name);
+    });
 
-    EXPECT_THAT(HeaderOf(place), HasSubstr(std::string(", program version ") + test.version + ","))
-        << test.name;
+    EXPECT_THAT(HeaderOf(log), HasSubstr(std::string(", Windows ") + test.shown + ", time zone "));
   }
 }
 
-TEST(LogHeaderTest, SaysThatTheVersionOfAnExecutableWithoutAResourceIsUnknown) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-  int result = 1;
-  {
-    Interposer<decltype(::FindResourceW)> find(
-        library.Module(), "FindResourceW", [](HMODULE, const wchar_t*, const wchar_t*) -> HRSRC {
-          ::SetLastError(ERROR_RESOURCE_TYPE_NOT_FOUND);
-          return nullptr;
-        });
-    result = library.Start(place.Settings(), place.Folder());
-  }
+TEST(LogHeaderTest, NamesTheTimeZoneByItsKeyAndTheOffsetOfNow) {
+  TestLog log;
+  INTERPOSER(GetDynamicTimeZoneInformation) zone(
+      log.Module(), [](DYNAMIC_TIME_ZONE_INFORMATION* information) -> DWORD {
+        *information = {{}, L"Neufundland", {}, {}, {}, {}, {}, L"Newfoundland Standard Time", {}};
+        return TIME_ZONE_ID_STANDARD;
+      });
+  INTERPOSER(FileTimeToLocalFileTime) local(
+      log.Module(), [](const FILETIME* utc, FILETIME* local_time) -> BOOL {
+        constexpr ULONGLONG kUnitsOf210Minutes = 210ULL * 60 * 10'000'000;
+        const ULARGE_INTEGER units = {.QuadPart =
+                                          nhupdate::FileTimeUnits(*utc) - kUnitsOf210Minutes};
+        *local_time = {units.LowPart, units.HighPart};
+        return TRUE;
+      });
 
-  EXPECT_EQ(result, 0);
-  EXPECT_THAT(HeaderOf(place), HasSubstr(", program version unknown, interface version 1.0.0,"));
-}
-
-TEST(LogHeaderTest, SaysThatTheVersionOfWindowsIsUnknown) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-  int result = 1;
-  {
-    Interposer<decltype(::GetProcAddress)> entry(
-        library.Module(), "GetProcAddress", [&](HMODULE module, const char* name) -> FARPROC {
-          return name == std::string_view("RtlGetVersion") ? nullptr
-                                                           : entry.Original()(module, name);
-        });
-    result = library.Start(place.Settings(), place.Folder());
-  }
-
-  EXPECT_EQ(result, 0);
-  EXPECT_THAT(HeaderOf(place), HasSubstr(", Windows of unknown version, time zone "));
+  EXPECT_THAT(HeaderOf(log), EndsWith(", time zone Newfoundland Standard Time (UTC-03:30)"));
 }
 
 TEST(LogHeaderTest, IsWrittenWhateverTheLevel) {
-  const LogPlace place("Level=4\n");
-  LoadedLogLibrary library;
+  TestLog log("Level=4\n");
 
-  const int result = library.Start(place.Settings(), place.Folder());
-
-  EXPECT_EQ(result, 0);
-  EXPECT_THAT(HeaderOf(place), StartsWith("Log library "));
+  EXPECT_THAT(HeaderOf(log), StartsWith("Log library "));
 }
 
+// Where there isn't room enough, Windows cuts the path and returns the size that it was given.
 TEST(LogHeaderTest, HoldsTheWholeOfALongExecutablePath) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-  const std::wstring long_path = L"C:\\" + std::wstring(700, L'p') + L"\\long.exe";
-  int result = 1;
-  {
-    Interposer<decltype(::GetModuleFileNameW)> name(
-        library.Module(), "GetModuleFileNameW", [&](HMODULE, wchar_t* path, DWORD size) -> DWORD {
-          const std::size_t room = size - 1;  // for the text without its end
-          const std::wstring cut = long_path.substr(0, room);
+  for (const std::size_t length : {259u, 260u, 700u}) {
+    const std::wstring long_path = L"C:\\" + std::wstring(length - 3, L'p');
+    TestLog log;
+    INTERPOSER(GetModuleFileNameW) name(
+        log.Module(), [&](HMODULE, wchar_t* path, DWORD size) -> DWORD {
+          const std::wstring cut = long_path.substr(0, size - 1);
           std::copy_n(cut.c_str(), cut.size() + 1, path);
-          ::SetLastError(long_path.size() > room ? ERROR_INSUFFICIENT_BUFFER : ERROR_SUCCESS);
-          return long_path.size() > room ? size : static_cast<DWORD>(cut.size());
+          return cut == long_path ? static_cast<DWORD>(cut.size()) : size;
         });
-    result = library.Start(place.Settings(), place.Folder());
-  }
 
-  EXPECT_EQ(result, 0);
-  EXPECT_THAT(HeaderOf(place),
-              HasSubstr("executable C:\\" + std::string(700, 'p') + "\\long.exe,"));
+    EXPECT_THAT(HeaderOf(log),
+                HasSubstr("executable C:\\" + std::string(length - 3, 'p') + ", Windows"));
+  }
 }
 
 TEST(LogHeaderTest, AcceptsAnyVersionText) {
-  const LogPlace place;
-  LoadedLogLibrary library;
+  const struct {
+    const char* version;
+    const char* shown;
+  } cases[] = {
+      {nullptr, ""},
+      {"", ""},
+      {"1\n\xFF%s", "1\n\xC3\xBF%s"},
+  };
+  for (const auto& [version, shown] : cases) {
+    TestLog log;
 
-  EXPECT_EQ(library.StartWithVersion(nullptr, place.Folder()), 0);
-  EXPECT_EQ(library.StartWithVersion("", place.Folder()), 0);
-  EXPECT_EQ(library.StartWithVersion("1\n\xFF%s", place.Folder()), 0);
-
-  const auto records = ReadRecords(place.CurrentFile());
-  ASSERT_EQ(records.size(), 3u);
-  EXPECT_THAT(records[0].text, HasSubstr(", interface version , executable "));
-  EXPECT_THAT(records[1].text, HasSubstr(", interface version , executable "));
-  EXPECT_THAT(records[2].text, HasSubstr(", interface version 1\n\xC3\xBF%s, executable "));
+    EXPECT_THAT(HeaderOf(log, version),
+                HasSubstr(std::string(", interface version ") + shown + ", executable "));
+  }
 }
 
 }  // namespace

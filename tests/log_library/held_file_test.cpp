@@ -1,18 +1,11 @@
 // A current file that someone else keeps to himself.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
+#include <optional>
 
 #include "base/existence.h"
-#include "base/unique_handle.h"
-#include "base/windows.h"
 #include "tests/log_library/fake_uptime.h"
-#include "tests/log_library/loaded_log_library.h"
-#include "tests/log_library/log_records.h"
-#include "tests/support/files.h"
-#include "tests/support/interposer.h"
+#include "tests/log_library/test_log.h"
+#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
@@ -21,137 +14,148 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::StartsWith;
 
-constexpr char kEarlier[] = "2026-11-20T14:03:05.123+02:00 [1:1] INFO  [tag] earlier\n";
-constexpr char kInPlaceOfAHeldFile[] =
-    ", in place of NHUpdateManager.log, which another program keeps to itself";
+// A log whose file, with a record of an earlier run in it, is held. Nobody really waits for it.
+class HeldLog : public TestLog {
+ public:
+  explicit HeldLog(const std::string& settings = "", DWORD sharing = 0)
+      : TestLog(settings), sleep_(Module(), [this](DWORD milliseconds) {
+          waited_ms_ += milliseconds;
+          if (sleep_.Calls() == sleeps_until_release_) {
+            LetGo();
+          }
+        }) {
+    WriteFileBytes(CurrentFile(), kEarlier);
+    holder_.emplace(CurrentFile(), sharing);
+  }
 
-nhupdate::UniqueFile Hold(const LogPlace& place, DWORD sharing) {
-  WriteFileBytes(place.CurrentFile(), kEarlier);
-  nhupdate::UniqueFile holder(::CreateFileW(place.CurrentFile().c_str(), GENERIC_READ, sharing,
-                                            nullptr, OPEN_EXISTING, 0, nullptr));
-  EXPECT_TRUE(holder.IsValid());
-  return holder;
+  void LetGo() { holder_.reset(); }
+  void LetGoInSleep(int number) { sleeps_until_release_ = number; }
+  [[nodiscard]] DWORD WaitedMs() const { return waited_ms_; }
+
+ private:
+  std::optional<HeldFile> holder_;
+  DWORD waited_ms_ = 0;
+  int sleeps_until_release_ = 0;
+  INTERPOSER(Sleep) sleep_;
+};
+
+// The file in place of the held one begins by saying so; these are its other texts.
+std::vector<std::string> TextsInPlace(const std::wstring& file) {
+  const auto records = ReadRecords(file);
+  EXPECT_FALSE(records.empty());
+  if (!records.empty()) {
+    EXPECT_THAT(records[0].text, StartsWith("Log library "));
+    EXPECT_THAT(
+        records[0].text,
+        EndsWith(", in place of NHUpdateManager.log, which another program keeps to itself"));
+  }
+  return ReadTexts(file);
 }
 
 TEST(HeldFileTest, IsTriedForHalfASecondAndThenAnotherOneTakesItsPlace) {
   for (const DWORD sharing : {DWORD{0}, DWORD{FILE_SHARE_READ}}) {
-    const LogPlace place;
-    nhupdate::UniqueFile holder = Hold(place, sharing);
-    LoadedLogLibrary library;
-    DWORD waited_ms = 0;
-    int result = 1;
-    {
-      Interposer<decltype(::Sleep)> sleep(library.Module(), "Sleep",
-                                          [&](DWORD milliseconds) { waited_ms += milliseconds; });
-      result = library.Start(place.Settings(), place.Folder());
-    }
-    library.Write(L"record");
-    library.Stop();
-    holder.Reset();
+    HeldLog log("", sharing);
+
+    const int result = log.Start();
+    log.Write(L"record");
+    log.LetGo();
 
     EXPECT_EQ(result, 0);
-    EXPECT_EQ(waited_ms, 475u);
-    EXPECT_EQ(ReadFileBytes(place.CurrentFile()), kEarlier);
-    const auto records = ReadRecords(place.RotatedFile(1));
-    ASSERT_EQ(records.size(), 2u);
-    EXPECT_THAT(records[0].text, StartsWith("Log library "));
-    EXPECT_THAT(records[0].text, EndsWith(kInPlaceOfAHeldFile));
-    EXPECT_EQ(records[1].text, "record");
+    EXPECT_EQ(log.WaitedMs(), 475u);
+    EXPECT_EQ(ReadFileBytes(log.CurrentFile()), kEarlier);
+    EXPECT_THAT(TextsInPlace(log.RotatedFile(1)), ElementsAre("record"));
   }
 }
 
 TEST(HeldFileTest, IsUsedWhenItIsLetGoInTime) {
-  const LogPlace place;
-  nhupdate::UniqueFile holder = Hold(place, FILE_SHARE_READ);
-  LoadedLogLibrary library;
-  int result = 1;
-  {
-    Interposer<decltype(::Sleep)> sleep(library.Module(), "Sleep", [&](DWORD) {
-      if (sleep.Calls() == 19) {
-        holder.Reset();
-      }
-    });
-    result = library.Start(place.Settings(), place.Folder());
-  }
-  library.Write(L"record");
+  HeldLog log("", FILE_SHARE_READ);
+  log.LetGoInSleep(19);
+
+  const int result = log.Start();
+  log.Write(L"record");
 
   EXPECT_EQ(result, 0);
-  EXPECT_THAT(ReadTexts(place.CurrentFile()), ElementsAre("earlier", "record"));
-  EXPECT_FALSE(nhupdate::Exists(place.RotatedFile(1)));
+  EXPECT_THAT(log.Texts(), ElementsAre("earlier", "record"));
+  EXPECT_FALSE(nhupdate::Exists(log.RotatedFile(1)));
 }
 
 TEST(HeldFileTest, IsUsedAgainWithinASecondAfterItWasLetGo) {
-  const LogPlace place;
-  nhupdate::UniqueFile holder = Hold(place, 0);
-  LoadedLogLibrary library;
-  FakeUptime uptime(library);
-  ASSERT_EQ(library.Start(place.Settings(), place.Folder()), 0);
+  HeldLog log;
+  FakeUptime uptime(log.Module());
+  ASSERT_EQ(log.Start(), 0);
 
-  library.Write(L"held");
-  holder.Reset();
-  library.Write(L"too soon to be known");
-  uptime.Forward(1000);
-  library.Write(L"let go");
+  log.Write(L"held");
+  log.LetGo();
+  uptime.Forward(999);
+  log.Write(L"too soon to be known");
+  uptime.Forward(1);
+  log.Write(L"let go");
 
-  EXPECT_THAT(ReadTexts(place.RotatedFile(1)), ElementsAre("held", "too soon to be known"));
-  EXPECT_THAT(ReadTexts(place.CurrentFile()), ElementsAre("earlier", "let go"));
+  EXPECT_THAT(log.RotatedTexts(1), ElementsAre("held", "too soon to be known"));
+  EXPECT_THAT(log.Texts(), ElementsAre("earlier", "let go"));
 }
 
 TEST(HeldFileTest, IsReplacedByOneFileAfterTheOtherWhenTheseAreFull) {
-  const LogPlace place(kSmallFiles);
-  nhupdate::UniqueFile holder = Hold(place, 0);
-  LoadedLogLibrary library;
-  ASSERT_EQ(library.Start(place.Settings(), place.Folder()), 0);
+  HeldLog log(kSmallFiles);
+  ASSERT_EQ(log.Start(), 0);
 
-  library.Write(kFullFile);
-  library.Write(L"next");
+  log.Write(kFullFile);
+  log.Write(L"next");
 
-  const auto records = ReadRecords(place.RotatedFile(2));
-  EXPECT_THAT(ReadTexts(place.RotatedFile(1)), ElementsAre(kFullFileText));
-  ASSERT_EQ(records.size(), 2u);
-  EXPECT_THAT(records[0].text, EndsWith(kInPlaceOfAHeldFile));
-  EXPECT_EQ(records[1].text, "next");
+  EXPECT_THAT(TextsInPlace(log.RotatedFile(1)), ElementsAre(kFullFileText));
+  EXPECT_THAT(TextsInPlace(log.RotatedFile(2)), ElementsAre("next"));
 }
 
 // The settings may leave room for no rotated file at all.
 TEST(HeldFileTest, IsReplacedByAFileThatNobodyDeletesWhileItIsWritten) {
-  const LogPlace place("MaxFiles=1\n");
-  nhupdate::UniqueFile holder = Hold(place, 0);
-  LoadedLogLibrary library;
-  ASSERT_EQ(library.Start(place.Settings(), place.Folder()), 0);
+  HeldLog log("MaxFiles=1\n");
+  ASSERT_EQ(log.Start(), 0);
 
-  library.Write(L"one");
-  library.Write(L"two");
+  log.Write(L"one");
+  log.Write(L"two");
 
-  EXPECT_FALSE(::DeleteFileW(place.RotatedFile(1).c_str()));
-  EXPECT_THAT(ReadTexts(place.RotatedFile(1)), ElementsAre("one", "two"));
+  EXPECT_FALSE(::DeleteFileW(log.RotatedFile(1).c_str()));
+  EXPECT_THAT(log.RotatedTexts(1), ElementsAre("one", "two"));
+}
+
+// A name that nobody can have foreseen is tried then.
+TEST(HeldFileTest, IsReplacedUnderAnotherNameWhenTheNextOneWasTakenMeanwhile) {
+  for (const bool is_taken_by_a_folder : {false, true}) {
+    HeldLog log;
+    INTERPOSER(CreateFileW) create(log.Module(), [&](const wchar_t* path, auto... rest) {
+      if (path == log.RotatedFile(1) && is_taken_by_a_folder) {
+        CreateFolders(path);
+      } else if (path == log.RotatedFile(1)) {
+        WriteFileBytes(path, "x");
+      }
+      return create.Original()(path, rest...);
+    });
+
+    EXPECT_EQ(log.Start(), 0);
+
+    EXPECT_THAT(log.Files(), testing::SizeIs(3));
+  }
 }
 
 TEST(HeldFileTest, IsLeftAsItIsByAWriterThatGivesUp) {
-  const LogPlace place;
-  nhupdate::UniqueFile holder = Hold(place, 0);
-  LoadedLogLibrary library;
-  int result = 0;
-  {
-    Interposer<decltype(::Sleep)> sleep(library.Module(), "Sleep", [](DWORD) {});
-    Interposer<decltype(::CreateFileW)> create(
-        library.Module(), "CreateFileW",
-        [&](const wchar_t* path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
-            DWORD disposition, DWORD flags, HANDLE model) {
-          if (disposition != CREATE_NEW) {
-            return create.Original()(path, access, sharing, security, disposition, flags, model);
-          }
-          ::SetLastError(ERROR_DISK_FULL);
-          return INVALID_HANDLE_VALUE;
-        });
-    result = library.Start(place.Settings(), place.Folder());
-  }
-  library.Write(L"ignored");
-  holder.Reset();
+  HeldLog log;
+  INTERPOSER(CreateFileW) create(
+      log.Module(), [&](const wchar_t* path, DWORD access, DWORD sharing,
+                        SECURITY_ATTRIBUTES* security, DWORD disposition, auto... rest) {
+        if (disposition != CREATE_NEW) {
+          return create.Original()(path, access, sharing, security, disposition, rest...);
+        }
+        ::SetLastError(ERROR_DISK_FULL);
+        return INVALID_HANDLE_VALUE;
+      });
+
+  const int result = log.Start();
+  log.Write(L"ignored");
+  log.LetGo();
 
   EXPECT_EQ(result, 4);
-  EXPECT_EQ(ReadFileBytes(place.CurrentFile()), kEarlier);
-  EXPECT_THAT(ListTree(place.Folder()), ElementsAre(L"NHUpdateManager.log"));
+  EXPECT_EQ(ReadFileBytes(log.CurrentFile()), kEarlier);
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.log"));
 }
 
 }  // namespace

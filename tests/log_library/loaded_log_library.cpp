@@ -1,7 +1,5 @@
 #include "tests/log_library/loaded_log_library.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
 #include <cstdlib>
 
@@ -32,15 +30,6 @@ LoadedLogLibrary::LoadedLogLibrary() : library_(::LoadLibraryW(LogLibraryPath().
   Resolve(library_, "Stop", stop_);
   Resolve(library_, "Flush", flush_);
   Resolve(library_, "WriteLog", write_log_);
-}
-
-LogPlace::LogPlace(const std::string& settings) {
-  CreateFolders(Folder());
-  WriteFileBytes(Settings(), "[Log]\r\n" + settings);
-}
-
-StartedLog::StartedLog(const std::string& settings) : place(settings) {
-  EXPECT_EQ(library.Start(place.Settings(), place.Folder()), 0);
 }
 
 }  // namespace nhupdate_test

@@ -6,7 +6,6 @@
 
 #include "base/unique_handle.h"
 #include "base/windows.h"
-#include "tests/support/scratch_folder.h"
 
 namespace nhupdate_test {
 
@@ -17,14 +16,11 @@ class LoadedLogLibrary {
   // Aborts the test run when the library or an entry is missing.
   LoadedLogLibrary();
 
-  int Start(const wchar_t* settings, const wchar_t* folder) {
-    return start_("1.0.0", settings, folder);
+  int Start(const wchar_t* settings, const wchar_t* folder, const char* version = "1.0.0") {
+    return start_(version, settings, folder);
   }
   int Start(const std::wstring& settings, const std::wstring& folder) {
     return Start(settings.c_str(), folder.c_str());
-  }
-  int StartWithVersion(const char* version, const std::wstring& folder) {
-    return start_(version, nullptr, folder.c_str());
   }
   void Stop() { stop_(); }
   void Flush() { flush_(); }
@@ -40,39 +36,5 @@ class LoadedLogLibrary {
   void (*flush_)() = nullptr;
   void (*write_log_)(int, const wchar_t*, const wchar_t*) = nullptr;
 };
-
-// A log folder and a settings file in a scratch folder.
-class LogPlace {
- public:
-  // `settings` are the lines below [Log].
-  explicit LogPlace(const std::string& settings = "Level=1\n");
-
-  [[nodiscard]] std::wstring Folder() const { return scratch_.Path() + L"\\Log"; }
-  [[nodiscard]] std::wstring Settings() const { return scratch_.Path() + L"\\LogConfig.ini"; }
-  [[nodiscard]] std::wstring Outside(const std::wstring& name) const {
-    return scratch_.Path() + L"\\" + name;
-  }
-  [[nodiscard]] std::wstring CurrentFile() const { return Folder() + L"\\NHUpdateManager.log"; }
-  [[nodiscard]] std::wstring RotatedFile(int number) const {
-    return Folder() + L"\\NHUpdateManager." + std::to_wstring(number) + L".log";
-  }
-
- private:
-  ScratchFolder scratch_;
-};
-
-// A log that has been started in a place of its own; a test failure when that fails.
-struct StartedLog {
-  // `settings` are the lines below [Log].
-  explicit StartedLog(const std::string& settings = "Level=1\n");
-
-  LogPlace place;
-  LoadedLogLibrary library;
-};
-
-// The smallest size of a file, and a record that fills it, as it is written and as it is read.
-inline constexpr char kSmallFiles[] = "MaxFileSizeKB=16\n";
-inline const std::wstring kFullFile(16 * 1024, L'x');
-inline const std::string kFullFileText(16 * 1024, 'x');
 
 }  // namespace nhupdate_test

@@ -1,18 +1,12 @@
 // The current file: how it is opened, and what others have done to it.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "log_library/log_file.h"
 
-#include <utility>
+#include <cstdint>
 
 #include "base/existence.h"
-#include "base/unique_handle.h"
-#include "base/windows.h"
 #include "tests/log_library/fake_uptime.h"
-#include "tests/log_library/loaded_log_library.h"
-#include "tests/log_library/log_records.h"
-#include "tests/support/files.h"
-#include "tests/support/interposer.h"
+#include "tests/log_library/test_log.h"
 
 namespace nhupdate_test {
 namespace {
@@ -21,104 +15,78 @@ using testing::ElementsAre;
 using testing::StartsWith;
 
 TEST(LogFileTest, IsOpenForAppendingOnlySharedAndNotInherited) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-  DWORD access = 0;
-  DWORD sharing = 0;
-  DWORD disposition = 0;
-  bool is_inherited = true;
-  {
-    Interposer<decltype(::CreateFileW)> create(
-        library.Module(), "CreateFileW",
-        [&](const wchar_t* path, DWORD wanted, DWORD shared, SECURITY_ATTRIBUTES* security,
-            DWORD how, DWORD flags, HANDLE model) {
-          if (path == place.CurrentFile()) {
-            access = wanted;
-            sharing = shared;
-            disposition = how;
-            is_inherited = security != nullptr && security->bInheritHandle != FALSE;
-          }
-          return create.Original()(path, wanted, shared, security, how, flags, model);
-        });
-    EXPECT_EQ(library.Start(place.Settings(), place.Folder()), 0);
-  }
+  TestLog log;
+  INTERPOSER(CreateFileW) create(
+      log.Module(), [&](const wchar_t* path, DWORD access, DWORD sharing,
+                        SECURITY_ATTRIBUTES* security, DWORD disposition, auto... rest) {
+        if (path == log.CurrentFile()) {
+          EXPECT_EQ(access, DWORD{FILE_APPEND_DATA | FILE_READ_ATTRIBUTES | SYNCHRONIZE});
+          EXPECT_EQ(sharing, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE});
+          EXPECT_EQ(disposition, DWORD{OPEN_ALWAYS});
+          EXPECT_EQ(security, nullptr);
+        }
+        return create.Original()(path, access, sharing, security, disposition, rest...);
+      });
 
-  EXPECT_EQ(access, static_cast<DWORD>(FILE_APPEND_DATA | FILE_READ_ATTRIBUTES | SYNCHRONIZE));
-  EXPECT_EQ(sharing, static_cast<DWORD>(FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE));
-  EXPECT_EQ(disposition, static_cast<DWORD>(OPEN_ALWAYS));
-  EXPECT_FALSE(is_inherited);
+  EXPECT_EQ(log.Start(), 0);
+  EXPECT_TRUE(nhupdate::Exists(log.CurrentFile()));
 }
 
 TEST(LogFileTest, IsNotOpenedWhenItCantBeFoundOutWhatItIs) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-  Interposer<decltype(::Sleep)> sleep(library.Module(), "Sleep", [](DWORD) {});
-  Interposer<decltype(::GetFileInformationByHandle)> inspect(
-      library.Module(), "GetFileInformationByHandle",
-      [&](HANDLE file, BY_HANDLE_FILE_INFORMATION* information) -> BOOL {
-        if (inspect.Calls() == 1) {
-          return inspect.Original()(file, information);  // the folder
-        }
-        ::SetLastError(ERROR_ACCESS_DENIED);
-        return FALSE;
-      });
+  TestLog log;
+  const INTERPOSER(Sleep) sleep(log.Module(), [](DWORD) {});
+  INTERPOSER(GetFileInformationByHandle) inspect(log.Module(), [&](auto... all) -> BOOL {
+    if (inspect.Calls() == 1) {
+      return inspect.Original()(all...);  // the folder
+    }
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return FALSE;
+  });
 
-  EXPECT_EQ(library.Start(place.Settings(), place.Folder()), 4);
+  EXPECT_EQ(log.Start(), 4);
   EXPECT_EQ(inspect.Calls(), 1 + 20 + 1);  // the folder, the file, and the one in its place
 }
 
 TEST(LogFileTest, IsWrittenOnWhenItsSizeCantBeHad) {
-  const LogPlace place(kSmallFiles);
-  LoadedLogLibrary library;
-  Interposer<decltype(::GetFileInformationByHandleEx)> inspect(
-      library.Module(), "GetFileInformationByHandleEx",
-      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) -> BOOL {
+  TestLog log(kSmallFiles);
+  INTERPOSER(GetFileInformationByHandleEx) inspect(
+      log.Module(), [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, auto... rest) -> BOOL {
         if (kind != FileStandardInfo) {
-          return inspect.Original()(file, kind, information, size);
+          return inspect.Original()(file, kind, rest...);
         }
         ::SetLastError(ERROR_ACCESS_DENIED);
         return FALSE;
       });
 
-  const int result = library.Start(place.Settings(), place.Folder());
-  library.Write(kFullFile);
-  library.Write(L"next");
+  const int result = log.Start();
+  log.Write(kFullFile);
+  log.Write(L"next");
 
   EXPECT_EQ(result, 0);
-  EXPECT_THAT(ReadTexts(place.CurrentFile()), ElementsAre(kFullFileText, "next"));
-  EXPECT_FALSE(nhupdate::Exists(place.RotatedFile(1)));
+  EXPECT_THAT(log.Texts(), ElementsAre(kFullFileText, "next"));
+  EXPECT_FALSE(nhupdate::Exists(log.RotatedFile(1)));
 }
-
-constexpr char kCutShort[] = "2026-11-20T14:03:05.123+02:00 [1:1] INFO  [tag] cut sh";
 
 // What another process leaves behind when the disk is full.
-void AppendCutRecord(const LogPlace& place) {
-  const nhupdate::UniqueFile file(::CreateFileW(place.CurrentFile().c_str(), FILE_APPEND_DATA,
-                                                FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                                OPEN_ALWAYS, 0, nullptr));
-  DWORD written = 0;
-  EXPECT_TRUE(::WriteFile(file.Get(), kCutShort, sizeof(kCutShort) - 1, &written, nullptr));
-}
+const std::string kCutRecord = std::string(kEarlierHead) + "cut sh";
 
 TEST(LogFileTest, ACutRecordOfAnotherProcessIsNotContinuedByTheNextOne) {
   StartedLog log;
-  log.library.Write(L"before");
-  AppendCutRecord(log.place);
+  log.Write(L"before");
+  AppendFileBytes(log.CurrentFile(), kCutRecord);
 
-  log.library.Write(L"after");
+  log.Write(L"after");
 
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("before", "cut sh", "after"));
+  EXPECT_THAT(log.Texts(), ElementsAre("before", "cut sh", "after"));
 }
 
 TEST(LogFileTest, ACutRecordOfAnEarlierRunIsNotContinuedByTheHeaderRecord) {
-  const LogPlace place;
-  AppendCutRecord(place);
-  LoadedLogLibrary library;
+  TestLog log;
+  AppendFileBytes(log.CurrentFile(), kCutRecord);
 
-  const int result = library.Start(place.Settings(), place.Folder());
+  EXPECT_EQ(log.Start(), 0);
 
-  EXPECT_EQ(result, 0);
-  const auto records = ReadRecords(place.CurrentFile());
+  const auto records = ReadRecords(log.CurrentFile());
   ASSERT_EQ(records.size(), 2u);
   EXPECT_EQ(records[0].text, "cut sh");
   EXPECT_THAT(records[1].text, StartsWith("Log library "));
@@ -126,87 +94,106 @@ TEST(LogFileTest, ACutRecordOfAnEarlierRunIsNotContinuedByTheHeaderRecord) {
 
 TEST(LogFileTest, IsReadOnlyWhenOthersHaveWritten) {
   StartedLog log;
-  log.library.Write(L"before");
-  int looks = 0;
-  {
-    Interposer<decltype(::ReOpenFile)> open(
-        log.library.Module(), "ReOpenFile",
-        [&](HANDLE file, DWORD access, DWORD sharing, DWORD flags) {
-          EXPECT_EQ(access, static_cast<DWORD>(FILE_READ_DATA));
-          ++looks;
-          return open.Original()(file, access, sharing, flags);
-        });
-    log.library.Write(L"one");
-    log.library.Write(L"two");
-    EXPECT_EQ(looks, 0);
-    AppendCutRecord(log.place);
-    log.library.Write(L"three");
-    log.library.Write(L"four");
-  }
+  log.Write(L"before");
+  INTERPOSER(ReOpenFile) open(log.Module(), [&](HANDLE file, DWORD access, auto... rest) {
+    EXPECT_EQ(access, DWORD{FILE_READ_DATA});
+    return open.Original()(file, access, rest...);
+  });
 
-  EXPECT_EQ(looks, 1);
+  log.Write(L"one");
+  log.Write(L"two");
+  EXPECT_EQ(open.Calls(), 0);
+  AppendFileBytes(log.CurrentFile(), kCutRecord);
+  log.Write(L"three");
+  log.Write(L"four");
+
+  EXPECT_EQ(open.Calls(), 1);
 }
 
-// Says of the library's file, once, that it was deleted while it was open.
+TEST(LogFileTest, IsReadAtItsEndHoweverLongItIs) {
+  constexpr std::uint64_t kSize = 5ULL << 30;
+  StartedLog log;
+  INTERPOSER(GetFileInformationByHandleEx) inspect(
+      log.Module(),
+      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
+        const BOOL done = inspect.Original()(file, kind, information, size);
+        if (kind == FileStandardInfo) {
+          static_cast<FILE_STANDARD_INFO*>(information)->EndOfFile.QuadPart = kSize;
+        }
+        return done;
+      });
+  INTERPOSER(ReadFile) read(
+      log.Module(), [&](HANDLE, void*, DWORD, DWORD*, OVERLAPPED* position) -> BOOL {
+        EXPECT_EQ((std::uint64_t{position->OffsetHigh} << 32) | position->Offset, kSize - 1);
+        return FALSE;
+      });
+
+  log.Write(L"record");
+
+  EXPECT_GE(read.Calls(), 1);
+}
+
+// Says of a file, once, that it was deleted while it was open.
 class DeletedFile {
  public:
-  explicit DeletedFile(const LoadedLogLibrary& library)
-      : inspect_(
-            library.Module(), "GetFileInformationByHandleEx",
-            [this](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
-              const BOOL done = inspect_.Original()(file, kind, information, size);
-              if (kind == FileStandardInfo && std::exchange(is_deleted_, false)) {
-                static_cast<FILE_STANDARD_INFO*>(information)->NumberOfLinks = 0;
-              }
-              return done;
-            }) {}
+  explicit DeletedFile(const TestLog& log)
+      : inspect_(log.Module(), [this](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind,
+                                      void* information, DWORD size) {
+          const BOOL done = inspect_.Original()(file, kind, information, size);
+          if (kind == FileStandardInfo) {
+            tell_(*static_cast<FILE_STANDARD_INFO*>(information));
+            tell_ = [](FILE_STANDARD_INFO&) {};
+          }
+          return done;
+        }) {}
 
-  void Delete() { is_deleted_ = true; }
+  // How Windows tells it.
+  using Tell = void (*)(FILE_STANDARD_INFO&);
+  static constexpr Tell kByItsNames = [](FILE_STANDARD_INFO& file) { file.NumberOfLinks = 0; };
+  static constexpr Tell kByItself = [](FILE_STANDARD_INFO& file) { file.DeletePending = TRUE; };
+
+  void Delete(const TestLog& log, Tell tell) {
+    EXPECT_TRUE(::MoveFileW(log.CurrentFile().c_str(), log.Outside(L"deleted.log").c_str()));
+    tell_ = tell;
+  }
 
  private:
-  bool is_deleted_ = false;
-  Interposer<decltype(::GetFileInformationByHandleEx)> inspect_;
+  Tell tell_ = [](FILE_STANDARD_INFO&) {};
+  INTERPOSER(GetFileInformationByHandleEx) inspect_;
 };
 
 TEST(LogFileTest, IsNotWrittenToWhenItWasDeleted) {
-  StartedLog log;
-  DeletedFile deleted(log.library);
-  const FakeUptime uptime(log.library);
-  log.library.Write(L"before");
-  ASSERT_TRUE(
-      ::MoveFileW(log.place.CurrentFile().c_str(), log.place.Outside(L"deleted.log").c_str()));
-  deleted.Delete();
+  for (const DeletedFile::Tell tell : {DeletedFile::kByItsNames, DeletedFile::kByItself}) {
+    StartedLog log;
+    DeletedFile deleted(log);
+    const FakeUptime uptime(log.Module());
+    log.Write(L"before");
+    deleted.Delete(log, tell);
 
-  log.library.Write(L"after");
+    log.Write(L"after");
 
-  EXPECT_THAT(ReadTexts(log.place.Outside(L"deleted.log")), ElementsAre("before"));
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("after"));
+    EXPECT_THAT(ReadTexts(log.Outside(L"deleted.log")), ElementsAre("before"));
+    EXPECT_THAT(log.Texts(), ElementsAre("after"));
+  }
 }
 
 // Only without a turn can another process rotate the file and delete it in between.
 TEST(LogFileTest, GetsARecordAgainThatWentIntoADeletedOne) {
   StartedLog log;
-  DeletedFile deleted(log.library);
-  Interposer<decltype(::WaitForSingleObject)> wait(
-      log.library.Module(), "WaitForSingleObject",
-      [](HANDLE, DWORD) -> DWORD { return WAIT_TIMEOUT; });
-  log.library.Write(L"before");
-  {
-    bool is_first = true;
-    Interposer<decltype(::WriteFile)> write(
-        log.library.Module(), "WriteFile",
-        [&](HANDLE file, const void* data, DWORD size, DWORD* written, OVERLAPPED* overlapped) {
-          if (std::exchange(is_first, false)) {
-            ::MoveFileW(log.place.CurrentFile().c_str(), log.place.Outside(L"deleted.log").c_str());
-            deleted.Delete();
-          }
-          return write.Original()(file, data, size, written, overlapped);
-        });
-    log.library.Write(L"record");
-    EXPECT_EQ(write.Calls(), 2);
-  }
+  DeletedFile deleted(log);
+  const INTERPOSER(WaitForSingleObject) no_turn(log.Module(), Answers(DWORD{WAIT_TIMEOUT}));
+  INTERPOSER(WriteFile) write(log.Module(), [&](auto... all) {
+    if (write.Calls() == 1) {
+      deleted.Delete(log, DeletedFile::kByItsNames);
+    }
+    return write.Original()(all...);
+  });
 
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("record"));
+  log.Write(L"record");
+
+  EXPECT_EQ(write.Calls(), 2);
+  EXPECT_THAT(ReadTexts(log.Outside(L"deleted.log")), ElementsAre("record"));
+  EXPECT_THAT(log.Texts(), ElementsAre("record"));
 }
 
 }  // namespace

@@ -2,63 +2,39 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <string_view>
 
-#include "log_library/rotated_files.h"
 #include "tests/support/files.h"
 
 namespace nhupdate_test {
 
 namespace {
 
-// Taken apart by hand: 40,000 lines are too many for std::regex. True when `text` begins with
-// what `pattern` says, in which '0' stands for any digit.
-bool BeginsLike(const std::string& text, const std::string& pattern) {
-  if (text.size() < pattern.size()) {
-    return false;
-  }
-  for (std::size_t index = 0; index < pattern.size(); ++index) {
-    const bool is_digit = text[index] >= '0' && text[index] <= '9';
-    if (pattern[index] == '0' ? !is_digit : text[index] != pattern[index]) {
-      return false;
-    }
-  }
-  return true;
-}
-
-// The part of `line` from `position` up to `end`, behind which the position is moved. False when
-// there is no such end.
-bool Take(const std::string& line, const std::string& end, std::size_t& position,
-          std::string& part) {
-  const std::size_t found = line.find(end, position);
-  if (found == std::string::npos) {
-    return false;
-  }
-  part = line.substr(position, found - position);
-  position = found + end.size();
-  return true;
-}
-
-bool IsNumber(const std::string& text) {
-  return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
-}
-
+// Taken apart by hand: so many lines are too many for std::regex.
 bool ParseFirstLine(const std::string& line, LogRecord& record) {
-  const bool has_time = BeginsLike(line, "0000-00-00T00:00:00.000+00:00 [") ||
-                        BeginsLike(line, "0000-00-00T00:00:00.000-00:00 [");
-  std::size_t position = 0;
-  std::string process_id;
-  std::string thread_id;
-  if (!has_time || !Take(line, " [", position, record.time) ||
-      !Take(line, ":", position, process_id) || !Take(line, "] ", position, thread_id) ||
-      !Take(line, " [", position, record.level) || !Take(line, "] ", position, record.tag) ||
-      !IsNumber(process_id) || !IsNumber(thread_id) || record.level.size() < 4) {
+  constexpr std::string_view kTime = "0000-00-00T00:00:00.000+00:00";
+  record.time = line.substr(0, kTime.size());
+  std::string form = record.time;
+  std::replace_if(
+      form.begin(), form.end(), [](char unit) { return unit >= '0' && unit <= '9'; }, '0');
+  if (form != kTime && form != "0000-00-00T00:00:00.000-00:00") {
     return false;
   }
-  record.level.resize(record.level.find_last_not_of(' ') + 1);
-  record.process_id = std::stoul(process_id);
-  record.thread_id = std::stoul(thread_id);
-  record.text = line.substr(position);
+  std::array<char, 16> level = {};
+  int tag = 0;
+  std::sscanf(line.c_str() + kTime.size(), " [%lu:%lu] %15s [%n", &record.process_id,
+              &record.thread_id, level.data(), &tag);
+  const std::size_t tag_begin = kTime.size() + static_cast<std::size_t>(tag);
+  const std::size_t tag_end = line.find("] ", tag_begin);
+  if (tag == 0 || tag_end == std::string::npos) {
+    return false;
+  }
+  record.level = level.data();
+  record.tag = line.substr(tag_begin, tag_end - tag_begin);
+  record.text = line.substr(tag_end + 2);
   return true;
 }
 
@@ -67,8 +43,10 @@ bool ParseFirstLine(const std::string& line, LogRecord& record) {
 std::vector<LogRecord> ParseRecords(const std::string& bytes) {
   std::vector<LogRecord> records;
   std::size_t position = 0;
-  std::string line;
-  while (Take(bytes, "\n", position, line)) {
+  for (std::size_t end = bytes.find('\n'); end != std::string::npos;
+       end = bytes.find('\n', position)) {
+    const std::string line = bytes.substr(position, end - position);
+    position = end + 1;
     LogRecord record;
     if (line.starts_with("    ") && !records.empty()) {
       records.back().text += "\n" + line.substr(4);
@@ -94,19 +72,6 @@ std::vector<std::string> ReadTexts(const std::wstring& file) {
     }
   }
   return texts;
-}
-
-std::vector<std::wstring> LogFilesInOrder(const std::wstring& folder) {
-  std::map<unsigned, std::wstring> rotated;
-  for (const auto& file : nhupdate::ListRotatedFiles(folder)) {
-    rotated[file.number] = folder + L"\\" + file.name;
-  }
-  std::vector<std::wstring> files;
-  for (const auto& [number, file] : rotated) {
-    files.push_back(file);
-  }
-  files.push_back(folder + L"\\NHUpdateManager.log");
-  return files;
 }
 
 }  // namespace nhupdate_test

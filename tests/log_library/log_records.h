@@ -25,8 +25,10 @@ struct LogRecord {
 // The texts of the file's records but for the library's own.
 [[nodiscard]] std::vector<std::string> ReadTexts(const std::wstring& file);
 
-// All files of a log folder one after the other: the rotated ones by their number, then the
-// current one.
-[[nodiscard]] std::vector<std::wstring> LogFilesInOrder(const std::wstring& folder);
+// What stands before the text in a record of an earlier run, or of another process.
+inline constexpr char kEarlierHead[] = "2026-11-20T14:03:05.123+02:00 [1:1] INFO  [tag] ";
+
+// Such a record.
+inline const std::string kEarlier = std::string(kEarlierHead) + "earlier\n";
 
 }  // namespace nhupdate_test

@@ -1,16 +1,9 @@
 // Records for which there was no room on the disk.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstddef>
-#include <string>
 #include <utility>
-#include <vector>
 
-#include "tests/log_library/loaded_log_library.h"
-#include "tests/log_library/log_records.h"
-#include "tests/support/interposer.h"
+#include "tests/log_library/test_log.h"
 
 namespace nhupdate_test {
 namespace {
@@ -22,11 +15,11 @@ enum class Room { kNone, kAllButFiveBytes, kEnough };
 // A disk with that much room for the library's writes, one after the other, and then enough.
 class ScriptedDisk {
  public:
-  ScriptedDisk(const LoadedLogLibrary& library, std::vector<Room> rooms)
+  ScriptedDisk(HMODULE library, std::vector<Room> rooms)
       : rooms_(std::move(rooms)),
-        write_(library.Module(), "WriteFile",
+        write_(library,
                [this](HANDLE file, const void* data, DWORD size, DWORD* written,
-                      OVERLAPPED* overlapped) -> BOOL {
+                      auto... rest) -> BOOL {
                  const Room room = next_ < rooms_.size() ? rooms_[next_] : Room::kEnough;
                  ++next_;
                  if (room == Room::kNone) {
@@ -35,7 +28,7 @@ class ScriptedDisk {
                    return FALSE;
                  }
                  const DWORD taken = room == Room::kEnough ? size : size - 5;
-                 return write_.Original()(file, data, taken, written, overlapped);
+                 return write_.Original()(file, data, taken, written, rest...);
                }) {}
 
   [[nodiscard]] std::size_t Writes() const { return next_; }
@@ -43,7 +36,7 @@ class ScriptedDisk {
  private:
   std::vector<Room> rooms_;
   std::size_t next_ = 0;
-  Interposer<decltype(::WriteFile)> write_;
+  INTERPOSER(WriteFile) write_;
 };
 
 std::string Loss(const std::string& count) {
@@ -61,93 +54,73 @@ std::vector<std::string> ReadAllBehindTheHeader(const LogPlace& place) {
   return lines;
 }
 
-TEST(LostRecordsTest, AreToldOfOnceBeforeTheNextRecord) {
-  StartedLog log;
-  const ScriptedDisk disk(log.library, {Room::kEnough, Room::kNone, Room::kNone, Room::kNone});
+TEST(LostRecordsTest, AreCountedInAWarningBeforeTheNextOneThatIsWritten) {
+  using enum Room;
+  const struct {
+    const char* name;
+    std::vector<Room> rooms;
+    std::vector<std::wstring> texts;
+    std::vector<std::string> written;
+    std::size_t writes;
+  } cases[] = {
+      {"several",
+       {kEnough, kNone, kNone, kNone},
+       {L"before", L"lost", L"lost", L"lost", L"after", L"and on"},
+       {"INFO|test|before", Loss("3"), "INFO|test|after", "INFO|test|and on"},
+       7},
+      {"one that was cut short",
+       {kAllButFiveBytes},
+       {L"cut short", L"whole", L"whole again"},
+       {"INFO|test|cut s", Loss("1"), "INFO|test|whole", "INFO|test|whole again"},
+       4},
+      {"the warning is lost too",
+       {kNone, kNone, kNone},
+       {L"lost", L"lost with its report", L"lost with its report", L"after"},
+       {Loss("3"), "INFO|test|after"},
+       5},
+      {"the warning is cut short",
+       {kNone, kAllButFiveBytes},
+       {L"lost", L"lost with its report", L"after"},
+       {Loss("1").substr(0, Loss("1").size() - 4), Loss("2"), "INFO|test|after"},
+       4},
+      {"more behind the warning",
+       {kNone, kEnough, kNone},
+       {L"lost", L"lost behind the report", L"after"},
+       {Loss("1"), Loss("1"), "INFO|test|after"},
+       5},
+  };
+  for (const auto& test : cases) {
+    StartedLog log;
+    const ScriptedDisk disk(log.Module(), test.rooms);
 
-  for (const wchar_t* text : {L"before", L"lost", L"lost", L"lost", L"after", L"and on"}) {
-    log.library.Write(text);
+    for (const std::wstring& text : test.texts) {
+      log.Write(text);
+    }
+
+    EXPECT_EQ(ReadAllBehindTheHeader(log), test.written) << test.name;
+    EXPECT_EQ(disk.Writes(), test.writes) << test.name;
   }
-
-  EXPECT_THAT(ReadAllBehindTheHeader(log.place),
-              ElementsAre("INFO|test|before", Loss("3"), "INFO|test|after", "INFO|test|and on"));
-  EXPECT_EQ(disk.Writes(), 7u);
-}
-
-TEST(LostRecordsTest, CountThoseThatWereCutShort) {
-  StartedLog log;
-  const ScriptedDisk disk(log.library, {Room::kAllButFiveBytes});
-
-  log.library.Write(L"cut short");
-  log.library.Write(L"whole");
-  log.library.Write(L"whole again");
-
-  EXPECT_THAT(
-      ReadAllBehindTheHeader(log.place),
-      ElementsAre("INFO|test|cut s", Loss("1"), "INFO|test|whole", "INFO|test|whole again"));
-}
-
-TEST(LostRecordsTest, AreToldOfLaterWhenTheReportIsLostToo) {
-  StartedLog log;
-  const ScriptedDisk disk(log.library, {Room::kNone, Room::kNone, Room::kNone});
-
-  log.library.Write(L"lost");
-  log.library.Write(L"lost with its report");
-  log.library.Write(L"lost with its report");
-  log.library.Write(L"after");
-
-  EXPECT_THAT(ReadAllBehindTheHeader(log.place), ElementsAre(Loss("3"), "INFO|test|after"));
-}
-
-TEST(LostRecordsTest, AreToldOfAgainWhenTheReportWasCutShort) {
-  StartedLog log;
-  const ScriptedDisk disk(log.library, {Room::kNone, Room::kAllButFiveBytes});
-
-  log.library.Write(L"lost");
-  log.library.Write(L"lost with its report");
-  log.library.Write(L"after");
-
-  const std::string cut_report = Loss("1").substr(0, Loss("1").size() - 4);
-  EXPECT_THAT(ReadAllBehindTheHeader(log.place),
-              ElementsAre(cut_report, Loss("2"), "INFO|test|after"));
-}
-
-TEST(LostRecordsTest, BehindAReportAreCountedAnew) {
-  StartedLog log;
-  const ScriptedDisk disk(log.library, {Room::kNone, Room::kEnough, Room::kNone});
-
-  log.library.Write(L"lost");
-  log.library.Write(L"lost behind the report");
-  log.library.Write(L"after");
-
-  EXPECT_THAT(ReadAllBehindTheHeader(log.place),
-              ElementsAre(Loss("1"), Loss("1"), "INFO|test|after"));
 }
 
 TEST(LostRecordsTest, AreToldOfWhateverTheLevel) {
   StartedLog log("Level=4\n");
-  const ScriptedDisk disk(log.library, {Room::kNone});
+  const ScriptedDisk disk(log.Module(), {Room::kNone});
 
-  log.library.Write(4, L"test", L"lost");
-  log.library.Write(3, L"test", L"below the level");
-  log.library.Write(4, L"test", L"after");
+  log.Write(4, L"test", L"lost");
+  log.Write(3, L"test", L"below the level");
+  log.Write(4, L"test", L"after");
 
-  EXPECT_THAT(ReadAllBehindTheHeader(log.place), ElementsAre(Loss("1"), "ERROR|test|after"));
+  EXPECT_THAT(ReadAllBehindTheHeader(log), ElementsAre(Loss("1"), "ERROR|test|after"));
 }
 
 TEST(LostRecordsTest, CountTheHeaderRecord) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-  int result = 1;
-  {
-    const ScriptedDisk disk(library, {Room::kNone});
-    result = library.Start(place.Settings(), place.Folder());
-  }
+  TestLog log;
+  const ScriptedDisk disk(log.Module(), {Room::kNone});
 
-  library.Write(L"after");
+  EXPECT_EQ(log.Start(), 0);
+  log.Write(L"after");
 
-  EXPECT_EQ(result, 0);
-  EXPECT_THAT(ReadAllBehindTheHeader(place), ElementsAre(Loss("1"), "INFO|test|after"));
+  EXPECT_THAT(ReadAllBehindTheHeader(log), ElementsAre(Loss("1"), "INFO|test|after"));
 }
 
 }  // namespace

@@ -1,125 +1,145 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+// Which rotated files are deleted, and when.
 
-#include "base/existence.h"
-#include "tests/log_library/loaded_log_library.h"
-#include "tests/log_library/log_records.h"
-#include "tests/support/files.h"
+#include "tests/log_library/aged_file.h"
+#include "tests/log_library/test_log.h"
+#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
-
-void MakeRotatedFile(const LogPlace& place, int number, int age_hours) {
-  WriteFileBytes(place.RotatedFile(number), std::to_string(number));
-  const nhupdate::UniqueFile file(::CreateFileW(place.RotatedFile(number).c_str(),
-                                                FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0,
-                                                nullptr));
-  FILETIME time = {};
-  ::GetSystemTimeAsFileTime(&time);
-  ULARGE_INTEGER units = {{time.dwLowDateTime, time.dwHighDateTime}};
-  units.QuadPart -= static_cast<ULONGLONG>(age_hours) * 60 * 60 * 10'000'000;
-  time = {units.LowPart, units.HighPart};
-  EXPECT_TRUE(::SetFileTime(file.Get(), nullptr, nullptr, &time));
-}
 
 TEST(LogRetentionTest, KeepsTheYoungestFilesUpToTheCount) {
   StartedLog log("MaxFileSizeKB=16\nMaxFiles=3\n");
 
   for (int file = 0; file < 6; ++file) {
-    log.library.Write(kFullFile);
+    log.Write(kFullFile);
   }
 
-  EXPECT_THAT(
-      ListTree(log.place.Folder()),
-      ElementsAre(L"NHUpdateManager.4.log", L"NHUpdateManager.5.log", L"NHUpdateManager.log"));
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.4.log", L"NHUpdateManager.5.log",
+                                       L"NHUpdateManager.log"));
 }
 
 TEST(LogRetentionTest, KeepsTheCurrentFileAloneWhenThatIsTheCount) {
   StartedLog log("MaxFileSizeKB=16\nMaxFiles=1\n");
 
-  log.library.Write(kFullFile);
-  log.library.Write(L"next");
-  log.library.Stop();
+  log.Write(kFullFile);
+  log.Write(L"next");
 
-  EXPECT_THAT(ListTree(log.place.Folder()), ElementsAre(L"NHUpdateManager.log"));
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.log"));
 }
 
 TEST(LogRetentionTest, DeletesAtStartWhatIsTooOldOrTooMuch) {
-  const LogPlace place("MaxFiles=4\nMaxAgeDays=2\n");
-  MakeRotatedFile(place, 1, 49);
-  MakeRotatedFile(place, 2, 47);
-  MakeRotatedFile(place, 3, 4);
-  MakeRotatedFile(place, 4, 3);
-  MakeRotatedFile(place, 5, 2);
-  LoadedLogLibrary library;
+  const struct {
+    const char* settings;
+    std::vector<int> ages_hours;  // of the files 1, 2, ...
+    std::vector<int> kept;
+  } cases[] = {
+      {"MaxFiles=4\nMaxAgeDays=2\n", {49, 47, 4, 3, 2}, {3, 4, 5}},
+      {"MaxFiles=4\nMaxAgeDays=2\n", {2, 3, 4, 47, 49}, {1, 2, 3}},
+      {"MaxFiles=10\nMaxAgeDays=2\n", {49, 47}, {2}},
+      {"MaxFiles=10\nMaxAgeDays=1\n", {-48}, {1}},  // from the future
+  };
+  for (const auto& test : cases) {
+    TestLog log(test.settings);
+    for (std::size_t index = 0; index < test.ages_hours.size(); ++index) {
+      const std::wstring file = log.RotatedFile(static_cast<int>(index) + 1);
+      WriteFileBytes(file, "x");
+      SetLastWritten(file, HoursAgo(test.ages_hours[index]));
+    }
 
-  const int result = library.Start(place.Settings(), place.Folder());
+    EXPECT_EQ(log.Start(), 0);
 
-  EXPECT_EQ(result, 0);
-  EXPECT_THAT(ListTree(place.Folder()),
-              ElementsAre(L"NHUpdateManager.3.log", L"NHUpdateManager.4.log",
-                          L"NHUpdateManager.5.log", L"NHUpdateManager.log"));
+    std::vector<std::wstring> kept;
+    for (const int number : test.kept) {
+      kept.push_back(L"NHUpdateManager." + std::to_wstring(number) + L".log");
+    }
+    kept.push_back(L"NHUpdateManager.log");
+    EXPECT_EQ(log.Files(), kept) << test.settings;
+  }
 }
 
-TEST(LogRetentionTest, DeletesByAgeAlsoBelowTheCount) {
-  const LogPlace place("MaxFiles=10\nMaxAgeDays=2\n");
-  MakeRotatedFile(place, 1, 49);
-  MakeRotatedFile(place, 2, 47);
-  LoadedLogLibrary library;
+TEST(LogRetentionTest, DeletesWhatIsOlderThanTheAgeAndNotWhatIsJustSoOld) {
+  TestLog log("MaxFiles=10\nMaxAgeDays=1\n");
+  const FILETIME now = HoursAgo(0);
+  FILETIME a_day_before = HoursBefore(now, 24);
+  WriteFileBytes(log.RotatedFile(1), "x");
+  WriteFileBytes(log.RotatedFile(2), "x");
+  SetLastWritten(log.RotatedFile(1), a_day_before);
+  --a_day_before.dwLowDateTime;
+  SetLastWritten(log.RotatedFile(2), a_day_before);
+  INTERPOSER(GetSystemTimeAsFileTime) clock(log.Module(), [&](FILETIME* time) { *time = now; });
 
-  const int result = library.Start(place.Settings(), place.Folder());
+  EXPECT_EQ(log.Start(), 0);
 
-  EXPECT_EQ(result, 0);
-  EXPECT_THAT(ListTree(place.Folder()),
-              ElementsAre(L"NHUpdateManager.2.log", L"NHUpdateManager.log"));
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.1.log", L"NHUpdateManager.log"));
 }
 
-TEST(LogRetentionTest, AFileFromTheFutureIsNotTooOld) {
-  const LogPlace place("MaxFiles=10\nMaxAgeDays=1\n");
-  MakeRotatedFile(place, 1, -48);
-  LoadedLogLibrary library;
+TEST(LogRetentionTest, CountsNoFolderThatIsYoungerThanTheFiles) {
+  TestLog log("MaxFiles=2\n");
+  WriteFileBytes(log.RotatedFile(1), "x");
+  SetLastWritten(log.RotatedFile(1), HoursAgo(1));
+  CreateFolders(log.RotatedFile(2));
+  CreateFolders(log.RotatedFile(3));
 
-  const int result = library.Start(place.Settings(), place.Folder());
+  EXPECT_EQ(log.Start(), 0);
 
-  EXPECT_EQ(result, 0);
-  EXPECT_TRUE(nhupdate::Exists(place.RotatedFile(1)));
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.1.log", L"NHUpdateManager.2.log\\",
+                                       L"NHUpdateManager.3.log\\", L"NHUpdateManager.log"));
+}
+
+// 64 files are deleted at a time.
+TEST(LogRetentionTest, DeletesTheOldestFirst) {
+  constexpr int kFiles = 66;
+  TestLog log("MaxFiles=1\n");
+  for (int number = 1; number <= kFiles; ++number) {
+    WriteFileBytes(log.RotatedFile(number), "x");
+    SetLastWritten(log.RotatedFile(number), HoursAgo(number));
+  }
+
+  EXPECT_EQ(log.Start(), 0);
+
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.1.log", L"NHUpdateManager.2.log",
+                                       L"NHUpdateManager.log"));
+}
+
+TEST(LogRetentionTest, DeletesAtStartAlsoWhileAnotherProcessHasTheTurn) {
+  TestLog log("MaxFiles=1\n");
+  WriteFileBytes(log.RotatedFile(1), "x");
+  const INTERPOSER(WaitForSingleObject) no_turn(log.Module(), Answers(DWORD{WAIT_TIMEOUT}));
+
+  EXPECT_EQ(log.Start(), 0);
+
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.log"));
 }
 
 TEST(LogRetentionTest, LeavesForeignFilesAlone) {
-  const LogPlace place("MaxFiles=1\n");
+  TestLog log("MaxFiles=1\n");
   for (const wchar_t* name : {L"NHUpdateManager.1.log.bak", L"NHUpdateManager.x.log",
                               L"NHUpdateManager.exe.1234.dmp", L"Other.1.log"}) {
-    WriteFileBytes(place.Folder() + L"\\" + name, "x");
+    WriteFileBytes(log.Folder() + L"\\" + name, "x");
   }
-  LoadedLogLibrary library;
 
-  const int result = library.Start(place.Settings(), place.Folder());
+  EXPECT_EQ(log.Start(), 0);
 
-  EXPECT_EQ(result, 0);
-  EXPECT_THAT(
-      ListTree(place.Folder()),
-      UnorderedElementsAre(L"NHUpdateManager.1.log.bak", L"NHUpdateManager.exe.1234.dmp",
-                           L"NHUpdateManager.log", L"NHUpdateManager.x.log", L"Other.1.log"));
+  EXPECT_THAT(log.Files(), UnorderedElementsAre(
+                               L"NHUpdateManager.1.log.bak", L"NHUpdateManager.exe.1234.dmp",
+                               L"NHUpdateManager.log", L"NHUpdateManager.x.log", L"Other.1.log"));
 }
 
 TEST(LogRetentionTest, AFileThatCantBeDeletedStaysAndIsInNobodysWay) {
-  const LogPlace place("MaxFileSizeKB=16\nMaxFiles=1\n");
-  WriteFileBytes(place.RotatedFile(7), "held");
-  const nhupdate::UniqueFile holder(::CreateFileW(place.RotatedFile(7).c_str(), GENERIC_READ,
-                                                  FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0,
-                                                  nullptr));
-  LoadedLogLibrary library;
+  TestLog log("MaxFileSizeKB=16\nMaxFiles=1\n");
+  WriteFileBytes(log.RotatedFile(7), "held");
+  const HeldFile holder(log.RotatedFile(7), FILE_SHARE_READ);
 
-  const int result = library.Start(place.Settings(), place.Folder());
-  library.Write(kFullFile);
-  library.Write(L"next");
+  EXPECT_EQ(log.Start(), 0);
+  log.Write(kFullFile);
+  log.Write(L"next");
 
-  EXPECT_EQ(result, 0);
-  EXPECT_TRUE(nhupdate::Exists(place.RotatedFile(7)));
-  EXPECT_THAT(ReadTexts(place.CurrentFile()), ElementsAre("next"));
+  EXPECT_THAT(log.Files(), Contains(L"NHUpdateManager.7.log"));
+  EXPECT_THAT(log.Texts(), ElementsAre("next"));
 }
 
 }  // namespace

@@ -1,39 +1,47 @@
 #include "log_library/rotated_files.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "log_library/file_names.h"
+#include "log_library/file_time.h"
+#include "tests/log_library/aged_file.h"
+#include "tests/support/files.h"
+#include "tests/support/scratch_folder.h"
 
 namespace nhupdate_test {
 namespace {
 
 using nhupdate::NextRotatedNumbers;
 using nhupdate::RotatedFile;
-using nhupdate::RotatedNumber;
 
-TEST(RotatedFilesTest, KnowsItsOwnNamesAndNoOthers) {
-  const struct {
-    const wchar_t* name;
-    std::uint32_t number;
-  } cases[] = {
-      {L"NHUpdateManager.1.log", 1},
-      {L"NHUpdateManager.42.log", 42},
-      {L"NHUpdateManager.007.log", 7},
-      {L"nhupdatemanager.3.LOG", 3},
-      {L"NHUpdateManager.999999999.log", 999'999'999},
-      {L"NHUpdateManager.1000000000.log", 0},
-      {L"NHUpdateManager.0.log", 0},
-      {L"NHUpdateManager.log", 0},
-      {L"NHUpdateManager..log", 0},
-      {L"NHUpdateManager.-1.log", 0},
-      {L"NHUpdateManager.1x.log", 0},
-      {L"NHUpdateManager.1.log.bak", 0},
-      {L"Other.1.log", 0},
-      {L"", 0},
+TEST(RotatedFilesTest, AreListedFromTheYoungestOnAndByNumberWhenOfOneTime) {
+  const ScratchFolder scratch;
+  const auto path = [&](int number) {
+    return scratch.Path() + L"\\NHUpdateManager." + std::to_wstring(number) + L".log";
   };
-  for (const auto& test : cases) {
-    EXPECT_EQ(RotatedNumber(test.name), test.number) << testing::PrintToString(test.name);
+  const FILETIME new_time = HoursAgo(1);
+  const FILETIME old_time = HoursAgo(2);
+  for (const int number : {2, 7, 10}) {
+    WriteFileBytes(path(number), "x");
+    SetLastWritten(path(number), old_time);
   }
+  WriteFileBytes(path(1), "x");
+  SetLastWritten(path(1), new_time);
+  CreateFolders(path(5));
+  WriteFileBytes(scratch.Path() + L"\\NHUpdateManager.log", "x");
+  WriteFileBytes(scratch.Path() + L"\\NHUpdateManager.x.log", "x");
+
+  const std::vector<RotatedFile> files = nhupdate::ListRotatedFiles(scratch.Path());
+
+  std::vector<std::uint32_t> numbers;
+  for (const RotatedFile& file : files) {
+    numbers.push_back(file.number);
+    EXPECT_EQ(file.name, nhupdate::RotatedName(file.number));
+    EXPECT_EQ(file.is_folder, file.number == 5);
+  }
+  ASSERT_THAT(numbers, testing::ElementsAre(5, 1, 10, 7, 2));
+  EXPECT_EQ(files[1].last_written, nhupdate::FileTimeUnits(new_time));
 }
 
 TEST(RotatedFilesTest, NextNumberFollowsTheYoungestAndIsFree) {
@@ -49,8 +57,10 @@ TEST(RotatedFilesTest, NextNumberFollowsTheYoungestAndIsFree) {
       {"some", {file(3), file(2), file(1)}, 4},
       {"a gap", {file(9), file(4)}, 10},
       {"a planted file ahead", {file(3), file(4), file(5)}, 6},
-      {"a planted folder ahead", {file(4, true), file(3)}, 5},
-      {"nothing but a planted folder", {file(1, true)}, 2},
+      {"a planted folder ahead", {file(3), file(4, true)}, 5},
+      {"a planted folder that is the youngest", {file(7, true), file(3)}, 4},
+      {"nothing but a planted folder", {file(7, true)}, 1},
+      {"nothing but a planted folder in the way", {file(1, true)}, 2},
       {"a planted highest number", {file(999'999'999), file(2), file(1)}, 3},
       {"all around the end", {file(999'999'998), file(999'999'999), file(1)}, 2},
   };
@@ -71,13 +81,6 @@ TEST(RotatedFilesTest, NumbersAfterTheNextOneCantBeForeseen) {
     EXPECT_GE(once[index], 1u);
     EXPECT_LE(once[index], nhupdate::kHighestRotatedNumber);
   }
-}
-
-TEST(RotatedFilesTest, NumberAndNameGoTogether) {
-  for (const std::uint32_t number : {1u, 42u, nhupdate::kHighestRotatedNumber}) {
-    EXPECT_EQ(RotatedNumber(nhupdate::RotatedName(number)), number);
-  }
-  EXPECT_EQ(nhupdate::RotatedName(7), L"NHUpdateManager.7.log");
 }
 
 }  // namespace

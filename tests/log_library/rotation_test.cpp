@@ -1,16 +1,10 @@
-// When a file is put aside, and what is in the way of that.
+// When a file is put aside, and how.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <utility>
 
 #include "base/existence.h"
-#include "base/unique_handle.h"
-#include "base/windows.h"
 #include "tests/log_library/fake_uptime.h"
-#include "tests/log_library/loaded_log_library.h"
-#include "tests/log_library/log_records.h"
-#include "tests/support/files.h"
-#include "tests/support/interposer.h"
+#include "tests/log_library/test_log.h"
 
 namespace nhupdate_test {
 namespace {
@@ -20,175 +14,166 @@ using testing::ElementsAre;
 TEST(LogRotationTest, PutsAFullFileAsideBeforeTheNextRecord) {
   StartedLog log(kSmallFiles);
 
-  log.library.Write(kFullFile);
-  const std::vector<std::wstring> when_full = ListTree(log.place.Folder());
-  log.library.Write(L"next");
+  log.Write(kFullFile);
+  const std::vector<std::wstring> when_full = log.Files();
+  log.Write(L"next");
 
   EXPECT_THAT(when_full, ElementsAre(L"NHUpdateManager.log"));
-  EXPECT_THAT(ReadTexts(log.place.RotatedFile(1)), ElementsAre(kFullFileText));
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("next"));
+  EXPECT_THAT(log.RotatedTexts(1), ElementsAre(kFullFileText));
+  EXPECT_THAT(log.Texts(), ElementsAre("next"));
 }
 
-TEST(LogRotationTest, KeepsAFileThatHasRoomForOneMoreByte) {
-  StartedLog log(kSmallFiles);
-  log.library.Write(L"");
-  const std::size_t header_and_empty_record = ReadFileBytes(log.place.CurrentFile()).size();
-  const std::size_t empty_record = ReadFileBytes(log.place.CurrentFile()).find('\n');
-  const std::size_t record =
-      header_and_empty_record - empty_record - 1;  // what a record needs besides its text
+// Of an earlier run, when this one starts.
+TEST(LogRotationTest, PutsAFileAsideFromTheLimitOn) {
+  constexpr std::size_t kLimit = 16 * 1024;
+  for (const std::size_t size : {kLimit - 1, kLimit, kLimit + 1}) {
+    TestLog log(kSmallFiles);
+    const std::string head = kEarlierHead;
+    const std::string earlier = head + std::string(size - head.size() - 1, 'x') + "\n";
+    WriteFileBytes(log.CurrentFile(), earlier);
 
-  log.library.Write(std::wstring(16 * 1024 - 1 - header_and_empty_record - record, L'x'));
-  const std::size_t size_before = ReadFileBytes(log.place.CurrentFile()).size();
-  log.library.Write(L"still here");
+    EXPECT_EQ(log.Start(), 0);
 
-  EXPECT_EQ(size_before, 16u * 1024 - 1);
-  EXPECT_FALSE(nhupdate::Exists(log.place.RotatedFile(1)));
-  EXPECT_EQ(ReadTexts(log.place.CurrentFile()).back(), "still here");
+    const bool is_full = size >= kLimit;
+    EXPECT_EQ(nhupdate::Exists(log.RotatedFile(1)), is_full) << size;
+    EXPECT_EQ(ReadRecords(log.CurrentFile()).size(), is_full ? 1u : 2u) << size;
+    if (is_full) {
+      EXPECT_EQ(ReadFileBytes(log.RotatedFile(1)), earlier);
+    }
+  }
 }
 
-TEST(LogRotationTest, PutsAFullFileOfAnEarlierRunAsideAtStart) {
-  const LogPlace place(kSmallFiles);
-  const std::string earlier =
-      "2026-11-20T14:03:05.123+02:00 [1:1] INFO  [tag] " + std::string(16 * 1024, 'x') + "\n";
-  WriteFileBytes(place.CurrentFile(), earlier);
-  LoadedLogLibrary library;
-
-  const int result = library.Start(place.Settings(), place.Folder());
-
-  EXPECT_EQ(result, 0);
-  EXPECT_EQ(ReadFileBytes(place.RotatedFile(1)), earlier);
-  EXPECT_EQ(ReadRecords(place.CurrentFile()).size(), 1u);
+// What another process does when it rotates: it renames the file and writes into a new one.
+void RotateAsAnother(const LogPlace& place, int number = 1) {
+  EXPECT_TRUE(::MoveFileW(place.CurrentFile().c_str(), place.RotatedFile(number).c_str()));
+  WriteFileBytes(place.CurrentFile(), kEarlier);
 }
 
 TEST(LogRotationTest, FollowsARotationByAnotherWriterWithTheNextRecord) {
   StartedLog log(kSmallFiles);
-  log.library.Write(kFullFile);
-  // What another process does: it renames the file and writes into a new one.
-  ASSERT_TRUE(::MoveFileW(log.place.CurrentFile().c_str(), log.place.RotatedFile(1).c_str()));
-  WriteFileBytes(log.place.CurrentFile(),
-                 "2026-11-20T14:03:05.123+02:00 [1:1] INFO  [tag] other\n");
+  log.Write(kFullFile);
+  RotateAsAnother(log);
 
-  log.library.Write(L"next");
+  log.Write(L"next");
 
-  EXPECT_THAT(ListTree(log.place.Folder()),
-              ElementsAre(L"NHUpdateManager.1.log", L"NHUpdateManager.log"));
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("other", "next"));
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.1.log", L"NHUpdateManager.log"));
+  EXPECT_THAT(log.Texts(), ElementsAre("earlier", "next"));
 }
 
 TEST(LogRotationTest, FollowsARenameOfAFileThatIsNotFullWithinASecond) {
   StartedLog log(kSmallFiles);
-  FakeUptime uptime(log.library);
-  log.library.Write(L"before");
-  ASSERT_TRUE(
-      ::MoveFileW(log.place.CurrentFile().c_str(), log.place.Outside(L"moved.log").c_str()));
+  FakeUptime uptime(log.Module());
+  log.Write(L"before");
+  ASSERT_TRUE(::MoveFileW(log.CurrentFile().c_str(), log.Outside(L"moved.log").c_str()));
 
   uptime.Forward(1000);
-  log.library.Write(L"after");
+  log.Write(L"after");
 
-  EXPECT_THAT(ReadTexts(log.place.Outside(L"moved.log")), ElementsAre("before"));
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("after"));
+  EXPECT_THAT(ReadTexts(log.Outside(L"moved.log")), ElementsAre("before"));
+  EXPECT_THAT(log.Texts(), ElementsAre("after"));
 }
 
-nhupdate::UniqueFile OpenAsReader(const std::wstring& path, DWORD sharing) {
-  return nhupdate::UniqueFile(
-      ::CreateFileW(path.c_str(), GENERIC_READ, sharing, nullptr, OPEN_EXISTING, 0, nullptr));
-}
-
-TEST(HinderedRotationTest, AReaderThatSharesDeletionIsNotInTheWay) {
-  StartedLog log(kSmallFiles);
-  log.library.Write(kFullFile);
-  const auto reader =
-      OpenAsReader(log.place.CurrentFile(), FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
-  ASSERT_TRUE(reader.IsValid());
-
-  log.library.Write(L"next");
-
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("next"));
-}
-
-TEST(HinderedRotationTest, AnyReaderThatAllowsWritingCanOpenTheLog) {
-  StartedLog log(kSmallFiles);
-
-  EXPECT_TRUE(OpenAsReader(log.place.CurrentFile(), FILE_SHARE_READ | FILE_SHARE_WRITE).IsValid());
-}
-
-TEST(HinderedRotationTest, GoesOnInTheSameFileWhileAReaderForbidsTheRename) {
-  StartedLog log(kSmallFiles);
-  FakeUptime uptime(log.library);
-  log.library.Write(kFullFile);
-  auto reader = OpenAsReader(log.place.CurrentFile(), FILE_SHARE_READ | FILE_SHARE_WRITE);
-  ASSERT_TRUE(reader.IsValid());
-
-  log.library.Write(L"second");
-  reader.Reset();
-  log.library.Write(L"third");  // too soon for another try
+TEST(LogRotationTest, LooksTheFileUpOnceASecondAndNotForEachRecord) {
+  StartedLog log;
+  FakeUptime uptime(log.Module());
   uptime.Forward(1000);
-  log.library.Write(L"fourth");
+  INTERPOSER(CreateFileW) open(log.Module(), [&](auto... all) { return open.Original()(all...); });
 
-  EXPECT_THAT(ReadTexts(log.place.RotatedFile(1)), ElementsAre(kFullFileText, "second", "third"));
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("fourth"));
+  log.Write(L"looks");
+  log.Write(L"doesn't");
+  uptime.Forward(999);
+  log.Write(L"doesn't");
+  EXPECT_EQ(open.Calls(), 1);
+  uptime.Forward(1);
+  log.Write(L"looks");
+
+  EXPECT_EQ(open.Calls(), 2);
 }
 
-TEST(HinderedRotationTest, TriesARenameThatFailedOnlyOnceASecond) {
-  StartedLog log(kSmallFiles);
-  log.library.Write(kFullFile);
-  int renames_within_a_second = 0;
-  int renames = 0;
-  {
-    FakeUptime uptime(log.library);
-    Interposer<decltype(::SetFileInformationByHandle)> rename(
-        log.library.Module(), "SetFileInformationByHandle",
-        [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) -> BOOL {
-          ::SetLastError(ERROR_ACCESS_DENIED);
-          return FALSE;
-        });
-    for (int record = 0; record < 100; ++record) {
-      log.library.Write(L"record");
+// Something happens to the file between the moment in which it was found to be full and the one in
+// which it is opened to be renamed: names for it are looked for then.
+template <typename Event>
+void WriteWhile(StartedLog& log, Event event) {
+  log.Write(kFullFile);
+  INTERPOSER(FindFirstFileExW) list(log.Module(), [&](auto... all) {
+    if (list.Calls() == 1) {
+      event();
     }
-    uptime.Forward(999);
-    log.library.Write(L"still too soon");
-    renames_within_a_second = rename.Calls();
-    uptime.Forward(1);
-    log.library.Write(L"last");
-    renames = rename.Calls();
-  }
-
-  EXPECT_EQ(renames_within_a_second, 1);
-  EXPECT_EQ(renames, 2);
-  EXPECT_EQ(ReadTexts(log.place.CurrentFile()).size(), 103u);
+    return list.Original()(all...);
+  });
+  log.Write(L"next");
 }
 
-TEST(HinderedRotationTest, StaysInTheRenamedFileWhenNoNewOneCanBeMade) {
+TEST(LogRotationTest, RenamesNoFileThatHasTakenThePlaceOfTheFullOne) {
   StartedLog log(kSmallFiles);
-  log.library.Write(kFullFile);
-  FakeUptime uptime(log.library);
-  {
-    bool is_renamed = false;
-    Interposer<decltype(::SetFileInformationByHandle)> rename(
-        log.library.Module(), "SetFileInformationByHandle",
-        [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
-          is_renamed = true;
-          return rename.Original()(file, kind, information, size);
-        });
-    Interposer<decltype(::CreateFileW)> create(
-        log.library.Module(), "CreateFileW",
-        [&](const wchar_t* path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
-            DWORD disposition, DWORD flags, HANDLE model) {
-          if (!is_renamed) {
-            return create.Original()(path, access, sharing, security, disposition, flags, model);
-          }
-          ::SetLastError(ERROR_DISK_FULL);
-          return INVALID_HANDLE_VALUE;
-        });
-    log.library.Write(L"no new file");
-    EXPECT_TRUE(is_renamed);
-  }
-  EXPECT_EQ(ReadTexts(log.place.RotatedFile(1)).back(), "no new file");
 
-  uptime.Forward(1000);
-  log.library.Write(L"new file");
+  WriteWhile(log, [&] { RotateAsAnother(log); });
 
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("new file"));
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.1.log", L"NHUpdateManager.log"));
+  EXPECT_THAT(log.RotatedTexts(1), ElementsAre(kFullFileText));
+  EXPECT_THAT(log.Texts(), ElementsAre("earlier", "next"));
+}
+
+TEST(LogRotationTest, MakesANewFileWhenTheFullOneIsGone) {
+  StartedLog log(kSmallFiles);
+
+  WriteWhile(log, [&] {
+    EXPECT_TRUE(::MoveFileW(log.CurrentFile().c_str(), log.Outside(L"gone.log").c_str()));
+  });
+
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.log"));
+  EXPECT_THAT(ReadTexts(log.Outside(L"gone.log")), ElementsAre(kFullFileText));
+  EXPECT_THAT(log.Texts(), ElementsAre("next"));
+}
+
+// Wine would tell the name that the file had when it was opened.
+TEST(LogRotationTest, LeavesAFileAloneThatAnotherWriterHasJustRenamed) {
+  StartedLog log(kSmallFiles);
+  bool has_another_name = false;
+  log.Write(kFullFile);
+  INTERPOSER(SetFileInformationByHandle) rename(log.Module(), [&](auto... all) {
+    WriteFileBytes(log.RotatedFile(1), "x");
+    RotateAsAnother(log, 2);
+    has_another_name = true;
+    return rename.Original()(all...);
+  });
+  INTERPOSER(GetFinalPathNameByHandleW) place(
+      log.Module(), [&](HANDLE file, wchar_t* path, auto... rest) {
+        const DWORD units = place.Original()(file, path, rest...);
+        if (std::exchange(has_another_name, false)) {
+          path[units - 1] = L'?';
+        }
+        return units;
+      });
+
+  log.Write(L"next");
+
+  EXPECT_EQ(rename.Calls(), 1);
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.1.log", L"NHUpdateManager.2.log",
+                                       L"NHUpdateManager.log"));
+  EXPECT_THAT(log.Texts(), ElementsAre("earlier", "next"));
+}
+
+// Wine doesn't mind a length that is wrong, nor a buffer that is larger than need be.
+TEST(LogRotationTest, PassesTheNewNameWithItsLengthAndReplacesNothing) {
+  StartedLog log(kSmallFiles);
+  log.Write(kFullFile);
+  INTERPOSER(SetFileInformationByHandle) rename(
+      log.Module(), [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* data, DWORD size) {
+        const auto& information = *static_cast<const FILE_RENAME_INFO*>(data);
+        const std::wstring name = log.RotatedFile(1);
+        EXPECT_EQ(kind, FileRenameInfo);
+        EXPECT_EQ(information.ReplaceIfExists, FALSE);
+        EXPECT_EQ(information.RootDirectory, nullptr);
+        EXPECT_EQ(information.FileNameLength, name.size() * sizeof(wchar_t));
+        EXPECT_EQ(information.FileName, name);
+        EXPECT_EQ(size, sizeof(FILE_RENAME_INFO) + name.size() * sizeof(wchar_t));
+        return rename.Original()(file, kind, data, size);
+      });
+
+  log.Write(L"next");
+
+  EXPECT_EQ(rename.Calls(), 1);
 }
 
 }  // namespace

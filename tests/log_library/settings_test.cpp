@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "tests/support/files.h"
 #include "tests/support/scratch_folder.h"
 
@@ -18,34 +21,33 @@ LogSettings Read(const std::string& content) {
   return ReadLogSettings(path.c_str());
 }
 
-void ExpectDefaults(const LogSettings& settings) {
-  EXPECT_EQ(settings.level, 2);
-  EXPECT_EQ(settings.max_file_kb, 5120u);
-  EXPECT_EQ(settings.max_files, 5u);
-  EXPECT_EQ(settings.max_age_days, 30u);
+// All four values: level, size, count, age.
+std::vector<unsigned> Values(const LogSettings& settings) {
+  return {static_cast<unsigned>(settings.level), settings.max_file_kb, settings.max_files,
+          settings.max_age_days};
 }
+
+const std::vector<unsigned> kDefaults = {2, 5120, 5, 30};
 
 TEST(LogSettingsTest, ReadsAllFourValues) {
   const LogSettings settings =
       Read("[Log]\r\nLevel=4\r\nMaxFileSizeKB=64\r\nMaxFiles=12\r\nMaxAgeDays=7\r\n");
 
-  EXPECT_EQ(settings.level, 4);
-  EXPECT_EQ(settings.max_file_kb, 64u);
-  EXPECT_EQ(settings.max_files, 12u);
-  EXPECT_EQ(settings.max_age_days, 7u);
+  EXPECT_EQ(Values(settings), (std::vector<unsigned>{4, 64, 12, 7}));
 }
 
 TEST(LogSettingsTest, TakesTheDefaultsWithoutAUsableFile) {
   const ScratchFolder scratch;
 
-  ExpectDefaults(ReadLogSettings(nullptr));
-  ExpectDefaults(ReadLogSettings(L""));
-  ExpectDefaults(ReadLogSettings((scratch.Path() + L"\\missing.ini").c_str()));
-  ExpectDefaults(ReadLogSettings(scratch.Path().c_str()));
-  ExpectDefaults(Read(""));
-  ExpectDefaults(Read("Level=4\r\n"));
-  ExpectDefaults(Read("[Other]\r\nLevel=4\r\nMaxFiles=9\r\n"));
-  ExpectDefaults(Read(std::string(100'000, '\xFF')));
+  EXPECT_EQ(Values(ReadLogSettings(nullptr)), kDefaults);
+  EXPECT_EQ(Values(ReadLogSettings(L"")), kDefaults);
+  EXPECT_EQ(Values(ReadLogSettings((scratch.Path() + L"\\missing.ini").c_str())), kDefaults);
+  EXPECT_EQ(Values(ReadLogSettings(scratch.Path().c_str())), kDefaults);
+  for (const std::string& content :
+       {std::string(), std::string("Level=4\r\n"),
+        std::string("[Other]\r\nLevel=4\r\nMaxFiles=9\r\n"), std::string(100'000, '\xFF')}) {
+    EXPECT_EQ(Values(Read(content)), kDefaults) << content.substr(0, 20);
+  }
 }
 
 TEST(LogSettingsTest, TakesTheDefaultForEachValueThatIsBroken) {
@@ -79,53 +81,48 @@ TEST(LogSettingsTest, TakesTheDefaultForEachValueThatIsBroken) {
       {"%s%n", 2},
   };
   for (const auto& test : cases) {
-    SCOPED_TRACE(test.value);
     const LogSettings settings =
         Read(std::string("[Log]\r\nLevel=") + test.value + "\r\nMaxFiles=9\r\n");
 
-    EXPECT_EQ(settings.level, test.level);
-    EXPECT_EQ(settings.max_files, 9u);
+    EXPECT_EQ(settings.level, test.level) << test.value;
+    EXPECT_EQ(settings.max_files, 9u) << test.value;
   }
 }
 
 TEST(LogSettingsTest, TakesTheDefaultOutsideTheRangeOfEachKey) {
   const struct {
     const char* lines;
-    unsigned max_file_kb;
-    unsigned max_files;
-    unsigned max_age_days;
+    std::vector<unsigned> values;
   } cases[] = {
-      {"MaxFileSizeKB=16", 16, 5, 30},
-      {"MaxFileSizeKB=15", 5120, 5, 30},
-      {"MaxFileSizeKB=1048576", 1048576, 5, 30},
-      {"MaxFileSizeKB=1048577", 5120, 5, 30},
-      {"MaxFiles=1", 5120, 1, 30},
-      {"MaxFiles=0", 5120, 5, 30},
-      {"MaxFiles=1000", 5120, 1000, 30},
-      {"MaxFiles=1001", 5120, 5, 30},
-      {"MaxAgeDays=1", 5120, 5, 1},
-      {"MaxAgeDays=0", 5120, 5, 30},
-      {"MaxAgeDays=3650", 5120, 5, 3650},
-      {"MaxAgeDays=3651", 5120, 5, 30},
+      {"MaxFileSizeKB=16", {2, 16, 5, 30}},
+      {"MaxFileSizeKB=15", kDefaults},
+      {"MaxFileSizeKB=1048576", {2, 1048576, 5, 30}},
+      {"MaxFileSizeKB=1048577", kDefaults},
+      {"MaxFiles=1", {2, 5120, 1, 30}},
+      {"MaxFiles=0", kDefaults},
+      {"MaxFiles=1000", {2, 5120, 1000, 30}},
+      {"MaxFiles=1001", kDefaults},
+      {"MaxAgeDays=1", {2, 5120, 5, 1}},
+      {"MaxAgeDays=0", kDefaults},
+      {"MaxAgeDays=3650", {2, 5120, 5, 3650}},
+      {"MaxAgeDays=3651", kDefaults},
   };
   for (const auto& test : cases) {
-    SCOPED_TRACE(test.lines);
-    const LogSettings settings = Read(std::string("[Log]\r\n") + test.lines + "\r\n");
-
-    EXPECT_EQ(settings.max_file_kb, test.max_file_kb);
-    EXPECT_EQ(settings.max_files, test.max_files);
-    EXPECT_EQ(settings.max_age_days, test.max_age_days);
+    EXPECT_EQ(Values(Read(std::string("[Log]\r\n") + test.lines + "\r\n")), test.values)
+        << test.lines;
   }
 }
 
 TEST(LogSettingsTest, ShippedFileHoldsTheDefaults) {
   const std::string shipped = ReadFileBytes(TestProgramFolder() + L"\\log_config_as_shipped.ini");
 
-  EXPECT_NE(shipped.find("\nLevel=2\n"), std::string::npos);
-  EXPECT_NE(shipped.find("\nMaxFileSizeKB=5120\n"), std::string::npos);
-  EXPECT_NE(shipped.find("\nMaxFiles=5\n"), std::string::npos);
-  EXPECT_NE(shipped.find("\nMaxAgeDays=30\n"), std::string::npos);
-  ExpectDefaults(Read(shipped));
+  for (const char* line : {"Level=2", "MaxFileSizeKB=5120", "MaxFiles=5", "MaxAgeDays=30"}) {
+    EXPECT_NE(shipped.find(std::string("\n") + line + "\n"), std::string::npos)
+        << "There is no line " << line << " in data/LogConfig.ini. A default stands there, in "
+        << "log_library/settings.h and settings.cpp, and in this file: change all of them.";
+  }
+  EXPECT_EQ(Values(Read(shipped)), kDefaults)
+      << "data/LogConfig.ini and the defaults of log_library/settings.h are different.";
 }
 
 }  // namespace

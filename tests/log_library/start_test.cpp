@@ -1,35 +1,22 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <string_view>
 
 #include "base/existence.h"
-#include "tests/log_library/loaded_log_library.h"
-#include "tests/log_library/log_records.h"
-#include "tests/support/files.h"
-#include "tests/support/interposer.h"
+#include "tests/log_library/test_log.h"
 
 namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
-
-TEST(LogStartTest, SucceedsWithZeroAndMakesTheFile) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-
-  const int result = library.Start(place.Settings(), place.Folder());
-
-  EXPECT_EQ(result, 0);
-  EXPECT_THAT(ListTree(place.Folder()), ElementsAre(L"NHUpdateManager.log"));
-}
+using testing::EndsWith;
+using testing::IsEmpty;
+using testing::SizeIs;
 
 TEST(LogStartTest, FailsWithACodeOfItsOwnForEachUnusableFolder) {
-  const LogPlace place;
-  WriteFileBytes(place.Outside(L"file"), "x");
-  const std::wstring missing = place.Outside(L"missing");
-  const std::wstring file = place.Outside(L"file");
-  const std::wstring wrong = place.Outside(L"a?b");
+  TestLog log;
+  const std::wstring missing = log.Outside(L"missing");
+  const std::wstring file = log.Outside(L"file");
+  const std::wstring wrong = log.Outside(L"a?b");
+  WriteFileBytes(file, "x");
   const struct {
     const char* name;
     const wchar_t* folder;
@@ -43,89 +30,92 @@ TEST(LogStartTest, FailsWithACodeOfItsOwnForEachUnusableFolder) {
       {"a device", L"\\\\.\\NUL", 2},
   };
   for (const auto& test : cases) {
-    LoadedLogLibrary library;
-    EXPECT_EQ(library.Start(place.Settings().c_str(), test.folder), test.result) << test.name;
-    library.Write(L"ignored");
-    library.Flush();
-    library.Stop();
+    EXPECT_EQ(log.Start(log.Settings().c_str(), test.folder), test.result) << test.name;
+    log.Write(L"ignored");
+    log.Flush();
+    log.Stop();
   }
-  EXPECT_TRUE(ListTree(place.Folder()).empty());
+
+  EXPECT_THAT(log.Files(), IsEmpty());
   EXPECT_FALSE(nhupdate::Exists(missing));
 }
 
 TEST(LogStartTest, FailsWhenNoFileCanBeWritten) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-  int result = 0;
-  {
-    Interposer<decltype(::CreateFileW)> create(
-        library.Module(), "CreateFileW",
-        [&](const wchar_t* path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
-            DWORD disposition, DWORD flags, HANDLE model) {
-          if (!std::wstring_view(path).ends_with(L".log")) {
-            return create.Original()(path, access, sharing, security, disposition, flags, model);
-          }
-          ::SetLastError(ERROR_ACCESS_DENIED);
-          return INVALID_HANDLE_VALUE;
-        });
-    result = library.Start(place.Settings(), place.Folder());
-  }
-  library.Write(L"ignored");
+  TestLog log;
+  const INTERPOSER(Sleep) sleep(log.Module(), [](DWORD) {});
+  INTERPOSER(CreateFileW) create(log.Module(), [&](const wchar_t* path, auto... rest) {
+    if (!std::wstring_view(path).ends_with(L".log")) {
+      return create.Original()(path, rest...);
+    }
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
+  });
 
-  EXPECT_EQ(result, 4);
-  EXPECT_TRUE(ListTree(place.Folder()).empty());
+  EXPECT_EQ(log.Start(), 4);
+  log.Write(L"ignored");
+
+  EXPECT_THAT(log.Files(), IsEmpty());
+}
+
+TEST(LogStartTest, GoesOnInPlaceOfAFileThatCantBeOpened) {
+  TestLog log;
+  const INTERPOSER(Sleep) sleep(log.Module(), [](DWORD) {});
+  INTERPOSER(CreateFileW) create(log.Module(), [&](const wchar_t* path, auto... rest) {
+    if (path != log.CurrentFile()) {
+      return create.Original()(path, rest...);
+    }
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
+  });
+
+  EXPECT_EQ(log.Start(), 0);
+
+  EXPECT_THAT(ReadRecords(log.RotatedFile(1)).at(0).text,
+              EndsWith(", in place of NHUpdateManager.log, which can't be opened"));
 }
 
 TEST(LogStartTest, AFailedStartEndsTheLogBefore) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-  ASSERT_EQ(library.Start(place.Settings(), place.Folder()), 0);
-  library.Write(L"before");
+  StartedLog log;
+  log.Write(L"before");
 
-  const int result = library.Start(place.Settings(), L"");
-  library.Write(L"after");
+  EXPECT_EQ(log.Start(log.Settings(), L""), 1);
+  log.Write(L"after");
 
-  EXPECT_EQ(result, 1);
-  EXPECT_THAT(ReadTexts(place.CurrentFile()), ElementsAre("before"));
+  EXPECT_THAT(log.Texts(), ElementsAre("before"));
 }
 
 TEST(LogStartTest, StartingAgainGoesOnInTheNewFolder) {
-  const LogPlace first;
+  StartedLog log;
   const LogPlace second;
-  LoadedLogLibrary library;
-  ASSERT_EQ(library.Start(first.Settings(), first.Folder()), 0);
-  library.Write(L"one");
+  log.Write(L"one");
 
-  EXPECT_EQ(library.Start(second.Settings(), second.Folder()), 0);
-  library.Write(L"two");
+  EXPECT_EQ(log.Start(second.Settings(), second.Folder()), 0);
+  log.Write(L"two");
+  log.Stop();
 
-  EXPECT_THAT(ReadTexts(first.CurrentFile()), ElementsAre("one"));
-  EXPECT_THAT(ReadTexts(second.CurrentFile()), ElementsAre("two"));
+  EXPECT_THAT(log.Texts(), ElementsAre("one"));
+  EXPECT_THAT(second.Texts(), ElementsAre("two"));
 }
 
-TEST(LogStartTest, GoesOnInAFileWhoseNameIsInOtherLetters) {
-  const LogPlace place;
-  const std::wstring file = place.Folder() + L"\\nhupdatemanager.LOG";
-  WriteFileBytes(file, "2026-11-20T14:03:05.123+02:00 [1:1] INFO  [tag] earlier\n");
-  LoadedLogLibrary library;
+TEST(LogStartTest, GoesOnInTheFileOfAnEarlierRunWhateverTheSpelling) {
+  const struct {
+    const wchar_t* behind_the_folder;
+    const wchar_t* file;
+  } cases[] = {
+      {L"", L"\\NHUpdateManager.log"},
+      {L"\\", L"\\NHUpdateManager.log"},
+      {L"", L"\\nhupdatemanager.LOG"},
+  };
+  for (const auto& test : cases) {
+    TestLog log;
+    WriteFileBytes(log.Folder() + test.file, kEarlier);
 
-  const int result = library.Start(place.Settings(), place.Folder());
-  library.Write(L"now");
+    EXPECT_EQ(log.Start(log.Settings(), log.Folder() + test.behind_the_folder), 0);
+    log.Write(L"now");
 
-  EXPECT_EQ(result, 0);
-  EXPECT_THAT(ReadTexts(file), ElementsAre("earlier", "now"));
-}
-
-TEST(LogStartTest, AcceptsABackslashBehindTheFolderAndAnEarlierLog) {
-  const LogPlace place;
-  WriteFileBytes(place.CurrentFile(), "2026-11-20T14:03:05.123+02:00 [1:1] INFO  [tag] earlier\n");
-  LoadedLogLibrary library;
-
-  const int result = library.Start(place.Settings(), place.Folder() + L"\\");
-  library.Write(L"now");
-
-  EXPECT_EQ(result, 0);
-  EXPECT_THAT(ReadTexts(place.CurrentFile()), ElementsAre("earlier", "now"));
+    EXPECT_THAT(ReadTexts(log.Folder() + test.file), ElementsAre("earlier", "now"));
+    EXPECT_THAT(log.Files(), SizeIs(1));
+  }
 }
 
 }  // namespace

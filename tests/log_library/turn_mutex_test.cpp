@@ -1,14 +1,8 @@
-// How the mutex is made that all writers share.
+// The mutex that all writers share: how it is made, and what becomes of it.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "base/windows.h"
-#include "tests/log_library/loaded_log_library.h"
-#include "tests/log_library/log_records.h"
-#include "tests/support/interposer.h"
+#include "base/existence.h"
+#include "base/unique_handle.h"
+#include "tests/log_library/test_log.h"
 
 // This needs <windows.h> first.
 #include <sddl.h>
@@ -16,6 +10,7 @@
 namespace nhupdate_test {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -30,57 +25,41 @@ std::wstring AccessText(void* descriptor) {
   return copy;
 }
 
-TEST(TurnMutexTest, IsOpenToEveryoneWhoIsLoggedOnAndNotInherited) {
-  const LogPlace place;
-  LoadedLogLibrary library;
-  std::wstring name;
-  std::wstring access_list;
-  DWORD wanted_access = 0;
-  BOOL is_inherited = TRUE;
-  {
-    Interposer<decltype(::CreateMutexExW)> create(
-        library.Module(), "CreateMutexExW",
-        [&](SECURITY_ATTRIBUTES* attributes, const wchar_t* mutex, DWORD flags, DWORD access) {
-          name = mutex;
-          access_list = AccessText(attributes->lpSecurityDescriptor);
-          is_inherited = attributes->bInheritHandle;
-          wanted_access = access;
-          return create.Original()(attributes, mutex, flags, access);
-        });
-    ASSERT_EQ(library.Start(place.Settings(), place.Folder()), 0);
-  }
+TEST(NewTurnMutexTest, IsOpenToEveryoneWhoIsLoggedOnAndNotInherited) {
+  TestLog log;
+  INTERPOSER(CreateMutexExW) create(
+      log.Module(),
+      [&](SECURITY_ATTRIBUTES* attributes, const wchar_t* name, DWORD flags, DWORD access) {
+        EXPECT_STREQ(name, L"Global\\NHUpdateManager.log");
+        EXPECT_THAT(AccessText(attributes->lpSecurityDescriptor),
+                    AllOf(HasSubstr(L"(A;;0x100001;;;AU)"), HasSubstr(L"(A;;GA;;;SY)"),
+                          HasSubstr(L"(A;;GA;;;BA)")));
+        EXPECT_EQ(access, DWORD{SYNCHRONIZE | MUTEX_MODIFY_STATE});
+        EXPECT_EQ(attributes->bInheritHandle, FALSE);
+        return create.Original()(attributes, name, flags, access);
+      });
 
-  EXPECT_EQ(name, L"Global\\NHUpdateManager.log");
-  EXPECT_THAT(access_list, HasSubstr(L"(A;;0x100001;;;AU)"));
-  EXPECT_THAT(access_list, HasSubstr(L"(A;;GA;;;SY)"));
-  EXPECT_THAT(access_list, HasSubstr(L"(A;;GA;;;BA)"));
-  EXPECT_EQ(wanted_access, static_cast<DWORD>(SYNCHRONIZE | MUTEX_MODIFY_STATE));
-  EXPECT_FALSE(is_inherited);
+  EXPECT_EQ(log.Start(), 0);
+  EXPECT_EQ(create.Calls(), 1);
 }
 
 class MissingTurnMutexTest : public testing::Test {
  protected:
   // Files are rotated all the same.
   void StartAndRotate() {
-    EXPECT_EQ(library_.Start(place_.Settings(), place_.Folder()), 0);
-    library_.Write(kFullFile);
-    library_.Write(L"next");
+    EXPECT_EQ(log_.Start(), 0);
+    log_.Write(kFullFile);
+    log_.Write(L"next");
 
-    EXPECT_THAT(ReadTexts(place_.RotatedFile(1)), ElementsAre(kFullFileText));
-    EXPECT_THAT(ReadTexts(place_.CurrentFile()), ElementsAre("next"));
+    EXPECT_THAT(log_.RotatedTexts(1), ElementsAre(kFullFileText));
+    EXPECT_THAT(log_.Texts(), ElementsAre("next"));
   }
 
-  const LogPlace place_{kSmallFiles};
-  LoadedLogLibrary library_;
+  TestLog log_{kSmallFiles};
 };
 
 TEST_F(MissingTurnMutexTest, IsDoneWithoutWhenItCantBeMade) {
-  const Interposer<decltype(::CreateMutexExW)> create(
-      library_.Module(), "CreateMutexExW",
-      [](SECURITY_ATTRIBUTES*, const wchar_t*, DWORD, DWORD) -> HANDLE {
-        ::SetLastError(ERROR_ACCESS_DENIED);
-        return nullptr;
-      });
+  const INTERPOSER(CreateMutexExW) create(log_.Module(), Answers(HANDLE{}, ERROR_ACCESS_DENIED));
 
   StartAndRotate();
 
@@ -88,20 +67,62 @@ TEST_F(MissingTurnMutexTest, IsDoneWithoutWhenItCantBeMade) {
 }
 
 TEST_F(MissingTurnMutexTest, IsNotMadeWithoutItsAccessList) {
-  const Interposer<decltype(::ConvertStringSecurityDescriptorToSecurityDescriptorW)> convert(
-      library_.Module(), "ConvertStringSecurityDescriptorToSecurityDescriptorW",
-      [](const wchar_t*, DWORD, PSECURITY_DESCRIPTOR*, ULONG*) -> BOOL {
-        ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-        return FALSE;
-      });
-  const Interposer<decltype(::CreateMutexExW)> create(
-      library_.Module(), "CreateMutexExW",
-      [](SECURITY_ATTRIBUTES*, const wchar_t*, DWORD, DWORD) -> HANDLE { return nullptr; });
+  const INTERPOSER(ConvertStringSecurityDescriptorToSecurityDescriptorW) convert(
+      log_.Module(), Answers(FALSE, ERROR_NOT_ENOUGH_MEMORY));
+  const INTERPOSER(CreateMutexExW) create(log_.Module(), Answers(HANDLE{}));
 
   StartAndRotate();
 
   EXPECT_EQ(convert.Calls(), 1);
   EXPECT_EQ(create.Calls(), 0);
+}
+
+// It belongs to the whole machine, so another writer may have it for a moment.
+class TurnMutexTest : public testing::Test {
+ protected:
+  TurnMutexTest() : mutex_(::OpenMutexW(SYNCHRONIZE, FALSE, L"Global\\NHUpdateManager.log")) {
+    EXPECT_TRUE(mutex_.IsValid());
+  }
+
+  // Takes the mutex in a thread of its own, since a thread that has it gets it any number of times,
+  // and ends without releasing it. Returns what waiting for it gave.
+  [[nodiscard]] DWORD TakeInAThread() const {
+    constexpr DWORD kThreadLimitMs = 60 * 1000;
+    const nhupdate::UniqueKernelHandle thread(::CreateThread(
+        nullptr, 0, [](void* wanted) -> DWORD { return ::WaitForSingleObject(wanted, 3000); },
+        mutex_.Get(), 0, nullptr));
+    EXPECT_EQ(::WaitForSingleObject(thread.Get(), kThreadLimitMs), DWORD{WAIT_OBJECT_0});
+    DWORD result = WAIT_FAILED;
+    EXPECT_TRUE(::GetExitCodeThread(thread.Get(), &result));
+    return result;
+  }
+
+  StartedLog log_{kSmallFiles};
+  const nhupdate::UniqueKernelHandle mutex_;
+};
+
+TEST_F(TurnMutexTest, IsTakenOverFromAThreadThatEndedWithIt) {
+  log_.Write(kFullFile);
+  ASSERT_EQ(TakeInAThread(), DWORD{WAIT_OBJECT_0});
+  INTERPOSER(WaitForSingleObject) wait(log_.Module(), [&](auto... all) {
+    const DWORD result = wait.Original()(all...);
+    EXPECT_EQ(result, DWORD{WAIT_ABANDONED});
+    return result;
+  });
+  INTERPOSER(ReleaseMutex) release(log_.Module(),
+                                   [&](HANDLE mutex) { return release.Original()(mutex); });
+
+  log_.Write(L"next");
+
+  EXPECT_EQ(release.Calls(), 1);
+  EXPECT_THAT(log_.Texts(), ElementsAre("next"));
+  EXPECT_TRUE(nhupdate::Exists(log_.RotatedFile(1)));
+}
+
+TEST_F(TurnMutexTest, IsFreeBehindTheRecord) {
+  log_.Write(L"record");
+
+  EXPECT_EQ(TakeInAThread(), DWORD{WAIT_OBJECT_0});
 }
 
 }  // namespace

@@ -1,179 +1,153 @@
 // Waiting for the mutex, and what other processes do to it.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "log_library/write_turn.h"
 
-#include <atomic>
-#include <chrono>
-#include <thread>
-#include <vector>
-
-#include "base/existence.h"
-#include "base/unique_handle.h"
-#include "base/windows.h"
 #include "tests/log_library/fake_uptime.h"
-#include "tests/log_library/loaded_log_library.h"
-#include "tests/log_library/log_records.h"
-#include "tests/support/interposer.h"
+#include "tests/log_library/test_log.h"
 
 namespace nhupdate_test {
 namespace {
 
-using testing::AllOf;
 using testing::ElementsAre;
-using testing::Ge;
-using testing::Le;
 using testing::SizeIs;
 
-// The mutex belongs to the whole machine, so another writer may have it for a moment.
-constexpr DWORD kPatienceMs = 3000;
-constexpr DWORD kThreadLimitMs = 60 * 1000;
-constexpr wchar_t kMutexName[] = L"Global\\NHUpdateManager.log";
-
-// Takes the mutex in a thread of its own, since a thread that has it gets it any number of times,
-// and ends without releasing it. Returns what waiting for it gave.
-DWORD TakeInAThread(const nhupdate::UniqueKernelHandle& mutex) {
-  const nhupdate::UniqueKernelHandle thread(::CreateThread(
-      nullptr, 0, [](void* wanted) -> DWORD { return ::WaitForSingleObject(wanted, kPatienceMs); },
-      mutex.Get(), 0, nullptr));
-  EXPECT_EQ(::WaitForSingleObject(thread.Get(), kThreadLimitMs), static_cast<DWORD>(WAIT_OBJECT_0));
-  DWORD result = WAIT_FAILED;
-  EXPECT_TRUE(::GetExitCodeThread(thread.Get(), &result));
-  return result;
-}
-
-// Holds the mutex for a while, again and again, as long as the object lives.
-class Squatter {
+// Time that passes only while the mutex is waited for and while a record is written, and somebody
+// who has the mutex for as long as the test wants.
+class TimedTurns {
  public:
-  explicit Squatter(std::chrono::milliseconds hold)
-      : thread_([this, hold] {
-          const nhupdate::UniqueKernelHandle mutex(::CreateMutexW(nullptr, FALSE, kMutexName));
-          while (!is_over_) {
-            ::WaitForSingleObject(mutex.Get(), INFINITE);
-            has_it_ = true;
-            std::this_thread::sleep_for(hold);
-            has_it_ = false;
-            ::ReleaseMutex(mutex.Get());
-          }
+  explicit TimedTurns(const TestLog& log)
+      : uptime_(log.Module()),
+        counter_(log.Module(),
+                 [this](LARGE_INTEGER* counter) -> BOOL {
+                   counter->QuadPart = now_ms_ * (CountsPerSecond() / 1000);
+                   return TRUE;
+                 }),
+        wait_(log.Module(),
+              [this](HANDLE, DWORD limit_ms) -> DWORD {
+                limits_ms_.push_back(limit_ms);
+                // Windows may give up a moment before the limit.
+                const bool is_had = busy_ms_ <= limit_ms;
+                Pass(is_had ? busy_ms_ : limit_ms - limit_ms / 100);
+                return is_had ? DWORD{WAIT_OBJECT_0} : DWORD{WAIT_TIMEOUT};
+              }),
+        write_(log.Module(), [this](auto... all) {
+          Pass(writing_ms_);
+          return write_.Original()(all...);
         }) {}
-  ~Squatter() {
-    is_over_ = true;
-    thread_.join();
-  }
-  Squatter(const Squatter&) = delete;
-  Squatter& operator=(const Squatter&) = delete;
 
-  void WaitUntilItHasTheMutex() const {
-    while (!has_it_) {
-      ::Sleep(1);
-    }
+  void Pass(DWORD milliseconds) {
+    now_ms_ += milliseconds;
+    uptime_.Forward(milliseconds);
+  }
+
+  // How long the mutex is somebody else's from the moment on in which it is waited for.
+  void KeepBusy(DWORD milliseconds) { busy_ms_ = milliseconds; }
+  void LetWritingLast(DWORD milliseconds) { writing_ms_ = milliseconds; }
+
+  // For how long the mutex was to be waited for, in each turn but the first, the header record's.
+  [[nodiscard]] std::vector<DWORD> LimitsMs() const {
+    return {limits_ms_.begin() + 1, limits_ms_.end()};
   }
 
  private:
-  std::atomic<bool> has_it_ = false;
-  std::atomic<bool> is_over_ = false;
-  std::thread thread_;  // behind what it uses
+  static LONGLONG CountsPerSecond() {
+    LARGE_INTEGER frequency = {};
+    ::QueryPerformanceFrequency(&frequency);
+    return frequency.QuadPart;
+  }
+
+  LONGLONG now_ms_ = 0;
+  DWORD busy_ms_ = 0;
+  DWORD writing_ms_ = 0;
+  std::vector<DWORD> limits_ms_;
+  FakeUptime uptime_;
+  // What std::chrono::steady_clock asks.
+  INTERPOSER(QueryPerformanceCounter) counter_;
+  INTERPOSER(WaitForSingleObject) wait_;
+  INTERPOSER(WriteFile) write_;
 };
 
-TEST(WriteTurnTest, OfSomeoneWhoLetsGoNowAndThenCostsTwoSecondsInAll) {
-  StartedLog log;
-  const Squatter squatter(std::chrono::milliseconds(300));
+using Limits = std::vector<DWORD>;
 
-  ULONGLONG needed_ms = 0;
-  for (int record = 0; record < 30; ++record) {
-    squatter.WaitUntilItHasTheMutex();
-    const ULONGLONG begin = ::GetTickCount64();
-    log.library.Write(L"record");
-    needed_ms += ::GetTickCount64() - begin;
+constexpr DWORD kForever = INFINITE;
+
+class WriteTurnTest : public testing::Test {
+ protected:
+  WriteTurnTest() { EXPECT_EQ(log_.Start(), 0); }
+
+  void WriteRecords(int count) {
+    for (int record = 0; record < count; ++record) {
+      log_.Write(L"record");
+    }
   }
 
-  EXPECT_GE(needed_ms, 1500u);
-  EXPECT_LE(needed_ms, 4000u);  // it would be nine seconds
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), SizeIs(30));
+  TestLog log_{kSmallFiles};
+  TimedTurns turns_{log_};
+};
+
+TEST_F(WriteTurnTest, OfSomeoneWhoLetsGoNowAndThenCostsTwoSecondsInAll) {
+  turns_.KeepBusy(300);
+
+  WriteRecords(10);
+
+  // A turn that was waited for brings two milliseconds back.
+  EXPECT_EQ(turns_.LimitsMs(), Limits({2000, 1702, 1404, 1106, 808, 510, 212, 0, 0, 0}));
+  EXPECT_THAT(log_.Texts(), SizeIs(10));
 }
 
-TEST(WriteTurnTest, IsWaitedForByOneRecordOnlyWhenTheMutexIsNeverReleased) {
-  StartedLog log(kSmallFiles);
-  const FakeUptime uptime(log.library);
-  std::vector<DWORD> waits;
-  {
-    Interposer<decltype(::WaitForSingleObject)> wait(log.library.Module(), "WaitForSingleObject",
-                                                     [&](HANDLE, DWORD milliseconds) -> DWORD {
-                                                       waits.push_back(milliseconds);
-                                                       return WAIT_TIMEOUT;
-                                                     });
-    log.library.Write(L"one");
-    log.library.Write(L"two");
-    log.library.Write(kFullFile);
-    log.library.Write(L"three");
+TEST_F(WriteTurnTest, BringsBackAMultipleOfTheTimeThatItTookUpToALimit) {
+  const struct {
+    DWORD writing_ms;
+    DWORD regained_ms;
+  } cases[] = {
+      {0, 2},
+      {1, 2 + 16},
+      {2, 2 + 16 * 2},
+      {50, 2 + 16 * 2},
+  };
+  for (const auto& test : cases) {
+    turns_.KeepBusy(0);
+    ASSERT_EQ(log_.Start(), 0);
+    turns_.KeepBusy(100);
+    turns_.LetWritingLast(test.writing_ms);
+
+    WriteRecords(2);
+
+    EXPECT_EQ(turns_.LimitsMs().back(), 2000 - 100 + test.regained_ms);
   }
-  log.library.Write(L"four");
-
-  EXPECT_THAT(waits, ElementsAre(Le(2000u), 0u, 0u, 0u));
-  EXPECT_THAT(ReadTexts(log.place.RotatedFile(1)), ElementsAre("one", "two", kFullFileText));
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("three", "four"));
 }
 
-TEST(WriteTurnTest, IsWaitedForAgainAfterTenSeconds) {
-  StartedLog log;
-  FakeUptime uptime(log.library);
-  std::vector<DWORD> waits;
-  Interposer<decltype(::WaitForSingleObject)> wait(log.library.Module(), "WaitForSingleObject",
-                                                   [&](HANDLE, DWORD milliseconds) -> DWORD {
-                                                     waits.push_back(milliseconds);
-                                                     return WAIT_TIMEOUT;
-                                                   });
+TEST_F(WriteTurnTest, IsWaitedForByOneRecordOnlyWhenTheMutexIsNeverReleased) {
+  turns_.KeepBusy(kForever);
 
-  for (const ULONGLONG later_ms : {0u, 9999u, 1u, 9999u, 1u}) {
-    uptime.Forward(later_ms);
-    log.library.Write(L"record");
+  log_.Write(L"one");
+  log_.Write(L"two");
+  log_.Write(kFullFile);
+  log_.Write(L"three");
+
+  EXPECT_EQ(turns_.LimitsMs(), Limits({2000, 0, 0, 0}));
+  EXPECT_THAT(log_.RotatedTexts(1), ElementsAre("one", "two", kFullFileText));
+  EXPECT_THAT(log_.Texts(), ElementsAre("three"));
+}
+
+TEST_F(WriteTurnTest, IsWaitedForAgainAfterTenSeconds) {
+  turns_.KeepBusy(kForever);
+
+  for (const DWORD later_ms : {0u, 9999u, 1u, 9999u, 1u}) {
+    turns_.Pass(later_ms);
+    log_.Write(L"record");
   }
 
-  // The first wait is for what starting the log has left of two seconds.
-  EXPECT_THAT(waits, ElementsAre(AllOf(Ge(1u), Le(2000u)), 0u, 2000u, 0u, 2000u));
+  EXPECT_EQ(turns_.LimitsMs(), Limits({2000, 0, 2000, 0, 2000}));
 }
 
-TEST(WriteTurnTest, IsNotWaitedForAgainForBeingHadInBetween) {
-  StartedLog log;
-  const FakeUptime uptime(log.library);
-  std::vector<DWORD> waits;
-  bool is_free = false;
-  Interposer<decltype(::WaitForSingleObject)> wait(
-      log.library.Module(), "WaitForSingleObject", [&](HANDLE mutex, DWORD milliseconds) -> DWORD {
-        waits.push_back(milliseconds);
-        return is_free ? wait.Original()(mutex, milliseconds) : WAIT_TIMEOUT;
-      });
+TEST_F(WriteTurnTest, IsNotWaitedForAgainForBeingHadInBetween) {
+  for (const DWORD busy_ms : {kForever, DWORD{0}, kForever}) {
+    turns_.KeepBusy(busy_ms);
+    log_.Write(L"record");
+  }
 
-  log.library.Write(L"in vain");
-  is_free = true;
-  log.library.Write(L"free, without waiting");
-  is_free = false;
-  log.library.Write(L"doesn't wait");
-
-  EXPECT_THAT(waits, ElementsAre(Ge(1u), 0u, 0u));
-}
-
-TEST(WriteTurnTest, OfAThreadThatEndedInItIsTakenOver) {
-  StartedLog log(kSmallFiles);
-  log.library.Write(kFullFile);
-  const nhupdate::UniqueKernelHandle mutex(::OpenMutexW(SYNCHRONIZE, FALSE, kMutexName));
-  ASSERT_TRUE(mutex.IsValid());
-  ASSERT_EQ(TakeInAThread(mutex), static_cast<DWORD>(WAIT_OBJECT_0));
-
-  log.library.Write(L"next");
-
-  EXPECT_THAT(ReadTexts(log.place.CurrentFile()), ElementsAre("next"));
-  EXPECT_TRUE(nhupdate::Exists(log.place.RotatedFile(1)));
-}
-
-TEST(WriteTurnTest, EndsWithTheRecord) {
-  StartedLog log;
-
-  log.library.Write(L"record");
-
-  const nhupdate::UniqueKernelHandle mutex(::OpenMutexW(SYNCHRONIZE, FALSE, kMutexName));
-  ASSERT_TRUE(mutex.IsValid());
-  EXPECT_EQ(TakeInAThread(mutex), static_cast<DWORD>(WAIT_OBJECT_0));
+  EXPECT_EQ(turns_.LimitsMs(), Limits({2000, 0, 0}));
 }
 
 }  // namespace

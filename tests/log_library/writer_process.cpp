@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "log_library/file_time.h"
+#include "tests/support/child_process.h"
 #include "tests/support/files.h"
+#include "tests/support/unused_name.h"
 
 namespace nhupdate_test {
 
@@ -17,37 +18,21 @@ std::wstring Quoted(const std::wstring& text) {
 
 }  // namespace
 
-WriterGate::WriterGate() {
-  // Process ids come again, and writers of a run that was killed may still wait at its gates.
-  static int count = 0;
-  FILETIME now = {};
-  ::GetSystemTimeAsFileTime(&now);
-  name_ = L"Local\\nhupdate-gate-" + std::to_wstring(nhupdate::FileTimeUnits(now)) + L"-" +
-          std::to_wstring(++count);
-  event_.Reset(::CreateEventW(nullptr, TRUE, FALSE, name_.c_str()));
-}
+WriterGate::WriterGate()
+    : name_(L"Local\\nhupdate-gate-" + UnusedName()),
+      event_(::CreateEventW(nullptr, TRUE, FALSE, name_.c_str())) {}
 
 void WriterGate::Open() const {
   ::SetEvent(event_.Get());
 }
 
 WriterProcess::WriterProcess(const LogPlace& place, const WriterGate& gate,
-                             const std::wstring& name, int count) {
-  std::wstring command_line = Quoted(TestProgramFolder() + L"\\log_writer.exe") +
-                              Quoted(LogLibraryPath()) + Quoted(place.Settings()) +
-                              Quoted(place.Folder()) + Quoted(name) +
-                              Quoted(std::to_wstring(count)) + Quoted(gate.Name());
-  STARTUPINFOW startup = {};
-  startup.cb = sizeof(startup);
-  PROCESS_INFORMATION information = {};
-  if (!::CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                        &startup, &information)) {
-    ADD_FAILURE() << "log_writer.exe does not start: " << ::GetLastError();
-    return;
-  }
-  ::CloseHandle(information.hThread);
-  process_.Reset(information.hProcess);
-}
+                             const std::wstring& name, int count)
+    : process_(StartChild(Quoted(TestProgramFolder() + L"\\log_writer.exe") +
+                          Quoted(LogLibraryPath()) + Quoted(place.Settings()) +
+                          Quoted(place.Folder()) + Quoted(name) + Quoted(std::to_wstring(count)) +
+                          Quoted(gate.Name()))
+                   .handle) {}
 
 WriterProcess::~WriterProcess() {
   Kill();

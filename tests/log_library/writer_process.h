@@ -5,7 +5,7 @@
 #include <string>
 
 #include "base/unique_handle.h"
-#include "tests/log_library/loaded_log_library.h"
+#include "tests/log_library/test_log.h"
 
 namespace nhupdate_test {
 

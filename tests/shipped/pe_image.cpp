@@ -19,13 +19,16 @@ std::uintptr_t AddressOf(HMODULE module) {
   return reinterpret_cast<std::uintptr_t>(module) & ~std::uintptr_t{3};
 }
 
+std::wstring PathOf(const std::wstring& file) {
+  return file.find(L'\\') == std::wstring::npos ? PackagedFolder() + L"\\" + file : file;
+}
+
 }  // namespace
 
-CPeImage::CPeImage(const std::wstring& file_name)
-    : library_(::LoadLibraryExW((PackagedFolder() + L"\\" + file_name).c_str(), nullptr,
-                                LOAD_LIBRARY_AS_IMAGE_RESOURCE)) {
-  EXPECT_TRUE(library_.IsValid()) << "Can't map " << testing::PrintToString(file_name)
-                                  << "; tools/package makes it.";
+CPeImage::CPeImage(const std::wstring& file)
+    : library_(::LoadLibraryExW(PathOf(file).c_str(), nullptr, LOAD_LIBRARY_AS_IMAGE_RESOURCE)) {
+  EXPECT_TRUE(library_.IsValid()) << "Can't map " << testing::PrintToString(file)
+                                  << "; what is shipped is made by tools/package.";
 }
 
 template <typename Type>
@@ -33,20 +36,23 @@ const Type* CPeImage::At(DWORD offset) const {
   return reinterpret_cast<const Type*>(AddressOf(library_.Get()) + offset);
 }
 
-const IMAGE_OPTIONAL_HEADER64& CPeImage::Header() const {
-  const auto offset = static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew);
-  return At<IMAGE_NT_HEADERS64>(offset)->OptionalHeader;
+const IMAGE_NT_HEADERS64& CPeImage::Headers() const {
+  return *At<IMAGE_NT_HEADERS64>(static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew));
 }
 
-const IMAGE_FILE_HEADER& CPeImage::FileHeader() const {
-  const auto offset = static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew);
-  return At<IMAGE_NT_HEADERS64>(offset)->FileHeader;
+bool CPeImage::SaysThatItsTimeIsAHash() const {
+  constexpr DWORD kReproducible = 16;  // not every set of headers has a name for it
+  const IMAGE_DATA_DIRECTORY& directory = Header().DataDirectory[IMAGE_DIRECTORY_ENTRY_DEBUG];
+  const auto* entries = At<IMAGE_DEBUG_DIRECTORY>(directory.VirtualAddress);
+  const DWORD count = directory.Size / sizeof(IMAGE_DEBUG_DIRECTORY);
+  return std::any_of(entries, entries + count, [](const IMAGE_DEBUG_DIRECTORY& entry) {
+    return entry.Type == kReproducible;
+  });
 }
 
 std::vector<std::string> CPeImage::ImportedDlls() const {
-  const DWORD start = Header().DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
   std::vector<std::string> names;
-  for (const auto* entry = At<IMAGE_IMPORT_DESCRIPTOR>(start); entry->Name != 0; ++entry) {
+  for (const auto* entry = Imports(); entry->Name != 0; ++entry) {
     std::string name = At<char>(entry->Name);
     for (char& letter : name) {
       letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
@@ -58,9 +64,8 @@ std::vector<std::string> CPeImage::ImportedDlls() const {
 }
 
 std::vector<std::string> CPeImage::ImportedFunctions() const {
-  const DWORD start = Header().DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
   std::vector<std::string> names;
-  for (const auto* entry = At<IMAGE_IMPORT_DESCRIPTOR>(start); entry->Name != 0; ++entry) {
+  for (const auto* entry = Imports(); entry->Name != 0; ++entry) {
     const auto* thunk = At<IMAGE_THUNK_DATA64>(entry->OriginalFirstThunk);
     for (; thunk->u1.AddressOfData != 0; ++thunk) {
       if (!IMAGE_SNAP_BY_ORDINAL64(thunk->u1.Ordinal)) {
@@ -70,6 +75,11 @@ std::vector<std::string> CPeImage::ImportedFunctions() const {
     }
   }
   return names;
+}
+
+const IMAGE_IMPORT_DESCRIPTOR* CPeImage::Imports() const {
+  return At<IMAGE_IMPORT_DESCRIPTOR>(
+      Header().DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress);
 }
 
 std::vector<std::string> CPeImage::ExportedNames() const {
@@ -97,31 +107,27 @@ std::string CPeImage::Resource(const wchar_t* type) const {
   return std::string(data, ::SizeofResource(library_.Get(), found));
 }
 
+template <typename Type>
+const Type* CPeImage::VersionValue(const std::string& version, const std::wstring& path) {
+  void* value = nullptr;
+  UINT size = 0;
+  if (version.empty() || !::VerQueryValueW(version.data(), path.c_str(), &value, &size)) {
+    ADD_FAILURE() << "No " << testing::PrintToString(path);
+    return nullptr;
+  }
+  return static_cast<const Type*>(value);
+}
+
 std::wstring CPeImage::VersionText(const std::wstring& name) const {
   const std::string version = Resource(RT_VERSION);
-  void* text = nullptr;
-  UINT units = 0;
-  const std::wstring path = L"\\StringFileInfo\\040904B0\\" + name;
-  if (version.empty() || !::VerQueryValueW(version.data(), path.c_str(), &text, &units)) {
-    ADD_FAILURE() << "No " << testing::PrintToString(name);
-    return {};
-  }
-  return static_cast<const wchar_t*>(text);
+  const auto* text = VersionValue<wchar_t>(version, L"\\StringFileInfo\\040904B0\\" + name);
+  return text != nullptr ? text : L"";
 }
 
 VS_FIXEDFILEINFO CPeImage::FixedVersion() const {
   const std::string version = Resource(RT_VERSION);
-  void* information = nullptr;
-  UINT size = 0;
-  if (version.empty() || !::VerQueryValueW(version.data(), L"\\", &information, &size)) {
-    ADD_FAILURE() << "No version";
-    return {};
-  }
-  return *static_cast<const VS_FIXEDFILEINFO*>(information);
-}
-
-std::string CPeImage::Manifest() const {
-  return Resource(RT_MANIFEST);
+  const auto* fixed = VersionValue<VS_FIXEDFILEINFO>(version, L"\\");
+  return fixed != nullptr ? *fixed : VS_FIXEDFILEINFO();
 }
 
 }  // namespace nhupdate_test

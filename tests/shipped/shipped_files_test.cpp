@@ -47,8 +47,10 @@ TEST_P(ShippedBinaryTest, LoadsNothingCryptographicBeforeItBegins) {
   EXPECT_THAT(functions, Not(Contains("SystemFunction036")));  // which hands out random numbers
 }
 
+// The same sources give the same bytes: where the time would stand, some linkers leave nothing and
+// others write a hash of the content, and say so.
 TEST_P(ShippedBinaryTest, CarriesNoBuildTime) {
-  EXPECT_EQ(image_.FileHeader().TimeDateStamp, 0U);
+  EXPECT_TRUE(image_.FileHeader().TimeDateStamp == 0U || image_.SaysThatItsTimeIsAHash());
 }
 
 TEST_P(ShippedBinaryTest, SaysWhatItIsInItsVersionResource) {
@@ -73,42 +75,39 @@ TEST(ShippedProgramTest, IsAConsoleProgramThatExportsNothing) {
   EXPECT_TRUE(image.ExportedNames().empty());
 }
 
-TEST(ShippedProgramTest, ImportsFromSystemDllsOnly) {
-  EXPECT_THAT(CPeImage(L"NHUpdateManager.exe").ImportedDlls(),
-              testing::ElementsAre("advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
-                                   "shell32.dll", "user32.dll"));
+// Folders are walked recursively, however deep they are.
+TEST(ShippedProgramTest, ReservesAStackOf64Mebibytes) {
+  EXPECT_EQ(CPeImage(L"NHUpdateManager.exe").Header().SizeOfStackReserve, 64U * 1024U * 1024U);
 }
 
-TEST(ShippedProgramTest, HasBoxesThatAreSharpAndInTheLookOfTheSystem) {
+TEST(ShippedProgramTest, HasAManifestThatSaysWhatItNeedsAndKnows) {
   const std::string manifest = CPeImage(L"NHUpdateManager.exe").Manifest();
 
+  // No rights.
+  EXPECT_THAT(manifest, HasSubstr("level=\"asInvoker\""));
+  // Long paths and the current Windows.
+  EXPECT_THAT(manifest, HasSubstr(">true</longPathAware>"));
+  EXPECT_THAT(manifest, HasSubstr("{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}"));
+  // Boxes that are sharp and in the look of the system.
   EXPECT_THAT(manifest, HasSubstr(">true/pm</dpiAware>"));
   EXPECT_THAT(manifest, HasSubstr(">PerMonitorV2, PerMonitor</dpiAwareness>"));
   EXPECT_THAT(manifest,
               HasSubstr("name=\"Microsoft.Windows.Common-Controls\" version=\"6.0.0.0\""));
 }
 
-// Folders are walked recursively, however deep they are.
-TEST(ShippedProgramTest, ReservesAStackOf64Mebibytes) {
-  EXPECT_EQ(CPeImage(L"NHUpdateManager.exe").Header().SizeOfStackReserve, 64U * 1024U * 1024U);
+// Of these, no more than a compiler needs: one that brings its own runtime does without msvcrt.dll.
+TEST(ShippedProgramTest, ImportsFromSystemDllsOnly) {
+  EXPECT_THAT(CPeImage(L"NHUpdateManager.exe").ImportedDlls(),
+              testing::IsSubsetOf({"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll",
+                                   "shell32.dll", "user32.dll"}));
 }
 
-TEST(ShippedProgramTest, AsksForNoRightsAndKnowsLongPathsAndTheCurrentWindows) {
-  const std::string manifest = CPeImage(L"NHUpdateManager.exe").Manifest();
+TEST(ShippedLogLibraryTest, ImportsFromSystemDllsAndExportsItsFourEntriesOnly) {
+  const CPeImage image(L"NSWLogDynamic64U.dll");
 
-  EXPECT_THAT(manifest, HasSubstr("level=\"asInvoker\""));
-  EXPECT_THAT(manifest, HasSubstr(">true</longPathAware>"));
-  EXPECT_THAT(manifest, HasSubstr("{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}"));
-}
-
-TEST(ShippedLogLibraryTest, ImportsFromSystemDllsOnly) {
-  EXPECT_THAT(CPeImage(L"NSWLogDynamic64U.dll").ImportedDlls(),
-              testing::ElementsAre("advapi32.dll", "kernel32.dll", "msvcrt.dll"));
-}
-
-TEST(ShippedLogLibraryTest, ExportsItsFourEntriesAndNothingElse) {
-  EXPECT_THAT(CPeImage(L"NSWLogDynamic64U.dll").ExportedNames(),
-              testing::ElementsAre("Flush", "Start", "Stop", "WriteLog"));
+  EXPECT_THAT(image.ImportedDlls(),
+              testing::IsSubsetOf({"advapi32.dll", "kernel32.dll", "msvcrt.dll"}));
+  EXPECT_THAT(image.ExportedNames(), testing::ElementsAre("Flush", "Start", "Stop", "WriteLog"));
 }
 
 }  // namespace

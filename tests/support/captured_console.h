@@ -7,27 +7,30 @@
 
 #include "base/unique_handle.h"
 #include "base/windows.h"
+#include "tests/support/files.h"
 #include "tests/support/scratch_folder.h"
+#include "tests/support/utf8_text.h"
 
 namespace nhupdate_test {
 
 class CapturedConsole {
  public:
-  CapturedConsole();
-  ~CapturedConsole();
-  CapturedConsole(const CapturedConsole&) = delete;
-  CapturedConsole& operator=(const CapturedConsole&) = delete;
+  CapturedConsole() { ::SetStdHandle(STD_OUTPUT_HANDLE, file_.Get()); }
+  ~CapturedConsole() { ::SetStdHandle(STD_OUTPUT_HANDLE, previous_); }
 
   // The bytes that were written so far.
-  [[nodiscard]] std::string Bytes() const;
+  [[nodiscard]] std::string Bytes() const { return ReadFileBytes(path_); }
 
   // The same, read as UTF-8.
-  [[nodiscard]] std::wstring Text() const;
+  [[nodiscard]] std::wstring Text() const { return ToWide(Bytes()); }
 
  private:
-  ScratchFolder scratch_;
-  nhupdate::UniqueFile file_;
-  HANDLE previous_;
+  const ScratchFolder scratch_;
+  const std::wstring path_ = scratch_.Path() + L"\\console.txt";
+  const HANDLE previous_ = ::GetStdHandle(STD_OUTPUT_HANDLE);
+  const nhupdate::UniqueFile file_{::CreateFileW(
+      path_.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+      CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)};
 };
 
 }  // namespace nhupdate_test

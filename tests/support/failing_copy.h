@@ -5,8 +5,10 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "base/windows.h"
+#include "tests/support/answers.h"
 #include "tests/support/interposer.h"
 
 namespace nhupdate_test {
@@ -17,9 +19,10 @@ class FailingCopy {
 
   // Asks `fails` at each copy; Calls() counts the one it is asked about.
   explicit FailingCopy(
-      DWORD error, Choice fails = [](const std::wstring&) { return true; });
-  FailingCopy(const FailingCopy&) = delete;
-  FailingCopy& operator=(const FailingCopy&) = delete;
+      DWORD error, Choice fails = [](const std::wstring&) { return true; })
+      : copy_(AnswersIf(
+            [fails = std::move(fails)](auto, const wchar_t* target, auto) { return fails(target); },
+            FALSE, error)) {}
 
   // The copies that were tried, those that succeeded too.
   [[nodiscard]] int Calls() const { return copy_.Calls(); }

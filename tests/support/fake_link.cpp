@@ -1,5 +1,6 @@
 #include "tests/support/fake_link.h"
 
+#include <functional>
 #include <utility>
 
 #include "base/existence.h"
@@ -62,16 +63,14 @@ FakeLink::FakeLink(const std::wstring& link, const std::wstring& target, Moment 
         }
         return file;
       }),
-      information_([this](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information,
-                          DWORD size) { return Inform(file, kind, information, size); }),
-      set_information_([this](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information,
-                              DWORD size) { return Set(file, kind, information, size); }),
-      copy_([this](const wchar_t* source, const wchar_t* target_file, BOOL fail_if_there) {
+      information_(std::bind_front(&FakeLink::Inform, this)),
+      set_information_(std::bind_front(&FakeLink::Set, this)),
+      copy_([this](const wchar_t* source, const wchar_t* target_file, auto rest) {
         return copy_.Original()(Followed(source, false).c_str(),
-                                Followed(target_file, false).c_str(), fail_if_there);
+                                Followed(target_file, false).c_str(), rest);
       }),
-      create_folder_([this](const wchar_t* folder, SECURITY_ATTRIBUTES* security) {
-        return create_folder_.Original()(Followed(folder, true).c_str(), security);
+      create_folder_([this](const wchar_t* folder, auto rest) {
+        return create_folder_.Original()(Followed(folder, true).c_str(), rest);
       }),
       delete_file_([this](const wchar_t* file) {
         return delete_file_.Original()(Followed(file, true).c_str());
@@ -132,17 +131,15 @@ BOOL FakeLink::Inform(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* informa
 }
 
 BOOL FakeLink::Set(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
-  const bool is_deletion = kind == FileDispositionInfo || kind == kDispositionInfoEx;
-  if (!is_deletion || !is_there_ || !opened_itself_.contains(file)) {
-    return set_information_.Original()(file, kind, information, size);
-  }
-  if (deletion_error_ != ERROR_SUCCESS) {
+  const bool is_deletion = is_there_ && opened_itself_.contains(file) &&
+                           (kind == FileDispositionInfo || kind == kDispositionInfoEx);
+  if (is_deletion && deletion_error_ != ERROR_SUCCESS) {
     ::SetLastError(deletion_error_);
     return FALSE;
   }
-  const BOOL is_deleted = set_information_.Original()(file, kind, information, size);
-  is_there_ = !is_deleted;
-  return is_deleted;
+  const BOOL is_set = set_information_.Original()(file, kind, information, size);
+  is_there_ = is_there_ && !(is_deletion && is_set);
+  return is_set;
 }
 
 }  // namespace nhupdate_test

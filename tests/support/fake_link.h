@@ -30,9 +30,6 @@ class FakeLink {
   FakeLink(const std::wstring& link, const std::wstring& target, Moment is_moment,
            bool stays_in_place = false);
 
-  FakeLink(const FakeLink&) = delete;
-  FakeLink& operator=(const FakeLink&) = delete;
-
   [[nodiscard]] bool IsThere() const { return is_there_; }
 
   // Deleting the link fails from now on.

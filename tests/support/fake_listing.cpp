@@ -4,9 +4,11 @@
 
 #include <cstdint>
 #include <cwchar>
+#include <functional>
 #include <utility>
 
 #include "base/windows_path.h"
+#include "tests/support/answers.h"
 
 namespace nhupdate_test {
 
@@ -40,41 +42,16 @@ FakeListing::FakeListing(bool is_made_up, std::vector<FakeEntry> entries, DWORD 
     : is_made_up_(is_made_up),
       made_up_(std::move(entries)),
       end_error_(end_error),
-      find_first_([this](const wchar_t* pattern, WIN32_FIND_DATAW* entry) {
-        return FindFirst(pattern, entry);
-      }),
-      find_next_(
-          [this](HANDLE search, WIN32_FIND_DATAW* entry) { return FindNext(search, entry); }),
-      find_close_([this](HANDLE search) {
-        return search == MadeUpSearch() ? TRUE : find_close_.Original()(search);
-      }),
-      create_file_([this](const wchar_t* path, DWORD access, DWORD sharing,
-                          SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
-                          HANDLE model) {
-        const HANDLE file =
-            create_file_.Original()(path, access, sharing, security, disposition, flags, model);
+      find_first_(std::bind_front(&FakeListing::FindFirst, this)),
+      find_next_(std::bind_front(&FakeListing::FindNext, this)),
+      find_close_(AnswersIf([](HANDLE search) { return search == MadeUpSearch(); }, TRUE)),
+      create_file_([this](const wchar_t* path, auto... rest) {
+        const HANDLE file = create_file_.Original()(path, rest...);
         opened_[file] = PlainPath(path);
         return file;
       }),
-      information_([this](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information,
-                          DWORD size) {
-        const BOOL is_known = information_.Original()(file, kind, information, size);
-        const auto disguise = disguises_.find(opened_[file]);
-        if (disguise == disguises_.end()) {
-          return is_known;
-        }
-        if (kind == FileBasicInfo) {
-          static_cast<FILE_BASIC_INFO*>(information)->FileAttributes |= disguise->second.attributes;
-        } else if (kind == FileAttributeTagInfo) {
-          auto* tag_information = static_cast<FILE_ATTRIBUTE_TAG_INFO*>(information);
-          tag_information->FileAttributes |= disguise->second.attributes;
-          tag_information->ReparseTag = disguise->second.reparse_tag;
-        }
-        return is_known;
-      }),
-      final_path_([this](HANDLE file, wchar_t* buffer, DWORD units, DWORD flags) {
-        return FinalPath(file, buffer, units, flags);
-      }) {}
+      information_(std::bind_front(&FakeListing::Inform, this)),
+      final_path_(std::bind_front(&FakeListing::FinalPath, this)) {}
 
 HANDLE FakeListing::FindFirst(const wchar_t* pattern, WIN32_FIND_DATAW* entry) {
   patterns_.push_back(pattern);
@@ -136,10 +113,10 @@ std::optional<std::wstring> FakeListing::FinalPathOf(const std::wstring& path) c
   return std::nullopt;
 }
 
-DWORD FakeListing::FinalPath(HANDLE file, wchar_t* buffer, DWORD units, DWORD flags) {
+std::optional<DWORD> FakeListing::FinalPath(HANDLE file, wchar_t* buffer, DWORD units, DWORD) {
   const std::optional<std::wstring> path = FinalPathOf(opened_[file]);
   if (!path) {
-    return final_path_.Original()(file, buffer, units, flags);
+    return std::nullopt;
   }
   if (path->empty()) {
     ::SetLastError(ERROR_ACCESS_DENIED);
@@ -149,13 +126,25 @@ DWORD FakeListing::FinalPath(HANDLE file, wchar_t* buffer, DWORD units, DWORD fl
   if (length >= units) {
     return length + 1;
   }
-  path->copy(buffer, length);
-  buffer[length] = L'\0';
+  buffer[path->copy(buffer, length)] = L'\0';
   return length;
 }
 
-void FakeListing::Disguise(const std::wstring& path, DWORD attributes, DWORD reparse_tag) {
-  disguises_[path] = {attributes, reparse_tag};
+BOOL FakeListing::Inform(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information,
+                         DWORD size) {
+  const BOOL is_known = information_.Original()(file, kind, information, size);
+  const auto disguise = disguises_.find(opened_[file]);
+  if (disguise == disguises_.end()) {
+    return is_known;
+  }
+  if (kind == FileBasicInfo) {
+    static_cast<FILE_BASIC_INFO*>(information)->FileAttributes |= disguise->second.attributes;
+  } else if (kind == FileAttributeTagInfo) {
+    auto* const tag = static_cast<FILE_ATTRIBUTE_TAG_INFO*>(information);
+    tag->FileAttributes |= disguise->second.attributes;
+    tag->ReparseTag = disguise->second.reparse_tag;
+  }
+  return is_known;
 }
 
 void FakeListing::ApplyDisguise(const std::wstring& folder, WIN32_FIND_DATAW& entry) const {

@@ -29,11 +29,11 @@ class FakeListing {
   // Every folder, whatever the pattern it is listed with, has these entries. Listing ends with that
   // error; without entries it can't even begin.
   explicit FakeListing(std::vector<FakeEntry> entries, DWORD end_error = ERROR_NO_MORE_FILES);
-  FakeListing(const FakeListing&) = delete;
-  FakeListing& operator=(const FakeListing&) = delete;
 
   // The folder or file is shown with these attributes on top of its own, and with that reparse tag.
-  void Disguise(const std::wstring& path, DWORD attributes, DWORD reparse_tag);
+  void Disguise(const std::wstring& path, DWORD attributes, DWORD reparse_tag) {
+    disguises_[path] = {attributes, reparse_tag};
+  }
 
   // Listing the folder fails with that error.
   void Forbid(const std::wstring& folder, DWORD error) { forbidden_[folder] = error; }
@@ -67,7 +67,8 @@ class FakeListing {
   BOOL GiveMadeUp(WIN32_FIND_DATAW* entry);
   // Where what is opened by that path is said to be; nothing when that isn't changed.
   std::optional<std::wstring> FinalPathOf(const std::wstring& path) const;
-  DWORD FinalPath(HANDLE file, wchar_t* buffer, DWORD units, DWORD flags);
+  std::optional<DWORD> FinalPath(HANDLE file, wchar_t* buffer, DWORD units, DWORD flags);
+  BOOL Inform(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size);
   void ApplyDisguise(const std::wstring& folder, WIN32_FIND_DATAW& entry) const;
 
   bool is_made_up_;

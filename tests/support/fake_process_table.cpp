@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <utility>
 
 #include "base/format.h"
@@ -44,42 +45,48 @@ DWORD Answer(const std::wstring& text, wchar_t* buffer, DWORD units) {
 }  // namespace
 
 FakeProcessTable::FakeProcessTable(std::vector<FakeProcess> processes)
-    : own_id_([] { return kOwnId; }),
-      enumerate_([this](DWORD* ids, DWORD byte_count, DWORD* bytes_needed) {
-        return Enumerate(ids, byte_count, bytes_needed);
-      }),
-      open_([this](DWORD access, BOOL inherit, DWORD id) { return Open(access, inherit, id); }),
-      image_name_([this](HANDLE handle, DWORD flags, wchar_t* buffer, DWORD* units) {
-        return QueryImageName(handle, flags, buffer, units);
-      }),
-      module_file_name_([this](HANDLE handle, HMODULE module, wchar_t* buffer, DWORD units) {
-        const Entry* entry = ByHandle(handle);
-        if (entry == nullptr) {
-          return module_file_name_.Original()(handle, module, buffer, units);
-        }
+    : enumerate_(std::bind_front(&FakeProcessTable::Enumerate, this)),
+      open_(std::bind_front(&FakeProcessTable::Open, this)),
+      image_name_(ForOwn([this](Entry& entry, DWORD flags, wchar_t* buffer, DWORD* units) -> BOOL {
+        calls_.push_back(nhupdate::Format(L"QueryImageName %d %d", flags, *units));
+        *units = Answer(entry.process.image_path, buffer, *units);
+        return *units != 0;
+      })),
+      module_file_name_(ForOwn([this](Entry& entry, HMODULE module, wchar_t* buffer, DWORD units) {
         calls_.push_back(
             nhupdate::Format(L"ModuleFileName %d %d", module != nullptr ? 1 : 0, units));
-        return Answer(entry->process.module_path, buffer, units);
-      }),
-      device_file_name_([this](HANDLE handle, wchar_t* buffer, DWORD units) {
-        const Entry* entry = ByHandle(handle);
-        if (entry == nullptr) {
-          return device_file_name_.Original()(handle, buffer, units);
-        }
+        return Answer(entry.process.module_path, buffer, units);
+      })),
+      device_file_name_(ForOwn([this](Entry& entry, wchar_t* buffer, DWORD units) {
         calls_.push_back(nhupdate::Format(L"DeviceFileName %d", units));
-        return Answer(entry->process.device_path, buffer, units);
-      }),
-      base_name_([this](HANDLE handle, HMODULE module, wchar_t* buffer, DWORD units) {
-        const Entry* entry = ByHandle(handle);
-        if (entry == nullptr) {
-          return base_name_.Original()(handle, module, buffer, units);
-        }
+        return Answer(entry.process.device_path, buffer, units);
+      })),
+      base_name_(ForOwn([this](Entry& entry, HMODULE module, wchar_t* buffer, DWORD units) {
         calls_.push_back(nhupdate::Format(L"BaseName %d %d", module != nullptr ? 1 : 0, units));
-        return Answer(entry->process.base_name, buffer, units);
-      }),
-      terminate_([this](HANDLE handle, UINT exit_code) { return Terminate(handle, exit_code); }),
-      wait_([this](HANDLE handle, DWORD milliseconds) { return Wait(handle, milliseconds); }),
-      close_([this](HANDLE handle) { return Close(handle); }) {
+        return Answer(entry.process.base_name, buffer, units);
+      })),
+      terminate_(ForOwn([this](Entry& entry, UINT exit_code) -> BOOL {
+        calls_.push_back(nhupdate::Format(L"Terminate %d %d", entry.process.id, exit_code));
+        if (entry.process.refuses_to_end) {
+          ::SetLastError(ERROR_ACCESS_DENIED);
+          return FALSE;
+        }
+        entry.is_running = !entry.process.ends_when_terminated;
+        return TRUE;
+      })),
+      wait_(ForOwn([this](Entry& entry, DWORD milliseconds) {
+        calls_.push_back(nhupdate::Format(L"Wait %d %d", entry.process.id, milliseconds));
+        return DWORD{entry.is_running ? WAIT_TIMEOUT : WAIT_OBJECT_0};
+      })),
+      close_([this](HANDLE handle) -> std::optional<BOOL> {
+        const auto opened = opened_.find(handle);
+        if (opened == opened_.end()) {
+          return std::nullopt;
+        }
+        calls_.push_back(nhupdate::Format(L"Close %d", entries_[opened->second].process.id));
+        opened_.erase(opened);
+        return TRUE;
+      }) {
   for (FakeProcess& process : processes) {
     entries_.push_back({std::move(process)});
   }
@@ -101,20 +108,6 @@ std::vector<DWORD> FakeProcessTable::Running() const {
   return ids;
 }
 
-std::optional<std::size_t> FakeProcessTable::PlaceOf(DWORD id) const {
-  for (std::size_t place = 0; place < entries_.size(); ++place) {
-    if (entries_[place].process.id == id && entries_[place].is_running) {
-      return place;
-    }
-  }
-  return std::nullopt;
-}
-
-FakeProcessTable::Entry* FakeProcessTable::ByHandle(HANDLE handle) {
-  const auto opened = opened_.find(handle);
-  return opened != opened_.end() ? &entries_[opened->second] : nullptr;
-}
-
 BOOL FakeProcessTable::Enumerate(DWORD* ids, DWORD byte_count, DWORD* bytes_needed) {
   calls_.push_back(nhupdate::Format(L"Enumerate %d", byte_count));
   if (!can_be_enumerated_) {
@@ -133,63 +126,21 @@ BOOL FakeProcessTable::Enumerate(DWORD* ids, DWORD byte_count, DWORD* bytes_need
 
 HANDLE FakeProcessTable::Open(DWORD access, BOOL inherit, DWORD id) {
   calls_.push_back(L"Open " + Hexadecimal(access) + nhupdate::Format(L" %d %d", inherit, id));
-  const std::optional<std::size_t> place = PlaceOf(id);
-  if (!place) {
+  const auto entry = std::find_if(entries_.begin(), entries_.end(), [id](const Entry& candidate) {
+    return candidate.process.id == id && candidate.is_running;
+  });
+  if (entry == entries_.end()) {
     ::SetLastError(ERROR_INVALID_PARAMETER);
     return nullptr;
   }
-  const FakeProcess& process = entries_[*place].process;
   const bool is_for_termination = (access & PROCESS_TERMINATE) != 0;
-  if (!(is_for_termination ? process.can_be_terminated : process.can_be_read)) {
+  if (!(is_for_termination ? entry->process.can_be_terminated : entry->process.can_be_read)) {
     ::SetLastError(ERROR_ACCESS_DENIED);
     return nullptr;
   }
   const HANDLE handle = NewHandle();
-  opened_[handle] = *place;
+  opened_[handle] = static_cast<std::size_t>(entry - entries_.begin());
   return handle;
-}
-
-BOOL FakeProcessTable::QueryImageName(HANDLE handle, DWORD flags, wchar_t* buffer, DWORD* units) {
-  const Entry* entry = ByHandle(handle);
-  if (entry == nullptr) {
-    return image_name_.Original()(handle, flags, buffer, units);
-  }
-  calls_.push_back(nhupdate::Format(L"QueryImageName %d %d", flags, *units));
-  *units = Answer(entry->process.image_path, buffer, *units);
-  return *units != 0;
-}
-
-BOOL FakeProcessTable::Terminate(HANDLE handle, UINT exit_code) {
-  Entry* entry = ByHandle(handle);
-  if (entry == nullptr) {
-    return terminate_.Original()(handle, exit_code);
-  }
-  calls_.push_back(nhupdate::Format(L"Terminate %d %d", entry->process.id, exit_code));
-  if (entry->process.refuses_to_end) {
-    ::SetLastError(ERROR_ACCESS_DENIED);
-    return FALSE;
-  }
-  entry->is_running = !entry->process.ends_when_terminated;
-  return TRUE;
-}
-
-DWORD FakeProcessTable::Wait(HANDLE handle, DWORD milliseconds) {
-  const Entry* entry = ByHandle(handle);
-  if (entry == nullptr) {
-    return wait_.Original()(handle, milliseconds);
-  }
-  calls_.push_back(nhupdate::Format(L"Wait %d %d", entry->process.id, milliseconds));
-  return entry->is_running ? WAIT_TIMEOUT : WAIT_OBJECT_0;
-}
-
-BOOL FakeProcessTable::Close(HANDLE handle) {
-  const Entry* entry = ByHandle(handle);
-  if (entry == nullptr) {
-    return close_.Original()(handle);
-  }
-  calls_.push_back(nhupdate::Format(L"Close %d", entry->process.id));
-  opened_.erase(handle);
-  return TRUE;
 }
 
 }  // namespace nhupdate_test

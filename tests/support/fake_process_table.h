@@ -38,8 +38,6 @@ class FakeProcessTable {
   explicit FakeProcessTable(std::vector<FakeProcess> processes = {});
   // A process that is still open is a test failure.
   ~FakeProcessTable();
-  FakeProcessTable(const FakeProcessTable&) = delete;
-  FakeProcessTable& operator=(const FakeProcessTable&) = delete;
 
   // Makes listing the processes fail from now on.
   void FailToEnumerate() { can_be_enumerated_ = false; }
@@ -63,24 +61,25 @@ class FakeProcessTable {
     bool is_running = true;
   };
 
-  // The place of the running process; none when there is none of that id.
-  [[nodiscard]] std::optional<std::size_t> PlaceOf(DWORD id) const;
-  // Nothing when the handle is not one of this table, or closed.
-  [[nodiscard]] Entry* ByHandle(HANDLE handle);
+  // Gives the fake the entry that a handle of this table stands for; other handles are passed on.
+  template <typename Fake>
+  auto ForOwn(Fake fake) {
+    return [this, fake](HANDLE handle, auto... rest) {
+      const auto opened = opened_.find(handle);
+      return opened == opened_.end() ? std::nullopt
+                                     : std::optional(fake(entries_[opened->second], rest...));
+    };
+  }
 
   BOOL Enumerate(DWORD* ids, DWORD byte_count, DWORD* bytes_needed);
   HANDLE Open(DWORD access, BOOL inherit, DWORD id);
-  BOOL QueryImageName(HANDLE handle, DWORD flags, wchar_t* buffer, DWORD* units);
-  BOOL Terminate(HANDLE handle, UINT exit_code);
-  DWORD Wait(HANDLE handle, DWORD milliseconds);
-  BOOL Close(HANDLE handle);
 
   std::vector<Entry> entries_;
   std::map<HANDLE, std::size_t> opened_;  // each with the place of its process
   std::vector<std::wstring> calls_;
   bool can_be_enumerated_ = true;
 
-  INTERPOSER(GetCurrentProcessId) own_id_;
+  INTERPOSER(GetCurrentProcessId) own_id_{[] { return kOwnId; }};
   INTERPOSER(K32EnumProcesses) enumerate_;
   INTERPOSER(OpenProcess) open_;
   INTERPOSER(QueryFullProcessImageNameW) image_name_;

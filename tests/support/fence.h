@@ -21,7 +21,8 @@ enum class FenceReach {
   // test itself has started, from there or from the folder of the test executables. No boxes.
   kScratch,
   // The whole drive of the system, all of the registry, all processes: for tests that have a Wine
-  // prefix of their own as their scratch folder. The machine's other drives are still outside.
+  // prefix of their own as their scratch folder. The machine's other drives are still outside. Such
+  // an executable runs no test elsewhere, unless the machine may be thrown away.
   kPrefix,
 };
 
@@ -31,11 +32,18 @@ enum class FenceReach {
 // Raises the fence for the rest of the run. To be called once, before the first test.
 void RaiseFence(FenceReach reach);
 
+// Whose machine a test may run on (throwaway_machine.h).
+enum class Machine {
+  kThrowaway,
+  // What is done is harmless wherever it lies.
+  kAnybodys,
+};
+
 // Opens the fence as long as the object lives, for what a test has to do outside and undoes again.
-// The reason is for who reads the test.
+// The reason is for who reads the test. Ends the run on a machine that is not for that.
 class AllowOutside {
  public:
-  explicit AllowOutside(const char* reason);
+  explicit AllowOutside(const char* reason, Machine machine = Machine::kThrowaway);
   ~AllowOutside();
   AllowOutside(const AllowOutside&) = delete;
   AllowOutside& operator=(const AllowOutside&) = delete;

@@ -1,5 +1,6 @@
 #include "tests/support/fence_ground.h"
 
+#include <algorithm>
 #include <array>
 #include <cwctype>
 #include <map>
@@ -14,6 +15,8 @@ namespace {
 
 // Every scratch folder and key begins with it.
 constexpr wchar_t kOwnName[] = L"nhupdate";
+
+constexpr DWORD kLongestPath = 32768;
 
 using QueryKey = LONG(WINAPI*)(HANDLE key, int kind, void* buffer, ULONG size, ULONG* needed);
 
@@ -36,11 +39,11 @@ struct Ground {
 };
 
 Ground g_ground;
-std::mutex g_redirections_mutex;
-std::map<HKEY, std::wstring> g_redirections;
 
-// The test's own and those that it has started.
-std::mutex g_processes_mutex;
+// For what changes during the run: where predefined keys lead to, and the test's own process with
+// those that it has started.
+std::mutex g_mutex;
+std::map<HKEY, std::wstring> g_redirections;
 std::set<DWORD> g_processes;
 
 std::wstring ToLower(std::wstring text) {
@@ -57,28 +60,22 @@ std::wstring Normalised(const std::wstring& path) {
   if (plain.starts_with(kLiteralPrefix)) {
     plain.erase(0, std::size(kLiteralPrefix) - 1);
   }
-  const auto full_path = g_ground.windows->get_full_path_name;
-  std::wstring full(full_path(plain.c_str(), 0, nullptr, nullptr), L'\0');
-  full.resize(full.empty() ? 0
-                           : full_path(plain.c_str(), static_cast<DWORD>(full.size()), full.data(),
-                                       nullptr));
+  std::wstring full(kLongestPath, L'\0');
+  full.resize(
+      g_ground.windows->get_full_path_name(plain.c_str(), kLongestPath, full.data(), nullptr));
   return ToLower(full);
 }
 
 std::wstring FolderOf(HMODULE module) {
-  std::vector<wchar_t> path(32768);
-  g_ground.windows->get_module_file_name(module, path.data(), static_cast<DWORD>(path.size()));
-  const std::wstring text = ToLower(path.data());
-  return text.substr(0, text.rfind(L'\\') + 1);
+  std::wstring path(kLongestPath, L'\0');
+  path.resize(g_ground.windows->get_module_file_name(module, path.data(), kLongestPath));
+  return ToLower(path.substr(0, path.rfind(L'\\') + 1));
 }
 
 bool IsInScratch(const std::wstring& normalised) {
-  for (const std::wstring& folder : g_ground.temporary_folders) {
-    if (normalised.starts_with(folder + kOwnName)) {
-      return true;
-    }
-  }
-  return false;
+  return std::any_of(
+      g_ground.temporary_folders.begin(), g_ground.temporary_folders.end(),
+      [&](const std::wstring& folder) { return normalised.starts_with(folder + kOwnName); });
 }
 
 bool IsOnGround(const std::wstring& normalised) {
@@ -114,7 +111,7 @@ std::optional<std::wstring> NameOfKey(HKEY key) {
   if ((reinterpret_cast<ULONG_PTR>(key) & kPredefined) == 0) {
     return NameOfOpenKey(key);
   }
-  const std::lock_guard<std::mutex> lock(g_redirections_mutex);
+  const std::lock_guard lock(g_mutex);
   const auto redirection = g_redirections.find(key);
   if (redirection != g_redirections.end()) {
     return redirection->second;
@@ -142,9 +139,9 @@ void SurveyGround(FenceReach reach) {
   AdmitProcess(::GetCurrentProcessId());
 
   std::array<wchar_t, MAX_PATH + 1> temporary = {};
-  ::GetTempPathW(static_cast<DWORD>(temporary.size()), temporary.data());
-  std::array<wchar_t, 4096> long_name = {};
-  ::GetLongPathNameW(temporary.data(), long_name.data(), static_cast<DWORD>(long_name.size()));
+  ::GetTempPathW(MAX_PATH, temporary.data());
+  std::array<wchar_t, kLongestPath> long_name = {};
+  ::GetLongPathNameW(temporary.data(), long_name.data(), kLongestPath);
   for (const std::wstring folder : {temporary.data(), long_name.data()}) {
     if (!folder.empty()) {
       g_ground.temporary_folders.push_back(Normalised(folder));
@@ -152,7 +149,7 @@ void SurveyGround(FenceReach reach) {
   }
 
   std::array<wchar_t, MAX_PATH + 1> system = {};
-  ::GetWindowsDirectoryW(system.data(), static_cast<UINT>(system.size()));
+  ::GetWindowsDirectoryW(system.data(), MAX_PATH);
   g_ground.system_drive = Normalised(system.data()).substr(0, std::size(L"c:\\") - 1);
 }
 
@@ -176,7 +173,7 @@ bool IsKeyInside(HKEY key, const wchar_t* sub_key) {
 }
 
 void RedirectKey(HKEY key, HKEY target) {
-  const std::lock_guard<std::mutex> lock(g_redirections_mutex);
+  const std::lock_guard lock(g_mutex);
   if (target == nullptr) {
     g_redirections.erase(key);
   } else {
@@ -194,12 +191,12 @@ DWORD ProcessIdOf(HANDLE process) {
 }
 
 bool IsProcessInside(DWORD process_id) {
-  const std::lock_guard<std::mutex> lock(g_processes_mutex);
+  const std::lock_guard lock(g_mutex);
   return g_ground.reach == FenceReach::kPrefix || g_processes.contains(process_id);
 }
 
 void AdmitProcess(DWORD process_id) {
-  const std::lock_guard<std::mutex> lock(g_processes_mutex);
+  const std::lock_guard lock(g_mutex);
   g_processes.insert(process_id);
 }
 

@@ -20,28 +20,9 @@ void CheckPath(const char* function, const wchar_t* path) {
   }
 }
 
-constexpr auto kFirstPath = [](const char* function, const wchar_t* path, const auto&...) {
-  CheckPath(function, path);
-};
-
-// The first is only read.
-constexpr auto kSecondPath = [](const char* function, const wchar_t*, const wchar_t* path,
-                                const auto&...) { CheckPath(function, path); };
-
-// Both places change, or both names are the same file from then on.
-constexpr auto kBothPaths = [](const char* function, const wchar_t* first, const wchar_t* second,
-                               const auto&...) {
-  CheckPath(function, first);
-  CheckPath(function, second);
-};
-
-// The third is the backup.
-constexpr auto kThreePaths = [](const char* function, const wchar_t* first, const wchar_t* second,
-                                const wchar_t* third, const auto&...) {
-  CheckPath(function, first);
-  CheckPath(function, second);
-  CheckPath(function, third);
-};
+// Paths that the function only reads are not among them.
+template <std::size_t... kPlaces>
+constexpr CheckArguments<CheckPath, kPlaces...> kPaths = {};
 
 // Through a link that leads outside every other call would get there. A target without a drive is
 // relative to the link.
@@ -108,8 +89,8 @@ constexpr auto kFileInformation = [](const char* function, HANDLE, FILE_INFO_BY_
   }
 };
 
+// Windows looks for a mere name in its own folder; none at all is win.ini.
 void CheckProfile(const char* function, const wchar_t* file) {
-  // Windows looks for a mere name in its own folder; none at all is win.ini.
   const std::wstring name = file != nullptr ? file : L"win.ini";
   if (name.find(L'\\') == std::wstring::npos) {
     RefuseUnlessAllowed(function, name);
@@ -117,16 +98,6 @@ void CheckProfile(const char* function, const wchar_t* file) {
     CheckPath(function, name.c_str());
   }
 }
-
-constexpr auto kProfileString = [](const char* function, const wchar_t*, const wchar_t*,
-                                   const wchar_t*,
-                                   const wchar_t* file) { CheckProfile(function, file); };
-
-constexpr auto kProfileSection = [](const char* function, const wchar_t*, const wchar_t*,
-                                    const wchar_t* file) { CheckProfile(function, file); };
-
-constexpr auto kNewFolder = [](const char* function, HWND, const wchar_t* path,
-                               const SECURITY_ATTRIBUTES*) { CheckPath(function, path); };
 
 // Says in a structure of many forms what it changes; no test needs it.
 constexpr auto kShellOperation = [](const char* function, SHFILEOPSTRUCTW* operation) {
@@ -138,27 +109,27 @@ constexpr auto kShellOperation = [](const char* function, SHFILEOPSTRUCTW* opera
 const std::vector<FencedFunction>& FencedFileCalls() {
   static const std::vector<FencedFunction> calls = {
       // What the program and the log library change disks with, and what tests do.
-      NHUPDATE_FENCED(CreateDirectoryW, kFirstPath),
-      NHUPDATE_FENCED(RemoveDirectoryW, kFirstPath),
-      NHUPDATE_FENCED(DeleteFileW, kFirstPath),
-      NHUPDATE_FENCED(SetFileAttributesW, kFirstPath),
-      NHUPDATE_FENCED(CopyFileW, kSecondPath),
-      NHUPDATE_FENCED(MoveFileW, kBothPaths),
+      NHUPDATE_FENCED(CreateDirectoryW, kPaths<0>),
+      NHUPDATE_FENCED(RemoveDirectoryW, kPaths<0>),
+      NHUPDATE_FENCED(DeleteFileW, kPaths<0>),
+      NHUPDATE_FENCED(SetFileAttributesW, kPaths<0>),
+      NHUPDATE_FENCED(CopyFileW, kPaths<1>),
+      NHUPDATE_FENCED(MoveFileW, kPaths<0, 1>),
       NHUPDATE_FENCED(CreateFileW, kCreateFile),
       NHUPDATE_FENCED(SetFileInformationByHandle, kFileInformation),
-      NHUPDATE_FENCED(CreateHardLinkW, kBothPaths),
+      NHUPDATE_FENCED(CreateHardLinkW, kPaths<0, 1>),
       NHUPDATE_FENCED(CreateSymbolicLinkW, kLink),
-      NHUPDATE_FENCED(WritePrivateProfileStringW, kProfileString),
-      NHUPDATE_FENCED(SHCreateDirectoryExW, kNewFolder),
+      NHUPDATE_FENCED(WritePrivateProfileStringW, CheckArguments<CheckProfile, 3>{}),
+      NHUPDATE_FENCED(SHCreateDirectoryExW, kPaths<1>),
       // What does the same by other names: a change of the program to these shall not make a hole.
-      NHUPDATE_FENCED(CreateDirectoryExW, kSecondPath),
-      NHUPDATE_FENCED(CopyFileExW, kSecondPath),
-      NHUPDATE_FENCED(MoveFileExW, kBothPaths),
-      NHUPDATE_FENCED(MoveFileWithProgressW, kBothPaths),
-      NHUPDATE_FENCED(ReplaceFileW, kThreePaths),
+      NHUPDATE_FENCED(CreateDirectoryExW, kPaths<1>),
+      NHUPDATE_FENCED(CopyFileExW, kPaths<1>),
+      NHUPDATE_FENCED(MoveFileExW, kPaths<0, 1>),
+      NHUPDATE_FENCED(MoveFileWithProgressW, kPaths<0, 1>),
+      NHUPDATE_FENCED(ReplaceFileW, kPaths<0, 1, 2>),
       NHUPDATE_FENCED(CreateFile2, kCreateFile2),
-      NHUPDATE_FENCED(WritePrivateProfileSectionW, kProfileSection),
-      NHUPDATE_FENCED(GetTempFileNameW, kFirstPath),
+      NHUPDATE_FENCED(WritePrivateProfileSectionW, CheckArguments<CheckProfile, 2>{}),
+      NHUPDATE_FENCED(GetTempFileNameW, kPaths<0>),
       NHUPDATE_FENCED(SHFileOperationW, kShellOperation),
   };
   return calls;

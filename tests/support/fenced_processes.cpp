@@ -24,19 +24,15 @@ std::wstring FirstArgument(const std::wstring& command_line) {
   return command_line.substr(begin, command_line.find(is_quoted ? L'"' : L' ', begin) - begin);
 }
 
-void CheckStart(const char* function, const wchar_t* program, const wchar_t* command_line) {
-  CheckProgram(function, program != nullptr        ? program
-                         : command_line != nullptr ? FirstArgument(command_line)
-                                                   : L"");
-}
-
 constexpr auto kCreateProcess = [](const char* function, const wchar_t* program,
-                                   wchar_t* command_line,
-                                   const auto&...) { CheckStart(function, program, command_line); };
+                                   const wchar_t* command_line, const auto&...) {
+  const std::wstring line = command_line != nullptr ? command_line : L"";
+  CheckProgram(function, program != nullptr ? program : FirstArgument(line));
+};
 
-constexpr auto kCreateProcessAs = [](const char* function, HANDLE, const wchar_t* program,
-                                     wchar_t* command_line, const auto&...) {
-  CheckStart(function, program, command_line);
+// With a user's token before the same arguments.
+constexpr auto kCreateProcessAs = [](const char* function, HANDLE, const auto&... arguments) {
+  kCreateProcess(function, arguments...);
 };
 
 constexpr auto kAdmitCreated = [](BOOL is_started, const auto&... arguments) {
@@ -102,8 +98,6 @@ constexpr auto kShutdown = [](const char* function, const auto&...) {
   RefuseUnlessAllowed(function, L"the whole system");
 };
 
-constexpr auto kAnything = [](const char*, const auto&...) {};
-
 constexpr auto kFenceInLoaded = [](HMODULE library, const auto&...) {
   if (IsLibraryInside(library)) {
     FenceInModule(library);
@@ -128,8 +122,8 @@ const std::vector<FencedFunction>& FencedProcessCalls() {
       NHUPDATE_FENCED(ExitWindowsEx, kShutdown),
       NHUPDATE_FENCED(InitiateSystemShutdownExW, kShutdown),
       // A library has an import table of its own.
-      NHUPDATE_FENCED(LoadLibraryW, kAnything, kFenceInLoaded),
-      NHUPDATE_FENCED(LoadLibraryExW, kAnything, kFenceInLoaded),
+      NHUPDATE_FENCED(LoadLibraryW, CheckNothing{}, kFenceInLoaded),
+      NHUPDATE_FENCED(LoadLibraryExW, CheckNothing{}, kFenceInLoaded),
   };
   return calls;
 }

@@ -20,7 +20,9 @@ constexpr auto kKey = [](const char* function, HKEY key, const auto&...) {
 constexpr auto kSubKey = [](const char* function, HKEY key, const wchar_t* sub_key,
                             const auto&...) { CheckKey(function, key, sub_key); };
 
-constexpr auto kAnything = [](const char*, const auto&...) {};
+constexpr auto kTarget = [](const char* function, HKEY, const wchar_t*, HKEY target) {
+  CheckKey(function, target, nullptr);
+};
 
 constexpr auto kRemember = [](LSTATUS status, HKEY key, HKEY target) {
   if (status == ERROR_SUCCESS) {
@@ -40,7 +42,7 @@ const std::vector<FencedFunction>& FencedRegistryCalls() {
       NHUPDATE_FENCED(RegSetKeyValueW, kSubKey),
       NHUPDATE_FENCED(RegDeleteTreeW, kSubKey),
       // Changes nothing outside of this process, but where the others lead.
-      NHUPDATE_FENCED(RegOverridePredefKey, kAnything, kRemember),
+      NHUPDATE_FENCED(RegOverridePredefKey, CheckNothing{}, kRemember),
       // What does the same by other names.
       NHUPDATE_FENCED(RegCreateKeyW, kSubKey),
       NHUPDATE_FENCED(RegSetValueW, kSubKey),
@@ -49,8 +51,7 @@ const std::vector<FencedFunction>& FencedRegistryCalls() {
       NHUPDATE_FENCED(RegDeleteKeyValueW, kSubKey),
       NHUPDATE_FENCED(RegDeleteValueW, kKey),
       NHUPDATE_FENCED(RegRenameKey, kSubKey),
-      NHUPDATE_FENCED(RegCopyTreeW, [](const char* function, HKEY, const wchar_t*,
-                                       HKEY target) { CheckKey(function, target, nullptr); }),
+      NHUPDATE_FENCED(RegCopyTreeW, kTarget),
       NHUPDATE_FENCED(RegRestoreKeyW, kKey),
       NHUPDATE_FENCED(RegReplaceKeyW, kSubKey),
       NHUPDATE_FENCED(RegLoadKeyW, kSubKey),

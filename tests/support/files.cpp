@@ -85,6 +85,15 @@ void WriteFileBytes(const std::wstring& path, const std::string& bytes) {
       << "Can't write " << testing::PrintToString(path);
 }
 
+void AppendFileBytes(const std::wstring& path, const std::string& bytes) {
+  const nhupdate::UniqueFile file(::CreateFileW(
+      path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+      nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  DWORD written = 0;
+  EXPECT_TRUE(
+      ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr));
+}
+
 std::string ReadFileBytes(const std::wstring& path) {
   const nhupdate::UniqueFile file(::CreateFileW(
       path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -128,6 +137,10 @@ void RemoveTree(const std::wstring& folder) {
     }
   }
   ::RemoveDirectoryW(folder.c_str());
+}
+
+std::wstring LongPathBelow(const std::wstring& folder) {
+  return folder + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
 }
 
 std::wstring TestProgramFolder() {

@@ -13,6 +13,10 @@ void CreateFolders(const std::wstring& folder);
 // Writes the file, with the folders above it; a test failure when it can't.
 void WriteFileBytes(const std::wstring& path, const std::string& bytes);
 
+// Writes behind what is in the file, which others may have open; a test failure when it can't.
+// Makes the file when there is none.
+void AppendFileBytes(const std::wstring& path, const std::string& bytes);
+
 // The content of the file; a test failure and nothing when it can't be read whole.
 [[nodiscard]] std::string ReadFileBytes(const std::wstring& path);
 
@@ -23,6 +27,10 @@ void WriteFileBytes(const std::wstring& path, const std::string& bytes);
 // Deletes the folder and all in it, read-only files too, but nothing behind a link. What can't be
 // deleted stays.
 void RemoveTree(const std::wstring& folder);
+
+// A path below the folder that Windows by default takes for one that isn't there
+// (short_path_policy.h).
+[[nodiscard]] std::wstring LongPathBelow(const std::wstring& folder);
 
 // The folder that holds this test executable and the stand-ins.
 [[nodiscard]] std::wstring TestProgramFolder();

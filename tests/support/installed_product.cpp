@@ -28,7 +28,7 @@ InstalledProduct::~InstalledProduct() {
 }
 
 SurroundingFacts InstalledProduct::Facts() const {
-  return {.executable = ExecutablePath(),
+  return {.executable = options_.executable.value_or(ExecutablePath()),
           .program_data = options_.has_program_data ? ProgramData() : L"",
           .elevated = options_.elevated};
 }

@@ -8,6 +8,7 @@
 // Only what a test needs is there. The manager writes its log through the recording library.
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,8 @@ struct ProductOptions {
   std::wstring module = L"\\NHUpdateManager";
   // The file name, without extension, of the log library's variant; empty for none at all.
   std::wstring log_library = L"recording_log";
+  // What Windows gives for the running executable's path when it isn't where that lies.
+  std::optional<std::wstring> executable = std::nullopt;
 };
 
 class InstalledProduct {
@@ -49,6 +52,12 @@ class InstalledProduct {
   // Runs the manager's start-up, with Windows telling it that it lies in the scratch folder and
   // is, or is not, elevated. The start-up's own records are kept.
   void Start();
+
+  // The same in a process that isn't elevated, from now on.
+  void StartUnelevated() {
+    options_.elevated = false;
+    Start();
+  }
 
   // The manager; started, and with no records yet, when Start has not been called.
   [[nodiscard]] nhupdate::CManagerCenter& Manager();

@@ -6,11 +6,17 @@
 //   INTERPOSER(CopyFileW) copy([&](const wchar_t* source, ...) {...});
 //
 // With a module's handle before the fake, for the code in that library, which must stay loaded.
-// The table is shared with the C++ runtime and GoogleTest, so a fake matches what it is meant for
-// (a path, the n-th call) and passes everything else on to Original(). A fake that fails sets the
-// last error as its last act. Objects for the same function are destroyed in reverse order. The
-// compiler may keep a function's address across a loop: vary a behaviour by state inside the fake,
-// not by installing another one in the middle of the code under test.
+// The table is shared with the C++ runtime and GoogleTest, so a fake answers what it is meant for
+// (a path, the n-th call) and lets Windows do the rest:
+//
+//   [&](const wchar_t* path, auto... rest) { return copy.Original()(path, rest...); }
+//   [&](const wchar_t* path, auto...) -> std::optional<HANDLE> {...}   nothing: it is passed on
+//   [&](const wchar_t* path, auto...) { paths.push_back(path); }       always: this only looks
+//
+// A fake that fails sets the last error as its last act (see answers.h). Objects for the same
+// function are destroyed in reverse order. The compiler may keep a function's address across a
+// loop: vary a behaviour by state inside the fake, not by installing another one in the middle of
+// the code under test.
 
 #include <algorithm>
 #include <array>
@@ -19,6 +25,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <type_traits>
 #include <utility>
 
 #include "tests/support/import_table.h"
@@ -33,10 +40,7 @@ class Interposer<Result(Arguments...)> {
  public:
   using Function = Result (*)(Arguments...);
 
-  template <typename Fake>
-  Interposer(const char* function_name, Fake fake)
-      : Interposer(nullptr, function_name, std::move(fake)) {}
-
+ protected:
   template <typename Fake>
   Interposer(HMODULE module, const char* function_name, Fake fake)
       : slot_(FindImportSlot(function_name, module)),
@@ -44,13 +48,23 @@ class Interposer<Result(Arguments...)> {
         original_(reinterpret_cast<Function>(*slot_)) {
     fakes_[index_] = [this, fake = std::move(fake)](Arguments... arguments) mutable -> Result {
       ++calls_;
-      return fake(arguments...);
+      using Answer = std::invoke_result_t<Fake&, Arguments...>;
+      if constexpr (std::is_convertible_v<Answer, Result> || std::is_void_v<Result>) {
+        return fake(arguments...);
+      } else if constexpr (std::is_void_v<Answer>) {
+        fake(arguments...);
+        return original_(arguments...);
+      } else {
+        const auto answer = fake(arguments...);
+        return answer ? static_cast<Result>(*answer) : original_(arguments...);
+      }
     };
     originals_[index_] = original_;
     WriteImportSlot(
         slot_, reinterpret_cast<void*>(ThunkAt(index_, std::make_index_sequence<kThunkCount>())));
   }
 
+ public:
   Interposer(const Interposer&) = delete;
   Interposer& operator=(const Interposer&) = delete;
 
@@ -112,7 +126,7 @@ template <typename Signature, FunctionName kName>
 class NamedInterposer : public Interposer<Signature> {
  public:
   template <typename Fake>
-  explicit NamedInterposer(Fake fake) : Interposer<Signature>(kName.text.data(), std::move(fake)) {}
+  explicit NamedInterposer(Fake fake) : NamedInterposer(nullptr, std::move(fake)) {}
 
   template <typename Fake>
   NamedInterposer(HMODULE module, Fake fake)

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cstdint>
 
 namespace nhupdate_test {
 
@@ -26,14 +27,6 @@ std::string DescribeObject(const nhupdate::JsonValue::Object& object) {
 }
 
 }  // namespace
-
-std::string DescribeBoolean(bool boolean) {
-  return boolean ? "true" : "false";
-}
-
-std::string DescribeInteger(std::int64_t integer) {
-  return std::to_string(integer);
-}
 
 std::string DescribeReal(double real) {
   std::array<char, 64> digits = {};
@@ -66,9 +59,9 @@ std::string Describe(const nhupdate::JsonValue& value) {
     case nhupdate::JsonKind::kNull:
       return "null";
     case nhupdate::JsonKind::kBoolean:
-      return DescribeBoolean(*value.AsBoolean());
+      return *value.AsBoolean() ? "true" : "false";
     case nhupdate::JsonKind::kInteger:
-      return DescribeInteger(*value.AsInteger());
+      return std::to_string(*value.AsInteger());
     case nhupdate::JsonKind::kReal:
       return DescribeReal(*value.AsReal());
     case nhupdate::JsonKind::kString:

@@ -4,7 +4,6 @@
 //
 //   null   true   -7   real 0.5   "a\\b\u00E9"   [1,[]]   {"a":null,"b":"x"}
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -12,8 +11,6 @@
 
 namespace nhupdate_test {
 
-[[nodiscard]] std::string DescribeBoolean(bool boolean);
-[[nodiscard]] std::string DescribeInteger(std::int64_t integer);
 [[nodiscard]] std::string DescribeReal(double real);
 
 // In quotes; a quote and a backslash behind a backslash, units outside printable ASCII as \uXXXX.

@@ -14,13 +14,10 @@ namespace {
 
 std::vector<std::wstring> FieldsOf(const std::wstring& line) {
   std::vector<std::wstring> fields;
-  std::size_t begin = 0;
-  for (std::size_t tab = line.find(L'\t'); tab != std::wstring::npos;
-       tab = line.find(L'\t', begin)) {
-    fields.push_back(line.substr(begin, tab - begin));
-    begin = tab + 1;
+  std::wistringstream stream(line + L'\t');
+  for (std::wstring field; std::getline(stream, field, L'\t');) {
+    fields.push_back(field);
   }
-  fields.push_back(line.substr(begin));
   return fields;
 }
 
@@ -38,8 +35,7 @@ std::vector<LogCall> ReadLogJournal(const std::wstring& path) {
   const std::string bytes = ReadFileBytes(path);
   std::wistringstream lines(nhupdate::Utf8ToWide(bytes.data(), static_cast<int>(bytes.size())));
   std::vector<LogCall> calls;
-  std::wstring line;
-  while (std::getline(lines, line)) {
+  for (std::wstring line; std::getline(lines, line);) {
     const std::vector<std::wstring> fields = FieldsOf(line);
     if (fields.size() < 2 || fields.size() != FieldCountOf(fields[1])) {
       ADD_FAILURE() << "Not a line of the log library's journal: " << testing::PrintToString(line);
@@ -49,6 +45,14 @@ std::vector<LogCall> ReadLogJournal(const std::wstring& path) {
         {static_cast<DWORD>(std::stoul(fields[0])), fields[1], {fields.begin() + 2, fields.end()}});
   }
   return calls;
+}
+
+std::wstring DescribeCall(const LogCall& call) {
+  std::wstring text = call.entry;
+  for (const std::wstring& argument : call.arguments) {
+    text += L"|" + argument;
+  }
+  return text;
 }
 
 std::vector<std::wstring> RecordsOf(const std::vector<LogCall>& calls) {

@@ -1,5 +1,6 @@
 #include "tests/support/naive_json_parts.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <map>
@@ -40,26 +41,15 @@ bool StartsWith(View text, wchar_t unit) {
 }
 
 int Literal(View text, std::string& value) {
-  if (text.size() < 4) {
-    return -1;
-  }
-  const bool is_long = text.front() == L'f' || text.front() == L'F';
-  const std::size_t length = is_long ? 5 : 4;
-  if (text.size() < length) {
-    return -1;
-  }
-  std::wstring lower;
-  for (const wchar_t unit : text.substr(0, length)) {
-    const bool is_upper = unit >= L'A' && unit <= L'Z';
-    lower += static_cast<wchar_t>(is_upper ? unit + 32 : unit);
-  }
-  for (const auto& [name, description] :
-       std::map<std::wstring, std::string>{{L"true", DescribeBoolean(true)},
-                                           {L"false", DescribeBoolean(false)},
-                                           {L"null", "null"}}) {
-    if (lower == name) {
-      value = description;
-      return static_cast<int>(length);
+  constexpr int kToCapital = 'A' - 'a';
+  for (const std::string name : {"true", "false", "null"}) {
+    const View beginning = text.substr(0, name.size());
+    if (std::equal(name.begin(), name.end(), beginning.begin(), beginning.end(),
+                   [](char letter, wchar_t unit) {
+                     return unit == letter || unit == letter + kToCapital;
+                   })) {
+      value = name;
+      return static_cast<int>(name.size());
     }
   }
   return -1;
@@ -90,7 +80,7 @@ int Number(View text, std::string& value) {
     value = DescribeReal(is_negative ? real * -1.0 : real);
   } else {
     const std::int64_t integer = std::strtoll(run.c_str(), nullptr, 10);
-    value = DescribeInteger(is_negative ? -integer : integer);
+    value = std::to_string(is_negative ? -integer : integer);
   }
   return static_cast<int>(run.size()) + sign_units;
 }

@@ -1,11 +1,12 @@
 #include "tests/support/naive_json_reader.h"
 
 #include <map>
-#include <string>
+#include <sstream>
 #include <vector>
 
 #include "tests/support/json_description.h"
 #include "tests/support/naive_json_parts.h"
+#include "text/json_reader.h"
 
 namespace nhupdate_test {
 
@@ -18,75 +19,77 @@ using naive::Whitespace;
 
 int Value(View text, std::string& value);
 
-int SkipSeparator(View text, int count) {
-  count += Whitespace(Rest(text, count));
-  return StartsWith(Rest(text, count), L',') ? count + 1 : count;
+std::string Joined(const std::vector<std::string>& parts) {
+  std::string joined;
+  for (const std::string& part : parts) {
+    joined += (joined.empty() ? "" : ",") + part;
+  }
+  return joined;
 }
 
-int Array(View text, std::string& value) {
-  if (text.find(L']') == View::npos) {
+// Reads what is between the brackets. `read_one` gets what is left of the text and returns how many
+// units it has read, or how far it has come without success as a negative number or 0.
+template <typename ReadOne>
+int Container(View text, wchar_t end, ReadOne read_one) {
+  if (text.find(end) == View::npos) {
     return -1;
   }
-  std::vector<std::string> elements;
   int count = 1;
   for (;;) {
     count += Whitespace(Rest(text, count));
-    if (StartsWith(Rest(text, count), L']')) {
-      break;
+    if (StartsWith(Rest(text, count), end)) {
+      return count + 1;
     }
-    std::string element;
-    const int result = Value(Rest(text, count), element);
+    const int result = read_one(Rest(text, count));
     if (result <= 0) {
       return -(count - result);
     }
-    elements.push_back(element);
-    count = SkipSeparator(text, count + result);
+    count += result;
+    count += Whitespace(Rest(text, count));
+    count += StartsWith(Rest(text, count), L',') ? 1 : 0;
   }
-  std::string joined;
-  for (const std::string& element : elements) {
-    joined += (joined.empty() ? "" : ",") + element;
+}
+
+int Array(View text, std::string& value) {
+  std::vector<std::string> elements;
+  const int result =
+      Container(text, L']', [&](View rest) { return Value(rest, elements.emplace_back()); });
+  if (result > 0) {
+    value = "[" + Joined(elements) + "]";
   }
-  value = "[" + joined + "]";
-  return count + 1;
+  return result;
 }
 
 int Object(View text, std::string& value) {
-  if (text.find(L'}') == View::npos) {
-    return -1;
-  }
   std::map<std::wstring, std::string> members;
-  int count = 1;
-  for (;;) {
-    count += Whitespace(Rest(text, count));
-    if (StartsWith(Rest(text, count), L'}')) {
-      break;
-    }
+  const int result = Container(text, L'}', [&](View rest) {
     std::wstring key;
-    const int key_result = naive::Quoted(Rest(text, count), key);
-    if (key_result <= 0) {
-      return -count;
+    int count = naive::Quoted(rest, key);
+    if (count <= 0) {
+      return 0;
     }
-    count += key_result;
-    count += Whitespace(Rest(text, count));
-    if (!StartsWith(Rest(text, count), L':')) {
+    count += Whitespace(Rest(rest, count));
+    if (!StartsWith(Rest(rest, count), L':')) {
       return -count;
     }
     count += 1;
-    count += Whitespace(Rest(text, count));
+    count += Whitespace(Rest(rest, count));
     std::string member;
-    const int result = Value(Rest(text, count), member);
-    if (result <= 0) {
+    const int member_result = Value(Rest(rest, count), member);
+    if (member_result <= 0) {
       return -count;
     }
     members[key] = member;
-    count = SkipSeparator(text, count + result);
+    return count + member_result;
+  });
+  if (result > 0) {
+    std::vector<std::string> descriptions;
+    for (const auto& [key, member] : members) {
+      descriptions.push_back(DescribeString(key) + ":" + member);
+    }
+    value = "{" + Joined(descriptions) + "}";
   }
-  std::string joined;
-  for (const auto& [key, member] : members) {
-    joined += (joined.empty() ? "" : ",") + DescribeString(key) + ":" + member;
-  }
-  value = "{" + joined + "}";
-  return count + 1;
+  return result;
 }
 
 int Value(View text, std::string& value) {
@@ -113,8 +116,9 @@ int Value(View text, std::string& value) {
   return result < 0 ? result : -1;
 }
 
-template <typename Reader>
-JsonReading Read(Reader reader, View text, int bound) {
+using NaiveReader = int (*)(View text, std::string& value);
+
+JsonReading Read(NaiveReader reader, View text, int bound) {
   JsonReading reading;
   const View readable = WithinBound(text, bound);
   const View ended = readable.substr(0, readable.find(L'\0'));
@@ -122,30 +126,41 @@ JsonReading Read(Reader reader, View text, int bound) {
   return reading;
 }
 
+struct ComparedReader {
+  const char* name;
+  JsonReader reader;  // null for the scanner of strings
+  NaiveReader naive;
+};
+
+constexpr ComparedReader kReaders[] = {
+    {"ParseValue", nhupdate::ParseValue, Value},
+    {"ParseObject", nhupdate::ParseObject, Object},
+    {"ParseArray", nhupdate::ParseArray, Array},
+    {"ParseString", nhupdate::ParseString, naive::String},
+    {"ParseNumber", nhupdate::ParseNumber, naive::Number},
+    {"ParseLiteral", nhupdate::ParseLiteral, naive::Literal},
+    {"ScanString", nullptr, naive::String},
+};
+
 }  // namespace
 
 JsonReading NaiveParseValue(std::wstring_view text, int bound) {
   return Read(Value, text, bound);
 }
 
-JsonReading NaiveParseObject(std::wstring_view text, int bound) {
-  return Read(Object, text, bound);
-}
-
-JsonReading NaiveParseArray(std::wstring_view text, int bound) {
-  return Read(Array, text, bound);
-}
-
-JsonReading NaiveParseString(std::wstring_view text, int bound) {
-  return Read(naive::String, text, bound);
-}
-
-JsonReading NaiveParseNumber(std::wstring_view text, int bound) {
-  return Read(naive::Number, text, bound);
-}
-
-JsonReading NaiveParseLiteral(std::wstring_view text, int bound) {
-  return Read(naive::Literal, text, bound);
+std::string DisagreementOn(std::wstring_view text, int bound) {
+  for (const auto& [name, reader, naive_reader] : kReaders) {
+    const JsonReading reading =
+        reader != nullptr ? ReadJson(reader, text, bound) : ScanJsonString(text, bound);
+    const JsonReading naive = Read(naive_reader, text, bound);
+    if (reading != naive) {
+      std::ostringstream description;
+      description << name << " reads " << DescribeString(text) << " with the bound " << bound
+                  << " as " << reading << ", which is " << naive;
+      return description.str();
+    }
+  }
+  return {};
 }
 
 }  // namespace nhupdate_test

@@ -2,6 +2,7 @@
 
 // Windows' list of the user's preferred languages, replaced.
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,13 @@ namespace nhupdate_test {
 class PreferredLanguages {
  public:
   // From the failing call on (1 for the first) every call fails.
-  explicit PreferredLanguages(std::vector<std::wstring> names, int failing_call = 0);
+  explicit PreferredLanguages(const std::vector<std::wstring>& names, int failing_call = 0)
+      : count_(static_cast<ULONG>(names.size())), failing_call_(failing_call) {
+    for (const std::wstring& name : names) {
+      list_ += name + L'\0';
+    }
+    list_ += L'\0';
+  }
 
   [[nodiscard]] int Calls() const { return interposer_.Calls(); }
 
@@ -29,13 +36,28 @@ class PreferredLanguages {
   [[nodiscard]] const std::vector<Call>& Arguments() const { return arguments_; }
 
  private:
-  BOOL Answer(DWORD flags, ULONG* count, wchar_t* buffer, ULONG* units);
+  BOOL Answer(DWORD flags, ULONG* count, wchar_t* buffer, ULONG* units) {
+    arguments_.push_back({flags, buffer != nullptr, *units});
+    const ULONG needed = static_cast<ULONG>(list_.size());
+    const bool fails = failing_call_ > 0 && Calls() >= failing_call_;
+    if (fails || (buffer != nullptr && *units < needed)) {
+      ::SetLastError(fails ? ERROR_GEN_FAILURE : ERROR_INSUFFICIENT_BUFFER);
+      return FALSE;
+    }
+    if (buffer != nullptr) {
+      list_.copy(buffer, list_.size());
+    }
+    *count = count_;
+    *units = needed;
+    return TRUE;
+  }
 
   std::wstring list_;  // with a NUL behind every name and one at the end
   ULONG count_;
   int failing_call_;
   std::vector<Call> arguments_;
-  INTERPOSER(GetUserPreferredUILanguages) interposer_;
+  INTERPOSER(GetUserPreferredUILanguages) interposer_{
+      std::bind_front(&PreferredLanguages::Answer, this)};
 };
 
 }  // namespace nhupdate_test

@@ -4,19 +4,31 @@
 // nothing else of a product: no library is loaded and no file written. There can be one at a time,
 // and Windows loads no other library as long as it lives.
 
+#include <gtest/gtest.h>
+
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "log/log.h"
 #include "log/log_center.h"
 #include "tests/support/fake_log_library.h"
+#include "tests/support/placeholders.h"
 
 namespace nhupdate_test {
 
 class RecordedLog {
  public:
   // The folder, if there is one, shows as {root} in the records.
-  explicit RecordedLog(std::wstring root = L"");
+  explicit RecordedLog(std::wstring root = L"") : root_(std::move(root)) {
+    library_.on_event = [this](const std::string& event, const std::wstring& details) {
+      if (event == "WriteLog") {
+        const std::size_t tag = details.find(L'|');
+        records_.push_back(details.substr(0, tag) + details.substr(details.find(L'|', tag + 1)));
+      }
+    };
+    EXPECT_EQ(center_.StartLog(L"(in memory)", L"", L""), 1);
+  }
 
   [[nodiscard]] nhupdate::CLog Log() { return nhupdate::CLog(center_); }
 
@@ -25,7 +37,13 @@ class RecordedLog {
 
   // The records since the last ForgetRecords, each as L"level|text", with placeholders
   // (tests/support/placeholders.h).
-  [[nodiscard]] std::vector<std::wstring> Records() const;
+  [[nodiscard]] std::vector<std::wstring> Records() const {
+    std::vector<std::wstring> records = records_;
+    for (std::wstring& record : records) {
+      record = WithPlaceholders(std::move(record), root_, L"");
+    }
+    return records;
+  }
 
   void ForgetRecords() { records_.clear(); }
 

@@ -15,18 +15,17 @@ class RecordedSleeps {
  public:
   // `during_sleep` is what happens in the meantime; it gets the sleep's number, counted from 1.
   explicit RecordedSleeps(std::function<void(int)> during_sleep = [](int) {})
-      : sleep_([this, during_sleep = std::move(during_sleep)](DWORD milliseconds) {
-          milliseconds_.push_back(milliseconds);
-          during_sleep(static_cast<int>(milliseconds_.size()));
-        }) {}
-  RecordedSleeps(const RecordedSleeps&) = delete;
-  RecordedSleeps& operator=(const RecordedSleeps&) = delete;
+      : during_sleep_(std::move(during_sleep)) {}
 
   [[nodiscard]] const std::vector<DWORD>& Milliseconds() const { return milliseconds_; }
 
  private:
+  std::function<void(int)> during_sleep_;
   std::vector<DWORD> milliseconds_;
-  INTERPOSER(Sleep) sleep_;
+  INTERPOSER(Sleep) sleep_{[this](DWORD milliseconds) {
+    milliseconds_.push_back(milliseconds);
+    during_sleep_(static_cast<int>(milliseconds_.size()));
+  }};
 };
 
 }  // namespace nhupdate_test

@@ -18,21 +18,16 @@ inline constexpr int kRecordedToolResult = 42;
 
 class RecordedTools {
  public:
-  RecordedTools()
-      : execute_([this](HWND, const wchar_t*, const wchar_t* file, const wchar_t* parameters,
-                        const wchar_t*, int) {
-          started_.push_back(std::wstring(file) + L" " + parameters);
-          return reinterpret_cast<HINSTANCE>(INT_PTR{kRecordedToolResult});
-        }) {}
-  RecordedTools(const RecordedTools&) = delete;
-  RecordedTools& operator=(const RecordedTools&) = delete;
-
   // Each as L"file parameters".
   [[nodiscard]] const std::vector<std::wstring>& Started() const { return started_; }
 
  private:
   std::vector<std::wstring> started_;
-  INTERPOSER(ShellExecuteW) execute_;
+  INTERPOSER(ShellExecuteW) execute_{
+      [this](HWND, const wchar_t*, const wchar_t* file, const wchar_t* parameters, auto...) {
+        started_.push_back(std::wstring(file) + L" " + parameters);
+        return reinterpret_cast<HINSTANCE>(INT_PTR{kRecordedToolResult});
+      }};
 };
 
 }  // namespace nhupdate_test

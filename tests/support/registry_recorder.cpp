@@ -13,7 +13,7 @@ namespace nhupdate_test {
 
 namespace {
 
-// Wine, unlike Windows, also stores a NUL that happens to follow the counted bytes.
+// A terminator that follows the counted bytes is stored with them.
 void RemoveTerminator(WrittenValue& value) {
   const std::size_t size = value.bytes.size();
   if (value.type == REG_SZ && size >= 2 && value.bytes[size - 1] == 0 &&
@@ -52,8 +52,7 @@ WrittenValue StoredValue(const std::wstring& key, const std::wstring& name) {
 RegistryRecorder::RegistryRecorder(std::function<void(int)> before_value)
     : before_value_(std::move(before_value)),
       create_key_([this](HKEY hive, const wchar_t* path, DWORD reserved, wchar_t* key_class,
-                         DWORD options, REGSAM access, SECURITY_ATTRIBUTES* security, HKEY* key,
-                         DWORD* disposition) {
+                         DWORD options, REGSAM access, auto* security, HKEY* key, auto rest) {
         EXPECT_EQ(hive, HKEY_LOCAL_MACHINE);
         EXPECT_EQ(reserved, 0u);
         EXPECT_EQ(key_class, nullptr);
@@ -61,15 +60,15 @@ RegistryRecorder::RegistryRecorder(std::function<void(int)> before_value)
         EXPECT_EQ(access, static_cast<REGSAM>(0x20006));
         EXPECT_EQ(security, nullptr);
         const LSTATUS status = create_key_.Original()(hive, path, reserved, key_class, options,
-                                                      access, security, key, disposition);
+                                                      access, security, key, rest);
         if (status == ERROR_SUCCESS) {
           open_keys_[*key] = path;
           ++opened_keys_;
         }
         return status;
       }),
-      set_value_([this](HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data,
-                        DWORD byte_count) -> LSTATUS {
+      set_value_([this](HKEY key, const wchar_t* name, DWORD, DWORD type, const BYTE* data,
+                        DWORD byte_count) -> std::optional<LSTATUS> {
         ++values_;
         if (before_value_) {
           before_value_(values_);
@@ -77,13 +76,9 @@ RegistryRecorder::RegistryRecorder(std::function<void(int)> before_value)
         if (values_ == failing_value_) {
           return ERROR_ACCESS_DENIED;
         }
-        written_.push_back(
-            {open_keys_.at(key), name, type, std::vector<BYTE>(data, data + byte_count)});
-        return set_value_.Original()(key, name, reserved, type, data, byte_count);
+        written_.push_back({open_keys_.at(key), name, type, {data, data + byte_count}});
+        return std::nullopt;
       }),
-      close_key_([this](HKEY key) {
-        open_keys_.erase(key);
-        return close_key_.Original()(key);
-      }) {}
+      close_key_([this](HKEY key) { open_keys_.erase(key); }) {}
 
 }  // namespace nhupdate_test

@@ -9,9 +9,7 @@
 
 namespace nhupdate_test {
 
-namespace {
-
-nhupdate::UniqueRegistryKey CreateKey(HKEY hive, const std::wstring& path) {
+nhupdate::UniqueRegistryKey CreateRegistryKey(HKEY hive, const std::wstring& path) {
   nhupdate::UniqueRegistryKey key;
   const LSTATUS status = ::RegCreateKeyExW(hive, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
                                            nullptr, key.Receive(), nullptr);
@@ -19,12 +17,10 @@ nhupdate::UniqueRegistryKey CreateKey(HKEY hive, const std::wstring& path) {
   return key;
 }
 
-}  // namespace
-
 ScratchRegistry::ScratchRegistry()
     : path_(L"Software\\nhupdate test " + UnusedName()),
-      machine_(CreateKey(HKEY_CURRENT_USER, path_ + L"\\Machine")),
-      user_(CreateKey(HKEY_CURRENT_USER, path_ + L"\\User")) {
+      machine_(CreateRegistryKey(HKEY_CURRENT_USER, path_ + L"\\Machine")),
+      user_(CreateRegistryKey(HKEY_CURRENT_USER, path_ + L"\\User")) {
   EXPECT_EQ(::RegOverridePredefKey(HKEY_LOCAL_MACHINE, machine_.Get()), ERROR_SUCCESS);
   EXPECT_EQ(::RegOverridePredefKey(HKEY_CURRENT_USER, user_.Get()), ERROR_SUCCESS);
 }
@@ -56,8 +52,8 @@ std::wstring ScratchRegistry::Text(const std::wstring& key, const std::wstring& 
 
 void SetRegistryValue(HKEY hive, const std::wstring& key_path, const std::wstring& value_name,
                       const RegistryValue& value) {
-  const auto key = CreateKey(hive, key_path);
-  // In a buffer of its own, since Wine keeps a terminator that it finds behind the data.
+  const auto key = CreateRegistryKey(hive, key_path);
+  // In a buffer of its own, since a terminator that follows the data would be stored with it.
   std::vector<std::uint8_t> bytes = value.bytes;
   bytes.insert(bytes.end(), {0xAA, 0xAA, 0xAA, 0xAA});
   const LSTATUS status = ::RegSetValueExW(key.Get(), value_name.c_str(), 0, value.type,

@@ -17,8 +17,6 @@ class ScratchRegistry {
  public:
   ScratchRegistry();
   ~ScratchRegistry();
-  ScratchRegistry(const ScratchRegistry&) = delete;
-  ScratchRegistry& operator=(const ScratchRegistry&) = delete;
 
   // True as long as nothing was written for the machine.
   [[nodiscard]] bool IsEmpty() const;
@@ -38,6 +36,9 @@ struct RegistryValue {
 
   bool operator==(const RegistryValue&) const = default;
 };
+
+// Opens the key for everything, creating it where needed.
+nhupdate::UniqueRegistryKey CreateRegistryKey(HKEY hive, const std::wstring& path);
 
 // Writes a value below the key, creating that where needed.
 void SetRegistryValue(HKEY hive, const std::wstring& key_path, const std::wstring& value_name,

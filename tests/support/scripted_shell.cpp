@@ -14,32 +14,6 @@ std::wstring TextOf(const wchar_t* text) {
 
 }  // namespace
 
-ShellAnswer FailsWith(DWORD error) {
-  ShellAnswer answer;
-  answer.is_started = false;
-  answer.error = error;
-  return answer;
-}
-
-ShellAnswer EndsWith(DWORD exit_code, std::function<void()> during_wait) {
-  ShellAnswer answer;
-  answer.exit_code = exit_code;
-  answer.during_wait = std::move(during_wait);
-  return answer;
-}
-
-ShellAnswer EndsUnreadably() {
-  ShellAnswer answer;
-  answer.is_exit_code_readable = false;
-  return answer;
-}
-
-ShellAnswer HandedOver() {
-  ShellAnswer answer;
-  answer.has_process = false;
-  return answer;
-}
-
 ScriptedShell::ScriptedShell(std::vector<ShellAnswer> script)
     : ScriptedShell(std::move(script), nullptr) {}
 
@@ -50,11 +24,15 @@ ScriptedShell::ScriptedShell(std::vector<ShellAnswer> script,
                              std::function<ShellAnswer(const RecordedLaunch&)> answer)
     : script_(std::move(script)),
       answer_(std::move(answer)),
-      process_id_([] { return kProcessId; }),
-      execute_([this](SHELLEXECUTEINFOW* execution) { return Launch(execution); }),
-      wait_([this](HANDLE handle, DWORD milliseconds) { return Wait(handle, milliseconds); }),
-      exit_code_([this](HANDLE handle, DWORD* code) { return ReadExitCode(handle, code); }),
-      close_([this](HANDLE handle) { return Close(handle); }) {}
+      execute_(std::bind_front(&ScriptedShell::Launch, this)),
+      wait_(std::bind_front(&ScriptedShell::Wait, this)),
+      exit_code_(std::bind_front(&ScriptedShell::ReadExitCode, this)),
+      close_([this](HANDLE handle) {
+        // A process is a handle of the kernel, and closed as one.
+        if (const auto child = open_.extract(handle)) {
+          events_.push_back("close " + std::to_string(child.mapped().number));
+        }
+      }) {}
 
 ScriptedShell::~ScriptedShell() {
   if (!answer_) {
@@ -93,10 +71,10 @@ BOOL ScriptedShell::Launch(SHELLEXECUTEINFOW* execution) {
   return TRUE;
 }
 
-DWORD ScriptedShell::Wait(HANDLE handle, DWORD milliseconds) {
+std::optional<DWORD> ScriptedShell::Wait(HANDLE handle, DWORD milliseconds) {
   const auto child = open_.find(handle);
   if (child == open_.end()) {
-    return wait_.Original()(handle, milliseconds);
+    return std::nullopt;
   }
   const std::string limit =
       milliseconds == INFINITE ? "ever" : std::to_string(milliseconds) + " ms";
@@ -107,10 +85,10 @@ DWORD ScriptedShell::Wait(HANDLE handle, DWORD milliseconds) {
   return WAIT_OBJECT_0;
 }
 
-BOOL ScriptedShell::ReadExitCode(HANDLE handle, DWORD* exit_code) {
+std::optional<BOOL> ScriptedShell::ReadExitCode(HANDLE handle, DWORD* exit_code) {
   const auto child = open_.find(handle);
   if (child == open_.end()) {
-    return exit_code_.Original()(handle, exit_code);
+    return std::nullopt;
   }
   events_.push_back("exit code " + std::to_string(child->second.number));
   if (!child->second.answer.is_exit_code_readable) {
@@ -119,15 +97,6 @@ BOOL ScriptedShell::ReadExitCode(HANDLE handle, DWORD* exit_code) {
   }
   *exit_code = child->second.answer.exit_code;
   return TRUE;
-}
-
-BOOL ScriptedShell::Close(HANDLE handle) {
-  const auto child = open_.find(handle);
-  if (child != open_.end()) {
-    events_.push_back("close " + std::to_string(child->second.number));
-    open_.erase(child);
-  }
-  return close_.Original()(handle);
 }
 
 }  // namespace nhupdate_test

@@ -9,7 +9,9 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/windows.h"
@@ -25,14 +27,26 @@ struct ShellAnswer {
   bool has_process = true;      // when it is
   bool is_exit_code_readable = true;
   DWORD exit_code = 0;
-  std::function<void()> during_wait;  // what the process does while it is waited for
+  std::function<void()> during_wait = nullptr;  // what the process does while it is waited for
 };
 
-[[nodiscard]] ShellAnswer FailsWith(DWORD error);
-[[nodiscard]] ShellAnswer EndsWith(DWORD exit_code, std::function<void()> during_wait = nullptr);
-[[nodiscard]] ShellAnswer EndsUnreadably();
+[[nodiscard]] inline ShellAnswer FailsWith(DWORD error) {
+  return {.is_started = false, .error = error};
+}
+
+[[nodiscard]] inline ShellAnswer EndsWith(DWORD exit_code,
+                                          std::function<void()> during_wait = nullptr) {
+  return {.exit_code = exit_code, .during_wait = std::move(during_wait)};
+}
+
+[[nodiscard]] inline ShellAnswer EndsUnreadably() {
+  return {.is_exit_code_readable = false};
+}
+
 // The launch succeeds but there is no process: another one took over the work.
-[[nodiscard]] ShellAnswer HandedOver();
+[[nodiscard]] inline ShellAnswer HandedOver() {
+  return {.has_process = false};
+}
 
 struct RecordedLaunch {
   SHELLEXECUTEINFOW record = {};  // as it was passed; its texts are gone, here they are
@@ -58,8 +72,6 @@ class ScriptedShell {
   explicit ScriptedShell(std::vector<ShellAnswer> script);
   explicit ScriptedShell(AnswerByLaunch answers);
   ~ScriptedShell();
-  ScriptedShell(const ScriptedShell&) = delete;
-  ScriptedShell& operator=(const ScriptedShell&) = delete;
 
   [[nodiscard]] const std::vector<RecordedLaunch>& Launches() const { return launches_; }
 
@@ -80,16 +92,15 @@ class ScriptedShell {
 
   ShellAnswer NextAnswer(const RecordedLaunch& launch) const;
   BOOL Launch(SHELLEXECUTEINFOW* execution);
-  DWORD Wait(HANDLE handle, DWORD milliseconds);
-  BOOL ReadExitCode(HANDLE handle, DWORD* exit_code);
-  BOOL Close(HANDLE handle);
+  std::optional<DWORD> Wait(HANDLE handle, DWORD milliseconds);
+  std::optional<BOOL> ReadExitCode(HANDLE handle, DWORD* exit_code);
 
   std::vector<ShellAnswer> script_;
   std::function<ShellAnswer(const RecordedLaunch&)> answer_;  // instead of the script
   std::vector<RecordedLaunch> launches_;
   std::vector<std::string> events_;
   std::map<HANDLE, Child> open_;
-  INTERPOSER(GetCurrentProcessId) process_id_;
+  INTERPOSER(GetCurrentProcessId) process_id_{[] { return kProcessId; }};
   INTERPOSER(ShellExecuteExW) execute_;
   INTERPOSER(WaitForSingleObject) wait_;
   INTERPOSER(GetExitCodeProcess) exit_code_;

@@ -4,6 +4,8 @@
 // a path of MAX_PATH units and more that hasn't the prefix of the extended-length form is taken for
 // one that isn't there.
 
+#include <cstddef>
+#include <optional>
 #include <string_view>
 
 #include "base/windows.h"
@@ -12,29 +14,52 @@
 namespace nhupdate_test {
 
 class ShortPathPolicy {
+ public:
+  ShortPathPolicy() {
+    // An executable that copies nothing doesn't import it.
+    if (FindImportSlotIfAny("CopyFileW") != nullptr) {
+      copy_.emplace([this](const wchar_t* source, const wchar_t* target, auto rest) {
+        return Refuses(source) || Refuses(target) ? FALSE : copy_->Original()(source, target, rest);
+      });
+    }
+  }
+
+  // The paths that had the prefix.
+  [[nodiscard]] int ExtendedPaths() const { return extended_paths_; }
+
  private:
-  static bool Refuses(const wchar_t* path) {
-    const std::wstring_view text = path;
-    const bool is_refused = text.size() >= MAX_PATH && !text.starts_with(L"\\\\?\\");
+  // A folder's path must leave room for a short name in it.
+  static constexpr std::size_t kFolderLimit = MAX_PATH - 12;
+
+  bool Refuses(std::wstring_view path, std::size_t limit = MAX_PATH) {
+    const bool is_extended = path.starts_with(L"\\\\?\\");
+    extended_paths_ += is_extended ? 1 : 0;
+    const bool is_refused = path.size() >= limit && !is_extended;
     if (is_refused) {
       ::SetLastError(ERROR_PATH_NOT_FOUND);
     }
     return is_refused;
   }
 
-  INTERPOSER(CreateFileW) create_file_{[this](const wchar_t* path, DWORD access, DWORD sharing,
-                                              SECURITY_ATTRIBUTES* security, DWORD disposition,
-                                              DWORD flags, HANDLE model) {
-    return Refuses(path) ? INVALID_HANDLE_VALUE
-                         : create_file_.Original()(path, access, sharing, security, disposition,
-                                                   flags, model);
-  }};
-  INTERPOSER(FindFirstFileW) find_first_{[this](const wchar_t* path, WIN32_FIND_DATAW* entry) {
-    return Refuses(path) ? INVALID_HANDLE_VALUE : find_first_.Original()(path, entry);
-  }};
-  INTERPOSER(GetFileAttributesW) attributes_{[this](const wchar_t* path) {
-    return Refuses(path) ? INVALID_FILE_ATTRIBUTES : attributes_.Original()(path);
-  }};
+  // A fake that gives the result for a path that is refused, and no answer for others.
+  template <typename Result>
+  struct Refusing {
+    ShortPathPolicy* policy;
+    Result result;
+    std::size_t limit = MAX_PATH;
+
+    std::optional<Result> operator()(const wchar_t* path, const auto&...) const {
+      return policy->Refuses(path, limit) ? std::optional(result) : std::nullopt;
+    }
+  };
+
+  int extended_paths_ = 0;
+  INTERPOSER(CreateFileW) create_file_{Refusing<HANDLE>{this, INVALID_HANDLE_VALUE}};
+  INTERPOSER(FindFirstFileW) find_first_{Refusing<HANDLE>{this, INVALID_HANDLE_VALUE}};
+  INTERPOSER(GetFileAttributesW) attributes_{Refusing<DWORD>{this, INVALID_FILE_ATTRIBUTES}};
+  INTERPOSER(DeleteFileW) delete_file_{Refusing<BOOL>{this, FALSE}};
+  INTERPOSER(CreateDirectoryW) create_folder_{Refusing<BOOL>{this, FALSE, kFolderLimit}};
+  std::optional<INTERPOSER(CopyFileW)> copy_;
 };
 
 }  // namespace nhupdate_test

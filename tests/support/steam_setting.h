@@ -15,15 +15,19 @@ namespace nhupdate_test {
 class SteamSetting {
  public:
   // Stores the text as Steam does.
-  void SetLanguage(const std::wstring& language);
+  void SetLanguage(const std::wstring& language) { SetValue(REG_SZ, BytesOf(language + L'\0')); }
 
   // Stores any bytes.
-  void SetValue(DWORD type, const std::vector<std::uint8_t>& bytes);
+  void SetValue(DWORD type, const std::vector<std::uint8_t>& bytes) {
+    SetRegistryValue(HKEY_CURRENT_USER, kKey, L"Language", {type, bytes});
+  }
 
   // Only the key.
-  void CreateKey();
+  void CreateKey() { CreateRegistryKey(HKEY_CURRENT_USER, kKey); }
 
  private:
+  static constexpr wchar_t kKey[] = L"SOFTWARE\\Valve\\Steam";
+
   ScratchRegistry registry_;
 };
 

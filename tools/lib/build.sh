@@ -7,7 +7,7 @@ nhupdate_root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 configure_preset() {
   local preset=$1 folder=$nhupdate_root/build/$1 log
   log=$(mktemp)
-  if [ ! -e "$folder/build.ninja" ] || [ "$nhupdate_root/CMakePresets.json" -nt "$folder/CMakeCache.txt" ]; then
+  if [ ! -e "$folder/build.ninja" ] || [ "$nhupdate_root/CMakePresets.json" -nt "$folder/build.ninja" ]; then
     echo "Configuring $preset" >&2
     if ! (cd "$nhupdate_root" && cmake --preset "$preset") >"$log" 2>&1; then
       cat "$log" >&2
@@ -23,8 +23,17 @@ configure_preset() {
   rm -f "$log"
 }
 
-# build_preset PRESET [TARGET...]: configures where needed and builds, likewise.
+# build_preset PRESET [TARGET...]: configures where needed and builds, likewise. Several tools may ask
+# for it at once.
 build_preset() {
+  mkdir -p "$nhupdate_root/build"
+  (
+    flock 8
+    build_preset_alone "$@" 8>&-
+  ) 8>"$nhupdate_root/build/$1.lock"
+}
+
+build_preset_alone() {
   local preset=$1 folder=$nhupdate_root/build/$1 log
   shift
   configure_preset "$preset" || return 1

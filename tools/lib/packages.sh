@@ -10,15 +10,21 @@ nhupdate_packages=(
   git zip unzip
 )
 
+# What signs a package in the tests; a release is signed with what its maker has.
+# shellcheck disable=SC2034  # used where this is sourced
+nhupdate_sign_packages=(openssl osslsigncode)
+
 # What the quick half of tools/lint looks with.
-nhupdate_lint_packages=(clang-format shellcheck)
+nhupdate_lint_packages=(clang-format shellcheck yamllint)
 
 ensure_packages() {
-  local missing=() package
+  local missing=() package installed
+  installed=$(dpkg-query --show --showformat='${Package} ${db:Status-Status}\n' "$@" 2>/dev/null)
   for package in "$@"; do
-    if [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
-      missing+=("$package")
-    fi
+    case $'\n'$installed$'\n' in
+      *$'\n'"$package installed"$'\n'*) ;;
+      *) missing+=("$package") ;;
+    esac
   done
   [ ${#missing[@]} -gt 0 ] || return 0
 

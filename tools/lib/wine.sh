@@ -12,14 +12,12 @@ nhupdate_wineserver=/usr/lib/wine/wineserver64
 export WINEDEBUG=${WINEDEBUG:--all}
 # Wine writes file names in the characters of the locale; others don't exist for it.
 export LC_ALL=C.UTF-8
-# Without the debugger that Wine starts for a program that crashes: with it the program ends with 0
-# now and then, and a test that crashed would have passed.
-export WINEDLLOVERRIDES='mscoree,mshtml=;winedbg.exe=d'
+export WINEDLLOVERRIDES='mscoree,mshtml='
 
 # The lanes of the tests. What runs in a quiet one shows no window: either it never does, or whatever
 # would is replaced.
 nhupdate_quiet_lanes=(unit log_library cycles)
-nhupdate_window_lanes=(e2e waits restarts restarts_install)
+nhupdate_window_lanes=(e2e waits restarts restarts_install moments)
 nhupdate_test_lanes=("${nhupdate_quiet_lanes[@]}" "${nhupdate_window_lanes[@]}")
 
 # Longer than all that is done with one needs, even on a machine under load.

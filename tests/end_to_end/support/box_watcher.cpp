@@ -65,16 +65,12 @@ bool Contains(const std::vector<HWND>& boxes, HWND box) {
 
 std::vector<HWND> VisibleBoxes() {
   std::vector<HWND> boxes;
-  ::EnumWindows(
-      [](HWND window, LPARAM found) -> BOOL {
-        std::array<wchar_t, 16> name = {};
-        ::GetClassNameW(window, name.data(), static_cast<int>(name.size()));
-        if (std::wstring(name.data()) == L"#32770" && ::IsWindowVisible(window)) {
-          reinterpret_cast<std::vector<HWND>*>(found)->push_back(window);
-        }
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&boxes));
+  HWND box = nullptr;
+  while ((box = ::FindWindowExW(nullptr, box, L"#32770", nullptr)) != nullptr) {
+    if (::IsWindowVisible(box)) {
+      boxes.push_back(box);
+    }
+  }
   return boxes;
 }
 

@@ -11,6 +11,7 @@
 #include "tests/support/golden.h"
 #include "tests/support/placeholders.h"
 #include "tests/support/utf8_text.h"
+#include "tests/support/wine.h"
 
 namespace nhupdate_test {
 
@@ -106,18 +107,6 @@ ProgramRun EndToEndTest::RunAs(const ProgramStart& start) {
   return run;
 }
 
-ProgramRun EndToEndTest::Run(const std::wstring& arguments) {
-  return RunFrom(hub_.Manager(), arguments);
-}
-
-ProgramRun EndToEndTest::RunUnelevated(const std::wstring& arguments) {
-  return RunAs({.executable = hub_.Manager(), .arguments = arguments, .is_elevated = false});
-}
-
-ProgramRun EndToEndTest::RunFrom(const std::wstring& executable, const std::wstring& arguments) {
-  return RunAs({.executable = executable, .arguments = arguments});
-}
-
 Tree EndToEndTest::Files() const {
   Tree files = ReadTree(hub_.Scratch());
   const std::wstring data_folder = hub_.DataFolder() + L"\\Corvane";
@@ -197,7 +186,7 @@ std::wstring EndToEndTest::Neutral(std::wstring record, DWORD process_id) {
   // The error of a launch whose executable another process holds without sharing. That box of
   // Wine's shell costs it the error.
   const std::wstring record_before = record;
-  ReplaceEnd(record, L"4|Fail to launch ", IsUnderWine() ? L": 0" : L": 32", L": {held}");
+  ReplaceEnd(record, L"4|Fail to launch ", IsWine() ? L": 0" : L": 32", L": {held}");
   has_launch_failed_ = has_launch_failed_ || record != record_before;
   return record;
 }

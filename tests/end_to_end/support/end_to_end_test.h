@@ -25,9 +25,15 @@ class EndToEndTest : public testing::Test {
   explicit EndToEndTest(std::size_t root_length = 0);
 
   // Runs the installed program, or another one, elevated or not.
-  [[nodiscard]] ProgramRun Run(const std::wstring& arguments);
-  [[nodiscard]] ProgramRun RunUnelevated(const std::wstring& arguments);
-  [[nodiscard]] ProgramRun RunFrom(const std::wstring& executable, const std::wstring& arguments);
+  [[nodiscard]] ProgramRun Run(const std::wstring& arguments) {
+    return RunFrom(hub_.Manager(), arguments);
+  }
+  [[nodiscard]] ProgramRun RunUnelevated(const std::wstring& arguments) {
+    return RunAs({.executable = hub_.Manager(), .arguments = arguments, .is_elevated = false});
+  }
+  [[nodiscard]] ProgramRun RunFrom(const std::wstring& executable, const std::wstring& arguments) {
+    return RunAs({.executable = executable, .arguments = arguments});
+  }
   [[nodiscard]] ProgramRun RunAs(const ProgramStart& start);
 
   // Compares the last run, and what it has done, with the golden file (see there for `part`):

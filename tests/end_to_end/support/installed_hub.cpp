@@ -4,17 +4,17 @@
 
 #include <cstdlib>
 #include <optional>
+#include <utility>
 
 #include "base/existence.h"
 #include "base/known_folder.h"
+#include "base/paths.h"
 #include "base/strings.h"
-#include "base/unique_handle.h"
 #include "base/windows.h"
 #include "tests/end_to_end/support/child_journal.h"
-#include "tests/end_to_end/support/copied_files.h"
-#include "tests/end_to_end/support/icacls_stand_in.h"
 #include "tests/end_to_end/support/product_registry.h"
 #include "tests/end_to_end/support/texts.h"
+#include "tests/stand_ins/support/copy_tree.h"
 #include "tests/support/files.h"
 #include "tests/support/folder_link.h"
 #include "tests/support/log_journal.h"
@@ -27,12 +27,28 @@ namespace {
 
 constexpr wchar_t kRootName[] = L"\\Corvane";
 
-void Append(const std::wstring& path, const std::string& bytes) {
-  const nhupdate::UniqueFile file(::CreateFileW(path.c_str(), FILE_APPEND_DATA, 0, nullptr,
-                                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  DWORD written = 0;
-  EXPECT_TRUE(
-      ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr));
+// Over what is there, with the folders above it.
+void CopyOver(const std::wstring& source, const std::wstring& target) {
+  CreateFolders(nhupdate::ParentFolder(target));
+  EXPECT_TRUE(::CopyFileW(source.c_str(), target.c_str(), FALSE))
+      << ToUtf8(source) << " => " << ToUtf8(target) << ": " << ::GetLastError();
+}
+
+// Puts the stand-in in the place of the system's ICACLS.exe, where every search finds it, once for
+// this process. The tool is deleted first: in a prefix it may be shared with other prefixes.
+void ReplaceIcacls() {
+  static bool is_replaced = false;
+  if (std::exchange(is_replaced, true)) {
+    return;
+  }
+  const std::wstring tool = L"C:\\windows\\system32\\icacls.exe";
+  ::SetFileAttributesW(tool.c_str(), FILE_ATTRIBUTE_NORMAL);
+  ::DeleteFileW(tool.c_str());
+  CopyOver(TestProgramFolder() + L"\\recording_icacls.exe", tool);
+  // Wine takes a tool of its own unless it is told not to.
+  constexpr wchar_t kNative[] = L"native";
+  ::RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\Wine\\DllOverrides", L"icacls.exe", REG_SZ,
+                    kNative, sizeof(kNative));
 }
 
 // The root folder within the scratch folder, of the given length where there is one.
@@ -88,7 +104,7 @@ void CInstalledHub::PutManager(const std::wstring& folder, const std::string& ve
        {L"\\NHUpdateManager.exe", L"\\NSWLogDynamic64U.dll", L"\\LogConfig.ini"}) {
     CopyOver(PackagedFolder() + file, folder + file);
   }
-  Append(folder + L"\\NHUpdateManager.exe", version);
+  AppendFileBytes(folder + L"\\NHUpdateManager.exe", version);
   WriteFileBytes(folder + L"\\Config\\NHUpdateManager.Default.json", StringFile());
 }
 
@@ -120,7 +136,7 @@ void CInstalledHub::UseLogLibrary(const std::wstring& name) const {
 }
 
 void CInstalledHub::StageRelease() const {
-  CopyTree(Release(), App());
+  EXPECT_TRUE(nhupdate_stand_in::CopyTree(Release(), App()));
 }
 
 void CInstalledHub::Script(const std::wstring& task, const UpdaterTask& what) const {

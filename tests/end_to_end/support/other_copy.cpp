@@ -3,22 +3,13 @@
 #include <gtest/gtest.h>
 
 #include "tests/end_to_end/support/installed_hub.h"
+#include "tests/support/unused_name.h"
 
 namespace nhupdate_test {
 
 namespace {
 
 constexpr DWORD kTimeLimitMs = 20'000;
-
-// A name that was never used before. A process id would not do: what an earlier test has left
-// running may still hold events that have the id of this process in their names.
-std::wstring UnusedEventName() {
-  static int count = 0;
-  FILETIME now = {};
-  ::GetSystemTimePreciseAsFileTime(&now);
-  const ULONGLONG time = (ULONGLONG{now.dwHighDateTime} << 32) | now.dwLowDateTime;
-  return L"nhupdate-" + std::to_wstring(time) + L"-" + std::to_wstring(++count);
-}
 
 nhupdate::UniqueKernelHandle CreateNewEvent(const std::wstring& name) {
   nhupdate::UniqueKernelHandle event(::CreateEventW(nullptr, TRUE, FALSE, name.c_str()));
@@ -30,30 +21,21 @@ nhupdate::UniqueKernelHandle CreateNewEvent(const std::wstring& name) {
 
 COtherCopy::COtherCopy(const std::wstring& executable, Ending ending) {
   CInstalledHub::PutStandIn(L"stubborn", executable);
-  const std::wstring events = UnusedEventName();
+  const std::wstring events = L"nhupdate-" + UnusedName();
   ready_ = CreateNewEvent(events + L".ready");
   end_ = CreateNewEvent(events + L".end");
-
-  std::wstring command_line =
-      L"\"" + executable + L"\" " + events + (ending == Ending::kAllowed ? L" yielding" : L"");
-  STARTUPINFOW startup = {};
-  startup.cb = sizeof(startup);
-  PROCESS_INFORMATION information = {};
-  EXPECT_TRUE(::CreateProcessW(executable.c_str(), command_line.data(), nullptr, nullptr, FALSE, 0,
-                               nullptr, nullptr, &startup, &information));
-  ::CloseHandle(information.hThread);
-  process_.Reset(information.hProcess);
-  id_ = information.dwProcessId;
+  process_ = StartChild(L"\"" + executable + L"\" " + events +
+                        (ending == Ending::kAllowed ? L" yielding" : L""));
   EXPECT_EQ(::WaitForSingleObject(ready_.Get(), kTimeLimitMs), WAIT_OBJECT_0);
 }
 
 COtherCopy::~COtherCopy() {
   ::SetEvent(end_.Get());
-  EXPECT_EQ(::WaitForSingleObject(process_.Get(), kTimeLimitMs), WAIT_OBJECT_0);
+  EXPECT_EQ(::WaitForSingleObject(process_.handle.Get(), kTimeLimitMs), WAIT_OBJECT_0);
 }
 
 bool COtherCopy::IsRunning() const {
-  return ::WaitForSingleObject(process_.Get(), 0) == WAIT_TIMEOUT;
+  return ::WaitForSingleObject(process_.handle.Get(), 0) == WAIT_TIMEOUT;
 }
 
 }  // namespace nhupdate_test

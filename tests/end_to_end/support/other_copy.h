@@ -6,6 +6,7 @@
 
 #include "base/unique_handle.h"
 #include "base/windows.h"
+#include "tests/support/child_process.h"
 
 namespace nhupdate_test {
 
@@ -19,14 +20,13 @@ class COtherCopy {
   COtherCopy(const COtherCopy&) = delete;
   COtherCopy& operator=(const COtherCopy&) = delete;
 
-  [[nodiscard]] DWORD Id() const { return id_; }
+  [[nodiscard]] DWORD Id() const { return process_.id; }
   [[nodiscard]] bool IsRunning() const;
 
  private:
   nhupdate::UniqueKernelHandle ready_;
   nhupdate::UniqueKernelHandle end_;
-  nhupdate::UniqueKernelHandle process_;
-  DWORD id_ = 0;
+  ChildProcess process_;
 };
 
 }  // namespace nhupdate_test

@@ -28,9 +28,10 @@ std::wstring Today() {
   return std::to_wstring(now.wYear * 10000 + now.wMonth * 100 + now.wDay);
 }
 
-// How many bytes are stored for a text of so many UTF-16 units.
+// How many bytes are stored for a text of so many UTF-16 units, which its terminator follows though
+// it isn't counted.
 std::size_t StoredBytes(std::size_t units) {
-  const std::size_t terminator = IsUnderWine() && units > 0 ? 1 : 0;
+  const std::size_t terminator = units > 0 ? 1 : 0;
   return (units + terminator) * sizeof(wchar_t);
 }
 
@@ -96,10 +97,6 @@ std::string Describe(const std::wstring& path) {
 }
 
 }  // namespace
-
-bool IsUnderWine() {
-  return ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
-}
 
 void DeleteProductKeys() {
   for (const wchar_t* key : kKeys) {

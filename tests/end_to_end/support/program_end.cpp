@@ -1,5 +1,6 @@
 #include "tests/end_to_end/support/program_end.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -7,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include <winternl.h>  // needs <windows.h> first
+#include "tests/end_to_end/support/other_program.h"
 
 namespace nhupdate_test {
 
@@ -19,176 +20,141 @@ constexpr const char* kChanges[] = {
     "RegSetValueExW", "SetFileInformationByHandle", "ShellExecuteExW", "ShellExecuteW",
 };
 
-bool IsChange(const std::string& name) {
-  for (const char* change : kChanges) {
-    if (name == change) {
-      return true;
-    }
-  }
-  return false;
-}
-
-// The memory of the other process.
-class CMemory {
- public:
-  explicit CMemory(HANDLE process) : process_(process) {}
-
-  template <typename Value>
-  [[nodiscard]] Value Read(std::uintptr_t address) const {
-    Value value = {};
-    ::ReadProcessMemory(process_, reinterpret_cast<const void*>(address), &value, sizeof(value),
-                        nullptr);
-    return value;
-  }
-
-  [[nodiscard]] std::string ReadText(std::uintptr_t address) const {
-    std::string text;
-    for (char next = Read<char>(address); next != '\0'; next = Read<char>(++address)) {
-      text += next;
-    }
-    return text;
-  }
-
-  template <typename Value>
-  bool Write(std::uintptr_t address, const Value& value) const {
-    void* const place = reinterpret_cast<void*>(address);
-    DWORD protection = 0;
-    const bool is_written =
-        ::VirtualProtectEx(process_, place, sizeof(value), PAGE_EXECUTE_READWRITE, &protection) &&
-        ::WriteProcessMemory(process_, place, &value, sizeof(value), nullptr);
-    ::VirtualProtectEx(process_, place, sizeof(value), protection, &protection);
-    ::FlushInstructionCache(process_, place, sizeof(value));
-    return is_written;
-  }
-
-  [[nodiscard]] std::uintptr_t Allocate(std::size_t size) const {
-    return reinterpret_cast<std::uintptr_t>(::VirtualAllocEx(
-        process_, nullptr, size, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE));
-  }
-
- private:
-  HANDLE process_;
-};
-
-std::uintptr_t ImageOf(HANDLE process, const CMemory& memory) {
-  using Query = NTSTATUS(NTAPI*)(HANDLE, PROCESSINFOCLASS, void*, ULONG, ULONG*);
-  const auto query = reinterpret_cast<Query>(reinterpret_cast<void*>(
-      ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "NtQueryInformationProcess")));
-  PROCESS_BASIC_INFORMATION information = {};
-  query(process, ProcessBasicInformation, &information, sizeof(information), nullptr);
-  constexpr std::uintptr_t kImageBaseOffset = 0x10;
-  return memory.Read<std::uintptr_t>(reinterpret_cast<std::uintptr_t>(information.PebBaseAddress) +
-                                     kImageBaseOffset);
-}
-
-// Lets the loader do its work and stops the thread at the first instruction of the program.
-bool RunToEntry(HANDLE thread, const CMemory& memory, std::uintptr_t entry) {
-  constexpr std::array<unsigned char, 2> kJumpToItself = {0xEB, 0xFE};
-  const auto original = memory.Read<std::array<unsigned char, 2>>(entry);
-  if (!memory.Write(entry, kJumpToItself)) {
-    return false;
-  }
-  constexpr int kTries = 5000;
-  bool is_there = false;
-  for (int tries = 0; tries < kTries && !is_there; ++tries) {
-    ::ResumeThread(thread);
-    ::Sleep(2);
-    ::SuspendThread(thread);
-    CONTEXT context = {};
-    context.ContextFlags = CONTEXT_CONTROL;
-    is_there = ::GetThreadContext(thread, &context) && context.Rip == entry;
-  }
-  return memory.Write(entry, original) && is_there;
-}
-
-struct Slot {
-  std::uintptr_t address;
-  std::uintptr_t function;
-};
-
-std::vector<Slot> FindChanges(const CMemory& memory, std::uintptr_t image,
-                              const IMAGE_NT_HEADERS64& headers) {
-  std::vector<Slot> slots;
-  std::uintptr_t descriptor_address =
-      image + headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-  for (;; descriptor_address += sizeof(IMAGE_IMPORT_DESCRIPTOR)) {
-    const auto descriptor = memory.Read<IMAGE_IMPORT_DESCRIPTOR>(descriptor_address);
-    if (descriptor.Name == 0) {
-      return slots;
-    }
-    for (std::uintptr_t index = 0;; ++index) {
-      const std::uintptr_t offset = index * sizeof(IMAGE_THUNK_DATA64);
-      const auto name = memory.Read<std::uint64_t>(image + descriptor.OriginalFirstThunk + offset);
-      if (name == 0) {
-        break;
-      }
-      constexpr std::uintptr_t kHintBytes = 2;
-      if (!IMAGE_SNAP_BY_ORDINAL64(name) && IsChange(memory.ReadText(image + name + kHintBytes))) {
-        const std::uintptr_t slot = image + descriptor.FirstThunk + offset;
-        slots.push_back({slot, memory.Read<std::uintptr_t>(slot)});
-      }
-    }
-  }
-}
+// What is called once, when the process is being set up, and by nobody else.
+constexpr char kSetUp[] = "SetThreadErrorMode";
+constexpr char kAllocation[] = "malloc";
 
 constexpr std::size_t kStubBytes = 64;
+using Stub = std::array<unsigned char, kStubBytes>;
 
 template <typename Value>
-void Put(std::array<unsigned char, kStubBytes>& stub, std::size_t position, Value value) {
+void Put(Stub& stub, std::size_t position, Value value) {
   std::memcpy(stub.data() + position, &value, sizeof(value));
 }
 
-// Counts down, and goes on to the function or ends the process.
-std::array<unsigned char, kStubBytes> MakeStub(std::uintptr_t stub_address,
-                                               std::uintptr_t counter_address,
-                                               std::uintptr_t function) {
-  std::array<unsigned char, kStubBytes> stub = {
-      0xF0, 0xFF, 0x0D, 0,    0,    0,    0,              // lock dec dword [counter]
-      0x74, 14,                                           // jz to the end of the process
-      0xFF, 0x25, 0,    0,    0,    0,                    // jmp [next]
-      0,    0,    0,    0,    0,    0,    0,    0,        // the function
+// How far the counter is from the end of an instruction that uses it.
+std::int32_t ToCounter(std::uintptr_t counter, std::uintptr_t stub, std::size_t end) {
+  return static_cast<std::int32_t>(-static_cast<std::int64_t>(stub + end - counter));
+}
+
+// System libraries lie at the same place in every process.
+std::uintptr_t OurTerminateProcess() {
+  return reinterpret_cast<std::uintptr_t>(reinterpret_cast<void*>(
+      ::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "TerminateProcess")));
+}
+
+// Counts down, and goes on to the function or to what stands behind.
+Stub CountingStub(std::uintptr_t address, std::uintptr_t counter, std::uintptr_t function) {
+  Stub stub = {
+      0xF0, 0xFF, 0x0D, 0, 0, 0, 0,     // lock dec dword [counter]
+      0x74, 14,                         // jz behind
+      0xFF, 0x25, 0,    0, 0, 0,        // jmp [next]
+      0,    0,    0,    0, 0, 0, 0, 0,  // the function
+  };
+  Put(stub, 3, ToCounter(counter, address, 7));
+  Put(stub, 15, function);
+  return stub;
+}
+
+constexpr std::size_t kBehindCounting = 23;
+
+Stub EndingStub(std::uintptr_t address, std::uintptr_t counter, std::uintptr_t function) {
+  constexpr std::array<unsigned char, 28> kEnd = {
       0x48, 0xC7, 0xC1, 0xFF, 0xFF, 0xFF, 0xFF,           // mov rcx, -1: this process
       0xBA, 0,    0,    0,    0,                          // mov edx, exit code
       0x48, 0x83, 0xEC, 0x28,                             // sub rsp, 40
       0x48, 0xB8, 0,    0,    0,    0,    0,    0, 0, 0,  // mov rax, TerminateProcess
       0xFF, 0xD0,                                         // call rax
   };
-  constexpr std::size_t kAfterCountdown = 7;
-  // The counter lies before the stubs, in the same block.
-  const auto distance = static_cast<std::int64_t>(stub_address + kAfterCountdown - counter_address);
-  Put(stub, 3, static_cast<std::int32_t>(-distance));
-  Put(stub, 15, function);
-  Put(stub, 31, kEndedBeforeChange);
-  // System libraries lie at the same place in every process.
-  Put(stub, 41,
-      reinterpret_cast<std::uintptr_t>(reinterpret_cast<void*>(
-          ::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "TerminateProcess"))));
+  Stub stub = CountingStub(address, counter, function);
+  Put(stub, kBehindCounting, kEnd);
+  Put(stub, kBehindCounting + 8, kEndedByTest);
+  Put(stub, kBehindCounting + 18, OurTerminateProcess());
   return stub;
+}
+
+Stub FailingStub(std::uintptr_t address, std::uintptr_t counter, std::uintptr_t function) {
+  constexpr std::array<unsigned char, 3> kNothing = {0x31, 0xC0, 0xC3};  // xor eax, eax; ret
+  Stub stub = CountingStub(address, counter, function);
+  Put(stub, kBehindCounting, kNothing);
+  return stub;
+}
+
+// Sets the counter and goes on to the function.
+Stub StartingStub(std::uintptr_t address, std::uintptr_t counter, std::uintptr_t function,
+                  std::int32_t count) {
+  Stub stub = {
+      0xC7, 0x05, 0, 0, 0, 0, 0, 0, 0, 0,  // mov dword [counter], count
+      0xFF, 0x25, 0, 0, 0, 0,              // jmp [next]
+  };
+  Put(stub, 2, ToCounter(counter, address, 10));
+  Put(stub, 6, count);
+  Put(stub, 16, function);
+  return stub;
+}
+
+// The counter and the stubs behind it, in the program's memory.
+class CStubs {
+ public:
+  CStubs(HANDLE process, std::size_t stub_count, std::int32_t count)
+      : memory_(process),
+        counter_(memory_.Allocate((stub_count + 1) * kStubBytes)),
+        next_(counter_ + kStubBytes),
+        is_written_(counter_ != 0 && memory_.Write(counter_, count)) {}
+
+  template <typename MakeStub>
+  void Add(const ImportSlot& slot, MakeStub make) {
+    is_written_ = is_written_ && memory_.Write(next_, make(next_, counter_, slot.function)) &&
+                  memory_.Write(slot.address, next_);
+    next_ += kStubBytes;
+  }
+
+  [[nodiscard]] bool AreWritten() const { return is_written_; }
+
+ private:
+  CMemory memory_;
+  std::uintptr_t counter_;
+  std::uintptr_t next_;
+  bool is_written_;
+};
+
+// Empty unless each of them is imported once.
+template <std::size_t kCount>
+std::vector<ImportSlot> LoadAndFind(HANDLE process, HANDLE thread,
+                                    const char* const (&names)[kCount]) {
+  std::vector<ImportSlot> slots = LoadToEntry(process, thread);
+  std::erase_if(slots, [&](const ImportSlot& slot) {
+    return std::find(std::begin(names), std::end(names), slot.name) == std::end(names);
+  });
+  return slots.size() == kCount ? slots : std::vector<ImportSlot>();
 }
 
 }  // namespace
 
 bool EndBeforeChange(HANDLE process, HANDLE thread, int count) {
-  const CMemory memory(process);
-  const std::uintptr_t image = ImageOf(process, memory);
-  const auto dos_header = memory.Read<IMAGE_DOS_HEADER>(image);
-  const auto headers =
-      memory.Read<IMAGE_NT_HEADERS64>(image + static_cast<std::uintptr_t>(dos_header.e_lfanew));
-  if (headers.Signature != IMAGE_NT_SIGNATURE ||
-      !RunToEntry(thread, memory, image + headers.OptionalHeader.AddressOfEntryPoint)) {
-    return false;
+  const std::vector<ImportSlot> slots = LoadAndFind(process, thread, kChanges);
+  CStubs stubs(process, slots.size(), count);
+  for (const ImportSlot& slot : slots) {
+    stubs.Add(slot, EndingStub);
   }
+  return !slots.empty() && stubs.AreWritten();
+}
 
-  const std::vector<Slot> slots = FindChanges(memory, image, headers);
-  const std::uintptr_t block = memory.Allocate((slots.size() + 1) * kStubBytes);
-  bool is_done = slots.size() == std::size(kChanges) && block != 0 && memory.Write(block, count);
-  std::uintptr_t stub = block;
-  for (const Slot& slot : slots) {
-    stub += kStubBytes;
-    is_done = is_done && memory.Write(stub, MakeStub(stub, block, slot.function)) &&
-              memory.Write(slot.address, stub);
+bool FailAllocation(HANDLE process, HANDLE thread, int count) {
+  const std::vector<ImportSlot> slots = LoadAndFind(process, thread, {kSetUp, kAllocation});
+  constexpr std::int32_t kNeverReached = 0;  // it counts down from there
+  CStubs stubs(process, slots.size(), kNeverReached);
+  for (const ImportSlot& slot : slots) {
+    if (slot.name == kAllocation) {
+      stubs.Add(slot, FailingStub);
+    } else {
+      stubs.Add(slot,
+                [count](std::uintptr_t address, std::uintptr_t counter, std::uintptr_t function) {
+                  return StartingStub(address, counter, function, count);
+                });
+    }
   }
-  return is_done;
+  return !slots.empty() && stubs.AreWritten();
 }
 
 }  // namespace nhupdate_test

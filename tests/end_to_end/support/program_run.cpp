@@ -9,6 +9,7 @@
 #include "base/paths.h"
 #include "base/unique_handle.h"
 #include "tests/end_to_end/support/child_journal.h"
+#include "tests/end_to_end/support/process_token.h"
 #include "tests/end_to_end/support/program_end.h"
 
 namespace nhupdate_test {
@@ -40,7 +41,7 @@ std::string ReadToTheEnd(HANDLE pipe) {
   return bytes;
 }
 
-bool Create(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& process) {
+bool TryToCreate(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& process) {
   std::wstring command_line = L"\"" + start.executable + L"\" " + start.arguments;
   const std::wstring folder = nhupdate::ParentFolder(start.executable) + L"\\";
   const bool has_streams = start.streams != Streams::kNone;
@@ -51,14 +52,24 @@ bool Create(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& proce
     startup.hStdOutput = output;
   }
   const DWORD flags = CREATE_SUSPENDED | (has_streams ? 0 : DETACHED_PROCESS);
-  if (start.is_elevated) {
+  const UniqueKernelHandle own = OpenOwnToken();
+  if (start.is_elevated == IsElevated(own.Get())) {
     return ::CreateProcessW(start.executable.c_str(), command_line.data(), nullptr, nullptr,
                             has_streams, flags, nullptr, folder.c_str(), &startup, &process);
   }
-  const UniqueKernelHandle token(OpenUnelevatedToken());
+  const UniqueKernelHandle token = MakeToken(own.Get(), start.is_elevated);
   return ::CreateProcessAsUserW(token.Get(), start.executable.c_str(), command_line.data(), nullptr,
                                 nullptr, has_streams, flags, nullptr, folder.c_str(), &startup,
                                 &process);
+}
+
+// On a busy machine Wine now and then can't start a process, and can a moment later.
+DWORD Create(const ProgramStart& start, HANDLE output, PROCESS_INFORMATION& process) {
+  DWORD error = ERROR_INTERNAL_ERROR;
+  for (int tries = 0; tries < 3 && error == ERROR_INTERNAL_ERROR; ++tries) {
+    error = TryToCreate(start, output, process) ? ERROR_SUCCESS : ::GetLastError();
+  }
+  return error;
 }
 
 // How stand-ins were started, behind as many earlier ones.
@@ -80,15 +91,6 @@ void PrepareDesktop() {
 
 }  // namespace
 
-HANDLE OpenUnelevatedToken() {
-  UniqueKernelHandle own;
-  EXPECT_TRUE(::OpenProcessToken(::GetCurrentProcess(), TOKEN_ALL_ACCESS, own.Receive()));
-  TOKEN_LINKED_TOKEN linked = {};
-  DWORD size = 0;
-  EXPECT_TRUE(::GetTokenInformation(own.Get(), TokenLinkedToken, &linked, sizeof(linked), &size));
-  return linked.LinkedToken;
-}
-
 ProgramRun RunToTheEnd(const ProgramStart& start) {
   PrepareDesktop();
   const std::size_t earlier_stand_ins = StandInsSince(0).size();
@@ -98,8 +100,8 @@ ProgramRun RunToTheEnd(const ProgramStart& start) {
   CBoxWatcher watcher;
 
   PROCESS_INFORMATION information = {};
-  if (!Create(start, pipe.writing.Get(), information)) {
-    const DWORD error = ::GetLastError();
+  const DWORD error = Create(start, pipe.writing.Get(), information);
+  if (error != ERROR_SUCCESS) {
     ADD_FAILURE() << "The program can't be started: error " << error;
     return run;
   }
@@ -114,10 +116,20 @@ ProgramRun RunToTheEnd(const ProgramStart& start) {
   if (start.end_before_change > 0) {
     EXPECT_TRUE(EndBeforeChange(process.Get(), thread.Get(), start.end_before_change));
   }
+  if (start.fail_allocation > 0) {
+    EXPECT_TRUE(FailAllocation(process.Get(), thread.Get(), start.fail_allocation));
+  }
   ::ResumeThread(thread.Get());
 
   run.process_id = information.dwProcessId;
-  run.has_ended = job.WaitForAll(start.time_limit_ms, start.while_running);
+  run.has_ended = job.WaitForAll(start.time_limit_ms, [&] {
+    if (start.while_running) {
+      start.while_running();
+    }
+    if (start.end_when && start.end_when()) {
+      ::TerminateProcess(process.Get(), kEndedByTest);
+    }
+  });
   reader.join();
   run.boxes = watcher.Finish();
   run.managers = job.Managers(StandInsSince(earlier_stand_ins));

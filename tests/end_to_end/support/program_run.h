@@ -24,8 +24,12 @@ struct ProgramStart {
   bool is_elevated = true;
   Streams streams = Streams::kPiped;
   DWORD time_limit_ms = 30'000;
-  // When not 0, the program is ended right before that change; see program_end.h.
+  // When not 0, the program is ended right before that change, or gets no memory at that
+  // allocation; see program_end.h.
   int end_before_change = 0;
+  int fail_allocation = 0;
+  // When there is one, the program is ended as soon as it returns true; the exit code is the same.
+  std::function<bool()> end_when = {};
   // Called again and again while anything is running.
   std::function<void()> while_running = {};
 };
@@ -44,8 +48,5 @@ struct ProgramRun {
 };
 
 [[nodiscard]] ProgramRun RunToTheEnd(const ProgramStart& start);
-
-// The linked, not elevated token of this process; a test failure and null when there is none.
-[[nodiscard]] HANDLE OpenUnelevatedToken();
 
 }  // namespace nhupdate_test

@@ -1,4 +1,5 @@
-// What the manager is without its start-up (manager_start_test.cpp) and its workflows.
+// What the manager is without its start-up (manager_start_test.cpp), and its named operations,
+// which pass on what they are given: what they do is tested where it is done.
 
 #include "app/manager_center.h"
 
@@ -11,10 +12,17 @@
 #include "base/existence.h"
 #include "base/windows.h"
 #include "tests/support/fake_log_library.h"
+#include "tests/support/fake_process_table.h"
 #include "tests/support/files.h"
+#include "tests/support/folder_link.h"
+#include "tests/support/held_file.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
+#include "tests/support/product_surroundings.h"
+#include "tests/support/quiet_desktop.h"
 #include "tests/support/quiet_system.h"
+#include "tests/support/recorded_tools.h"
+#include "tests/support/scratch_registry.h"
 
 #include <objbase.h>  // needs <windows.h> first
 
@@ -22,9 +30,9 @@ namespace nhupdate_test {
 namespace {
 
 using nhupdate::CManagerCenter;
+using nhupdate::Exists;
 using nhupdate::LogLevel;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class ManagerLifetimeTest : public testing::Test {
  protected:
@@ -47,33 +55,19 @@ class ManagerLifetimeTest : public testing::Test {
   INTERPOSER(CoUninitialize) end_com_{[this] { events_.push_back("CoUninitialize"); }};
 };
 
-TEST_F(ManagerLifetimeTest, InitialisesComAndNothingElse) {
-  const CManagerCenter manager;
-
-  EXPECT_THAT(events_, ElementsAre("CoInitialize"));
-  EXPECT_FALSE(manager.IsElevated());
-  EXPECT_EQ(manager.GetString(L"KEY_UPDATE_TITLE"), L"KEY_UPDATE_TITLE");
-}
-
-TEST_F(ManagerLifetimeTest, EndsComWithoutAStart) {
+TEST_F(ManagerLifetimeTest, IsThatOfComAndOfNothingElseWithoutAStart) {
   {
-    const CManagerCenter manager;
-    events_.clear();
+    CManagerCenter manager;
+    manager.Log(LogLevel::kError, L"dropped");
+    EXPECT_FALSE(manager.IsElevated());
+    EXPECT_EQ(manager.GetString(L"KEY_UPDATE_TITLE"), L"KEY_UPDATE_TITLE");
+    EXPECT_THAT(events_, ElementsAre("CoInitialize"));
   }
 
-  EXPECT_THAT(events_, ElementsAre("CoUninitialize"));
+  EXPECT_THAT(events_, ElementsAre("CoInitialize", "CoUninitialize"));
 }
 
-TEST_F(ManagerLifetimeTest, EndsComBeforeItUnloadsTheLogLibrary) {
-  product_.Start();
-  events_.clear();
-
-  product_.DestroyManager();
-
-  EXPECT_THAT(events_, ElementsAre("CoUninitialize", "Stop", "Free"));
-}
-
-TEST_F(ManagerLifetimeTest, StartsAllTheSameWithoutCom) {
+TEST_F(ManagerLifetimeTest, NeedsNoComAndEndsItBeforeItUnloadsTheLogLibrary) {
   com_result_ = E_OUTOFMEMORY;
 
   product_.Start();
@@ -85,102 +79,51 @@ TEST_F(ManagerLifetimeTest, StartsAllTheSameWithoutCom) {
                           "WriteLog", "WriteLog", "CoUninitialize", "Stop", "Free"));
 }
 
-TEST_F(ManagerLifetimeTest, DropsRecordsBeforeTheStart) {
-  CManagerCenter manager;
-  events_.clear();
-
-  manager.Log(LogLevel::kError, L"%d", 1);
-
-  EXPECT_THAT(events_, IsEmpty());
-}
-
-class ManagerLogTest : public testing::Test {
- protected:
-  InstalledProduct product_;
-  CManagerCenter& manager_ = product_.Manager();
-};
-
-TEST_F(ManagerLogTest, TagsEveryRecordWithTheProgramsName) {
-  manager_.Log(LogLevel::kInformation, L"formatted %d", 1);
-  manager_.Records().WriteText(LogLevel::kError, L"put together");
-
-  const std::vector<LogCall> calls = product_.LogCalls();
-  ASSERT_EQ(calls.size(), 2U);
-  EXPECT_THAT(calls[0].arguments, ElementsAre(L"2", L"NHUpdateManager", L"formatted 1"));
-  EXPECT_THAT(calls[1].arguments, ElementsAre(L"4", L"NHUpdateManager", L"put together"));
-}
-
-TEST_F(ManagerLogTest, PassesTheLevelOnAsANumber) {
-  manager_.Log(LogLevel::kInformation, L"information");
-  manager_.Log(LogLevel::kWarning, L"warning");
-  manager_.Log(LogLevel::kError, L"error");
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|information", L"3|warning", L"4|error"));
-}
-
-TEST_F(ManagerLogTest, TakesNoPlaceholderFromATextThatIsKnownOnlyNow) {
-  const std::wstring path = L"C:\\100%s\\%d";
-
-  manager_.Log(LogLevel::kInformation, L"Launch path : %s", path);
-  manager_.Records().WriteText(LogLevel::kInformation, L"Launch path : " + path);
-
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Launch path : C:\\100%s\\%d", L"2|Launch path : C:\\100%s\\%d"));
-}
-
-TEST_F(ManagerLogTest, ShowsErrorNumbersSigned) {
-  manager_.Log(LogLevel::kInformation, L"Updater exit = %d", DWORD{0xC0000005});
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|Updater exit = -1073741819"));
-}
-
-TEST_F(ManagerLogTest, WritesALongRecordWhole) {
-  const std::wstring list(100000, L'\u00FC');
-
-  manager_.Log(LogLevel::kInformation, L"<%s>", list);
-
-  EXPECT_TRUE(product_.Transcript().back() == L"2|<" + list + L">");
-}
-
-TEST_F(ManagerLogTest, AddsNothingToATextAndTakesNothingAway) {
-  manager_.Records().WriteText(LogLevel::kInformation, L"");
-  manager_.Records().WriteText(LogLevel::kInformation, L" \tx\r\n");
-
-  EXPECT_THAT(product_.Transcript(), ElementsAre(L"2|", L"2| \u2409x\u240D\u240A"));
-}
-
 class ManagerOperationsTest : public testing::Test {
  protected:
+  ManagerOperationsTest() { CreateFolders(product_.Base()); }
+
   InstalledProduct product_;
   CManagerCenter& manager_ = product_.Manager();
+  const QuietDesktop desktop_;
+  const RecordedTools tools_;
+  ScratchRegistry registry_;
 };
 
-// The named operations take numbers, of which only 0 is no.
-TEST_F(ManagerOperationsTest, CopyFoldersAsTheirNumbersSay) {
-  const std::wstring source = product_.Base() + L"\\Source";
-  const std::wstring target = product_.Base() + L"\\Target";
-  WriteFileBytes(source + L"\\file", "");
-  WriteFileBytes(source + L"\\Sub\\new", "");
-  WriteFileBytes(target + L"\\Sub\\old", "");
+TEST_F(ManagerOperationsTest, WriteToOneLog) {
+  manager_.Log(LogLevel::kWarning, L"formatted %d", 1);
+  manager_.Records().WriteText(LogLevel::kError, L"put together");
 
-  EXPECT_EQ(manager_.CopyFolder(target, source, 0, 0, 0), 1);
-  EXPECT_THAT(ListTree(target), ElementsAre(L"Sub\\", L"Sub\\old", L"file"));
-  EXPECT_THAT(product_.Transcript(), IsEmpty());
-
-  EXPECT_EQ(manager_.CopyFolder(target, source, 2, 0, 0), 1);
-  EXPECT_THAT(ListTree(target), ElementsAre(L"Sub\\", L"Sub\\new", L"Sub\\old", L"file"));
-  EXPECT_THAT(product_.Transcript(), IsEmpty());
-
-  EXPECT_EQ(manager_.CopyFolder(target, source, 0, -1, 2), 1);
-  EXPECT_THAT(product_.Transcript(),
-              ElementsAre(L"2|Copy folder from {base}\\Source to {base}\\Target",
-                          L"2|Copy file from {base}\\Source\\file to {base}\\Target\\file"));
-
-  EXPECT_EQ(manager_.CopyFolder(target, source, -1, 0, 2), 1);
-  EXPECT_THAT(ListTree(target), ElementsAre(L"Sub\\", L"Sub\\new", L"file"));
+  EXPECT_THAT(product_.Transcript(), ElementsAre(L"3|formatted 1", L"4|put together"));
 }
 
-TEST_F(ManagerOperationsTest, TakeAnyNumberButZeroForTheStagedCopy) {
+// The numbers say whether it recurses, logs details and deletes what is there.
+TEST_F(ManagerOperationsTest, CopyAFolderAsTheirNumbersSayOfWhichOnly0IsNo) {
+  const std::wstring whole = L"2|Copy folder from {root}\\from to {root}\\to";
+  const std::wstring deletion = L"2|Delete Dir : {root}\\to\\b";
+  const std::wstring inner = L"2|Copy folder from {root}\\from\\b to {root}\\to\\b";
+  const std::wstring file = L"2|Copy file from {root}\\from\\b\\new to {root}\\to\\b\\new";
+  const struct {
+    std::vector<int> numbers;
+    std::vector<std::wstring> records;
+  } cases[] = {{{-1, 2, 256}, {whole, deletion, inner, file}},
+               {{1, 1, 0}, {whole, inner, file}},
+               {{0, 1, 1}, {whole}},
+               {{1, 0, 1}, {}}};
+  WriteFileBytes(product_.Root() + L"\\from\\b\\new", "N");
+  for (const auto& [numbers, records] : cases) {
+    product_.ForgetRecords();
+    CreateFolders(product_.Root() + L"\\to\\b");
+
+    EXPECT_EQ(manager_.CopyFolder(product_.Root() + L"\\to", product_.Root() + L"\\from",
+                                  numbers[0], numbers[1], numbers[2]),
+              1);
+
+    EXPECT_EQ(product_.Transcript(), records);
+  }
+}
+
+TEST_F(ManagerOperationsTest, TakeAnyNumberBut0ForTheStagedCopy) {
   const std::wstring installed = product_.Base() + L"\\Updater\\Config\\ut.ini";
   // Seen from base\NHUpdateManager as if that were staged.
   const std::wstring mistaken = product_.Root() + L"\\Config\\ut.ini";
@@ -190,12 +133,61 @@ TEST_F(ManagerOperationsTest, TakeAnyNumberButZeroForTheStagedCopy) {
 
     EXPECT_EQ(manager_.DeleteUpdaterConfig(argument), 1);
 
-    EXPECT_FALSE(nhupdate::Exists(mistaken)) << argument;
-    EXPECT_TRUE(nhupdate::Exists(installed)) << argument;
+    EXPECT_FALSE(Exists(mistaken)) << argument;
+    EXPECT_TRUE(Exists(installed)) << argument;
   }
   EXPECT_EQ(manager_.DeleteUpdaterConfig(0), 1);
-  EXPECT_FALSE(nhupdate::Exists(installed));
+  EXPECT_FALSE(Exists(installed));
   EXPECT_EQ(manager_.DeleteUpdaterConfig(0), 0);
+}
+
+TEST_F(ManagerOperationsTest, Return1ForSuccessAnd0ForFailure) {
+  const std::wstring folder = product_.Base() + L"\\Sub";
+  WriteFileBytes(folder + L"\\file", "x");
+  WriteFileBytes(product_.App() + L"\\Sub\\file", "x");
+  {
+    const HeldFile lock(folder + L"\\file");
+    EXPECT_EQ(manager_.CopyFolder(product_.Base(), product_.App(), 1, 0, 0), 0);
+    EXPECT_EQ(manager_.InstallCopy(), 0);
+    EXPECT_THAT(desktop_.Boxes(), ElementsAre(CopyErrorBox(folder + L"\\file")));
+  }
+  EXPECT_EQ(manager_.InstallCopy(), 1);
+  EXPECT_EQ(manager_.CollectEmptyFolders(folder), 0);
+  EXPECT_EQ(manager_.CollectEmptyFolders(product_.Base() + L"\\none"), 1);
+  EXPECT_EQ(manager_.DeleteFolderTree(folder), 1);
+  EXPECT_EQ(manager_.DeleteFolderTree(folder), 0);
+  EXPECT_EQ(manager_.RegisterProduct(), 1);
+  EXPECT_FALSE(registry_.IsEmpty());
+  const ProductSurroundings surroundings(product_.Facts());
+  manager_.GrantFolderAccess();
+  EXPECT_EQ(tools_.Started().size(), 3u);
+}
+
+TEST_F(ManagerOperationsTest, DeleteNoFolderThatLiesOutsideOfTheBaseFolder) {
+  const std::wstring link = product_.Base() + L"\\Link";
+  CreateFolders(product_.Root() + L"\\Elsewhere\\Sub");
+  CreateLink(link, product_.Root() + L"\\Elsewhere");
+
+  EXPECT_EQ(manager_.DeleteFolderTree(link + L"\\Sub"), 0);
+
+  EXPECT_TRUE(Exists(link + L"\\Sub"));
+  RemoveFolderLink(link);
+}
+
+TEST_F(ManagerOperationsTest, ReturnTheSameAboutProcesses) {
+  const FakeProcessTable table(
+      {{.id = 8, .image_path = L"C:\\a.exe"},
+       {.id = 12, .image_path = L"C:\\NHUpdateManager.exe", .refuses_to_end = true}});
+  std::wstring name;
+  std::wstring path;
+
+  EXPECT_EQ(CManagerCenter::GetProcessImageName(8, name, path), 1);
+  EXPECT_EQ(name + L" in " + path, L"a.exe in C:\\a.exe");
+  EXPECT_EQ(CManagerCenter::GetProcessImageName(9, name, path), 0);
+  EXPECT_EQ(manager_.TerminateProcessByName(L"a.exe"), 1);
+  EXPECT_EQ(manager_.TerminateProcessByName(L"NHUpdateManager.exe"), 0);
+  EXPECT_EQ(manager_.StopUpdateManagers(), 0);
+  EXPECT_EQ(desktop_.Boxes().size(), 1u);
 }
 
 }  // namespace

@@ -1,118 +1,72 @@
-// The manager's start-up as a user's machine sees it: records, console, folders.
+// The manager's start-up.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
-#include "app/manager_center.h"
 #include "base/paths.h"
-#include "base/windows.h"
+#include "base/strings.h"
+#include "base/windows_path.h"
+#include "tests/support/answers.h"
 #include "tests/support/captured_console.h"
+#include "tests/support/fake_log_library.h"
 #include "tests/support/files.h"
 #include "tests/support/folder_link.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/interposer.h"
 #include "tests/support/placeholders.h"
 #include "tests/support/quiet_system.h"
+#include "tests/support/told_test.h"
 
 namespace nhupdate_test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using nhupdate::ParentFolder;
 
-// Of an elevated process without texts.
-std::vector<std::wstring> StartUpLines() {
-  const std::wstring texts = L"{base}\\NHUpdateManager\\Config\\NHUpdateManager.Default.json";
-  return {L"2|Process elevated.", L"2|Steam language setting not found.",
-          L"2|Found System language setting : en-US", L"2|Load strings from " + texts,
-          L"4|Fail to open string file : " + texts};
-}
+constexpr wchar_t kTexts[] = L"\\Config\\NHUpdateManager.Default.json";
 
-class ManagerStartTest : public testing::Test {
+class ManagerStartTest : public ToldTest {
  protected:
-  // The arguments of the library's "Start".
-  static std::vector<std::wstring> StartArguments(const InstalledProduct& product) {
+  // Tells what the log library is called with, what is said on the console, and what is in the
+  // ProgramData folder afterwards.
+  void TellStart(const std::string& heading, InstalledProduct& product) {
+    const std::size_t said_before = console_.Text().size();
+    product.Start();
+    TellHeading(heading);
     for (const LogCall& call : product.LogCalls()) {
-      if (call.entry == L"Start") {
-        std::vector<std::wstring> arguments;
-        for (const std::wstring& argument : call.arguments) {
-          arguments.push_back(WithPlaceholders(argument, product.Root(), product.ProgramData()));
-        }
-        return arguments;
-      }
+      TellLine(WithPlaceholders(DescribeCall(call), product.Root(), product.ProgramData()));
     }
-    return {};
+    std::wstring said = console_.Text().substr(said_before);
+    if (said.ends_with(L'\n')) {
+      said.pop_back();
+      TellLine(L"> " + WithPlaceholders(said, product.Root(), L""));
+    }
+    TellLines(ListTree(product.ProgramData()));
   }
 
   CapturedConsole console_;
   QuietSystem system_;
 };
 
-TEST_F(ManagerStartTest, TellsWhatItFoundWithTexts) {
+TEST_F(ManagerStartTest, TellsWhatItFindsAndWhatItMisses) {
   InstalledProduct product;
-  WriteFileBytes(product.Module() + L"\\Config\\NHUpdateManager.en-US.json",
-                 R"({"KEY_UPDATE_TITLE": "Update"})");
+  WriteFileBytes(product.Module() + L"\\Config\\NHUpdateManager.en-US.json", R"({"K": "text"})");
+  TellStart("Elevated, with texts", product);
+  EXPECT_TRUE(product.Manager().IsElevated());
+  EXPECT_EQ(product.Manager().GetString(L"K"), L"text");
 
-  product.Start();
-
-  EXPECT_THAT(product.Transcript(),
-              ElementsAre(L"2|Process elevated.", L"2|Steam language setting not found.",
-                          L"2|Found System language setting : en-US",
-                          L"2|Load strings from "
-                          L"{base}\\NHUpdateManager\\Config\\NHUpdateManager.en-US.json",
-                          L"2|Total 1 strings loaded."));
-  EXPECT_EQ(product.Manager().GetString(L"KEY_UPDATE_TITLE"), L"Update");
-  EXPECT_EQ(console_.Bytes(), "");
-}
-
-TEST_F(ManagerStartTest, TellsWhatItMissesWithoutElevationAndTexts) {
-  InstalledProduct product({.elevated = false});
-
-  product.Start();
-
-  EXPECT_THAT(product.Transcript(),
-              ElementsAre(L"2|Process NOT elevated.", L"2|Steam language setting not found.",
-                          L"2|Found System language setting : en-US",
-                          L"2|Load strings from "
-                          L"{base}\\NHUpdateManager\\Config\\NHUpdateManager.Default.json",
-                          L"4|Fail to open string file : "
-                          L"{base}\\NHUpdateManager\\Config\\NHUpdateManager.Default.json"));
-  EXPECT_EQ(product.Manager().GetString(L"KEY_UPDATE_TITLE"), L"KEY_UPDATE_TITLE");
+  InstalledProduct other({.elevated = false});
+  TellStart("Neither", other);
+  EXPECT_FALSE(other.Manager().IsElevated());
+  EXPECT_EQ(other.Manager().GetString(L"K"), L"K");
 }
 
 TEST_F(ManagerStartTest, TakesTheTextsOfTheGeneralLanguage) {
   InstalledProduct product;
   WriteFileBytes(product.Module() + L"\\Config\\NHUpdateManager.en.json", R"({"K": "general"})");
-  WriteFileBytes(product.Module() + L"\\Config\\NHUpdateManager.Default.json",
-                 R"({"K": "default"})");
+  WriteFileBytes(product.Module() + kTexts, R"({"K": "default"})");
 
   product.Start();
 
   EXPECT_EQ(product.Manager().GetString(L"K"), L"general");
-}
-
-TEST_F(ManagerStartTest, StartsTheLogWithItsConfigurationAndFolder) {
-  InstalledProduct product;
-
-  product.Start();
-
-  EXPECT_THAT(StartArguments(product),
-              ElementsAre(L"1.0.0", L"{base}\\NHUpdateManager\\LogConfig.ini",
-                          L"{data}\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
-}
-
-TEST_F(ManagerStartTest, CreatesTheDataFolders) {
-  InstalledProduct product;
-
-  product.Start();
-
-  EXPECT_THAT(
-      ListTree(product.ProgramData()),
-      ElementsAre(L"Corvane\\", L"Corvane\\NimbaSoftware\\", L"Corvane\\NimbaSoftware\\NimbaHub\\",
-                  L"Corvane\\NimbaSoftware\\NimbaHub\\Log\\"));
 }
 
 TEST_F(ManagerStartTest, LeavesDataFoldersThatAreThereAlone) {
@@ -126,76 +80,98 @@ TEST_F(ManagerStartTest, LeavesDataFoldersThatAreThereAlone) {
   EXPECT_EQ(ReadFileBytes(old_log), "old");
 }
 
-TEST_F(ManagerStartTest, CreatesNothingWithoutAProgramDataFolder) {
-  InstalledProduct product({.has_program_data = false});
-  INTERPOSER(CreateDirectoryW) create(
-      [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return FALSE; });
-
-  product.Start();
-
-  EXPECT_EQ(create.Calls(), 0);
-  EXPECT_THAT(StartArguments(product),
-              ElementsAre(L"1.0.0", L"{base}\\NHUpdateManager\\LogConfig.ini", L""));
-  EXPECT_EQ(product.Transcript(), StartUpLines());
-}
-
 // Every user may write to ProgramData.
-TEST_F(ManagerStartTest, CreatesNothingBelowALink) {
-  for (const wchar_t* link :
+TEST_F(ManagerStartTest, CreatesNothingWithoutProgramDataOrBelowALinkThere) {
+  {
+    InstalledProduct product({.has_program_data = false});
+    const INTERPOSER(CreateDirectoryW) create(Answers(FALSE));
+    TellStart("No ProgramData", product);
+    EXPECT_EQ(create.Calls(), 0);
+  }
+  for (const std::wstring name :
        {L"\\Corvane", L"\\Corvane\\NimbaSoftware", L"\\Corvane\\NimbaSoftware\\NimbaHub"}) {
     InstalledProduct product;
+    const std::wstring link = product.ProgramData() + name;
     const std::wstring elsewhere = product.Root() + L"\\Elsewhere";
     CreateFolders(elsewhere);
-    CreateFolders(nhupdate::ParentFolder(product.ProgramData() + link));
-    CreateLink(product.ProgramData() + link, elsewhere);
+    CreateFolders(ParentFolder(link));
+    CreateLink(link, elsewhere);
 
-    product.Start();
+    TellStart("A link", product);
 
-    EXPECT_THAT(ListTree(elsewhere), IsEmpty()) << testing::PrintToString(link);
-    EXPECT_THAT(StartArguments(product),
-                ElementsAre(L"1.0.0", L"{base}\\NHUpdateManager\\LogConfig.ini", L""));
-    EXPECT_EQ(product.Transcript(), StartUpLines());
+    EXPECT_THAT(ListTree(elsewhere), testing::IsEmpty()) << testing::PrintToString(name);
     product.DestroyManager();
-    RemoveFolderLink(product.ProgramData() + link);
+    RemoveFolderLink(link);
   }
 }
 
-TEST_F(ManagerStartTest, GoesOnWhenNoFolderCanBeCreated) {
-  InstalledProduct product;
-  INTERPOSER(CreateDirectoryW) create([](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
-    ::SetLastError(ERROR_ACCESS_DENIED);
-    return FALSE;
-  });
+TEST_F(ManagerStartTest, GoesOnWithoutWhatCannotBeHad) {
+  {
+    InstalledProduct product;
+    const INTERPOSER(CreateDirectoryW) create(Answers(FALSE, ERROR_ACCESS_DENIED));
+    TellStart("No folders", product);
+    EXPECT_EQ(create.Calls(), 4);
+  }
+  InstalledProduct silent({.log_library = L""});
+  WriteFileBytes(silent.Module() + kTexts, R"({"K": "text"})");
+  TellStart("No log library", silent);
+  EXPECT_TRUE(silent.Manager().IsElevated());
+  EXPECT_EQ(silent.Manager().GetString(L"K"), L"text");
 
-  product.Start();
-
-  EXPECT_EQ(create.Calls(), 4);
-  EXPECT_THAT(StartArguments(product),
-              ElementsAre(L"1.0.0", L"{base}\\NHUpdateManager\\LogConfig.ini",
-                          L"{data}\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
-  EXPECT_EQ(product.Transcript(), StartUpLines());
+  InstalledProduct refused({.log_library = L"recording_log_start_fails"});
+  TellStart("A log library that refuses to start", refused);
 }
 
-TEST_F(ManagerStartTest, GoesOnWithoutALogLibrary) {
-  InstalledProduct product({.log_library = L""});
-  WriteFileBytes(product.Module() + L"\\Config\\NHUpdateManager.en-US.json", R"({"K": "text"})");
+// With all that is opened or made, and all that the log library is called for, in this order.
+class ManagerStartOrderTest : public ManagerStartTest {
+ protected:
+  std::vector<std::wstring> EffectsOf(const std::wstring& executable) {
+    const std::wstring module = ParentFolder(executable.substr(0, 259));
+    InstalledProduct product({.log_library = L"", .executable = executable});
+    std::vector<std::wstring> effects;
+    const auto note = [&](const std::wstring& effect, const std::wstring& details = L"") {
+      std::wstring line = effect + nhupdate::WithoutExtendedPrefix(details);
+      nhupdate::ReplaceAll(line, module, L"{module}");
+      effects.push_back(WithPlaceholders(line, product.Root(), product.ProgramData()));
+    };
+    FakeLogLibrary library;
+    library.on_event = [&](const std::string& event, const std::wstring& details) {
+      note(std::wstring(event.begin(), event.end()) + (details.empty() ? L"" : L" "), details);
+    };
+    const INTERPOSER(CreateDirectoryW) create([&](const wchar_t* path, auto* security) {
+      EXPECT_EQ(security, nullptr);
+      note(L"create ", path);
+      return create.Original()(path, security);
+    });
+    const INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
+      note(L"open ", path);
+      return open.Original()(path, rest...);
+    });
+    const INTERPOSER(OpenProcessToken) ask([&](auto... all) {
+      note(L"ask for the elevation");
+      return ask.Original()(all...);
+    });
 
-  product.Start();
+    product.Start();
 
-  EXPECT_EQ(console_.Text(),
-            L"Fail to load library : " + product.Module() + L"\\NSWLogDynamic64U.dll\n");
-  EXPECT_THAT(product.LogCalls(), IsEmpty());
-  EXPECT_TRUE(product.Manager().IsElevated());
-  EXPECT_EQ(product.Manager().GetString(L"K"), L"text");
-}
+    const std::vector<std::wstring> effects_of_start = effects;
+    product.DestroyManager();
+    return effects_of_start;
+  }
+};
 
-TEST_F(ManagerStartTest, WritesItsRecordsToALibraryThatRefusedToStart) {
-  InstalledProduct product({.log_library = L"recording_log_start_fails"});
+TEST_F(ManagerStartOrderTest, IsTheSameForEveryPathAndFollowsItsFirst259Characters) {
+  const std::wstring start = L"Q:\\A\\B\\M";
+  const std::wstring name = L"\\NHUpdateManager.exe";
+  const std::vector<std::wstring> effects = EffectsOf(start + name);
+  TellLines(effects);
+  for (const std::size_t length : {258U, 259U, 260U, 261U, 275U, 280U, 400U, 5000U}) {
+    const std::wstring middle(length - start.size() - name.size(), L'x');
 
-  product.Start();
-
-  EXPECT_EQ(console_.Bytes(), "Log start fail : 7\n");
-  EXPECT_EQ(product.Transcript(), StartUpLines());
+    EXPECT_EQ(EffectsOf(start + middle + name), effects) << length;
+  }
+  TellHeading("Without a path");
+  TellLines(EffectsOf(L""));
 }
 
 }  // namespace

@@ -2,56 +2,53 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <new>
+
+#include "base/want_of_memory.h"
 #include "base/windows.h"
+#include "tests/support/answers.h"
 #include "tests/support/interposer.h"
 
 namespace nhupdate_test {
 namespace {
 
-using nhupdate::SetUpProcess;
-
-class ProcessSetupTest : public testing::Test {
- protected:
-  BOOL succeeds_ = TRUE;
-
-  DWORD former_mode_ = 0;
-  DWORD mode_ = 0;
-
-  INTERPOSER(GetThreadErrorMode) get_error_mode_{[this] { return former_mode_; }};
-  INTERPOSER(SetThreadErrorMode) error_mode_{[this](DWORD mode, DWORD* former) -> BOOL {
-    EXPECT_EQ(former, nullptr);
-    mode_ = mode;
-    return TRUE;
-  }};
-  INTERPOSER(SetDefaultDllDirectories) dll_directories_{[this](DWORD flags) -> BOOL {
-    EXPECT_EQ(flags, static_cast<DWORD>(LOAD_LIBRARY_SEARCH_DEFAULT_DIRS));
-    ::SetLastError(ERROR_INVALID_PARAMETER);
-    return succeeds_;
-  }};
-};
-
-TEST_F(ProcessSetupTest, TurnsOffErrorDialogsAndUnsafeDllFolders) {
-  EXPECT_TRUE(SetUpProcess());
-
+TEST(ProcessSetupTest, TurnsOffErrorDialogsAndUnsafeDllFoldersUnlessWindowsRefusesTheLatter) {
   // No SEM_NOGPFAULTERRORBOX: with it Windows would write no crash dumps.
-  EXPECT_EQ(mode_, static_cast<DWORD>(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX));
-  EXPECT_EQ(error_mode_.Calls(), 1);
-  EXPECT_EQ(dll_directories_.Calls(), 1);
+  constexpr DWORD kNoDialogs = SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX;
+  const struct {
+    DWORD former_mode;  // what the caller of the program has turned off
+    BOOL can_restrict;
+  } cases[] = {{0, TRUE}, {SEM_NOALIGNMENTFAULTEXCEPT, TRUE}, {0, FALSE}};
+  for (const auto& c : cases) {
+    DWORD mode = 0;
+    DWORD dll_folders = 0;
+    const INTERPOSER(GetThreadErrorMode) get_mode(Answers(c.former_mode));
+    const INTERPOSER(SetThreadErrorMode) set_mode([&](DWORD new_mode, DWORD*) {
+      mode = new_mode;
+      return TRUE;
+    });
+    const INTERPOSER(SetDefaultDllDirectories) dll_directories([&](DWORD flags) {
+      dll_folders = flags;
+      return c.can_restrict;
+    });
+
+    EXPECT_EQ(nhupdate::SetUpProcess(), c.can_restrict != FALSE);
+
+    EXPECT_EQ(mode, c.former_mode | kNoDialogs);
+    EXPECT_EQ(dll_folders, static_cast<DWORD>(LOAD_LIBRARY_SEARCH_DEFAULT_DIRS));
+  }
 }
 
-TEST_F(ProcessSetupTest, KeepsWhatTheCallerOfTheProgramTurnedOff) {
-  former_mode_ = SEM_NOALIGNMENTFAULTEXCEPT;
+TEST(ProcessSetupDeathTest, LetsWantOfMemoryEndTheProcess) {
+  const volatile std::size_t more_than_there_is = PTRDIFF_MAX;
 
-  EXPECT_TRUE(SetUpProcess());
-
-  EXPECT_EQ(mode_, static_cast<DWORD>(SEM_NOALIGNMENTFAULTEXCEPT | SEM_FAILCRITICALERRORS |
-                                      SEM_NOOPENFILEERRORBOX));
-}
-
-TEST_F(ProcessSetupTest, FailsWhenWindowsRefuses) {
-  succeeds_ = FALSE;
-
-  EXPECT_FALSE(SetUpProcess());
+  EXPECT_EXIT(
+      {
+        std::ignore = nhupdate::SetUpProcess();
+        ::operator delete(::operator new(more_than_there_is));
+      },
+      testing::ExitedWithCode(static_cast<int>(nhupdate::kWantOfMemoryExitCode)), "");
 }
 
 }  // namespace

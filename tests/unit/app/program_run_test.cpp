@@ -4,10 +4,10 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <memory>
 #include <optional>
 
 #include "base/existence.h"
+#include "tests/support/answers.h"
 #include "tests/support/captured_console.h"
 #include "tests/support/failing_copy.h"
 #include "tests/support/fake_log_library.h"
@@ -15,9 +15,8 @@
 #include "tests/support/files.h"
 #include "tests/support/held_file.h"
 #include "tests/support/installed_product.h"
+#include "tests/support/quiet_desktop.h"
 #include "tests/support/quiet_system.h"
-#include "tests/support/recorded_boxes.h"
-#include "tests/support/recorded_sleeps.h"
 #include "tests/support/recorded_tools.h"
 #include "tests/support/scratch_registry.h"
 #include "tests/support/scripted_shell.h"
@@ -29,8 +28,6 @@ namespace nhupdate_test {
 namespace {
 
 using nhupdate::Exists;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr wchar_t kStagedModule[] = L"\\Updater\\App\\NHUpdateManager";
 constexpr wchar_t kConfig[] = L"\\Updater\\Config\\ut.ini";
@@ -47,8 +44,7 @@ class ProgramRunTest : public ToldTest {
 
   CapturedConsole console_;
   QuietSystem system_;
-  RecordedBoxes boxes_;
-  RecordedSleeps sleeps_;
+  QuietDesktop desktop_;
   RecordedTools tools_;
   FakeProcessTable no_processes_;
   ScratchRegistry registry_;
@@ -66,19 +62,10 @@ TEST_F(ProgramRunTest, IsOfTheWorkflowThatTheSwitchesAskFor) {
   }
 }
 
-TEST_F(ProgramRunTest, LeavesNoTraceWithoutASwitch) {
-  for (const wchar_t* arguments : {L"", L"--update", L"update", L"-install:1", L"-uninstall"}) {
-    InstalledProduct product;
-
-    EXPECT_EQ(product.RunProgram(arguments), 0) << testing::PrintToString(arguments);
-
-    EXPECT_THAT(product.LogCalls(), IsEmpty());
-    EXPECT_THAT(ListTree(product.ProgramData()), IsEmpty());
-    EXPECT_EQ(console_.Bytes(), "");
-  }
-}
-
 TEST_F(ProgramRunTest, DeletesTheUpdatersConfigurationAfterAFailedUpdate) {
+  const ProductOptions unelevated = {.elevated = false};
+  const ProductOptions staged = {.module = kStagedModule};
+  const ProductOptions unelevated_staged = {.elevated = false, .module = kStagedModule};
   const struct {
     const char* name;
     const wchar_t* arguments;
@@ -93,24 +80,21 @@ TEST_F(ProgramRunTest, DeletesTheUpdatersConfigurationAfterAFailedUpdate) {
       {"Download, no updater", L"-download", {}, {}, ERROR_SUCCESS, false},
       {"Update", L"-update", {EndsWith(1), EndsWith(0), EndsWith(0)}},
       {"Update, failed", L"-update", {EndsWith(1), EndsWith(5)}},
-      {"Update, not elevated", L"-update", {}, {.elevated = false}},
+      {"Update, not elevated", L"-update", {}, unelevated},
       // It takes itself for the installed copy wherever it runs.
-      {"Update, staged", L"-update", {}, {.elevated = false, .module = kStagedModule}},
-      {"SelfUpdate", L"-self_update", {EndsWith(0)}, {.module = kStagedModule}},
-      {"SelfUpdate, full disk", L"-self_update", {}, {.module = kStagedModule}, ERROR_DISK_FULL},
-      {"SelfUpdate, not elevated",
-       L"-self_update",
-       {},
-       {.elevated = false, .module = kStagedModule}},
+      {"Update, staged", L"-update", {}, unelevated_staged},
+      {"SelfUpdate", L"-self_update", {EndsWith(0)}, staged},
+      {"SelfUpdate, full disk", L"-self_update", {}, staged, ERROR_DISK_FULL},
+      {"SelfUpdate, not elevated", L"-self_update", {}, unelevated_staged},
       {"FinalUpdate", L"-final_update", {}},
       {"FinalUpdate, full disk", L"-final_update", {}, {}, ERROR_DISK_FULL},
-      {"FinalUpdate, not elevated", L"-final_update", {}, {.elevated = false}},
+      {"FinalUpdate, not elevated", L"-final_update", {}, unelevated},
       {"Install, full disk", L"-install", {}, {}, ERROR_DISK_FULL},
-      {"Install, not elevated", L"-install", {}, {.elevated = false}},
+      {"Install, not elevated", L"-install", {}, unelevated},
   };
-  for (const auto& test_case : cases) {
-    InstalledProduct product(test_case.options);
-    if (test_case.has_updater) {
+  for (const auto& c : cases) {
+    InstalledProduct product(c.options);
+    if (c.has_updater) {
       WriteFileBytes(product.Base() + L"\\Updater\\Updater.exe", "not a real program");
     }
     WriteFileBytes(product.App() + L"\\new.txt", "new");
@@ -118,13 +102,13 @@ TEST_F(ProgramRunTest, DeletesTheUpdatersConfigurationAfterAFailedUpdate) {
     WriteFileBytes(product.Base() + kConfig, "x");
     // Where a staged copy would look if it took itself for the installed one.
     WriteFileBytes(product.App() + kConfig, "x");
-    const ScriptedShell shell(test_case.script);
+    const ScriptedShell shell(c.script);
     std::optional<FailingCopy> copy;
-    if (test_case.copy_error != ERROR_SUCCESS) {
-      copy.emplace(test_case.copy_error);
+    if (c.copy_error != ERROR_SUCCESS) {
+      copy.emplace(c.copy_error);
     }
 
-    TellRun(test_case.name, product, test_case.arguments);
+    TellRun(c.name, product, c.arguments);
 
     TellLine(std::wstring(Exists(product.Base() + kConfig) ? L"stays" : L"is deleted") + L"; " +
              (Exists(product.App() + kConfig) ? L"stays" : L"is deleted"));
@@ -140,82 +124,12 @@ TEST_F(ProgramRunTest, KeepsItsResultWhateverBecomesOfTheConfiguration) {
   TellRun("Locked", product, L"-update");
 }
 
-// The executable's path is cut off: the folder that comes from it may be the wrong one.
-TEST_F(ProgramRunTest, TouchesNothingWithoutABaseFolder) {
-  constexpr std::size_t kCutOffLength = 264;
-  constexpr std::size_t kProgramNameUnits = 21;  // with both backslashes
-  const std::size_t base_units = InstalledProduct().Base().size();
-  const std::wstring module =
-      L"\\" + std::wstring(kCutOffLength - base_units - kProgramNameUnits, L'm');
-  // A copy of the program that would come from nobody knows where counts as one that failed.
-  const struct {
-    const wchar_t* mode;
-    int result;
-  } cases[] = {{L"-download", 12},
-               {L"-install", 0},
-               {L"-update", 13},
-               {L"-self_update", 16},
-               {L"-final_update", 0}};
-  for (const auto& [mode, result] : cases) {
-    SCOPED_TRACE(testing::PrintToString(mode));
-    InstalledProduct product({.module = module});
-    ASSERT_GT(product.ExecutablePath().size(), 259u);
-    for (const wchar_t* file :
-         {L"\\old.txt", L"\\Sub\\mine.txt", L"\\Updater\\Updater.exe", L"\\Updater\\Config\\ut.ini",
-          L"\\Updater\\NewUpdater\\new.dll", L"\\Updater\\Temp\\file", L"\\Updater\\App\\new.txt",
-          L"\\Updater\\App\\Sub\\new.txt"}) {
-      WriteFileBytes(product.Base() + file, "untouched");
-    }
-    CreateFolders(product.Base() + L"\\Empty");
-    const std::vector<std::wstring> before = ListTree(product.Base());
-    const ScriptedShell shell(AnswerByLaunch([](const RecordedLaunch& launch) {
-      // The update itself fails, so that there is a configuration to be deleted.
-      return EndsWith(launch.parameters.starts_with(L"NIMBAHUB") ? 5 : 0);
-    }));
-    int listings = 0;
-    {
-      const FailingCopy copy(ERROR_SUCCESS, [](const std::wstring&) { return false; });
-      const INTERPOSER(DeleteFileW) delete_file([](const wchar_t*) { return FALSE; });
-      const INTERPOSER(SetFileInformationByHandle) change(
-          [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) { return FALSE; });
-      INTERPOSER(FindFirstFileW) list([&](const wchar_t* path, WIN32_FIND_DATAW* entry) {
-        listings += std::wstring(path).find(L'*') == std::wstring::npos ? 0 : 1;
-        return list.Original()(path, entry);
-      });
-
-      EXPECT_EQ(product.RunProgram(mode), result);
-
-      EXPECT_EQ(copy.Calls() + delete_file.Calls() + change.Calls(), 0);
-    }
-    EXPECT_EQ(listings, 0);
-    EXPECT_EQ(ListTree(product.Base()), before);
-    EXPECT_FALSE(product.LogCalls().empty());
-  }
-}
-
-TEST_F(ProgramRunTest, EndsWithTwoStopsOfTheLogAndNothingAfterThem) {
-  InstalledProduct product({.elevated = false});
-
-  EXPECT_EQ(product.RunProgram(L"-install"), 10);
-
-  std::vector<std::wstring> entries;
-  for (const LogCall& call : product.LogCalls()) {
-    entries.push_back(call.entry);
-  }
-  EXPECT_EQ(entries, std::vector<std::wstring>({L"Start", L"WriteLog", L"WriteLog", L"WriteLog",
-                                                L"WriteLog", L"WriteLog", L"WriteLog", L"WriteLog",
-                                                L"WriteLog", L"Stop", L"Stop"}));
-}
-
-TEST_F(ProgramRunTest, UnloadsTheLogBeforeItEndsCom) {
+TEST_F(ProgramRunTest, EndsWithTwoStopsOfTheLogWhichIsUnloadedBeforeCom) {
   InstalledProduct product({.elevated = false});
   std::vector<std::string> events;
   FakeLogLibrary library;
   library.on_event = [&](const std::string& event, const std::wstring& details) {
-    if (details.find(L"Return") != std::wstring::npos) {
-      events.clear();
-    }
-    events.push_back(event);
+    events.push_back(event + (details.ends_with(L"|Return 10") ? " of the result" : ""));
   };
   INTERPOSER(CoUninitialize) end_com([&] {
     events.push_back("CoUninitialize");
@@ -224,7 +138,9 @@ TEST_F(ProgramRunTest, UnloadsTheLogBeforeItEndsCom) {
 
   EXPECT_EQ(product.RunProgram(L"-install"), 10);
 
-  EXPECT_THAT(events, ElementsAre("WriteLog", "Stop", "Stop", "Free", "CoUninitialize"));
+  events.erase(events.begin(), std::ranges::find(events, "WriteLog of the result"));
+  EXPECT_THAT(events, testing::ElementsAre("WriteLog of the result", "Stop", "Stop", "Free",
+                                           "CoUninitialize"));
 }
 
 TEST_F(ProgramRunTest, NeedsNeitherALogLibraryNorAFolderForIt) {
@@ -254,6 +170,63 @@ TEST_F(ProgramRunTest, NeedsNeitherALogLibraryNorAFolderForIt) {
     EXPECT_FALSE(Exists(product.Base() + kConfig)) << name;
     EXPECT_EQ(ListTree(product.ProgramData()).empty(), !options.has_program_data) << name;
   }
+}
+
+// An executable in a drive's root has no folder above its own, and one whose path isn't known whole
+// may have another one: what lies there is none of the program's business. A copy of the program
+// that would come from nobody knows where counts as one that failed.
+TEST_F(ProgramRunTest, TouchesNothingWithoutABaseFolder) {
+  constexpr std::size_t kCutOffLength = 264;
+  const std::size_t missing_units = kCutOffLength - InstalledProduct().ExecutablePath().size();
+  const struct {
+    const char* name;
+    ProductOptions options;
+    std::vector<int> results;  // of the five modes
+  } cases[] = {
+      {"cut off",
+       {.module = L"\\NHUpdateManager" + std::wstring(missing_units, L'm')},
+       {12, 0, 13, 16, 0}},
+      {"a drive's root", {.executable = L"C:\\NHUpdateManager.exe"}, {14, 0, 14, 16, 0}},
+      {"unknown", {.executable = L""}, {14, 0, 14, 16, 0}},
+  };
+  for (const auto& c : cases) {
+    InstalledProduct product(c.options);
+    for (const wchar_t* file :
+         {L"\\old.txt", L"\\Sub\\mine.txt", L"\\Updater\\Updater.exe", L"\\Updater\\Config\\ut.ini",
+          L"\\Updater\\NewUpdater\\new.dll", L"\\Updater\\Temp\\file", L"\\Updater\\App\\new.txt",
+          L"\\Updater\\App\\Sub\\new.txt"}) {
+      WriteFileBytes(product.Base() + file, "untouched");
+    }
+    CreateFolders(product.Base() + L"\\Empty");
+    const std::vector<std::wstring> before = ListTree(product.Base());
+    const ScriptedShell shell(AnswerByLaunch([](const RecordedLaunch& launch) {
+      // The update itself fails, so that there is a configuration to be deleted.
+      return EndsWith(launch.parameters.starts_with(L"NIMBAHUB") ? 5 : 0);
+    }));
+    std::vector<int> results;
+    int listings = 0;
+    {
+      const INTERPOSER(CreateDirectoryW) create(Answers(FALSE));
+      const INTERPOSER(CopyFileW) copy(Answers(TRUE));
+      const INTERPOSER(DeleteFileW) delete_file(Answers(FALSE));
+      const INTERPOSER(SetFileInformationByHandle) change(Answers(FALSE));
+      const INTERPOSER(FindFirstFileW) list([&](const std::wstring& path, auto* entry) {
+        listings += path.find(L'*') == std::wstring::npos ? 0 : 1;
+        return list.Original()(path.c_str(), entry);
+      });
+
+      for (const wchar_t* mode :
+           {L"-download", L"-install", L"-update", L"-self_update", L"-final_update"}) {
+        results.push_back(product.RunProgram(mode));
+      }
+
+      EXPECT_EQ(copy.Calls() + delete_file.Calls() + change.Calls() + listings, 0) << c.name;
+    }
+    EXPECT_EQ(results, c.results) << c.name;
+    EXPECT_EQ(ListTree(product.Base()), before) << c.name;
+  }
+  EXPECT_EQ(desktop_.Boxes(),
+            std::vector<ShownBox>(4, ErrorBoxOf(L"KEY_FAIL_COMMON_ERROR", L"KEY_UPDATE_TITLE")));
 }
 
 }  // namespace

@@ -1,14 +1,15 @@
 // The program's first steps, and the ways in which it ends before it does anything.
 
+#include "app/program.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
-#include "app/program.h"
+#include "base/want_of_memory.h"
 #include "base/windows.h"
 #include "tests/support/captured_console.h"
 #include "tests/support/interposer.h"
@@ -23,11 +24,18 @@ namespace {
 using nhupdate::RunProgram;
 using testing::ElementsAre;
 
+// A fake that writes its name down.
+template <typename Result>
+auto Noting(std::vector<std::string>& effects, const char* name, Result result) {
+  return [&effects, name, result](const auto&...) {
+    effects.push_back(name);
+    return result;
+  };
+}
+
 // Only runs that don't reach the manager's start-up: that would be the test program's own.
 class ProgramStartTest : public testing::Test {
  protected:
-  void Note(const std::string& effect) { effects_.push_back(effect); }
-
   std::wstring command_line_ = L"\"C:\\A\\NHUpdateManager.exe\"";
   BOOL can_set_up_ = TRUE;
   bool can_split_ = true;
@@ -35,106 +43,36 @@ class ProgramStartTest : public testing::Test {
   std::vector<std::string> effects_;
 
   CapturedConsole console_;
-  INTERPOSER(SetThreadErrorMode) error_mode_{[this](DWORD, DWORD*) -> BOOL {
-    Note("SetThreadErrorMode");
-    return TRUE;
-  }};
-  INTERPOSER(SetDefaultDllDirectories) dll_directories_{[this](DWORD) -> BOOL {
-    Note("SetDefaultDllDirectories");
+  INTERPOSER(SetThreadErrorMode) error_mode_{Noting(effects_, "SetThreadErrorMode", TRUE)};
+  INTERPOSER(SetDefaultDllDirectories) dll_directories_{[this](DWORD) {
+    effects_.push_back("SetDefaultDllDirectories");
     return can_set_up_;
   }};
-  INTERPOSER(GetCommandLineW) get_command_line_{[this]() {
-    Note("GetCommandLineW");
+  INTERPOSER(GetCommandLineW) get_command_line_{[this] {
+    effects_.push_back("GetCommandLineW");
     return command_line_.data();
   }};
-  INTERPOSER(CommandLineToArgvW) split_{
-      [this](const wchar_t* command_line, int* count) -> wchar_t** {
-        Note("CommandLineToArgvW");
-        EXPECT_EQ(command_line, command_line_.data());
-        arguments_ = can_split_ ? split_.Original()(command_line, count) : nullptr;
-        return arguments_;
-      }};
-  INTERPOSER(LocalFree) free_{[this](HLOCAL memory) -> HLOCAL {
+  INTERPOSER(CommandLineToArgvW) split_{[this](const wchar_t* command_line, int* count) {
+    effects_.push_back("CommandLineToArgvW");
+    EXPECT_EQ(command_line, command_line_.data());
+    arguments_ = can_split_ ? split_.Original()(command_line, count) : nullptr;
+    return arguments_;
+  }};
+  INTERPOSER(LocalFree) free_{[this](HLOCAL memory) {
     if (memory == arguments_) {
-      Note("LocalFree");
+      effects_.push_back("LocalFree");
     }
     return free_.Original()(memory);
   }};
-  INTERPOSER(CoInitialize) begin_com_{[this](void*) -> HRESULT {
-    Note("CoInitialize");
-    return S_OK;
-  }};
-  INTERPOSER(CoUninitialize) end_com_{[this] { Note("CoUninitialize"); }};
-  INTERPOSER(CreateDirectoryW) create_folder_{[this](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
-    Note("CreateDirectoryW");
-    return FALSE;
-  }};
-  INTERPOSER(LoadLibraryW) load_library_{[this](const wchar_t*) -> HMODULE {
-    Note("LoadLibraryW");
-    return nullptr;
-  }};
+  INTERPOSER(CoInitialize) begin_com_{Noting(effects_, "CoInitialize", S_OK)};
+  INTERPOSER(CoUninitialize) end_com_{[this] { effects_.push_back("CoUninitialize"); }};
+  INTERPOSER(CreateDirectoryW) create_folder_{Noting(effects_, "CreateDirectoryW", FALSE)};
+  INTERPOSER(LoadLibraryW) load_library_{Noting(effects_, "LoadLibraryW", HMODULE{nullptr})};
 };
 
 using ProgramStartDeathTest = ProgramStartTest;
 
-TEST_F(ProgramStartTest, GoesFromTheProcessOverTheArgumentsToTheManager) {
-  EXPECT_EQ(RunProgram(), 0);
-
-  EXPECT_THAT(effects_,
-              ElementsAre("SetThreadErrorMode", "SetDefaultDllDirectories", "GetCommandLineW",
-                          "CommandLineToArgvW", "LocalFree", "CoInitialize", "CoUninitialize"));
-  EXPECT_EQ(console_.Bytes(), "");
-}
-
-TEST_F(ProgramStartTest, AsksForItsOwnModuleFirst) {
-  std::optional<std::size_t> effects_before;
-  // Last of all, since other replacements need it to find the import table.
-  INTERPOSER(GetModuleHandleW) module_handle([&](const wchar_t* name) {
-    if (name == nullptr && !effects_before) {
-      effects_before = effects_.size();
-    }
-    return module_handle.Original()(name);
-  });
-
-  EXPECT_EQ(RunProgram(), 0);
-
-  EXPECT_EQ(effects_before, 0U);
-}
-
-TEST_F(ProgramStartTest, EndsWith1WithoutItsOwnModule) {
-  INTERPOSER(GetModuleHandleW) module_handle([&](const wchar_t* name) {
-    return name == nullptr ? nullptr : module_handle.Original()(name);
-  });
-  command_line_ += L" -download";
-
-  EXPECT_EQ(RunProgram(), 1);
-
-  EXPECT_EQ(console_.Bytes(), "Fatal Error: GetModuleHandle failed\n");
-  EXPECT_THAT(effects_, testing::IsEmpty());
-}
-
-TEST_F(ProgramStartTest, EndsWith1WhenTheProcessCannotBeSetUp) {
-  can_set_up_ = FALSE;
-  command_line_ += L" -download";
-
-  EXPECT_EQ(RunProgram(), 1);
-
-  EXPECT_EQ(console_.Bytes(), "Fatal Error: MFC initialization failed\n");
-  EXPECT_THAT(effects_, ElementsAre("SetThreadErrorMode", "SetDefaultDllDirectories"));
-}
-
-TEST_F(ProgramStartTest, EndsWith1WithoutAConsoleToo) {
-  can_set_up_ = FALSE;
-  const HANDLE previous = ::GetStdHandle(STD_OUTPUT_HANDLE);
-  ::SetStdHandle(STD_OUTPUT_HANDLE, nullptr);
-
-  const int result = RunProgram();
-
-  ::SetStdHandle(STD_OUTPUT_HANDLE, previous);
-  EXPECT_EQ(result, 1);
-}
-
-TEST_F(ProgramStartTest, EndsWith0WithoutASwitch) {
+TEST_F(ProgramStartTest, LeavesNoTraceWithoutASwitch) {
   for (const wchar_t* command_line :
        {L"", L"NHUpdateManager.exe", L"NHUpdateManager.exe --update", L"NHUpdateManager.exe update",
         L"NHUpdateManager.exe -help /?", L"NHUpdateManager.exe \"-update -install\"",
@@ -155,13 +93,47 @@ TEST_F(ProgramStartTest, EndsWith0WithoutASwitch) {
   EXPECT_EQ(console_.Bytes(), "");
 }
 
+TEST_F(ProgramStartTest, EndsWith1WithoutItsOwnModuleForWhichItAsksFirst) {
+  command_line_ += L" -download";
+  // Last of all, since other replacements need it to find the import table.
+  const INTERPOSER(GetModuleHandleW) module_handle([&](const wchar_t* name) {
+    return name == nullptr ? nullptr : module_handle.Original()(name);
+  });
+
+  EXPECT_EQ(RunProgram(), 1);
+
+  EXPECT_EQ(console_.Bytes(), "Fatal Error: GetModuleHandle failed\n");
+  EXPECT_THAT(effects_, testing::IsEmpty());
+}
+
+TEST_F(ProgramStartTest, EndsWith1WhenTheProcessCannotBeSetUp) {
+  command_line_ += L" -download";
+  can_set_up_ = FALSE;
+
+  EXPECT_EQ(RunProgram(), 1);
+
+  EXPECT_EQ(console_.Bytes(), "Fatal Error: MFC initialization failed\n");
+  EXPECT_THAT(effects_, ElementsAre("SetThreadErrorMode", "SetDefaultDllDirectories"));
+}
+
+TEST_F(ProgramStartTest, EndsWith1WithoutAConsoleToo) {
+  can_set_up_ = FALSE;
+  const HANDLE previous = ::GetStdHandle(STD_OUTPUT_HANDLE);
+  ::SetStdHandle(STD_OUTPUT_HANDLE, nullptr);
+
+  const int result = RunProgram();
+
+  ::SetStdHandle(STD_OUTPUT_HANDLE, previous);
+  EXPECT_EQ(result, 1);
+}
+
 // As with any want of memory. In a process of its own, for nothing is left of it.
 TEST_F(ProgramStartDeathTest, EndsTheProcessWhenTheCommandLineCannotBeSplit) {
-  constexpr int kExitCodeOfAbort = 3;
   can_split_ = false;
   command_line_ += L" -update";
 
-  EXPECT_EXIT(std::ignore = RunProgram(), testing::ExitedWithCode(kExitCodeOfAbort), "terminate");
+  EXPECT_EXIT(std::ignore = RunProgram(),
+              testing::ExitedWithCode(static_cast<int>(nhupdate::kWantOfMemoryExitCode)), "");
 }
 
 }  // namespace

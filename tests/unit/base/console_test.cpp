@@ -1,16 +1,14 @@
 #include "base/console.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
-#include <string>
 #include <vector>
 
 #include "base/unique_handle.h"
 #include "base/windows.h"
+#include "tests/support/answers.h"
 #include "tests/support/captured_console.h"
 #include "tests/support/interposer.h"
 
@@ -20,7 +18,6 @@ namespace {
 using nhupdate::PrintConsoleError;
 using nhupdate::UniqueKernelHandle;
 using nhupdate::WriteConsoleText;
-using testing::ElementsAre;
 
 // Gives the process another standard output handle for a while.
 class StandardOutput {
@@ -70,36 +67,34 @@ TEST(ConsoleStreamTest, GetsEveryTextWholeAsUtf8) {
   }
 }
 
+struct Pipe {
+  Pipe() { EXPECT_TRUE(::CreatePipe(reader.Receive(), writer.Receive(), nullptr, 0)); }
+
+  UniqueKernelHandle reader;
+  UniqueKernelHandle writer;
+};
+
 TEST(ConsoleStreamTest, MayBeAPipe) {
-  HANDLE read_end = nullptr;
-  HANDLE write_end = nullptr;
-  ASSERT_TRUE(::CreatePipe(&read_end, &write_end, nullptr, 0));
-  const UniqueKernelHandle reader(read_end);
-  UniqueKernelHandle writer(write_end);
+  Pipe pipe;
   {
-    const StandardOutput output(writer.Get());
-    WriteConsoleText(L"\u00FCben\n");
+    const StandardOutput output(pipe.writer.Get());
+    WriteConsoleText(L"\u00FC!\n");
   }
-  writer.Reset();
+  pipe.writer.Reset();
 
   std::array<char, 64> bytes = {};
   DWORD read = 0;
-  ::ReadFile(reader.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
+  ::ReadFile(pipe.reader.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
 
-  EXPECT_EQ(std::string(bytes.data(), read),
-            "\xC3\xBC"
-            "ben\n");
+  EXPECT_EQ(std::string(bytes.data(), read), "\xC3\xBC!\n");
 }
 
 TEST(ConsoleStreamTest, GetsNothingInPlaceOfATextThatCantBeConverted) {
   const CapturedConsole console;
-  INTERPOSER(WideCharToMultiByte) convert([&](UINT code_page, DWORD flags, const wchar_t* text,
-                                              int units, char* bytes, int size,
-                                              const char* replacement, BOOL* is_replaced) {
-    return bytes != nullptr ? 0
-                            : convert.Original()(code_page, flags, text, units, bytes, size,
-                                                 replacement, is_replaced);
-  });
+  INTERPOSER(WideCharToMultiByte) convert(
+      [&](UINT page, DWORD flags, const wchar_t* text, int units, char* bytes, auto... rest) {
+        return bytes != nullptr ? 0 : convert.Original()(page, flags, text, units, bytes, rest...);
+      });
 
   WriteConsoleText(L"abc");
 
@@ -124,7 +119,7 @@ TEST(ConsoleStreamTest, GetsTheRestAfterAPartialWriteUnlessItTakesNothingOrFails
     const CapturedConsole console;
     std::vector<DWORD> writes;
     INTERPOSER(WriteFile) write(
-        [&](HANDLE, const void* bytes, DWORD count, DWORD* written, OVERLAPPED*) {
+        [&](HANDLE, const void* bytes, DWORD count, DWORD* written, auto...) {
           EXPECT_EQ(*static_cast<const char*>(bytes), "abcdefgh"[8 - count]);
           writes.push_back(count);
           *written = std::min(count, c.at_once);
@@ -140,10 +135,8 @@ TEST(ConsoleStreamTest, GetsTheRestAfterAPartialWriteUnlessItTakesNothingOrFails
 TEST(ConsoleStreamTest, MayBeMissing) {
   for (const HANDLE absent : {static_cast<HANDLE>(nullptr), INVALID_HANDLE_VALUE}) {
     const StandardOutput output(absent);
-    INTERPOSER(WriteFile) write(
-        [](HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL { return FALSE; });
-    INTERPOSER(WriteConsoleW) write_console(
-        [](HANDLE, const void*, DWORD, DWORD*, void*) -> BOOL { return FALSE; });
+    INTERPOSER(WriteFile) write(Answers(FALSE));
+    INTERPOSER(WriteConsoleW) write_console(Answers(FALSE));
 
     WriteConsoleText(L"abc");
 
@@ -152,16 +145,10 @@ TEST(ConsoleStreamTest, MayBeMissing) {
 }
 
 TEST(ConsoleStreamTest, MayHaveBeenClosed) {
-  HANDLE read_end = nullptr;
-  HANDLE write_end = nullptr;
-  ASSERT_TRUE(::CreatePipe(&read_end, &write_end, nullptr, 0));
-  ::CloseHandle(read_end);
-  ::CloseHandle(write_end);
-  const StandardOutput output(write_end);
-  INTERPOSER(WriteFile) write(
-      [&](HANDLE file, const void* bytes, DWORD count, DWORD* written, OVERLAPPED* overlapped) {
-        return write.Original()(file, bytes, count, written, overlapped);
-      });
+  Pipe pipe;
+  const StandardOutput output(pipe.writer.Get());
+  pipe.writer.Reset();
+  INTERPOSER(WriteFile) write([&](auto... arguments) { return write.Original()(arguments...); });
 
   WriteConsoleText(L"abc");
 
@@ -181,12 +168,14 @@ TEST(RealConsoleTest, GetsWideTextInChunksThatDivideNoPair) {
     std::size_t at_once = kAll;  // that the console takes
     BOOL result = TRUE;
   };
+  const std::wstring almost_all(kChunk - 1, L'x');
   const Case cases[] = {
       {"nothing", L"", {}},
       {"a short text", L"Pr\u00FCfung \U0001F600\n", {11}},
       {"one chunk", std::wstring(kChunk, L'x'), {kChunk}},
       {"more than two", std::wstring(2 * kChunk + 1, L'x'), {kChunk, kChunk, 1}},
-      {"a pair at the border", std::wstring(kChunk - 1, L'x') + L"\U0001F600y", {kChunk - 1, 3}},
+      {"the first pair at the border", almost_all + L"\U00010000y", {kChunk - 1, 3}},
+      {"the last pair at the border", almost_all + L"\U0010FFFFy", {kChunk - 1, 3}},
       {"half a pair", {kLead}, {1}},
       {"the other half", {kTrail}, {1}},
       {"half a pair at the end", {L'a', kLead}, {1, 1}},
@@ -201,7 +190,7 @@ TEST(RealConsoleTest, GetsWideTextInChunksThatDivideNoPair) {
     const CapturedConsole stream;
     std::vector<std::size_t> writes;
     std::wstring text;
-    INTERPOSER(GetConsoleMode) mode([](HANDLE, DWORD*) -> BOOL { return TRUE; });
+    INTERPOSER(GetConsoleMode) mode(Answers(TRUE));
     INTERPOSER(WriteConsoleW) write(
         [&](HANDLE console, const void* units, DWORD count, DWORD* written, void* reserved) {
           EXPECT_EQ(console, ::GetStdHandle(STD_OUTPUT_HANDLE));

@@ -2,11 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <string>
-
 #include "base/strings.h"
 #include "base/windows.h"
+#include "tests/support/answers.h"
 #include "tests/support/current_folder.h"
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
@@ -16,49 +14,53 @@ namespace {
 
 using nhupdate::CSystemFolderAsCurrent;
 
-std::wstring Current() {
-  std::array<wchar_t, 1024> path = {};
-  ::GetCurrentDirectoryW(static_cast<DWORD>(path.size()), path.data());
-  return path.data();
-}
-
 class SystemFolderAsCurrentTest : public testing::Test {
  protected:
   ScratchFolder scratch_;
   CurrentFolder somewhere_{scratch_.Path()};
-  std::wstring before_ = Current();
+  std::wstring before_ = PathOfCurrentFolder();
 };
 
 TEST_F(SystemFolderAsCurrentTest, LastsAsLongAsTheObject) {
-  std::array<wchar_t, 1024> system = {};
-  ::GetSystemDirectoryW(system.data(), static_cast<UINT>(system.size()));
   {
     const CSystemFolderAsCurrent folder;
-    EXPECT_TRUE(nhupdate::EqualsIgnoringCase(Current(), system.data()));
+    EXPECT_TRUE(folder.IsCurrent());
+    EXPECT_TRUE(nhupdate::EqualsIgnoringCase(PathOfCurrentFolder(), PathOfSystemFolder()));
   }
 
-  EXPECT_EQ(Current(), before_);
+  EXPECT_EQ(PathOfCurrentFolder(), before_);
 }
 
 TEST_F(SystemFolderAsCurrentTest, LeavesTheCurrentFolderAloneWhereItCannotBeHad) {
-  INTERPOSER(SetCurrentDirectoryW) set([](const wchar_t*) -> BOOL {
-    ::SetLastError(ERROR_ACCESS_DENIED);
-    return FALSE;
-  });
-  { const CSystemFolderAsCurrent folder; }
+  INTERPOSER(SetCurrentDirectoryW) set(Answers(FALSE, ERROR_ACCESS_DENIED));
+  {
+    const CSystemFolderAsCurrent folder;
+    EXPECT_FALSE(folder.IsCurrent());
+  }
 
   EXPECT_EQ(set.Calls(), 1);
 }
 
+TEST_F(SystemFolderAsCurrentTest, LeavesTheCurrentFolderAloneWhereThePathIsTooLong) {
+  INTERPOSER(GetSystemDirectoryW) get([&](auto... arguments) {
+    get.Original()(arguments...);
+    return UINT{MAX_PATH};
+  });
+  const CSystemFolderAsCurrent folder;
+
+  EXPECT_FALSE(folder.IsCurrent());
+  EXPECT_EQ(PathOfCurrentFolder(), before_);
+}
+
+// Windows doesn't tell it, or it gets longer while it is asked for.
 TEST_F(SystemFolderAsCurrentTest, IsNotLeftForAFolderThatIsUnknown) {
-  for (const DWORD more :
-       {DWORD{0}, DWORD{10}}) {  // an error, and one that grows while it is asked
+  for (const bool gets_longer : {false, true}) {
     INTERPOSER(GetCurrentDirectoryW) get(
-        [&](DWORD units, wchar_t*) { return more == 0 ? 0 : units + more; });
-    INTERPOSER(SetCurrentDirectoryW) set([](const wchar_t*) -> BOOL { return TRUE; });
+        [&](DWORD units, wchar_t*) { return gets_longer ? units + 10 : 0; });
+    INTERPOSER(SetCurrentDirectoryW) set(Answers(TRUE));
     { const CSystemFolderAsCurrent folder; }
 
-    EXPECT_EQ(set.Calls(), 1) << more;
+    EXPECT_EQ(set.Calls(), 1) << gets_longer;
   }
 }
 

@@ -1,13 +1,12 @@
 #include "base/entry_deletion.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <optional>
-#include <string>
+#include <tuple>
 #include <vector>
 
 #include "base/existence.h"
+#include "tests/support/answers.h"
 #include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
 #include "tests/support/folder_link.h"
@@ -25,10 +24,6 @@ using nhupdate::EntryKind;
 using nhupdate::Exists;
 using nhupdate::PlaceOfFolder;
 
-// The kinds of FILE_INFO_BY_HANDLE_CLASS by which something is deleted.
-constexpr int kPlainDeletion = 4;
-constexpr int kPosixDeletion = 21;
-
 class EntryDeletionTest : public testing::Test {
  protected:
   EntryDeletionTest() {
@@ -38,6 +33,14 @@ class EntryDeletionTest : public testing::Test {
 
   [[nodiscard]] CPlace PlaceOfFile() const { return PlaceOfFolder(outer_).Below(L"\\file"); }
 
+  // Each at the place where it lies.
+  [[nodiscard]] std::optional<DWORD> DeleteFile() const {
+    return DeleteEntry(file_, EntryKind::kFile, PlaceOfFile());
+  }
+  [[nodiscard]] std::optional<DWORD> DeleteFolder() const {
+    return DeleteEntry(folder_, EntryKind::kFolder, PlaceOfFolder(folder_));
+  }
+
   ScratchFolder scratch_;
   std::wstring outer_ = scratch_.Path() + L"\\Outer";
   std::wstring folder_ = outer_ + L"\\Folder";
@@ -45,8 +48,8 @@ class EntryDeletionTest : public testing::Test {
 };
 
 TEST_F(EntryDeletionTest, TakesAFileAndAnEmptyFolder) {
-  EXPECT_EQ(DeleteEntry(file_, EntryKind::kFile, PlaceOfFile()), std::nullopt);
-  EXPECT_EQ(DeleteEntry(folder_, EntryKind::kFolder, PlaceOfFolder(folder_)), std::nullopt);
+  EXPECT_EQ(DeleteFile(), std::nullopt);
+  EXPECT_EQ(DeleteFolder(), std::nullopt);
 
   EXPECT_THAT(ListTree(outer_), testing::IsEmpty());
 }
@@ -60,13 +63,10 @@ TEST_F(EntryDeletionTest, TakesNoneForTheOtherKind) {
   EXPECT_TRUE(Exists(folder_));
 }
 
-// Whatever the file system says about it while it is being deleted.
 TEST_F(EntryDeletionTest, TakesNothingForAFolderThatDoesNotSayItIsOne) {
-  INTERPOSER(GetFileInformationByHandleEx) information(
-      [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) -> BOOL { return FALSE; });
+  INTERPOSER(GetFileInformationByHandleEx) information(Answers(FALSE));
 
-  EXPECT_EQ(DeleteEntry(folder_, EntryKind::kFolder, PlaceOfFolder(folder_)),
-            DWORD{ERROR_DIRECTORY});
+  EXPECT_EQ(DeleteFolder(), DWORD{ERROR_DIRECTORY});
 }
 
 TEST_F(EntryDeletionTest, TellsWhyNothingWasDeleted) {
@@ -74,60 +74,50 @@ TEST_F(EntryDeletionTest, TellsWhyNothingWasDeleted) {
 
   EXPECT_EQ(DeleteEntry(outer_ + L"\\missing", EntryKind::kFile, PlaceOfFile()),
             DWORD{ERROR_FILE_NOT_FOUND});
-  EXPECT_EQ(DeleteEntry(folder_, EntryKind::kFolder, PlaceOfFolder(folder_)),
-            DWORD{ERROR_DIR_NOT_EMPTY});
+  EXPECT_EQ(DeleteFolder(), DWORD{ERROR_DIR_NOT_EMPTY});
   EXPECT_TRUE(Exists(folder_ + L"\\below"));
 }
 
 TEST_F(EntryDeletionTest, TellsWhyNothingWasOpened) {
   constexpr DWORD kErrors[] = {ERROR_PATH_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION};
   for (const DWORD error : kErrors) {
-    const CPlace place = PlaceOfFile();
-    INTERPOSER(CreateFileW) open(
-        [&](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
-          ::SetLastError(error);
-          return INVALID_HANDLE_VALUE;
-        });
+    INTERPOSER(CreateFileW) open(Answers(INVALID_HANDLE_VALUE, error));
 
-    EXPECT_EQ(DeleteEntry(file_, EntryKind::kFile, place), error);
+    EXPECT_EQ(DeleteFile(), error);
   }
 }
 
-struct Opening {
-  std::wstring path;
-  DWORD access;
-  DWORD sharing;
-  DWORD disposition;
-  DWORD flags;
-  bool operator==(const Opening&) const = default;
-};
-
-// A look at a path and an act by the same path would be two moments.
+// To look at a path and then delete what it leads to would be two moments.
 TEST_F(EntryDeletionTest, OpensTheEntryItselfOnceAndLetsOthersWorkWithIt) {
+  using Opening =
+      std::tuple<std::wstring, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE>;
   const CPlace place = PlaceOfFile();
   const CPlace folder_place = PlaceOfFolder(folder_);
   std::vector<Opening> openings;
-  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
-                                   SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
-                                   HANDLE model) {
-    openings.push_back({path, access, sharing, disposition, flags});
-    return open.Original()(path, access, sharing, security, disposition, flags, model);
+  INTERPOSER(CreateFileW) open([&](auto... arguments) {
+    openings.emplace_back(arguments...);
+    return open.Original()(arguments...);
   });
 
   EXPECT_EQ(DeleteEntry(file_, EntryKind::kFile, place), std::nullopt);
   EXPECT_EQ(DeleteEntry(folder_, EntryKind::kFolder, folder_place), std::nullopt);
 
   constexpr DWORD kAccess = DELETE | FILE_READ_ATTRIBUTES;
-  constexpr DWORD kEverything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  constexpr DWORD kSharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   constexpr DWORD kItself = FILE_FLAG_OPEN_REPARSE_POINT;
-  EXPECT_TRUE(openings ==
-              (std::vector<Opening>{{file_, kAccess, kEverything, OPEN_EXISTING, kItself},
-                                    {folder_, kAccess, kEverything, OPEN_EXISTING,
-                                     kItself | FILE_FLAG_BACKUP_SEMANTICS}}));
+  constexpr DWORD kFolderItself = kItself | FILE_FLAG_BACKUP_SEMANTICS;
+  EXPECT_THAT(
+      openings,
+      testing::ElementsAre(
+          Opening(file_, kAccess, kSharing, nullptr, OPEN_EXISTING, kItself, nullptr),
+          Opening(folder_, kAccess, kSharing, nullptr, OPEN_EXISTING, kFolderItself, nullptr)));
 }
 
 // The name goes at once where the file system knows how to do that.
 TEST_F(EntryDeletionTest, TriesThePosixWayBeforeThePlainOne) {
+  // Kinds of FILE_INFO_BY_HANDLE_CLASS.
+  constexpr int kPlain = 4;
+  constexpr int kPosix = 21;
   struct Case {
     DWORD posix_error;
     DWORD plain_error;
@@ -135,16 +125,10 @@ TEST_F(EntryDeletionTest, TriesThePosixWayBeforeThePlainOne) {
     std::optional<DWORD> result;
   };
   const Case cases[] = {
-      {0, 0, {kPosixDeletion}, std::nullopt},
-      {ERROR_INVALID_PARAMETER, 0, {kPosixDeletion, kPlainDeletion}, std::nullopt},
-      {ERROR_INVALID_PARAMETER,
-       ERROR_ACCESS_DENIED,
-       {kPosixDeletion, kPlainDeletion},
-       ERROR_ACCESS_DENIED},
-      {ERROR_ACCESS_DENIED,
-       ERROR_DIR_NOT_EMPTY,
-       {kPosixDeletion, kPlainDeletion},
-       ERROR_DIR_NOT_EMPTY},
+      {0, 0, {kPosix}, std::nullopt},
+      {ERROR_INVALID_PARAMETER, 0, {kPosix, kPlain}, std::nullopt},
+      {ERROR_INVALID_PARAMETER, ERROR_ACCESS_DENIED, {kPosix, kPlain}, ERROR_ACCESS_DENIED},
+      {ERROR_ACCESS_DENIED, ERROR_DIR_NOT_EMPTY, {kPosix, kPlain}, ERROR_DIR_NOT_EMPTY},
   };
 
   for (const Case& c : cases) {
@@ -152,19 +136,20 @@ TEST_F(EntryDeletionTest, TriesThePosixWayBeforeThePlainOne) {
     INTERPOSER(SetFileInformationByHandle) set(
         [&](HANDLE, FILE_INFO_BY_HANDLE_CLASS way, void* information, DWORD size) -> BOOL {
           ways.push_back(way);
-          const bool is_posix = way == kPosixDeletion;
-          // To be deleted, the name at once, unless it is a program that is running; or just to be
-          // deleted.
-          EXPECT_EQ(size, is_posix ? sizeof(DWORD) : sizeof(FILE_DISPOSITION_INFO));
-          EXPECT_EQ(is_posix ? *static_cast<DWORD*>(information)
-                             : static_cast<FILE_DISPOSITION_INFO*>(information)->DeleteFile,
-                    is_posix ? 7U : 1U);
-          const DWORD error = is_posix ? c.posix_error : c.plain_error;
+          if (way == kPosix) {
+            // To be deleted, the name at once, unless it is a program that is running.
+            EXPECT_EQ(*static_cast<DWORD*>(information), 7U);
+            EXPECT_EQ(size, sizeof(DWORD));
+          } else {
+            EXPECT_EQ(static_cast<FILE_DISPOSITION_INFO*>(information)->DeleteFile, TRUE);
+            EXPECT_EQ(size, sizeof(FILE_DISPOSITION_INFO));
+          }
+          const DWORD error = way == kPosix ? c.posix_error : c.plain_error;
           ::SetLastError(error);
           return error == 0;
         });
 
-    EXPECT_EQ(DeleteEntry(file_, EntryKind::kFile, PlaceOfFile()), c.result);
+    EXPECT_EQ(DeleteFile(), c.result);
     EXPECT_EQ(ways, c.ways);
   }
 }
@@ -197,8 +182,7 @@ TEST_F(EntryDeletionTest, TakesNothingBehindARealLink) {
 }
 
 TEST_F(EntryDeletionTest, OpensAnEntryWithALongPath) {
-  const std::wstring folder =
-      outer_ + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
+  const std::wstring folder = LongPathBelow(outer_);
   CreateFolders(folder);
   const ShortPathPolicy policy;
 
@@ -208,18 +192,16 @@ TEST_F(EntryDeletionTest, OpensAnEntryWithALongPath) {
 
 class ReadOnlyFileTest : public EntryDeletionTest {
  protected:
-  ReadOnlyFileTest() { SetAttributes(FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN); }
-
-  void SetAttributes(DWORD attributes) {
-    EXPECT_TRUE(::SetFileAttributesW(file_.c_str(), attributes));
+  ReadOnlyFileTest() {
+    EXPECT_TRUE(
+        ::SetFileAttributesW(file_.c_str(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN));
   }
-  [[nodiscard]] DWORD Attributes() const { return ::GetFileAttributesW(file_.c_str()); }
 };
 
 TEST_F(ReadOnlyFileTest, KeepsItsOtherAttributes) {
   ClearReadOnly(file_, PlaceOfFile());
 
-  EXPECT_EQ(Attributes() & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN),
+  EXPECT_EQ(::GetFileAttributesW(file_.c_str()) & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN),
             DWORD{FILE_ATTRIBUTE_HIDDEN});
   EXPECT_EQ(ReadFileBytes(file_), "x");
 }
@@ -251,8 +233,7 @@ TEST_F(ReadOnlyFileTest, GetsAnAttributeInAnyCaseAndNoTime) {
 
 TEST_F(ReadOnlyFileTest, StaysReadOnlyUnlessItLiesAtThePlace) {
   const CPlace place = PlaceOfFile();
-  INTERPOSER(SetFileInformationByHandle) set(
-      [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) -> BOOL { return TRUE; });
+  INTERPOSER(SetFileInformationByHandle) set(Answers(TRUE));
 
   ClearReadOnly(file_, PlaceOfFolder(outer_));
   ClearReadOnly(file_, CPlace());
@@ -263,8 +244,7 @@ TEST_F(ReadOnlyFileTest, StaysReadOnlyUnlessItLiesAtThePlace) {
     ClearReadOnly(file_, place);
   }
   {
-    INTERPOSER(GetFileInformationByHandleEx) information(
-        [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) -> BOOL { return FALSE; });
+    INTERPOSER(GetFileInformationByHandleEx) information(Answers(FALSE));
     ClearReadOnly(file_, place);
   }
 

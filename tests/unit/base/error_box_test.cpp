@@ -1,11 +1,8 @@
 #include "base/error_box.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <string>
-
-#include "base/windows.h"
+#include "tests/support/answers.h"
 #include "tests/support/interposer.h"
 #include "tests/support/recorded_boxes.h"
 
@@ -18,16 +15,14 @@ TEST(ErrorBoxTest, IsATopmostErrorOfTheDesktopWithTitleAndTextAsTheyStand) {
   nhupdate::ShowErrorBox(L"Nimba Hub \u2013 %d", L"100% %s %n\nC:\\A");
   nhupdate::ShowErrorBox(L"", L"");
 
-  // An error sign, above all other windows.
-  EXPECT_THAT(boxes.Shown(), testing::ElementsAre(ShownBox{L"100% %s %n\nC:\\A",
-                                                           L"Nimba Hub \u2013 %d", 0x40010, true},
-                                                  ShownBox{L"", L"", 0x40010, true}));
+  EXPECT_THAT(boxes.Shown(),
+              testing::ElementsAre(ErrorBoxOf(L"100% %s %n\nC:\\A", L"Nimba Hub \u2013 %d"),
+                                   ErrorBoxOf(L"", L"")));
 }
 
 TEST(ErrorBoxTest, IsShownOnceWhateverTheAnswer) {
   for (const int answer : {0, -1, IDCANCEL}) {
-    INTERPOSER(MessageBoxW) message_box(
-        [&](HWND, const wchar_t*, const wchar_t*, UINT) { return answer; });
+    INTERPOSER(MessageBoxW) message_box(Answers(answer));
 
     nhupdate::ShowErrorBox(L"Update", L"text");
 

@@ -2,14 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstddef>
+#include <cstdint>
 #include <map>
-#include <string>
+#include <utility>
 
 #include "base/paths.h"
 #include "base/strings.h"
-#include "base/windows.h"
+#include "tests/support/answers.h"
 #include "tests/support/interposer.h"
 
 namespace nhupdate_test {
@@ -23,11 +22,11 @@ class StartedProgram {
  public:
   explicit StartedProgram(std::wstring typed) : typed_(std::move(typed)) {}
 
-  // By the short name, the long one, which is what stands on the disk.
+  // The long name, as it stands on the disk, by the short one.
   std::map<std::wstring, std::wstring> long_names = {{L"PROGRA~1", L"Program Files"},
                                                      {L"NIMBAH~1", L"Nimba Hub"},
                                                      {L"NHUPDA~1.EXE", L"NHUpdateManager.exe"}};
-  // Which other names a search finds something under, whatever the letter case.
+  // What a search for a name, in any letter case, finds on the disk.
   std::map<std::wstring, std::wstring> names_on_disk = {
       {L"program files", L"Program Files"},
       {L"nimba hub", L"Nimba Hub"},
@@ -36,14 +35,8 @@ class StartedProgram {
  private:
   // The path as it was typed, prefix and all. What doesn't fit is cut off.
   DWORD GiveTyped(wchar_t* buffer, DWORD units) const {
-    const std::size_t given = std::min<std::size_t>(typed_.size(), units - 1);
-    typed_.copy(buffer, given);
-    buffer[given] = L'\0';
-    if (given < typed_.size()) {
-      ::SetLastError(ERROR_INSUFFICIENT_BUFFER);
-      return units;
-    }
-    return static_cast<DWORD>(given);
+    buffer[typed_.copy(buffer, units - 1)] = L'\0';
+    return typed_.size() < units ? static_cast<DWORD>(typed_.size()) : units;
   }
 
   // Only short names are looked up; all others stay as they were typed.
@@ -51,7 +44,6 @@ class StartedProgram {
     std::wstring text = path;
     const bool has_prefix = text.starts_with(L"\\\\?\\");
     if (long_names.empty() || (text.size() >= MAX_PATH && !has_prefix)) {
-      ::SetLastError(ERROR_PATH_NOT_FOUND);
       return 0;
     }
     for (const auto& [short_name, long_name] : long_names) {
@@ -60,8 +52,7 @@ class StartedProgram {
     if (text.size() >= units) {
       return static_cast<DWORD>(text.size() + 1);
     }
-    text.copy(buffer, text.size());
-    buffer[text.size()] = L'\0';
+    buffer[text.copy(buffer, text.size())] = L'\0';
     return static_cast<DWORD>(text.size());
   }
 
@@ -72,7 +63,6 @@ class StartedProgram {
         return reinterpret_cast<HANDLE>(std::uintptr_t{0x5EA4C4});
       }
     }
-    ::SetLastError(ERROR_FILE_NOT_FOUND);
     return INVALID_HANDLE_VALUE;
   }
 
@@ -87,17 +77,13 @@ class StartedProgram {
       }};
   INTERPOSER(FindFirstFileW) find_first_{
       [this](const wchar_t* path, WIN32_FIND_DATAW* entry) { return Search(path, entry); }};
-  INTERPOSER(FindClose) find_close_{[](HANDLE) -> BOOL { return TRUE; }};
+  INTERPOSER(FindClose) find_close_{Answers(TRUE)};
 };
 
 constexpr wchar_t kInstalled[] = L"C:\\Program Files\\Nimba Hub\\NHUpdateManager.exe";
 
 TEST(ExecutablePathTest, HasTheNamesOnTheDiskHoweverItWasTyped) {
-  struct Case {
-    const wchar_t* typed;
-    const wchar_t* path;
-  };
-  const Case cases[] = {
+  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
       {kInstalled, kInstalled},
       {L"\\\\?\\C:\\Program Files\\Nimba Hub\\NHUpdateManager.exe", kInstalled},
       {L"C:\\PROGRA~1\\NIMBAH~1\\NHUPDA~1.EXE", kInstalled},
@@ -106,7 +92,7 @@ TEST(ExecutablePathTest, HasTheNamesOnTheDiskHoweverItWasTyped) {
       {L"C:\\PROGRA~1\\NIMBA HUB\\nhupdatemanager.exe", kInstalled},
       // The drive's letter is nobody's name.
       {L"c:\\program files\\x.exe", L"c:\\Program Files\\x.exe"},
-      // What isn't found keeps its name, and what is below it doesn't.
+      // What a search doesn't find keeps the name that was typed, unlike what is below it.
       {L"C:\\NOBODY\\nimba hub\\x.EXE", L"C:\\NOBODY\\Nimba Hub\\x.EXE"},
       {L"C:\\NHUpdateManager.exe", L"C:\\NHUpdateManager.exe"},
       {L"C:\\", L"C:\\"},
@@ -118,13 +104,13 @@ TEST(ExecutablePathTest, HasTheNamesOnTheDiskHoweverItWasTyped) {
       {L"\\\\SERVER\\NIMBA HUB\\x.exe", L"\\\\SERVER\\NIMBA HUB\\x.exe"},
   };
 
-  for (const Case& c : cases) {
-    const StartedProgram program(c.typed);
+  for (const auto& [typed, path] : cases) {
+    const StartedProgram program(typed);
 
     const ExecutablePath executable = FindExecutable();
 
-    EXPECT_EQ(executable.path, c.path);
-    EXPECT_FALSE(executable.is_cut_off) << testing::PrintToString(c.typed);
+    EXPECT_EQ(executable.path, path);
+    EXPECT_FALSE(executable.is_cut_off) << testing::PrintToString(typed);
   }
 }
 

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "base/windows.h"
 #include "tests/support/files.h"
 #include "tests/support/held_file.h"
@@ -33,8 +31,7 @@ TEST(ExistsTest, FindsNothingUnderAnyOtherName) {
   const std::wstring deleted = scratch.Path() + L"\\deleted";
   WriteFileBytes(scratch.Path() + L"\\file.txt", "x");
   WriteFileBytes(deleted, "x");
-  EXPECT_TRUE(Exists(deleted));
-  ::DeleteFileW(deleted.c_str());
+  EXPECT_TRUE(::DeleteFileW(deleted.c_str()));
 
   for (const wchar_t* name : {L"\\deleted", L"\\missing\\file.txt", L"\\file.tx",
                               L"\\file.txt\\below", L"\\*.txt", L"\\file.tx?"}) {
@@ -47,8 +44,7 @@ TEST(ExistsTest, FindsNothingUnderAnyOtherName) {
 // paths get.
 TEST(ExistsTest, FindsALongPath) {
   const ScratchFolder scratch;
-  const std::wstring folder =
-      scratch.Path() + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
+  const std::wstring folder = LongPathBelow(scratch.Path());
   CreateFolders(folder);
   const std::wstring file = folder + L"\\ends with.";
   WriteFileBytes(L"\\\\?\\" + file, "x");

@@ -1,10 +1,8 @@
 #include "base/folder_listing.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <optional>
-#include <string>
+#include <tuple>
 #include <vector>
 
 #include "tests/support/fake_listing.h"
@@ -58,8 +56,7 @@ TEST(FolderListingTest, GivesOnlyWhatFitsTheWildcard) {
 
 TEST(FolderListingTest, IsOfAFolderWithALongPath) {
   const ScratchFolder scratch;
-  const std::wstring folder =
-      scratch.Path() + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
+  const std::wstring folder = LongPathBelow(scratch.Path());
   WriteFileBytes(folder + L"\\file", "x");
   const ShortPathPolicy policy;
   CFolderListing listing(folder);
@@ -90,7 +87,7 @@ TEST(FolderListingTest, ClosesItsSearchOnceIfThereIsOne) {
   const FakeListing windows({{L"a"}});
   {
     CFolderListing listing(L"folder");
-    static_cast<void>(Entries(listing));
+    std::ignore = Entries(listing);
     EXPECT_EQ(windows.Closed(), 0);
   }
   EXPECT_EQ(windows.Closed(), 1);
@@ -112,7 +109,8 @@ TEST(FolderListingTest, TellsWhyItBrokeOff) {
   EXPECT_FALSE(listing.HasNoFolder());
 }
 
-// By what is in the folder's place, and by what Windows says when the listing shall begin.
+// That there is no folder is known by the error or, where that doesn't tell, by the file in its
+// place.
 TEST(FolderListingTest, TellsWhyItCouldNotBegin) {
   const ScratchFolder scratch;
   const std::wstring file = scratch.Path() + L"\\file";
@@ -149,8 +147,7 @@ TEST(FolderListingTest, TellsWhyItCouldNotBegin) {
 
 TEST(FolderListingTest, HasNoFolderWhereThereIsNoneOrAFile) {
   const ScratchFolder scratch;
-  const std::wstring file =
-      scratch.Path() + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
+  const std::wstring file = LongPathBelow(scratch.Path());
   WriteFileBytes(file, "x");
   const ShortPathPolicy policy;
 
@@ -165,10 +162,10 @@ TEST(FolderListingTest, IsAtItsEndWhereThereIsNoEntryAtAll) {
     const FakeListing windows({}, error);
     CFolderListing listing(L"folder");
 
-    EXPECT_FALSE(listing.Next());
+    EXPECT_FALSE(listing.Next()) << error;
     EXPECT_EQ(listing.Error(), std::nullopt) << error;
-    EXPECT_FALSE(listing.HasNoFolder());
-    EXPECT_FALSE(listing.HasBrokenOff());
+    EXPECT_FALSE(listing.HasNoFolder()) << error;
+    EXPECT_FALSE(listing.HasBrokenOff()) << error;
   }
 }
 

@@ -2,9 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "base/existence.h"
+#include "tests/support/answers.h"
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
@@ -35,10 +34,8 @@ TEST_F(FolderMakingTest, TakesAFileForSomethingThatIsThere) {
 
 TEST_F(FolderMakingTest, FailsWithoutAParentOrTheRight) {
   EXPECT_FALSE(MakeFolder(folder_ + L"\\inner"));
-  INTERPOSER(CreateDirectoryW) create([](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL {
-    ::SetLastError(ERROR_ACCESS_DENIED);
-    return FALSE;
-  });
+
+  INTERPOSER(CreateDirectoryW) create(Answers(FALSE, ERROR_ACCESS_DENIED));
 
   EXPECT_FALSE(MakeFolder(folder_));
 }

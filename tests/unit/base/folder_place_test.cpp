@@ -2,16 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include <tuple>
 #include <vector>
 
-#include "base/windows_path.h"
+#include "tests/support/answers.h"
 #include "tests/support/current_folder.h"
 #include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
+#include "tests/support/held_file.h"
 #include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
-#include "tests/support/short_path_policy.h"
 
 namespace nhupdate_test {
 namespace {
@@ -21,125 +21,6 @@ using nhupdate::HoldFolder;
 using nhupdate::HoldFolderItself;
 using nhupdate::PlaceOfFolder;
 using nhupdate::PlaceSeenFrom;
-using nhupdate::UniqueFile;
-
-constexpr DWORD kNoTag = 0;
-constexpr DWORD kFolder = FILE_ATTRIBUTE_DIRECTORY;
-constexpr DWORD kFolderPoint = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
-constexpr DWORD kFilePoint = FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_REPARSE_POINT;
-
-TEST(MeansLinkTest, KnowsLinksFromOtherSpecialEntries) {
-  struct Case {
-    const char* name;
-    DWORD attributes;
-    DWORD reparse_tag;
-    bool is_link;
-  };
-  constexpr Case cases[] = {
-      {"a junction or mount point", kFolderPoint, 0xA0000003, true},
-      {"a symbolic link to a folder", kFolderPoint, 0xA000000C, true},
-      {"a symbolic link to a file", kFilePoint, 0xA000000C, true},
-      {"a link made by the Linux subsystem", kFilePoint, 0xA000001D, true},
-      {"another maker's name surrogate", kFolderPoint, 0x20001234, true},
-      {"a folder that doesn't say what it is", kFolderPoint, kNoTag, true},
-      {"a file that doesn't say what it is", kFilePoint, kNoTag, true},
-      {"a cloud placeholder", kFilePoint, 0x9000001A, false},
-      {"a cloud placeholder of another provider", kFolderPoint, 0x9000601A, false},
-      {"an older cloud placeholder", kFolderPoint, 0x80000021, false},
-      {"a deduplicated file", kFilePoint, 0x80000013, false},
-      {"a compressed system file", kFilePoint, 0x80000017, false},
-      {"an app alias", kFilePoint, 0x8000001B, false},
-      {"a plain folder with a leftover tag", kFolder, 0xA0000003, false},
-      {"a plain file", FILE_ATTRIBUTE_ARCHIVE, kNoTag, false},
-  };
-
-  for (const Case& c : cases) {
-    EXPECT_EQ(nhupdate::MeansLink(c.attributes, c.reparse_tag), c.is_link) << c.name;
-  }
-}
-
-// FAT and exFAT refuse the question for a tag with "invalid parameter", as any file system does
-// that knows no links.
-TEST(IsLinkTest, AsksForATagOnlyWhereThereMayBeOne) {
-  struct Case {
-    const char* name;
-    bool are_attributes_known;
-    DWORD attributes;
-    bool is_tag_known;
-    DWORD reparse_tag;
-    bool is_link;
-  };
-  constexpr Case cases[] = {
-      {"a folder", true, kFolder, true, kNoTag, false},
-      {"a folder on a FAT volume", true, kFolder, false, kNoTag, false},
-      {"a junction", true, kFolderPoint, true, 0xA0000003, true},
-      {"a symbolic link", true, kFolderPoint, true, 0xA000000C, true},
-      {"a cloud placeholder", true, kFolderPoint, true, 0x9000001A, false},
-      {"a reparse point of unknown kind", true, kFolderPoint, false, kNoTag, true},
-      {"nothing known", false, kFolder, false, kNoTag, true},
-      {"no attributes known", false, kFolder, true, kNoTag, true},
-  };
-  const ScratchFolder scratch;
-  const UniqueFile opened = HoldFolderItself(scratch.Path());
-
-  for (const Case& c : cases) {
-    INTERPOSER(GetFileInformationByHandleEx) information(
-        [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS what, void* answer, DWORD) -> BOOL {
-          EXPECT_EQ(file, opened.Get());
-          if (what == FileBasicInfo && c.are_attributes_known) {
-            static_cast<FILE_BASIC_INFO*>(answer)->FileAttributes = c.attributes;
-            return TRUE;
-          }
-          if (what == FileAttributeTagInfo && c.is_tag_known) {
-            *static_cast<FILE_ATTRIBUTE_TAG_INFO*>(answer) = {c.attributes, c.reparse_tag};
-            return TRUE;
-          }
-          ::SetLastError(ERROR_INVALID_PARAMETER);
-          return FALSE;
-        });
-
-    EXPECT_EQ(nhupdate::IsLink(opened), c.is_link) << c.name;
-  }
-}
-
-TEST(HoldFolderTest, OpensForListingAndLetsNobodyRenameOrRemove) {
-  struct Opening {
-    DWORD access;
-    DWORD sharing;
-    DWORD disposition;
-    DWORD flags;
-    bool operator==(const Opening&) const = default;
-  };
-  const ScratchFolder scratch;
-  std::vector<Opening> openings;
-  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
-                                   SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
-                                   HANDLE model) {
-    openings.push_back({access, sharing, disposition, flags});
-    return open.Original()(path, access, sharing, security, disposition, flags, model);
-  });
-
-  EXPECT_TRUE(HoldFolderItself(scratch.Path()).IsValid());
-  EXPECT_TRUE(HoldFolder(scratch.Path()).IsValid());
-
-  constexpr DWORD kNotDelete = FILE_SHARE_READ | FILE_SHARE_WRITE;
-  constexpr DWORD kItself = FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT;
-  const std::vector<Opening> expected = {
-      {FILE_LIST_DIRECTORY, kNotDelete, OPEN_EXISTING, kItself},
-      {FILE_LIST_DIRECTORY, kNotDelete, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS}};
-  EXPECT_TRUE(openings == expected);
-}
-
-TEST(HoldFolderTest, OpensAFolderWithALongPath) {
-  const ScratchFolder scratch;
-  const std::wstring folder =
-      scratch.Path() + L"\\" + std::wstring(200, L'a') + L"\\" + std::wstring(100, L'b');
-  CreateFolders(folder);
-  const ShortPathPolicy policy;
-
-  EXPECT_TRUE(HoldFolderItself(folder).IsValid());
-  EXPECT_TRUE(HoldFolder(folder).IsValid());
-}
 
 class PlaceTest : public testing::Test {
  protected:
@@ -153,14 +34,13 @@ class PlaceTest : public testing::Test {
 // By what Windows says of the two.
 TEST_F(PlaceTest, IsComparedWithAnother) {
   struct Case {
-    const wchar_t* one;
-    const wchar_t* other;
+    std::wstring one;
+    std::wstring other;
     bool is_same;
     bool is_within;
   };
-  const std::wstring long_name(400, L'n');
-  const std::wstring long_path = L"\\Device\\V1\\" + long_name;
-  const std::wstring long_inside = long_path + L"\\" + long_name;
+  const std::wstring long_name = L"\\" + std::wstring(400, L'n');
+  const std::wstring long_path = L"\\Device\\V1" + long_name;
   const std::wstring longest_in_one_go = L"\\Device\\V1\\" + std::wstring(248, L'n');
   const std::wstring longer_by_one = longest_in_one_go + L"n";
   const Case cases[] = {
@@ -177,11 +57,11 @@ TEST_F(PlaceTest, IsComparedWithAnother) {
       {L"\\Device\\V1\\", L"\\Device\\V1\\", true, true},
       {L"\\Device\\V1\\Hub", L"\\Device\\V1\\", false, true},
       {L"\\Device\\V10\\Hub", L"\\Device\\V1\\", false, false},
-      {long_path.c_str(), long_path.c_str(), true, true},
-      {long_inside.c_str(), long_path.c_str(), false, true},
-      {longest_in_one_go.c_str(), longest_in_one_go.c_str(), true, true},
-      {longer_by_one.c_str(), longer_by_one.c_str(), true, true},
-      {longer_by_one.c_str(), longest_in_one_go.c_str(), false, false},
+      {long_path, long_path, true, true},
+      {long_path + long_name, long_path, false, true},
+      {longest_in_one_go, longest_in_one_go, true, true},
+      {longer_by_one, longer_by_one, true, true},
+      {longer_by_one, longest_in_one_go, false, false},
       // Unknown ones.
       {L"\\Device\\V1\\Hub", L"", false, false},
       {L"", L"\\Device\\V1\\Hub", false, false},
@@ -189,17 +69,16 @@ TEST_F(PlaceTest, IsComparedWithAnother) {
   };
 
   for (const Case& c : cases) {
+    SCOPED_TRACE(testing::PrintToString(c.one) + " and " + testing::PrintToString(c.other));
     FakeListing windows;
     windows.LeadElsewhere(outer_, c.one);
     windows.LeadElsewhere(inner_, c.other);
     const CPlace one(HoldFolder(outer_));
     const CPlace other(HoldFolder(inner_));
 
-    EXPECT_EQ(one.IsSameAs(other), c.is_same)
-        << testing::PrintToString(c.one) << " and " << testing::PrintToString(c.other);
-    EXPECT_EQ(one.IsWithin(other), c.is_within)
-        << testing::PrintToString(c.one) << " in " << testing::PrintToString(c.other);
-    EXPECT_EQ(one.IsKnown(), *c.one != L'\0') << testing::PrintToString(c.one);
+    EXPECT_EQ(one.IsSameAs(other), c.is_same);
+    EXPECT_EQ(one.IsWithin(other), c.is_within);
+    EXPECT_EQ(one.IsKnown(), !c.one.empty());
   }
 }
 
@@ -220,7 +99,7 @@ TEST_F(PlaceTest, IsAskedForInTheKernelsNormalForm) {
     return DWORD{300};
   });
 
-  static_cast<void>(CPlace(HoldFolder(outer_)));
+  std::ignore = CPlace(HoldFolder(outer_));
 
   EXPECT_EQ(forms, (std::vector<DWORD>{0x2, 0x2}));
 }
@@ -237,12 +116,9 @@ TEST_F(PlaceTest, IsUnknownWhenItGetsLongerWhileItIsAskedFor) {
 TEST_F(PlaceTest, IsKnownWhereTheLongNamesAreNotToBeHad) {
   const CPlace normalized = PlaceOfFolder(inner_);
   INTERPOSER(GetFinalPathNameByHandleW) final_path(
-      [&](HANDLE file, wchar_t* buffer, DWORD units, DWORD form) -> DWORD {
-        if ((form & FILE_NAME_OPENED) != 0) {
-          return final_path.Original()(file, buffer, units, form);
-        }
-        ::SetLastError(ERROR_NOT_SUPPORTED);
-        return 0;
+      [&](HANDLE file, wchar_t* buffer, DWORD units, DWORD form) {
+        return (form & FILE_NAME_OPENED) != 0 ? final_path.Original()(file, buffer, units, form)
+                                              : Answers(DWORD{0}, ERROR_NOT_SUPPORTED)();
       });
 
   EXPECT_TRUE(PlaceOfFolder(inner_).IsSameAs(normalized));
@@ -250,31 +126,17 @@ TEST_F(PlaceTest, IsKnownWhereTheLongNamesAreNotToBeHad) {
 
 // Others who have a folder open could be in the way of holding it, but not of a look.
 TEST_F(PlaceTest, IsKnownOfAFolderThatSomebodyKeepsToHimself) {
-  const nhupdate::UniqueFile exclusive(::CreateFileW(inner_.c_str(), DELETE | FILE_LIST_DIRECTORY,
-                                                     0, nullptr, OPEN_EXISTING,
-                                                     FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-  ASSERT_TRUE(exclusive.IsValid());
+  const HeldFile exclusive(inner_, 0, DELETE | FILE_LIST_DIRECTORY);
 
   EXPECT_FALSE(HoldFolderItself(inner_).IsValid());
   EXPECT_TRUE(PlaceOfFolder(inner_).IsKnown());
   EXPECT_TRUE(nhupdate::IsPlainFolder(nhupdate::LookAtItself(inner_)));
 }
 
-// A hard link to a file is no link, and really lies there.
-TEST_F(PlaceTest, AFileIsNoPlainFolder) {
-  WriteFileBytes(outer_ + L"\\file", "x");
-  const nhupdate::UniqueFile file = nhupdate::LookAtItself(outer_ + L"\\file");
-
-  EXPECT_TRUE(file.IsValid());
-  EXPECT_FALSE(nhupdate::IsPlainFolder(file));
-  EXPECT_FALSE(nhupdate::IsPlainFolder(nhupdate::UniqueFile()));
-}
-
 TEST_F(PlaceTest, IsTheSameByEveryName) {
   const CPlace place = PlaceOfFolder(inner_);
   const CurrentFolder drive(inner_.substr(0, 3));
 
-  EXPECT_TRUE(place.IsKnown());
   EXPECT_TRUE(PlaceOfFolder(scratch_.Path() + L"\\OUTER\\middle\\inner").IsSameAs(place));
   EXPECT_TRUE(PlaceOfFolder(outer_ + L"\\.\\Middle\\..\\Middle\\Inner").IsSameAs(place));
   EXPECT_TRUE(PlaceOfFolder(inner_.substr(2)).IsSameAs(place));

@@ -1,11 +1,11 @@
 #include "base/held_folder.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <optional>
-#include <string>
+#include <utility>
+#include <vector>
 
-#include "base/windows.h"
+#include "tests/support/answers.h"
 #include "tests/support/current_folder.h"
 #include "tests/support/fake_listing.h"
 #include "tests/support/files.h"
@@ -32,27 +32,20 @@ class HeldFolderTest : public testing::Test {
 };
 
 TEST_F(HeldFolderTest, TellsWhyItCouldNotBeOpened) {
-  struct Case {
-    DWORD error;
-    bool is_missing;
-  };
-  constexpr Case cases[] = {{ERROR_FILE_NOT_FOUND, true}, {ERROR_PATH_NOT_FOUND, true},
-                            {ERROR_ACCESS_DENIED, false}, {ERROR_SHARING_VIOLATION, false},
-                            {ERROR_INVALID_NAME, false},  {ERROR_DIRECTORY, false}};
-  for (const Case& c : cases) {
-    INTERPOSER(CreateFileW) open(
-        [&](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) -> HANDLE {
-          ::SetLastError(c.error);
-          return INVALID_HANDLE_VALUE;
-        });
+  constexpr std::pair<DWORD, bool> cases[] = {
+      {ERROR_FILE_NOT_FOUND, true},     {ERROR_PATH_NOT_FOUND, true}, {ERROR_ACCESS_DENIED, false},
+      {ERROR_SHARING_VIOLATION, false}, {ERROR_INVALID_NAME, false},  {ERROR_DIRECTORY, false}};
+
+  for (const auto& [error, is_missing] : cases) {
+    INTERPOSER(CreateFileW) open(Answers(INVALID_HANDLE_VALUE, error));
     const CHeldFolder held(inner_);
 
-    EXPECT_EQ(held.Error(), c.error);
-    EXPECT_EQ(held.IsMissing(), c.is_missing) << c.error;
-    EXPECT_FALSE(held.IsLink()) << c.error;
-    EXPECT_FALSE(held.IsPlainAt(CPlace())) << c.error;
-    EXPECT_FALSE(held.LeadsElsewhere(CPlace())) << c.error;
-    EXPECT_EQ(held.MayHold(inner_), !c.is_missing) << c.error;
+    EXPECT_EQ(held.Error(), error);
+    EXPECT_EQ(held.IsMissing(), is_missing) << error;
+    EXPECT_FALSE(held.IsLink()) << error;
+    EXPECT_FALSE(held.IsPlainAt(CPlace())) << error;
+    EXPECT_FALSE(held.LeadsElsewhere(CPlace())) << error;
+    EXPECT_EQ(held.MayHold(inner_), !is_missing) << error;
   }
 }
 
@@ -78,7 +71,8 @@ TEST_F(HeldFolderTest, CannotBeRemovedOrRenamedButWorkedIn) {
   EXPECT_TRUE(::RemoveDirectoryW(inner_.c_str()));
 }
 
-// A link is a link wherever it lies; that of which nothing is known may be one.
+// What is a link, or lies at an unknown place, isn't plain; but only a link, or what is known to
+// lie elsewhere, leads elsewhere.
 TEST_F(HeldFolderTest, IsJudgedByWhatItIsAndWhereItLies) {
   struct Case {
     const char* name;
@@ -126,22 +120,6 @@ TEST_F(HeldFolderTest, IsAtItsPlaceByWhateverNames) {
   EXPECT_TRUE(held.LeadsElsewhere(PlaceOfFolder(outer_)));
 }
 
-// On FAT and exFAT nobody can ask for a reparse tag.
-TEST_F(HeldFolderTest, IsPlainWhereWindowsKnowsNoLinks) {
-  const CHeldFolder held(inner_);
-  INTERPOSER(GetFileInformationByHandleEx) information(
-      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS what, void* answer, DWORD size) -> BOOL {
-        if (what != FileAttributeTagInfo) {
-          return information.Original()(file, what, answer, size);
-        }
-        ::SetLastError(ERROR_INVALID_PARAMETER);
-        return FALSE;
-      });
-
-  EXPECT_TRUE(held.IsPlainAt(PlaceOfFolder(inner_)));
-  EXPECT_FALSE(held.LeadsElsewhere(PlaceOfFolder(inner_)));
-}
-
 TEST_F(HeldFolderTest, MayHoldItselfAndWhatIsBelowByWhateverName) {
   const CurrentFolder drive(outer_.substr(0, 3));
   for (const std::wstring& name :
@@ -165,7 +143,7 @@ TEST_F(HeldFolderTest, HoldsNothingAboveOrBesideItNorWithoutBeingThere) {
   EXPECT_FALSE(CHeldFolder(outer_ + L"\\Missing\\Too").MayHold(inner_));
 }
 
-// What Windows says of the two, which a link on the way has brought elsewhere.
+// A link on the way can bring either of them elsewhere.
 TEST_F(HeldFolderTest, HoldsAPathByWhereTheTwoReallyAre) {
   struct Case {
     const wchar_t* folder;
@@ -194,22 +172,18 @@ TEST_F(HeldFolderTest, MayHoldAPathThatCannotBeOpened) {
   CreateFolders(beside);
   EXPECT_FALSE(CHeldFolder(outer_).MayHold(beside));
 
-  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
-                                   SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags,
-                                   HANDLE model) -> HANDLE {
-    if (path != beside) {
-      return open.Original()(path, access, sharing, security, creation, flags, model);
-    }
-    ::SetLastError(ERROR_ACCESS_DENIED);
-    return INVALID_HANDLE_VALUE;
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
+    return path == beside ? Answers(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED)()
+                          : open.Original()(path, rest...);
   });
 
   EXPECT_TRUE(CHeldFolder(outer_).MayHold(beside));
 }
 
-// The folder is opened as what it is, the path as it is walked.
+// A link in the folder's place is opened itself, one on the path is followed.
 TEST_F(HeldFolderTest, LooksBehindLinksOnlyForWhatItMayHold) {
-  std::vector<std::pair<std::wstring, DWORD>> openings;
+  using Opening = std::pair<std::wstring, DWORD>;
+  std::vector<Opening> openings;
   INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
                                    SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags,
                                    HANDLE model) {
@@ -219,8 +193,8 @@ TEST_F(HeldFolderTest, LooksBehindLinksOnlyForWhatItMayHold) {
 
   EXPECT_TRUE(CHeldFolder(outer_).MayHold(inner_));
 
-  EXPECT_EQ(openings, (std::vector<std::pair<std::wstring, DWORD>>{
-                          {outer_, FILE_FLAG_OPEN_REPARSE_POINT}, {inner_, 0}}));
+  EXPECT_THAT(openings, testing::ElementsAre(Opening(outer_, FILE_FLAG_OPEN_REPARSE_POINT),
+                                             Opening(inner_, 0)));
 }
 
 }  // namespace

@@ -2,11 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
-#include <string>
 #include <vector>
 
-#include "base/windows.h"
 #include "tests/support/interposer.h"
 #include "tests/support/shell_text.h"
 
@@ -30,15 +27,13 @@ TEST(ProgramDataFolderTest, IsTheOneOfThisMachine) {
 
 TEST(ProgramDataFolderTest, IsAskedForWithoutFlagsOrTokenAndItsTextFreedWhateverTheResult) {
   struct Case {
-    const char* name;
     HRESULT result;
     const wchar_t* text;
   };
   const Case cases[] = {
-      {"success", S_OK, L"D:\\Daten"},
-      {"failure with a text", E_FAIL, L"C:\\Half"},
-      {"failure without a text", E_OUTOFMEMORY, nullptr},
-      {"no such folder", HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), nullptr},
+      {S_OK, L"D:\\Daten"},
+      {E_FAIL, L"C:\\Half"},
+      {HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), nullptr},
   };
 
   for (const Case& c : cases) {
@@ -62,9 +57,9 @@ TEST(ProgramDataFolderTest, IsAskedForWithoutFlagsOrTokenAndItsTextFreedWhatever
     const std::optional<std::wstring> folder = ProgramDataFolder();
 
     EXPECT_EQ(folder, SUCCEEDED(c.result) ? std::optional<std::wstring>(c.text) : std::nullopt)
-        << c.name;
-    EXPECT_EQ(freed, std::vector<void*>{given}) << c.name;
-    EXPECT_EQ(known_folder.Calls(), 1) << c.name;
+        << c.result;
+    EXPECT_EQ(freed, std::vector<void*>{given}) << c.result;
+    EXPECT_EQ(known_folder.Calls(), 1) << c.result;
   }
 }
 

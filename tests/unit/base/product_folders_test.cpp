@@ -8,75 +8,61 @@ namespace {
 using nhupdate::FoldersOfExecutable;
 using nhupdate::ProductFolders;
 
-struct Case {
-  const wchar_t* executable;
-  const wchar_t* module_file_name;
-  const wchar_t* module_folder;
-  const wchar_t* configuration_folder;
-  const wchar_t* base_folder;
-  const wchar_t* app_folder;
-  const wchar_t* root_folder;
-  const wchar_t* nimba_cast_folder;
-  const wchar_t* nimba_desk_folder;
-};
-
-const Case kCases[] = {
-    // An installed product.
-    {L"C:\\A\\B\\NHUpdateManager\\NHUpdateManager.exe", L"NHUpdateManager.exe",
-     L"C:\\A\\B\\NHUpdateManager", L"C:\\A\\B\\NHUpdateManager\\Config", L"C:\\A\\B",
-     L"C:\\A\\B\\Updater\\App", L"C:\\A", L"C:\\A\\NimbaCast", L"C:\\A\\NimbaDesk"},
-    // The copy that the updater staged.
-    {L"C:\\A\\B\\Updater\\App\\NHUpdateManager\\NHUpdateManager.exe", L"NHUpdateManager.exe",
-     L"C:\\A\\B\\Updater\\App\\NHUpdateManager", L"C:\\A\\B\\Updater\\App\\NHUpdateManager\\Config",
-     L"C:\\A\\B\\Updater\\App", L"C:\\A\\B\\Updater\\App\\Updater\\App", L"C:\\A\\B\\Updater",
-     L"C:\\A\\B\\Updater\\NimbaCast", L"C:\\A\\B\\Updater\\NimbaDesk"},
-    // Fewer and fewer folders, down to the drive's root.
-    {L"C:\\B\\M\\x.exe", L"x.exe", L"C:\\B\\M", L"C:\\B\\M\\Config", L"C:\\B",
-     L"C:\\B\\Updater\\App", L"C:", L"C:\\NimbaCast", L"C:\\NimbaDesk"},
-    {L"C:\\M\\x.exe", L"x.exe", L"C:\\M", L"C:\\M\\Config", L"C:", L"C:\\Updater\\App", L"",
-     L"\\NimbaCast", L"\\NimbaDesk"},
-    {L"C:\\NHUpdateManager.exe", L"NHUpdateManager.exe", L"C:", L"C:\\Config", L"",
-     L"\\Updater\\App", L"", L"\\NimbaCast", L"\\NimbaDesk"},
-    // No folder at all.
-    {L"NHUpdateManager.exe", L"NHUpdateManager.exe", L"", L"\\Config", L"", L"\\Updater\\App", L"",
-     L"\\NimbaCast", L"\\NimbaDesk"},
-    {L"", L"", L"", L"\\Config", L"", L"\\Updater\\App", L"", L"\\NimbaCast", L"\\NimbaDesk"},
-    // On a server, and with a prefix for long paths.
-    {L"\\\\server\\share\\B\\M\\x.exe", L"x.exe", L"\\\\server\\share\\B\\M",
-     L"\\\\server\\share\\B\\M\\Config", L"\\\\server\\share\\B",
-     L"\\\\server\\share\\B\\Updater\\App", L"\\\\server\\share", L"\\\\server\\share\\NimbaCast",
-     L"\\\\server\\share\\NimbaDesk"},
-    {L"\\\\server\\x.exe", L"x.exe", L"\\\\server", L"\\\\server\\Config", L"\\",
-     L"\\\\Updater\\App", L"", L"\\NimbaCast", L"\\NimbaDesk"},
-    {L"\\\\?\\C:\\A\\B\\M\\x.exe", L"x.exe", L"\\\\?\\C:\\A\\B\\M", L"\\\\?\\C:\\A\\B\\M\\Config",
-     L"\\\\?\\C:\\A\\B", L"\\\\?\\C:\\A\\B\\Updater\\App", L"\\\\?\\C:\\A",
-     L"\\\\?\\C:\\A\\NimbaCast", L"\\\\?\\C:\\A\\NimbaDesk"},
-    // Nothing but a backslash separates, and nothing is resolved.
-    {L"C:\\A/B\\M\\x.exe", L"x.exe", L"C:\\A/B\\M", L"C:\\A/B\\M\\Config", L"C:\\A/B",
-     L"C:\\A/B\\Updater\\App", L"C:", L"C:\\NimbaCast", L"C:\\NimbaDesk"},
-    {L"C:\\A\\..\\B\\M\\x.exe", L"x.exe", L"C:\\A\\..\\B\\M", L"C:\\A\\..\\B\\M\\Config",
-     L"C:\\A\\..\\B", L"C:\\A\\..\\B\\Updater\\App", L"C:\\A\\..", L"C:\\A\\..\\NimbaCast",
-     L"C:\\A\\..\\NimbaDesk"},
-    {L"D:\\100% \u00FC\\B\\M\\\u7E41.exe", L"\u7E41.exe", L"D:\\100% \u00FC\\B\\M",
-     L"D:\\100% \u00FC\\B\\M\\Config", L"D:\\100% \u00FC\\B", L"D:\\100% \u00FC\\B\\Updater\\App",
-     L"D:\\100% \u00FC", L"D:\\100% \u00FC\\NimbaCast", L"D:\\100% \u00FC\\NimbaDesk"},
-};
-
 TEST(FoldersOfExecutableTest, FollowFromTheExecutablesPath) {
-  for (const Case& c : kCases) {
+  struct Case {
+    const wchar_t* executable;
+    std::wstring module_file_name;
+    std::wstring module_folder;
+    std::wstring base_folder;
+    std::wstring root_folder;
+  };
+  const Case cases[] = {
+      // An installed product, and the copy that the updater staged.
+      {L"C:\\A\\B\\M\\x.exe", L"x.exe", L"C:\\A\\B\\M", L"C:\\A\\B", L"C:\\A"},
+      {L"C:\\A\\B\\Updater\\App\\M\\x.exe", L"x.exe", L"C:\\A\\B\\Updater\\App\\M",
+       L"C:\\A\\B\\Updater\\App", L"C:\\A\\B\\Updater"},
+      // Fewer and fewer folders, down to the drive's root, and no folder at all.
+      {L"C:\\B\\M\\x.exe", L"x.exe", L"C:\\B\\M", L"C:\\B", L"C:"},
+      {L"C:\\M\\x.exe", L"x.exe", L"C:\\M", L"C:", L""},
+      {L"C:\\x.exe", L"x.exe", L"C:", L"", L""},
+      {L"x.exe", L"x.exe", L"", L"", L""},
+      {L"", L"", L"", L"", L""},
+      // On a server, and with a prefix for long paths.
+      {L"\\\\server\\share\\B\\M\\x.exe", L"x.exe", L"\\\\server\\share\\B\\M",
+       L"\\\\server\\share\\B", L"\\\\server\\share"},
+      {L"\\\\server\\x.exe", L"x.exe", L"\\\\server", L"\\", L""},
+      {L"\\\\?\\C:\\A\\B\\M\\x.exe", L"x.exe", L"\\\\?\\C:\\A\\B\\M", L"\\\\?\\C:\\A\\B",
+       L"\\\\?\\C:\\A"},
+      // Nothing but a backslash separates, and nothing is resolved.
+      {L"C:\\A/B\\M\\x.exe", L"x.exe", L"C:\\A/B\\M", L"C:\\A/B", L"C:"},
+      {L"C:\\A\\..\\B\\M\\x.exe", L"x.exe", L"C:\\A\\..\\B\\M", L"C:\\A\\..\\B", L"C:\\A\\.."},
+      {L"D:\\100% \u00FC\\B\\M\\\u7E41.exe", L"\u7E41.exe", L"D:\\100% \u00FC\\B\\M",
+       L"D:\\100% \u00FC\\B", L"D:\\100% \u00FC"},
+  };
+
+  for (const Case& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.executable));
 
     const ProductFolders folders = FoldersOfExecutable(c.executable);
 
     EXPECT_EQ(folders.module_file_name, c.module_file_name);
     EXPECT_EQ(folders.module_folder, c.module_folder);
-    EXPECT_EQ(folders.configuration_folder, c.configuration_folder);
+    EXPECT_EQ(folders.configuration_folder, c.module_folder + L"\\Config");
     EXPECT_EQ(folders.base_folder, c.base_folder);
-    EXPECT_EQ(folders.app_folder, c.app_folder);
+    EXPECT_EQ(folders.UpdaterFolder(), c.base_folder + L"\\Updater");
+    EXPECT_EQ(folders.app_folder, c.base_folder + L"\\Updater\\App");
     EXPECT_EQ(folders.root_folder, c.root_folder);
-    EXPECT_EQ(folders.nimba_cast_folder, c.nimba_cast_folder);
-    EXPECT_EQ(folders.nimba_desk_folder, c.nimba_desk_folder);
+    EXPECT_EQ(folders.nimba_cast_folder, c.root_folder + L"\\NimbaCast");
+    EXPECT_EQ(folders.nimba_desk_folder, c.root_folder + L"\\NimbaDesk");
   }
+}
+
+TEST(FoldersOfExecutableTest, AreThoseOfTheInstalledProductAsAStagedCopySeesThem) {
+  const ProductFolders folders =
+      FoldersOfExecutable(L"C:\\A\\B\\Updater\\App\\NHUpdateManager\\NHUpdateManager.exe");
+
+  EXPECT_EQ(folders.UpdaterFolderSeenFromStagedCopy(), L"C:\\A\\B\\Updater");
+  EXPECT_EQ(folders.InstalledProgramFolderSeenFromStagedCopy(), L"C:\\A\\B\\NHUpdateManager");
 }
 
 TEST(FoldersOfExecutableTest, LeaveOutWhatDoesNotFollowFromIt) {

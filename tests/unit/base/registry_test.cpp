@@ -1,16 +1,10 @@
 #include "base/registry.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <cstdint>
-#include <cstring>
-#include <functional>
-#include <string>
-#include <vector>
-
+#include "tests/support/answers.h"
 #include "tests/support/interposer.h"
+#include "tests/support/registry_recorder.h"
 #include "tests/support/scratch_registry.h"
 
 namespace nhupdate_test {
@@ -19,14 +13,12 @@ namespace {
 using nhupdate::GetRegString;
 using nhupdate::SetRegDword;
 using nhupdate::SetRegString;
-using testing::ElementsAre;
 
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr wchar_t kKey[] = L"SOFTWARE\\WOW6432Node\\Corvane Tests\\deep below";
 constexpr wchar_t kName[] = L"Name";
-constexpr std::size_t kLimitBytes = 2048;
-const std::wstring kLongest(kLimitBytes / sizeof(wchar_t), L'x');
+const std::wstring kLongest(1024, L'x');
 
 class RegistryTest : public testing::Test {
  protected:
@@ -62,10 +54,10 @@ TEST_F(RegistryTest, GivesATextOfTheUser) {
 
   for (const Case& c : cases) {
     SetRegistryValue(HKEY_CURRENT_USER, kKey, kName, {c.type, c.bytes});
-    std::wstring data = L"before";
+    data_ = L"before";
 
-    EXPECT_EQ(GetRegString(kKey, kName, data), c.text != nullptr ? 1 : 0) << c.name;
-    EXPECT_EQ(data, c.text != nullptr ? c.text : L"before") << c.name;
+    EXPECT_EQ(GetRegString(kKey, kName, data_), c.text != nullptr ? 1 : 0) << c.name;
+    EXPECT_EQ(data_, c.text != nullptr ? c.text : L"before") << c.name;
   }
 }
 
@@ -85,7 +77,7 @@ TEST_F(RegistryTest, TakesATextForTheMachineOnlyAndCreatesItsKey) {
   const auto value = GetRegistryValue(HKEY_LOCAL_MACHINE, kKey, kName);
   ASSERT_TRUE(value);
   EXPECT_FALSE(GetRegistryValue(HKEY_CURRENT_USER, kKey, kName));
-  // As the reader of the user's values sees it: Wine may add a terminator of its own.
+  // As the reader of the user's values sees it: a terminator may be stored with it.
   SetRegistryValue(HKEY_CURRENT_USER, kKey, kName, value.value());
   EXPECT_EQ(GetRegString(kKey, kName, data_), 1);
   EXPECT_EQ(data_, L"C:\\Corvane \u00FC 100%");
@@ -102,119 +94,85 @@ TEST_F(RegistryTest, TakesANumberInPlaceOfAnythingAndLeavesOtherValuesAlone) {
   EXPECT_TRUE(GetRegistryValue(HKEY_LOCAL_MACHINE, kKey, L"Other"));
 }
 
-// What Windows is asked for, and what it answers.
-class RegistryCallsTest : public testing::Test {
- protected:
-  static inline const HKEY kOpened = reinterpret_cast<HKEY>(std::uintptr_t{0x1234});
-
-  LSTATUS Open(HKEY* key) const {
-    *key = open_status_ == ERROR_SUCCESS ? kOpened : nullptr;
-    return open_status_;
-  }
-
-  LSTATUS open_status_ = ERROR_SUCCESS;
-  LSTATUS value_status_ = ERROR_SUCCESS;
-  std::wstring data_ = L"before";
-  RegistryValue written_;
-
-  INTERPOSER(RegOpenKeyExW) open_{
-      [this](HKEY hive, const wchar_t* path, DWORD options, REGSAM access, HKEY* key) -> LSTATUS {
+TEST_F(RegistryTest, IsReadThroughOneKeyOfTheUserThatIsClosedWhateverCameOfIt) {
+  SetRegistryValue(HKEY_CURRENT_USER, kKey, kName, {REG_SZ, BytesOf(L"text")});
+  INTERPOSER(RegOpenKeyExW) open(
+      [&](HKEY hive, const wchar_t* path, DWORD options, REGSAM access, HKEY* key) {
         EXPECT_EQ(hive, HKEY_CURRENT_USER);
-        EXPECT_STREQ(path, kKey);
         EXPECT_EQ(options, 0U);
         EXPECT_EQ(access, 0x20019U);
-        return Open(key);
-      }};
-  INTERPOSER(RegCreateKeyExW) create_{
-      [this](HKEY hive, const wchar_t* path, DWORD reserved, wchar_t* key_class, DWORD options,
-             REGSAM access, const SECURITY_ATTRIBUTES* security, HKEY* key, DWORD*) -> LSTATUS {
-        EXPECT_EQ(hive, HKEY_LOCAL_MACHINE);
-        EXPECT_STREQ(path, kKey);
-        EXPECT_EQ(reserved, 0U);
-        EXPECT_EQ(key_class, nullptr);
-        EXPECT_EQ(options, 0U);
-        EXPECT_EQ(access, 0x20006U);
-        EXPECT_EQ(security, nullptr);
-        return Open(key);
-      }};
-  INTERPOSER(RegQueryValueExW) query_{[this](HKEY key, const wchar_t* name, DWORD* reserved,
-                                             DWORD* type, BYTE* bytes, DWORD* size) -> LSTATUS {
-    EXPECT_EQ(key, kOpened);
-    EXPECT_STREQ(name, kName);
-    EXPECT_EQ(reserved, nullptr);
-    EXPECT_EQ(*size, kLimitBytes);
-    *type = REG_SZ;
-    *size = 8;
-    std::memcpy(bytes, L"text", *size);
-    return value_status_;
-  }};
-  INTERPOSER(RegSetValueExW) set_{[this](HKEY key, const wchar_t* name, DWORD reserved, DWORD type,
-                                         const BYTE* bytes, DWORD size) -> LSTATUS {
-    EXPECT_EQ(key, kOpened);
-    EXPECT_STREQ(name, kName);
-    EXPECT_EQ(reserved, 0U);
-    written_ = {type, Bytes(bytes, bytes + size)};
-    return value_status_;
-  }};
-  INTERPOSER(RegCloseKey) close_{[](HKEY key) -> LSTATUS {
-    EXPECT_EQ(key, kOpened);
-    return ERROR_SUCCESS;
-  }};
+        return open.Original()(hive, path, options, access, key);
+      });
+  INTERPOSER(RegCloseKey) close([&](HKEY key) { return close.Original()(key); });
 
-  // All three, since they have everything but the value in common.
-  const std::function<int()> operations_[3] = {
-      [this] { return GetRegString(kKey, kName, data_); },
-      [] { return SetRegString(kKey, kName, L"text"); },
-      [] { return SetRegDword(kKey, kName, 2); },
-  };
+  EXPECT_EQ(GetRegString(kKey, kName, data_), 1);
+  EXPECT_EQ(data_, L"text");
+  EXPECT_EQ(GetRegString(kKey, L"Missing", data_), 0);
+
+  EXPECT_EQ(open.Calls(), 2);
+  EXPECT_EQ(close.Calls(), 2);
+}
+
+TEST_F(RegistryTest, GivesNothingWhenReadingFails) {
+  SetRegistryValue(HKEY_CURRENT_USER, kKey, kName, {REG_SZ, BytesOf(L"text")});
+  for (const LSTATUS status : {ERROR_FILE_NOT_FOUND, ERROR_MORE_DATA, ERROR_ACCESS_DENIED}) {
+    INTERPOSER(RegQueryValueExW) query([&](auto... arguments) {
+      query.Original()(arguments...);
+      return status;
+    });
+
+    EXPECT_EQ(GetRegString(kKey, kName, data_), 0) << status;
+  }
+  EXPECT_EQ(data_, L"before");
+}
+
+// The recorder also looks at how the key is opened.
+class RegistryWritersTest : public RegistryTest {
+ protected:
+  RegistryRecorder recorder_;
 };
 
-TEST_F(RegistryCallsTest, CountATextsCharactersAndNoTerminator) {
+TEST_F(RegistryWritersTest, CountATextsCharactersAndNoTerminator) {
   for (const std::wstring& text :
        {std::wstring(L"20270301"), std::wstring(L"\u00FC"), std::wstring(),
         std::wstring(L"a\0b", 3), std::wstring(5000, L'x')}) {
     EXPECT_EQ(SetRegString(kKey, kName, text), 1);
 
-    EXPECT_TRUE(written_ == (RegistryValue{REG_SZ, BytesOf(text)})) << written_.bytes.size();
+    EXPECT_TRUE(recorder_.Written().back() == Text(kKey, kName, text)) << text.size();
   }
 }
 
-TEST_F(RegistryCallsTest, OpenOneKeyForOneValueAndCloseIt) {
-  for (const auto& operate : operations_) {
-    const int closed_before = close_.Calls();
-    EXPECT_EQ(operate(), 1);
-    EXPECT_EQ(close_.Calls() - closed_before, 1);
-  }
+TEST_F(RegistryWritersTest, OpenOneKeyForOneValueAndCloseIt) {
+  EXPECT_EQ(SetRegString(kKey, kName, L"text"), 1);
+  EXPECT_EQ(SetRegDword(kKey, kName, 2), 1);
 
-  EXPECT_EQ(data_, L"text");
-  EXPECT_THAT((std::vector{open_.Calls(), query_.Calls(), create_.Calls(), set_.Calls()}),
-              ElementsAre(1, 1, 2, 2));
+  EXPECT_EQ(recorder_.OpenedKeys(), 2);
+  EXPECT_EQ(recorder_.OpenKeys(), 0);
 }
 
-TEST_F(RegistryCallsTest, TouchAndCloseNothingWhenTheKeyCannotBeHad) {
-  open_status_ = ERROR_ACCESS_DENIED;
+TEST_F(RegistryWritersTest, CloseTheKeyWhenTheValueFails) {
+  INTERPOSER(RegSetValueExW) set(Answers(LSTATUS{ERROR_ACCESS_DENIED}));
 
-  for (const auto& operate : operations_) {
-    EXPECT_EQ(operate(), 0);
-  }
+  EXPECT_EQ(SetRegString(kKey, kName, L"text"), 0);
+  EXPECT_EQ(SetRegDword(kKey, kName, 2), 0);
+
+  EXPECT_EQ(recorder_.OpenedKeys(), 2);
+  EXPECT_EQ(recorder_.OpenKeys(), 0);
+}
+
+TEST_F(RegistryTest, IsNeitherReadNorWrittenNorClosedWhenTheKeyCannotBeHad) {
+  INTERPOSER(RegOpenKeyExW) open(Answers(LSTATUS{ERROR_ACCESS_DENIED}));
+  INTERPOSER(RegCreateKeyExW) create(Answers(LSTATUS{ERROR_ACCESS_DENIED}));
+  INTERPOSER(RegQueryValueExW) query(Answers(LSTATUS{ERROR_SUCCESS}));
+  INTERPOSER(RegSetValueExW) set(Answers(LSTATUS{ERROR_SUCCESS}));
+  INTERPOSER(RegCloseKey) close(Answers(LSTATUS{ERROR_SUCCESS}));
+
+  EXPECT_EQ(GetRegString(kKey, kName, data_), 0);
+  EXPECT_EQ(SetRegString(kKey, kName, L"text"), 0);
+  EXPECT_EQ(SetRegDword(kKey, kName, 2), 0);
 
   EXPECT_EQ(data_, L"before");
-  EXPECT_THAT((std::vector{open_.Calls(), create_.Calls()}), ElementsAre(1, 2));
-  EXPECT_THAT((std::vector{query_.Calls(), set_.Calls(), close_.Calls()}), ElementsAre(0, 0, 0));
-}
-
-TEST_F(RegistryCallsTest, CloseTheKeyWhenTheValueFails) {
-  for (const LSTATUS status : {ERROR_FILE_NOT_FOUND, ERROR_MORE_DATA, ERROR_ACCESS_DENIED}) {
-    value_status_ = status;
-    for (const auto& operate : operations_) {
-      const int closed_before = close_.Calls();
-
-      EXPECT_EQ(operate(), 0) << status;
-
-      EXPECT_EQ(close_.Calls() - closed_before, 1) << status;
-    }
-  }
-  EXPECT_EQ(data_, L"before");
+  EXPECT_EQ(query.Calls() + set.Calls() + close.Calls(), 0);
 }
 
 }  // namespace

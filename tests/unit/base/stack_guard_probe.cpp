@@ -12,7 +12,7 @@ extern "C" std::uintptr_t __stack_chk_guard;
 
 namespace {
 
-// Nothing of this is known to the compiler, which could leave it out.
+// Volatile, or the compiler would see that nothing comes of the overrun and could leave it out.
 volatile std::size_t length = 64;
 volatile char seen = 0;
 

@@ -1,11 +1,10 @@
 #include "base/unique_handle.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <string>
-#include <utility>
+#include <tuple>
 #include <vector>
 
 #include "tests/support/interposer.h"
@@ -47,7 +46,6 @@ TEST_F(UniqueHandleTest, ClosesOnceAtItsEndWhatIsNotNone) {
     EXPECT_FALSE(none.IsValid());
     EXPECT_EQ(none.Get(), -1);
     EXPECT_TRUE(zero.IsValid());
-    EXPECT_TRUE(seven.IsValid());
     EXPECT_EQ(seven.Get(), 7);
     EXPECT_THAT(Closed(), IsEmpty());
   }
@@ -64,7 +62,7 @@ TEST_F(UniqueHandleTest, ClosesWhatItHeldWhenItIsResetOrReceives) {
     *number.Receive() = 9;
     EXPECT_THAT(Closed(), ElementsAre(7, 8));
     EXPECT_EQ(number.Get(), 9);
-    static_cast<void>(number.Receive());
+    std::ignore = number.Receive();
     EXPECT_FALSE(number.IsValid());
     number.Reset(10);
     number.Reset();
@@ -112,7 +110,7 @@ TEST(HandleKindsTest, KnowTheirValueForNone) {
   EXPECT_FALSE(UniqueLibrary(nullptr).IsValid());
 }
 
-// The values are no real handles: the fakes keep them.
+// The values are no real handles, so the fakes don't pass them on.
 TEST(HandleKindsTest, AreClosedByTheirOwnFunctions) {
   void* const value = reinterpret_cast<void*>(std::uintptr_t{0x7000});
   std::vector<std::string> calls;

@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <string>
+#include <utility>
 
 namespace nhupdate_test {
 namespace {
@@ -14,11 +13,7 @@ using nhupdate::WithoutExtendedPrefix;
 constexpr std::size_t kLongestPlain = 247;
 
 TEST(PathForWindowsTest, HasThePrefixFrom248UnitsOn) {
-  struct Case {
-    const wchar_t* beginning;
-    const wchar_t* extended;
-  };
-  const Case cases[] = {
+  const std::pair<std::wstring, std::wstring> cases[] = {
       {L"C:\\", L"\\\\?\\C:\\"},
       {L"c:\\A/b\\c/", L"\\\\?\\c:\\A\\b\\c\\"},
       {L"\\\\server\\share\\", L"\\\\?\\UNC\\server\\share\\"},
@@ -32,12 +27,11 @@ TEST(PathForWindowsTest, HasThePrefixFrom248UnitsOn) {
       {L"a\\b\\", L"a\\b\\"},
   };
 
-  for (const Case& c : cases) {
-    const std::wstring beginning = c.beginning;
+  for (const auto& [beginning, extended] : cases) {
     const std::wstring name(kLongestPlain - beginning.size(), L'x');
 
     EXPECT_EQ(PathForWindows(beginning + name), beginning + name);
-    EXPECT_EQ(PathForWindows(beginning + name + L"x"), c.extended + name + L"x");
+    EXPECT_EQ(PathForWindows(beginning + name + L"x"), extended + name + L"x");
   }
 }
 
@@ -48,11 +42,7 @@ TEST(PathForWindowsTest, IsAShortPathAsItIs) {
 }
 
 TEST(WithoutExtendedPrefixTest, TakesOffTheOneAndTheOther) {
-  struct Case {
-    const wchar_t* path;
-    const wchar_t* plain;
-  };
-  const Case cases[] = {
+  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
       {L"\\\\?\\C:\\A\\b.exe", L"C:\\A\\b.exe"},
       {L"\\\\?\\UNC\\server\\share\\b.exe", L"\\\\server\\share\\b.exe"},
       {L"\\\\?\\unc\\server\\share", L"\\\\server\\share"},
@@ -67,8 +57,8 @@ TEST(WithoutExtendedPrefixTest, TakesOffTheOneAndTheOther) {
       {L"", L""},
   };
 
-  for (const Case& c : cases) {
-    EXPECT_EQ(WithoutExtendedPrefix(c.path), c.plain);
+  for (const auto& [path, plain] : cases) {
+    EXPECT_EQ(WithoutExtendedPrefix(path), plain);
   }
 }
 

@@ -16,7 +16,7 @@ bool CallLedger::CountAndDecide(const char* function, const std::wstring& detail
 }
 
 void CallLedger::Opened(ResourceKind kind, const void* resource, const std::wstring& detail) {
-  if (is_counting_ && resource != nullptr) {
+  if (is_counting_ && resource != nullptr && resource != INVALID_HANDLE_VALUE) {
     open_[{kind, resource}] = detail;
     closed_.erase({kind, resource});
   }

@@ -6,11 +6,14 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <sstream>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "base/strings.h"
+#include "base/want_of_memory.h"
 #include "tests/support/golden.h"
 #include "tests/unit/faults/fault_rules.h"
 #include "tests/unit/faults/scenario.h"
@@ -69,13 +72,12 @@ void ExpectTheRunIsSound(const Scenario& scenario, const RunReport& clean,
 
 void ExpectTheRuleIsKept(const FaultRule& rule, DWORD error, const Scenario& scenario,
                          const RunReport& clean, const RunReport& report) {
-  EXPECT_EQ(report.result, rule.result.value_or(scenario.clean_result));
-  if (rule.record == nullptr) {
-    EXPECT_NE(rule.why_no_record, nullptr);
+  EXPECT_EQ(report.result, rule.outcome.result.value_or(scenario.clean_result));
+  if (rule.outcome.record == nullptr) {
     EXPECT_THAT(NewComplaints(clean, report), testing::IsEmpty());
     return;
   }
-  std::wstring record = rule.record;
+  std::wstring record = rule.outcome.record;
   nhupdate::ReplaceAll(record, L"{error}", std::to_wstring(error));
   EXPECT_FALSE(HasRecord(clean, record)) << "The record says nothing about the failure.";
   EXPECT_TRUE(HasRecord(report, record)) << testing::PrintToString(record) << " is not in "
@@ -84,9 +86,8 @@ void ExpectTheRuleIsKept(const FaultRule& rule, DWORD error, const Scenario& sce
 
 // In a process of its own.
 void ExpectTheProcessEnds(const Scenario& scenario, const Fault& fault) {
-  constexpr int kExitCodeOfAbort = 3;
   EXPECT_EXIT(std::ignore = RunWithFault(scenario, fault),
-              testing::ExitedWithCode(kExitCodeOfAbort), "terminate");
+              testing::ExitedWithCode(static_cast<int>(nhupdate::kWantOfMemoryExitCode)), "");
 }
 
 // How often each function is called, so that a call that is dropped altogether is seen too. How
@@ -120,7 +121,7 @@ class FaultsTest : public testing::TestWithParam<Scenario> {
       const FaultRule* rule = FindRule(scenario.name, call, error);
       ASSERT_NE(rule, nullptr) << "There is no rule for this call.";
       const Fault fault = {.call = index, .function = {}, .error = error};
-      if (rule->result == kProcessEnds) {
+      if (rule->outcome.result == kProcessEnds) {
         ExpectTheProcessEnds(scenario, fault);
         continue;
       }
@@ -157,7 +158,7 @@ TEST_P(FaultsTest, AFunctionThatAlwaysFailsIsSurvived) {
   const RunReport clean = RunWithFault(GetParam(), {});
   std::set<std::string> functions;
   for (const Call& call : clean.calls) {
-    if (FindRule(GetParam().name, call, ERROR_ACCESS_DENIED)->result != kProcessEnds) {
+    if (FindRule(GetParam().name, call, ERROR_ACCESS_DENIED)->outcome.result != kProcessEnds) {
       functions.insert(call.function);
     }
   }
@@ -171,19 +172,23 @@ TEST_P(FaultsTest, AFunctionThatAlwaysFailsIsSurvived) {
   }
 }
 
-TEST(FaultRulesTest, EveryRuleIsForSomeCall) {
-  std::set<const FaultRule*> needed;
+TEST(FaultRulesTest, EveryRuleIsForSomeCallOfEachFunction) {
+  std::set<std::pair<const FaultRule*, std::string>> needed;
   for (const Scenario& scenario : kScenarios) {
     for (const Call& call : RunWithFault(scenario, {}).calls) {
       for (const DWORD error : {DWORD{ERROR_FILE_NOT_FOUND}, DWORD{ERROR_ACCESS_DENIED}}) {
-        needed.insert(FindRule(scenario.name, call, error));
+        needed.emplace(FindRule(scenario.name, call, error), call.function);
       }
     }
   }
 
   for (const FaultRule& rule : AllRules()) {
-    EXPECT_TRUE(needed.contains(&rule)) << rule.scenarios << ": " << rule.functions << " "
-                                        << testing::PrintToString(std::wstring(rule.detail));
+    std::istringstream functions(rule.functions);
+    for (std::string function; functions >> function;) {
+      EXPECT_TRUE(needed.contains({&rule, function}))
+          << rule.scenarios << ": " << function << " "
+          << testing::PrintToString(std::wstring(rule.detail));
+    }
   }
 }
 

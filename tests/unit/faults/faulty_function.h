@@ -38,29 +38,30 @@ void Describe(std::wstring& detail, const CallLedger& ledger, const Argument& ar
   }
 }
 
-// The one function whose numbers tell its calls apart.
-inline std::wstring DetailOfOpenProcess(DWORD access, BOOL, DWORD process_id) {
-  const bool is_own = process_id == ::GetCurrentProcessId();
-  return L"process " + (is_own ? L"{pid}" : std::to_wstring(process_id)) +
-         ((access & PROCESS_TERMINATE) != 0 ? L" to end it" : L" to read it");
-}
-
-// With a wildcard it lists a folder, without one it asks for a name.
-inline std::wstring DetailOfSearch(const wchar_t* pattern, WIN32_FIND_DATAW*) {
-  const std::wstring path = pattern;
-  return path.find(L'*') == std::wstring::npos ? path + L" (its name)" : path;
-}
-
-// Its text is bytes without a terminator.
-inline std::wstring DetailOfConversion(UINT, DWORD, const char*, int, const wchar_t*, int units) {
-  return units == 0 ? L"to measure it" : L"to convert it";
-}
-
 template <typename... Arguments>
 std::wstring DetailOfCall(const CallLedger& ledger, const Arguments&... arguments) {
   std::wstring detail;
   (Describe(detail, ledger, arguments), ...);
   return detail;
+}
+
+// OpenProcess: the one function whose numbers tell its calls apart.
+inline std::wstring DetailOfCall(const CallLedger&, DWORD access, BOOL, DWORD process_id) {
+  const bool is_own = process_id == ::GetCurrentProcessId();
+  return L"process " + (is_own ? L"{pid}" : std::to_wstring(process_id)) +
+         ((access & PROCESS_TERMINATE) != 0 ? L" to end it" : L" to read it");
+}
+
+// FindFirstFileW: with a wildcard it lists a folder, without one it asks for a name.
+inline std::wstring DetailOfCall(const CallLedger&, const wchar_t* pattern, WIN32_FIND_DATAW*) {
+  const std::wstring path = pattern;
+  return path.find(L'*') == std::wstring::npos ? path + L" (its name)" : path;
+}
+
+// MultiByteToWideChar: its text is bytes without a terminator.
+inline std::wstring DetailOfCall(const CallLedger&, UINT, DWORD, const char*, int, wchar_t*,
+                                 int units) {
+  return units == 0 ? L"to measure it" : L"to convert it";
 }
 
 // A call that opens nothing.
@@ -84,17 +85,7 @@ class FaultyFunction<NamedInterposer<Result(Arguments...), kName>> {
   template <typename Fail, typename Note = faulty_function_detail::OpensNothing>
   FaultyFunction(CallLedger& ledger, Fail fail, Note note = {})
       : function_([this, &ledger, fail, note](Arguments... arguments) -> Result {
-          std::wstring detail;
-          if constexpr (std::is_same_v<Result(Arguments...), decltype(::OpenProcess)>) {
-            detail = faulty_function_detail::DetailOfOpenProcess(arguments...);
-          } else if constexpr (std::is_same_v<Result(Arguments...), decltype(::FindFirstFileW)>) {
-            detail = faulty_function_detail::DetailOfSearch(arguments...);
-          } else if constexpr (std::is_same_v<Result(Arguments...),
-                                              decltype(::MultiByteToWideChar)>) {
-            detail = faulty_function_detail::DetailOfConversion(arguments...);
-          } else {
-            detail = faulty_function_detail::DetailOfCall(ledger, arguments...);
-          }
+          const std::wstring detail = faulty_function_detail::DetailOfCall(ledger, arguments...);
           if (ledger.CountAndDecide(kName.text.data(), detail)) {
             return static_cast<Result>(fail(ledger.Error(), arguments...));
           }

@@ -13,8 +13,9 @@
 #include "tests/support/recorded_boxes.h"
 #include "tests/support/recorded_sleeps.h"
 #include "tests/support/recorded_tools.h"
-#include "tests/support/scratch_registry.h"
 #include "tests/support/scripted_shell.h"
+#include "tests/support/steam_setting.h"
+#include "tests/support/version_file.h"
 #include "tests/unit/faults/faulty_windows.h"
 
 namespace nhupdate_test {
@@ -23,24 +24,19 @@ namespace {
 
 constexpr DWORD kOtherCopy = 4242;
 
-std::string VersionFile(const std::string& version) {
-  return "[ProductVersion]\r\nVersion=" + version + "\r\n";
-}
-
 // As little as makes every step of every workflow do something.
 void LayOut(const InstalledProduct& product, const Scenario& scenario) {
   const std::wstring base = product.Base();
   WriteFileBytes(base + L"\\Version.txt", VersionFile("1.0.0"));
-  CreateFolders(base + L"\\Empty");
-  WriteFileBytes(base + L"\\Data\\old.txt", "");
-  WriteFileBytes(base + L"\\NHUpdateManager\\NHUpdateManager.exe", "");
-  WriteFileBytes(base + L"\\Updater\\Updater.exe", "");
-  WriteFileBytes(base + L"\\Updater\\Config\\ut.ini", "");
-  WriteFileBytes(base + L"\\Updater\\NewUpdater\\new.dll", "");
   WriteFileBytes(product.App() + L"\\Version.txt", VersionFile(scenario.staged_version));
-  WriteFileBytes(product.App() + L"\\Data\\new.txt", "");
-  WriteFileBytes(product.App() + L"\\CSUpdateManager\\CSUpdateManager.exe", "");
-  WriteFileBytes(product.App() + L"\\NHUpdateManager\\NHUpdateManager.exe", "");
+  CreateFolders(base + L"\\Empty");
+  for (const wchar_t* file :
+       {L"\\Data\\old.txt", L"\\NHUpdateManager\\NHUpdateManager.exe", L"\\Updater\\Updater.exe",
+        L"\\Updater\\Config\\ut.ini", L"\\Updater\\NewUpdater\\new.dll",
+        L"\\Updater\\App\\Data\\new.txt", L"\\Updater\\App\\CSUpdateManager\\CSUpdateManager.exe",
+        L"\\Updater\\App\\NHUpdateManager\\NHUpdateManager.exe"}) {
+    WriteFileBytes(base + file, "");
+  }
   WriteFileBytes(product.Module() + L"\\Config\\SteamLanguageMapping.ini",
                  "[Language]\r\nenglish=en_US\r\n");
   WriteFileBytes(product.Module() + L"\\Config\\NHUpdateManager.en.json",
@@ -65,10 +61,9 @@ RunReport RunWithFault(const Scenario& scenario, const Fault& fault) {
   LayOut(product, scenario);
   const ProductSurroundings surroundings(product.Facts());
   const RecordedTools tools;
-  const ScratchRegistry registry;
+  SteamSetting steam;
   if (scenario.has_steam) {
-    SetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\Valve\\Steam", L"Language",
-                     {REG_SZ, BytesOf(L"english")});
+    steam.SetLanguage(L"english");
   }
   const CurrentFolder current_folder(TestProgramFolder());
   std::wstring command_line = L"NHUpdateManager.exe " + std::wstring(scenario.mode_switch);

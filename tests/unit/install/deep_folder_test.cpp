@@ -1,19 +1,15 @@
 // Folders are walked recursively, so the stack has to last for the deepest nesting that a path can
 // name: 32,767 characters, with two for each level.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <string>
-#include <vector>
 
 #include "base/existence.h"
 #include "base/windows_path.h"
 #include "install/empty_folders.h"
 #include "install/folder_copy.h"
 #include "install/folder_removal.h"
+#include "tests/support/answers.h"
 #include "tests/support/interposer.h"
 #include "tests/unit/install/install_test.h"
 
@@ -76,27 +72,21 @@ class EndlessFolder {
     entry->cFileName[0] = L'd';
     return reinterpret_cast<HANDLE>(kSearch);
   }};
-  INTERPOSER(FindNextFileW) find_next_{[](HANDLE, WIN32_FIND_DATAW*) -> BOOL {
-    ::SetLastError(ERROR_NO_MORE_FILES);
-    return FALSE;
+  INTERPOSER(FindNextFileW) find_next_{Answers(FALSE, ERROR_NO_MORE_FILES)};
+  INTERPOSER(FindClose) find_close_{Answers(TRUE)};
+  INTERPOSER(CreateDirectoryW) create_{Answers(TRUE)};
+  INTERPOSER(CreateFileW) create_file_{[this](const wchar_t* path, auto...) {
+    std::wstring plain = nhupdate::WithoutExtendedPrefix(path);
+    opened_.push_back(plain.ends_with(L'\\') ? plain.substr(0, plain.size() - 1) : plain);
+    return reinterpret_cast<HANDLE>(kFirstFile + opened_.size() - 1);
   }};
-  INTERPOSER(FindClose) find_close_{[](HANDLE) -> BOOL { return TRUE; }};
-  INTERPOSER(CreateDirectoryW) create_{
-      [](const wchar_t*, SECURITY_ATTRIBUTES*) -> BOOL { return TRUE; }};
-  INTERPOSER(CreateFileW) create_file_{
-      [this](const wchar_t* path, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
-        std::wstring plain = nhupdate::WithoutExtendedPrefix(path);
-        opened_.push_back(plain.ends_with(L'\\') ? plain.substr(0, plain.size() - 1) : plain);
-        return reinterpret_cast<HANDLE>(kFirstFile + opened_.size() - 1);
-      }};
   INTERPOSER(GetFileInformationByHandleEx) information_{
       [](HANDLE, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD) -> BOOL {
         EXPECT_EQ(kind, FileBasicInfo);
         static_cast<FILE_BASIC_INFO*>(information)->FileAttributes = FILE_ATTRIBUTE_DIRECTORY;
         return TRUE;
       }};
-  INTERPOSER(SetFileInformationByHandle) set_information_{
-      [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) -> BOOL { return TRUE; }};
+  INTERPOSER(SetFileInformationByHandle) set_information_{Answers(TRUE)};
   INTERPOSER(GetFinalPathNameByHandleW) final_path_{
       [this](HANDLE handle, wchar_t* buffer, DWORD units, DWORD) -> DWORD {
         const std::wstring& path = opened_.at(PlaceOf(handle));
@@ -118,8 +108,6 @@ class DeepFolderTest : public InstallTest {
     EXPECT_EQ(folder.Listings(), kLevels + 1);
     EXPECT_GT(folder.StackBytesPerLevel(), 0u);
     EXPECT_LT(folder.StackBytesPerLevel() * kDeepestLevels, StackReserve() / 2);
-    std::printf("%u bytes of stack for each level\n",
-                static_cast<unsigned>(folder.StackBytesPerLevel()));
   }
 
   bool Copy(const std::wstring& target, const std::wstring& source) {

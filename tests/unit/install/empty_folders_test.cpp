@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <initializer_list>
-#include <string>
-#include <vector>
 
 #include "base/existence.h"
 #include "install/folder_removal.h"
@@ -19,7 +17,6 @@ using nhupdate::CollectEmptyFolders;
 using nhupdate::DeleteFolderTree;
 using nhupdate::Exists;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class EmptyFoldersTest : public InstallTest {
  protected:
@@ -28,9 +25,9 @@ class EmptyFoldersTest : public InstallTest {
   bool Collect() { return CollectEmptyFolders(folder_, found_, log_.Log()); }
 
   // That those were found, in that order, and logged likewise.
-  void ExpectFound(const std::vector<std::wstring>& names) const {
+  void ExpectFound(const Lines& names) const {
     Lines records;
-    std::vector<std::wstring> paths;
+    Lines paths;
     for (const std::wstring& name : names) {
       records.push_back(L"2|Remove empty folder : {root}\\top\\" + name);
       paths.push_back(folder_ + L"\\" + name);
@@ -40,7 +37,7 @@ class EmptyFoldersTest : public InstallTest {
   }
 
   const std::wstring folder_ = root_ + L"\\top";
-  std::vector<std::wstring> found_;
+  Lines found_;
 };
 
 // Removed in that order each is empty when its turn comes.

@@ -2,9 +2,10 @@
 
 #include <gmock/gmock.h>
 
-#include <initializer_list>
+#include <utility>
 
 #include "base/existence.h"
+#include "tests/support/answers.h"
 #include "tests/support/failing_copy.h"
 #include "tests/support/fake_listing.h"
 #include "tests/support/held_file.h"
@@ -17,39 +18,34 @@ namespace {
 
 using nhupdate::Exists;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 using HinderedFolderCopyTest = FolderCopyTest;
 
 // Windows says 267 about a file in the place of a folder, other systems say it otherwise.
 TEST_F(HinderedFolderCopyTest, TakesASourceForMissingOnlyWhenThereIsNoFolder) {
-  struct Case {
-    DWORD error;
-    bool is_missing;
-  };
-  constexpr Case kCases[] = {
+  constexpr std::pair<DWORD, bool> cases[] = {
       {ERROR_FILE_NOT_FOUND, true}, {ERROR_PATH_NOT_FOUND, true},     {ERROR_NO_MORE_FILES, true},
       {ERROR_DIRECTORY, true},      {ERROR_ACCESS_DENIED, false},     {ERROR_INVALID_NAME, false},
       {ERROR_NOT_READY, false},     {ERROR_SHARING_VIOLATION, false}, {ERROR_BAD_NETPATH, false},
   };
-  for (const Case& example : kCases) {
+
+  for (const auto& [error, is_missing] : cases) {
     log_.ForgetRecords();
-    FakeListing listing;
-    listing.Forbid(source_, example.error);
-
-    EXPECT_EQ(Copy(), example.is_missing) << example.error;
-
-    EXPECT_EQ(log_.Records(), example.is_missing
-                                  ? Lines{FolderLine()}
-                                  : (Lines{FolderLine(), FailureLine(example.error)}));
-    EXPECT_EQ(failed_path_, example.is_missing ? L"nothing yet" : target_) << example.error;
     failed_path_ = L"nothing yet";
+    FakeListing listing;
+    listing.Forbid(source_, error);
+
+    EXPECT_EQ(Copy(), is_missing) << error;
+
+    EXPECT_EQ(log_.Records(),
+              is_missing ? Lines{FolderLine()} : (Lines{FolderLine(), FailureLine(error)}));
+    EXPECT_EQ(failed_path_, is_missing ? L"nothing yet" : target_) << error;
   }
 }
 
 TEST_F(HinderedFolderCopyTest, TakesASourceThatIsNoFolderForAnEmptyOne) {
   WriteFileBytes(root_ + L"\\file", "x");
-  for (const std::wstring& name : {std::wstring(L"none"), std::wstring(L"file")}) {
+  for (const std::wstring name : {L"none", L"file"}) {
     log_.ForgetRecords();
 
     EXPECT_TRUE(copy_.Copy(root_ + L"\\to " + name, root_ + L"\\" + name, kReplacing));
@@ -60,30 +56,35 @@ TEST_F(HinderedFolderCopyTest, TakesASourceThatIsNoFolderForAnEmptyOne) {
   }
 }
 
-// It was there a moment ago, when the folder around it was listed.
-TEST_F(HinderedFolderCopyTest, EndsAtASubFolderThatCannotBeListed) {
-  WriteFileBytes(source_ + L"\\b\\c.txt", "C");
-  WriteFileBytes(source_ + L"\\z.txt", "Z");
-  for (const DWORD error : std::initializer_list<DWORD>{
-           ERROR_PATH_NOT_FOUND, ERROR_DIRECTORY, ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION}) {
-    log_.ForgetRecords();
-    FakeListing listing;
-    listing.Forbid(source_ + L"\\b", error);
+// What happens to a sub-folder of the source that was there when the folder around it was listed.
+class HinderedSubFolderCopyTest : public FolderCopyTest {
+ protected:
+  HinderedSubFolderCopyTest() { WriteFiles(source_, {L"\\b\\c.txt", L"\\z.txt"}); }
 
-    EXPECT_FALSE(Copy());
+  void ExpectEndAtSubFolder(DWORD error) {
+    ExpectFailure({FolderLine(), FolderLine(L"\\b"), FailureLine(error)});
 
-    EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FolderLine(L"\\b"), FailureLine(error)));
     EXPECT_EQ(failed_path_, target_ + L"\\b");
     EXPECT_THAT(ListTree(target_), ElementsAre(L"b\\"));
+  }
+
+  const std::wstring sub_folder_ = source_ + L"\\b";
+};
+
+TEST_F(HinderedSubFolderCopyTest, EndsWhereItCannotBeListed) {
+  for (const int error :
+       {ERROR_PATH_NOT_FOUND, ERROR_DIRECTORY, ERROR_ACCESS_DENIED, ERROR_SHARING_VIOLATION}) {
+    FakeListing listing;
+    listing.Forbid(sub_folder_, static_cast<DWORD>(error));
+
+    ExpectEndAtSubFolder(static_cast<DWORD>(error));
   }
 }
 
 // Some file systems list no "." and "..", so there is nothing to be found.
-TEST_F(HinderedFolderCopyTest, GoesOnBehindASubFolderWithoutAnyEntry) {
-  CreateFolders(source_ + L"\\b");
-  WriteFileBytes(source_ + L"\\z.txt", "Z");
+TEST_F(HinderedSubFolderCopyTest, GoesOnWhereItHasNoEntryAtAll) {
   FakeListing listing;
-  listing.Forbid(source_ + L"\\b", ERROR_FILE_NOT_FOUND);
+  listing.Forbid(sub_folder_, ERROR_FILE_NOT_FOUND);
 
   EXPECT_TRUE(Copy());
 
@@ -91,60 +92,62 @@ TEST_F(HinderedFolderCopyTest, GoesOnBehindASubFolderWithoutAnyEntry) {
 }
 
 // It could be exchanged for a link while it is walked.
-TEST_F(HinderedFolderCopyTest, EndsAtASubFolderThatCannotBeHeld) {
-  WriteFileBytes(source_ + L"\\b\\c.txt", "C");
-  const nhupdate::UniqueFile movable(::CreateFileW(
-      (source_ + L"\\b").c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+TEST_F(HinderedSubFolderCopyTest, EndsWhereItCannotBeHeld) {
+  const HeldFile movable(sub_folder_, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                         DELETE);
 
-  EXPECT_FALSE(Copy());
-
-  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FolderLine(L"\\b"), FailureLine(32)));
+  ExpectEndAtSubFolder(ERROR_SHARING_VIOLATION);
 }
 
 // It may have become a link since it was listed.
-TEST_F(HinderedFolderCopyTest, EndsAtASubFolderThatCannotBeAskedWhatItIs) {
-  WriteFileBytes(source_ + L"\\b\\c.txt", "C");
-  int questions = 0;
-  INTERPOSER(GetFileInformationByHandleEx) information(
-      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* answer, DWORD size) -> BOOL {
-        if (++questions == 1) {  // that is for the destination's
-          return information.Original()(file, kind, answer, size);
-        }
-        ::SetLastError(ERROR_ACCESS_DENIED);
-        return FALSE;
-      });
+TEST_F(HinderedSubFolderCopyTest, EndsWhereItCannotBeAskedWhatItIs) {
+  INTERPOSER(GetFileInformationByHandleEx) information([&](auto... arguments) {
+    // The first question is about the destination's.
+    return information.Calls() == 1 ? information.Original()(arguments...)
+                                    : Answers(FALSE, ERROR_ACCESS_DENIED)();
+  });
 
-  EXPECT_FALSE(Copy());
-
-  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FolderLine(L"\\b"), FailureLine(1920)));
-  EXPECT_EQ(failed_path_, target_ + L"\\b");
+  ExpectEndAtSubFolder(ERROR_CANT_ACCESS_FILE);
 }
 
-TEST_F(HinderedFolderCopyTest, EndsWhereAListingBreaksOff) {
-  WriteFileBytes(source_ + L"\\b\\c.txt", "C");
+TEST_F(HinderedSubFolderCopyTest, EndsWhereItsListingBreaksOff) {
   FakeListing listing;
-  listing.BreakOff(source_ + L"\\b", ERROR_NETNAME_DELETED);
+  listing.BreakOff(sub_folder_, ERROR_NETNAME_DELETED);
 
-  EXPECT_FALSE(Copy());
+  ExpectEndAtSubFolder(ERROR_NETNAME_DELETED);
+}
 
-  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FolderLine(L"\\b"), FailureLine(64)));
-  EXPECT_EQ(failed_path_, target_ + L"\\b");
+TEST_F(HinderedSubFolderCopyTest, EndsAtItsFirstFileWhereTheFolderForItCannotBeMade) {
+  INTERPOSER(CreateDirectoryW) make([&](const wchar_t* folder, auto... rest) {
+    return folder == target_ + L"\\b" ? Answers(FALSE, ERROR_ACCESS_DENIED)()
+                                      : make.Original()(folder, rest...);
+  });
+
+  ExpectFailure({FolderLine(), FolderLine(L"\\b"), FileLine(L"\\b\\c.txt"), FailureLine(3)});
+}
+
+// It could come back as a link.
+TEST_F(HinderedSubFolderCopyTest, EndsWhereTheFolderForItGoesAwayAfterItWasMade) {
+  CreateFolders(target_ + L"\\b");
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
+    if (path == target_ + L"\\b") {
+      EXPECT_TRUE(::RemoveDirectoryW(path));
+    }
+    return open.Original()(path, rest...);
+  });
+
+  ExpectFailure({FolderLine(), FolderLine(L"\\b"), FailureLine(2)});
 }
 
 TEST_F(HinderedFolderCopyTest, EndsAtTheFirstFailedFileAtAnyDepth) {
-  for (const wchar_t* name : {L"\\a.txt", L"\\b\\held.txt", L"\\b\\next.txt", L"\\z.txt"}) {
-    WriteFileBytes(source_ + name, "x");
-  }
+  WriteFiles(source_, {L"\\a.txt", L"\\b\\held.txt", L"\\b\\next.txt", L"\\z.txt"});
   HeldFile lock(source_ + L"\\b\\held.txt");
 
-  EXPECT_FALSE(Copy({.log_details = false}));
-  EXPECT_THAT(log_.Records(), IsEmpty());
-  EXPECT_FALSE(Copy());
+  ExpectFailure({}, {.log_details = false});
+  ExpectFailure({FolderLine(), FileLine(L"\\a.txt"), FolderLine(L"\\b"), FileLine(L"\\b\\held.txt"),
+                 FailureLine(32)});
 
   lock.Release();
-  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FileLine(L"\\a.txt"), FolderLine(L"\\b"),
-                                          FileLine(L"\\b\\held.txt"), FailureLine(32)));
   EXPECT_EQ(failed_path_, target_ + L"\\b\\held.txt");
   EXPECT_THAT(ListTree(target_), ElementsAre(L"a.txt", L"b\\"));
 }
@@ -169,9 +172,8 @@ TEST_F(HinderedFolderCopyTest, EndsAtAReadOnlyFileOfTheDestination) {
     return (::GetFileAttributesW(target.c_str()) & FILE_ATTRIBUTE_READONLY) != 0;
   });
 
-  EXPECT_FALSE(Copy());
+  ExpectFailure({FolderLine(), FileLine(L"\\a"), FailureLine(5)});
 
-  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FileLine(L"\\a"), FailureLine(5)));
   EXPECT_EQ(ReadFileBytes(target_ + L"\\a"), "old");
 }
 
@@ -179,9 +181,8 @@ TEST_F(HinderedFolderCopyTest, EndsWhereAFolderOfTheDestinationHasTheFilesName) 
   WriteFileBytes(source_ + L"\\a", "A");
   WriteFileBytes(target_ + L"\\a\\inner", "I");
 
-  EXPECT_FALSE(Copy(kReplacing));
+  ExpectFailure({FolderLine(), FileLine(L"\\a"), FailureLine(5)}, kReplacing);
 
-  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FileLine(L"\\a"), FailureLine(5)));
   EXPECT_TRUE(Exists(target_ + L"\\a\\inner"));
 }
 
@@ -189,10 +190,10 @@ TEST_F(HinderedFolderCopyTest, EndsWhereAFileOfTheDestinationHasTheFoldersName) 
   WriteFileBytes(source_ + L"\\a\\inner", "I");
   WriteFileBytes(target_ + L"\\a", "A");
 
-  EXPECT_FALSE(Copy(kReplacing));
+  ExpectFailure({FolderLine(), DeletionLine(L"\\a"), FolderLine(L"\\a"), FileLine(L"\\a\\inner"),
+                 FailureLine(3)},
+                kReplacing);
 
-  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), DeletionLine(L"\\a"), FolderLine(L"\\a"),
-                                          FileLine(L"\\a\\inner"), FailureLine(3)));
   EXPECT_EQ(ReadFileBytes(target_ + L"\\a"), "A");
 }
 
@@ -215,17 +216,29 @@ class RetriedFolderCopyTest : public FolderCopyTest {
     WriteFileBytes(target_ + L"\\b\\held", "old");
   }
 
-  // What the file stays held for, and how it ends.
-  static Lines Attempts(int failures, const Lines& end) {
-    const Lines attempt = {FolderLine(), DeletionLine(L"\\b"), FolderLine(L"\\b"),
-                           FileLine(L"\\b\\held")};
+  // Copies while the file is held until the end of that wait.
+  bool CopyWithRetries(int last_hindered_wait) {
+    HeldFile lock(target_ + L"\\b\\held");
+    const RecordedSleeps sleeps([&](int sleep) {
+      if (sleep == last_hindered_wait) {
+        lock.Release();
+      }
+    });
+
+    const bool is_copied = copy_.CopyWithRetries(target_, source_, kReplacing);
+
+    EXPECT_EQ(sleeps.Milliseconds(),
+              std::vector<DWORD>(static_cast<std::size_t>(last_hindered_wait), 3000));
+    return is_copied;
+  }
+
+  // Of the attempts that failed, and how it ended.
+  static Lines Records(int failures, const Lines& end) {
     Lines records;
     for (int number = 0; number < failures; ++number) {
-      records.insert(records.end(), attempt.begin(), attempt.end());
-      records.insert(records.end(), {FailureLine(32), L"3|Copy fail, sleep 3 seconds and retry."});
-    }
-    if (failures < 10) {
-      records.insert(records.end(), attempt.begin(), attempt.end());
+      records.insert(records.end(), {FolderLine(), DeletionLine(L"\\b"), FolderLine(L"\\b"),
+                                     FileLine(L"\\b\\held"), FailureLine(32),
+                                     L"3|Copy fail, sleep 3 seconds and retry."});
     }
     records.insert(records.end(), end.begin(), end.end());
     return records;
@@ -233,32 +246,17 @@ class RetriedFolderCopyTest : public FolderCopyTest {
 };
 
 TEST_F(RetriedFolderCopyTest, SucceedsAtTheTenthAttempt) {
-  HeldFile lock(target_ + L"\\b\\held");
-  const RecordedSleeps sleeps([&](int sleep) {
-    if (sleep == 9) {
-      lock.Release();
-    }
-  });
+  EXPECT_TRUE(CopyWithRetries(9));
 
-  EXPECT_TRUE(copy_.CopyWithRetries(target_, source_, kReplacing));
-
-  EXPECT_EQ(log_.Records(), Attempts(9, {L"2|Copy complete."}));
-  EXPECT_EQ(sleeps.Milliseconds(), std::vector<DWORD>(9, 3000));
+  EXPECT_EQ(log_.Records(), Records(9, {FolderLine(), DeletionLine(L"\\b"), FolderLine(L"\\b"),
+                                        FileLine(L"\\b\\held"), L"2|Copy complete."}));
   EXPECT_EQ(ReadFileBytes(target_ + L"\\b\\held"), "new");
 }
 
 TEST_F(RetriedFolderCopyTest, GivesUpAfterTheTenthAttemptAndItsWait) {
-  HeldFile lock(target_ + L"\\b\\held");
-  const RecordedSleeps sleeps([&](int sleep) {
-    if (sleep == 10) {
-      lock.Release();  // too late
-    }
-  });
+  EXPECT_FALSE(CopyWithRetries(10));
 
-  EXPECT_FALSE(copy_.CopyWithRetries(target_, source_, kReplacing));
-
-  EXPECT_EQ(log_.Records(), Attempts(10, {L"4|Fail to copy folder."}));
-  EXPECT_EQ(sleeps.Milliseconds(), std::vector<DWORD>(10, 3000));
+  EXPECT_EQ(log_.Records(), Records(10, {L"4|Fail to copy folder."}));
   EXPECT_EQ(failed_path_, target_ + L"\\b\\held");
 }
 

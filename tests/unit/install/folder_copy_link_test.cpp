@@ -3,20 +3,15 @@
 
 #include <gmock/gmock.h>
 
-#include <initializer_list>
-
-#include "base/existence.h"
 #include "tests/support/current_folder.h"
 #include "tests/support/fake_link.h"
 #include "tests/support/fake_listing.h"
-#include "tests/support/interposer.h"
 #include "tests/unit/install/folder_copy_test.h"
 
 namespace nhupdate_test {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 // A sub-folder of the destination that holds the source of the copy.
 class HoldingFolderTest : public FolderCopyTest,
@@ -103,8 +98,7 @@ class LinkedFolderCopyTest : public FolderCopyTest {
 };
 
 TEST_F(LinkedFolderCopyTest, MakesAnEmptyFolderOfALinkInTheSource) {
-  for (const DWORD tag :
-       std::initializer_list<DWORD>{IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK}) {
+  for (const DWORD tag : kLinkTags) {
     log_.ForgetRecords();
     const FakeLink link(source_ + L"\\link", elsewhere_, tag);
     const FakeListing listing;
@@ -193,9 +187,8 @@ TEST_F(LinkedFolderCopyTest, FailsAtALinkInTheDestinationThatStays) {
   FakeLink link(target_ + L"\\b", elsewhere_);
   link.RefuseDeletion(ERROR_ACCESS_DENIED);
 
-  EXPECT_FALSE(Copy());
+  ExpectFailure({FolderLine(), FolderLine(L"\\b"), FailureLine(5)});
 
-  EXPECT_THAT(log_.Records(), ElementsAre(FolderLine(), FolderLine(L"\\b"), FailureLine(5)));
   EXPECT_EQ(failed_path_, target_ + L"\\b");
 }
 

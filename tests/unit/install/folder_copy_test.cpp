@@ -5,12 +5,10 @@
 #include <gmock/gmock.h>
 
 #include <initializer_list>
-
 #include <ostream>
 
 #include "base/existence.h"
 #include "tests/support/fake_listing.h"
-#include "tests/support/interposer.h"
 
 namespace nhupdate_test {
 namespace {
@@ -151,8 +149,7 @@ TEST_F(FolderCopyTest, TakesHiddenAndReadOnlyFilesWithTheirAttributes) {
     EXPECT_TRUE(Copy({.recurse = false}));
 
     const DWORD copied = ::GetFileAttributesW((target_ + name).c_str());
-    EXPECT_NE(copied, INVALID_FILE_ATTRIBUTES);
-    EXPECT_NE(copied & attribute, 0u) << attribute;
+    EXPECT_EQ(copied & ~DWORD{FILE_ATTRIBUTE_ARCHIVE}, attribute);
     ::SetFileAttributesW((target_ + name).c_str(), FILE_ATTRIBUTE_NORMAL);
   }
 }
@@ -187,16 +184,10 @@ TEST_F(FolderCopyTest, KnowsTheRunningProgramsFolderOnlyInItsOwnLetterCase) {
   EXPECT_THAT(ListTree(folders_.module_folder), ElementsAre(L"new.txt"));
 }
 
-// An executable in a drive's root, or one whose path is not known whole, has no product around it.
 TEST_F(FolderCopyTest, NeitherLooksAtNorTouchesTheDiskWithoutABaseFolder) {
   WriteFileBytes(source_ + L"\\b\\new.txt", "N");
   WriteFileBytes(target_ + L"\\b\\old.txt", "O");
-  nhupdate::ProductFolders without_base = folders_;
-  without_base.base_folder.clear();
-  nhupdate::ProductFolders cut_off = folders_;
-  cut_off.is_executable_path_cut_off = true;
-
-  for (const nhupdate::ProductFolders& folders : {without_base, cut_off}) {
+  for (const nhupdate::ProductFolders& folders : FoldersWithoutBase()) {
     log_.ForgetRecords();
     const FakeListing listing;
     CFolderCopy copy(folders, log_.Log(), failed_path_);

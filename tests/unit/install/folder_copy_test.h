@@ -33,6 +33,15 @@ class FolderCopyTest : public InstallTest {
     return copy_.Copy(target_, source_, options);
   }
 
+  // Of one copy, from source to destination, that fails.
+  void ExpectFailure(const Lines& records, const nhupdate::CopyOptions& options = {}) {
+    log_.ForgetRecords();
+
+    EXPECT_FALSE(Copy(options));
+
+    EXPECT_EQ(log_.Records(), records);
+  }
+
   const std::wstring source_ = root_ + L"\\from";
   const std::wstring target_ = root_ + L"\\to";
   std::wstring failed_path_ = L"nothing yet";

@@ -3,10 +3,9 @@
 #include <gmock/gmock.h>
 
 #include <initializer_list>
-#include <string>
-#include <vector>
 
 #include "base/existence.h"
+#include "tests/support/answers.h"
 #include "tests/support/fake_link.h"
 #include "tests/support/fake_listing.h"
 #include "tests/support/held_file.h"
@@ -33,9 +32,7 @@ class FolderRemovalTest : public InstallTest {
 };
 
 TEST_F(FolderRemovalTest, TakesAllThatIsInTheFolder) {
-  for (const wchar_t* path : {L"\\a", L"\\b\\c\\d", L"\\%s \u65E5\u672C\\.g"}) {
-    WriteFileBytes(folder_ + path, "x");
-  }
+  WriteFiles(folder_, {L"\\a", L"\\b\\c\\d", L"\\%s \u65E5\u672C\\.g"});
   CreateFolders(folder_ + L"\\e\\f");
   const FakeListing listing;
 
@@ -58,24 +55,17 @@ TEST_F(FolderRemovalTest, WorksInAndOutsideOfTheProductsFolder) {
 // FAT and exFAT don't know what a reparse point is, and say so; nor do they know the newer
 // deletion.
 TEST_F(FolderRemovalTest, WorksOnAFileSystemThatKnowsNoLinks) {
-  WriteFileBytes(folder_ + L"\\a\\b", "x");
-  WriteFileBytes(folder_ + L"\\a\\read-only", "x");
+  WriteFiles(folder_, {L"\\a\\b", L"\\a\\read-only"});
   ::SetFileAttributesW((folder_ + L"\\a\\read-only").c_str(), FILE_ATTRIBUTE_READONLY);
+  const auto refuse = Answers(FALSE, ERROR_INVALID_PARAMETER);
   INTERPOSER(GetFileInformationByHandleEx) get(
-      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) -> BOOL {
-        if (kind != FileAttributeTagInfo) {
-          return get.Original()(file, kind, information, size);
-        }
-        ::SetLastError(ERROR_INVALID_PARAMETER);
-        return FALSE;
+      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, auto... rest) {
+        return kind == FileAttributeTagInfo ? refuse() : get.Original()(file, kind, rest...);
       });
   INTERPOSER(SetFileInformationByHandle) set(
-      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) -> BOOL {
-        if (kind == FileDispositionInfo || kind == FileBasicInfo) {
-          return set.Original()(file, kind, information, size);
-        }
-        ::SetLastError(ERROR_INVALID_PARAMETER);
-        return FALSE;
+      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, auto... rest) {
+        const bool is_known = kind == FileDispositionInfo || kind == FileBasicInfo;
+        return is_known ? set.Original()(file, kind, rest...) : refuse();
       });
 
   EXPECT_TRUE(Delete());
@@ -100,8 +90,7 @@ TEST_F(FolderRemovalTest, TakesFilesOfAllAttributes) {
 // Of a file that is listed as read-only; the attributes of folders stay what they are.
 TEST_F(FolderRemovalTest, ClearsTheReadOnlyAttributeAndNoOther) {
   const std::wstring file = folder_ + L"\\inner\\file";
-  WriteFileBytes(file, "x");
-  WriteFileBytes(folder_ + L"\\inner\\other", "x");
+  WriteFiles(folder_, {L"\\inner\\file", L"\\inner\\other"});
   FakeListing listing;
   listing.Disguise(file, FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN, 0);
   listing.Disguise(folder_ + L"\\inner", FILE_ATTRIBUTE_READONLY, 0);
@@ -121,7 +110,7 @@ TEST_F(FolderRemovalTest, ClearsTheReadOnlyAttributeAndNoOther) {
   EXPECT_NE(attributes_set[0] & FILE_ATTRIBUTE_HIDDEN, 0u);
 }
 
-// As a listing can be for a file of several names.
+// The listing of a file of several names can be out of date.
 TEST_F(FolderRemovalTest, TakesAReadOnlyFileThatIsListedAsAnOrdinaryOne) {
   WriteFileBytes(folder_ + L"\\file", "x");
   ::SetFileAttributesW((folder_ + L"\\file").c_str(), FILE_ATTRIBUTE_READONLY);
@@ -137,9 +126,7 @@ TEST_F(FolderRemovalTest, TakesAReadOnlyFileThatIsListedAsAnOrdinaryOne) {
 }
 
 TEST_F(FolderRemovalTest, TakesAllButAHeldFileAndTheFoldersAboveIt) {
-  for (const wchar_t* path : {L"\\a", L"\\b\\held", L"\\b\\other", L"\\c\\d"}) {
-    WriteFileBytes(folder_ + path, "x");
-  }
+  WriteFiles(folder_, {L"\\a", L"\\b\\held", L"\\b\\other", L"\\c\\d"});
   HeldFile lock(folder_ + L"\\b\\held");
 
   EXPECT_FALSE(Delete());
@@ -170,14 +157,9 @@ TEST_F(FolderRemovalTest, TakesAnEmptyFolderThatCannotBeListedAndNoOther) {
 
 TEST_F(FolderRemovalTest, LeavesTheContentOfAFolderThatCannotBeHeld) {
   WriteFileBytes(folder_ + L"\\file", "x");
-  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
-                                   SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
-                                   HANDLE model) {
-    if (path != folder_) {
-      return open.Original()(path, access, sharing, security, disposition, flags, model);
-    }
-    ::SetLastError(ERROR_SHARING_VIOLATION);
-    return INVALID_HANDLE_VALUE;
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
+    return path == folder_ ? Answers(INVALID_HANDLE_VALUE, ERROR_SHARING_VIOLATION)()
+                           : open.Original()(path, rest...);
   });
 
   EXPECT_FALSE(Delete());
@@ -198,9 +180,7 @@ TEST_F(FolderRemovalTest, LeavesNoHandlesBehind) {
 class LinkRemovalTest : public FolderRemovalTest {
  protected:
   LinkRemovalTest() {
-    WriteFileBytes(elsewhere_ + L"\\important", "I");
-    WriteFileBytes(elsewhere_ + L"\\inner\\ut.ini", "I");
-    WriteFileBytes(elsewhere_ + L"\\plain", "P");
+    WriteFiles(elsewhere_, {L"\\important", L"\\inner\\ut.ini", L"\\plain"});
     ::SetFileAttributesW((elsewhere_ + L"\\important").c_str(), FILE_ATTRIBUTE_READONLY);
   }
   ~LinkRemovalTest() override {
@@ -212,9 +192,8 @@ class LinkRemovalTest : public FolderRemovalTest {
 };
 
 TEST_F(LinkRemovalTest, TakesALinkAndNothingBehindIt) {
-  for (const std::wstring& name : {std::wstring(), std::wstring(L"\\inner\\link")}) {
-    for (const DWORD tag :
-         std::initializer_list<DWORD>{IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK}) {
+  for (const wchar_t* name : {L"", L"\\inner\\link"}) {
+    for (const DWORD tag : kLinkTags) {
       RemoveTree(folder_);
       const FakeLink link(folder_ + name, elsewhere_, tag);
 
@@ -226,19 +205,18 @@ TEST_F(LinkRemovalTest, TakesALinkAndNothingBehindIt) {
   }
 }
 
-TEST_F(LinkRemovalTest, EmptiesACloudPlaceholderLikeAnyFolder) {
-  WriteFileBytes(folder_ + L"\\cloud\\inner\\file", "x");
-  FakeListing listing;
-  listing.Disguise(folder_ + L"\\cloud", FILE_ATTRIBUTE_REPARSE_POINT, IO_REPARSE_TAG_CLOUD);
+TEST_F(LinkRemovalTest, TakesALinkOutsideOfTheProductAndNothingBehindIt) {
+  const FakeLink link(root_ + L"\\mine", elsewhere_);
 
-  EXPECT_TRUE(Delete());
+  EXPECT_TRUE(DeleteFolderTree(root_ + L"\\mine", base_));
 
-  EXPECT_FALSE(Exists(folder_));
+  EXPECT_FALSE(link.IsThere());
 }
 
-TEST_F(LinkRemovalTest, TakesALinkToAFileAsAFile) {
-  WriteFileBytes(folder_ + L"\\file link", "L");
+TEST_F(LinkRemovalTest, TakesACloudPlaceholderLikeAnyFolderAndALinkToAFileAsAFile) {
+  WriteFiles(folder_, {L"\\cloud\\inner\\file", L"\\file link"});
   FakeListing listing;
+  listing.Disguise(folder_ + L"\\cloud", FILE_ATTRIBUTE_REPARSE_POINT, IO_REPARSE_TAG_CLOUD);
   listing.Disguise(folder_ + L"\\file link", FILE_ATTRIBUTE_REPARSE_POINT, IO_REPARSE_TAG_SYMLINK);
 
   EXPECT_TRUE(Delete());
@@ -267,7 +245,8 @@ TEST_F(LinkRemovalTest, FollowsLinksFurtherUpOutsideOfTheProduct) {
   EXPECT_FALSE(Exists(elsewhere_ + L"\\sub"));
 }
 
-// A helper stalls a call about the folder, or about what is in it, and puts a link in its place.
+// Somebody makes a call about the folder, or about what is in it, wait, and puts a link in the
+// folder's place meanwhile.
 struct SwapMoment {
   const wchar_t* path;  // below the folder
   int call;             // the first about it, or the second
@@ -277,9 +256,8 @@ class SwappedFolderRemovalTest : public LinkRemovalTest,
                                  public testing::WithParamInterface<SwapMoment> {};
 
 TEST_P(SwappedFolderRemovalTest, TakesNothingOfTheFolderThatALinkLeadsTo) {
-  WriteFileBytes(folder_ + L"\\important", "x");
+  WriteFiles(folder_, {L"\\important", L"\\inner\\ut.ini"});
   ::SetFileAttributesW((folder_ + L"\\important").c_str(), FILE_ATTRIBUTE_READONLY);
-  WriteFileBytes(folder_ + L"\\inner\\ut.ini", "x");
   int calls = 0;
   const FakeLink link(folder_, elsewhere_, [&](const std::wstring& path) {
     return path == folder_ + GetParam().path && ++calls == GetParam().call;

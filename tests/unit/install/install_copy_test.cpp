@@ -2,10 +2,9 @@
 
 #include <gmock/gmock.h>
 
-#include <string>
-#include <vector>
-
 #include "base/existence.h"
+#include "tests/support/answers.h"
+#include "tests/support/failing_copy.h"
 #include "tests/support/fake_listing.h"
 #include "tests/support/held_file.h"
 #include "tests/support/interposer.h"
@@ -38,12 +37,8 @@ class InstallCopyTest : public InstallTest {
 };
 
 TEST_F(InstallCopyTest, DeletesTheOldFilesThenBringsTheNewOnesTwice) {
-  for (const wchar_t* name : {L"\\a.exe", L"\\gone.exe", L"\\Sub\\old.dll", L"\\Own\\own.txt"}) {
-    WriteFileBytes(base_ + name, "old");
-  }
-  for (const wchar_t* name : {L"\\a.exe", L"\\b.exe", L"\\Sub\\new.dll"}) {
-    WriteFileBytes(app_ + name, "new");
-  }
+  WriteFiles(base_, {L"\\a.exe", L"\\gone.exe", L"\\Sub\\old.dll", L"\\Own\\own.txt"}, "old");
+  WriteFiles(app_, {L"\\a.exe", L"\\z.exe", L"\\Sub\\new.dll"}, "new");
   std::vector<BOOL> fails_if_there;
   INTERPOSER(CopyFileW) copy([&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) {
     fails_if_there.push_back(fail_if_there);
@@ -55,14 +50,14 @@ TEST_F(InstallCopyTest, DeletesTheOldFilesThenBringsTheNewOnesTwice) {
   EXPECT_THAT(log_.Records(),
               ElementsAre(L"2|Delete OK : {base}\\a.exe", L"2|Delete OK : {base}\\gone.exe",
                           L"2|Copy OK : {base}\\Updater\\App\\a.exe => {base}\\a.exe",
-                          L"2|Copy OK : {base}\\Updater\\App\\b.exe => {base}\\b.exe",
+                          L"2|Copy OK : {base}\\Updater\\App\\z.exe => {base}\\z.exe",
                           L"2|Copy folder from {base}\\Updater\\App to {base}",
                           L"2|Copy file from {base}\\Updater\\App\\a.exe to {base}\\a.exe",
-                          L"2|Copy file from {base}\\Updater\\App\\b.exe to {base}\\b.exe",
                           L"2|Delete Dir : {base}\\Sub",
                           L"2|Copy folder from {base}\\Updater\\App\\Sub to {base}\\Sub",
                           L"2|Copy file from {base}\\Updater\\App\\Sub\\new.dll to "
                           L"{base}\\Sub\\new.dll",
+                          L"2|Copy file from {base}\\Updater\\App\\z.exe to {base}\\z.exe",
                           L"2|Copy complete."));
   EXPECT_EQ(fails_if_there, std::vector<BOOL>(5, FALSE));
   EXPECT_FALSE(Exists(base_ + L"\\gone.exe"));
@@ -83,9 +78,7 @@ TEST_F(InstallCopyTest, SucceedsWithNothingStaged) {
 }
 
 TEST_F(InstallCopyTest, EndsAtAnInstalledFileThatCannotBeDeleted) {
-  for (const wchar_t* name : {L"\\a.exe", L"\\held 100%s.exe", L"\\z.exe"}) {
-    WriteFileBytes(base_ + name, "old");
-  }
+  WriteFiles(base_, {L"\\a.exe", L"\\held 100%s.exe", L"\\z.exe"});
   const HeldFile lock(base_ + L"\\held 100%s.exe");
 
   EXPECT_FALSE(Install());
@@ -108,9 +101,7 @@ TEST_F(InstallCopyTest, DoesNotClearReadOnlyAttributesOfTheOldFiles) {
 }
 
 TEST_F(InstallCopyTest, PassesOverAnInstalledFileThatIsGoneMeanwhile) {
-  for (const wchar_t* name : {L"\\a.exe", L"\\b.exe", L"\\c.exe"}) {
-    WriteFileBytes(base_ + name, "old");
-  }
+  WriteFiles(base_, {L"\\a.exe", L"\\b.exe", L"\\c.exe"});
   INTERPOSER(DeleteFileW) delete_file([&](const wchar_t* file) {
     if (file == base_ + L"\\a.exe") {
       delete_file.Original()((base_ + L"\\b.exe").c_str());
@@ -128,9 +119,7 @@ TEST_F(InstallCopyTest, PassesOverAnInstalledFileThatIsGoneMeanwhile) {
 }
 
 TEST_F(InstallCopyTest, EndsAtAStagedFileThatCannotBeCopied) {
-  for (const wchar_t* name : {L"\\a.exe", L"\\b.exe", L"\\c.exe"}) {
-    WriteFileBytes(app_ + name, "new");
-  }
+  WriteFiles(app_, {L"\\a.exe", L"\\b.exe", L"\\c.exe"});
   const HeldFile lock(app_ + L"\\b.exe");
 
   EXPECT_FALSE(Install());
@@ -145,10 +134,8 @@ TEST_F(InstallCopyTest, EndsAtAStagedFileThatCannotBeCopied) {
 
 // A release may bring files for the folder in which it is staged.
 TEST_F(InstallCopyTest, InstallsAReleaseWithAnUpdaterFolderOfItsOwn) {
-  WriteFileBytes(app_ + L"\\Updater\\Updater.exe", "new");
-  WriteFileBytes(app_ + L"\\zz\\last.dll", "new");
-  WriteFileBytes(base_ + L"\\Updater\\Updater.exe", "old");
-  WriteFileBytes(base_ + L"\\Updater\\Config\\ut.ini", "ini");
+  WriteFiles(app_, {L"\\Updater\\Updater.exe", L"\\zz\\last.dll"}, "new");
+  WriteFiles(base_, {L"\\Updater\\Updater.exe", L"\\Updater\\Config\\ut.ini"}, "old");
 
   EXPECT_TRUE(Install());
 
@@ -159,20 +146,14 @@ TEST_F(InstallCopyTest, InstallsAReleaseWithAnUpdaterFolderOfItsOwn) {
 }
 
 TEST_F(InstallCopyTest, TellsAfterTheLastAttemptWhatTheFolderCopyCouldNotCopy) {
-  WriteFileBytes(app_ + L"\\Sub\\a.dll", "new");
-  WriteFileBytes(app_ + L"\\Sub\\z.dll", "new");
+  WriteFiles(app_, {L"\\Sub\\a.dll", L"\\Sub\\z.dll"});
   const std::wstring first = base_ + L"\\Sub\\a.dll";
   const std::wstring last = base_ + L"\\Sub\\z.dll";
-  INTERPOSER(CopyFileW) copy(
-      [&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) -> BOOL {
-        const bool is_last_attempt = desktop_.Sleeps().size() == 9;
-        if (target != (is_last_attempt ? last : first)) {
-          return copy.Original()(source, target, fail_if_there);
-        }
-        EXPECT_THAT(desktop_.Boxes(), IsEmpty());
-        ::SetLastError(ERROR_DISK_FULL);
-        return FALSE;
-      });
+  const FailingCopy copy(ERROR_DISK_FULL, [&](const std::wstring& target) {
+    EXPECT_THAT(desktop_.Boxes(), IsEmpty());
+    const bool is_last_attempt = desktop_.Sleeps().size() == 9;
+    return target == (is_last_attempt ? last : first);
+  });
 
   EXPECT_FALSE(Install());
 
@@ -189,33 +170,21 @@ TEST_F(InstallCopyTest, FailsWhenTheStagedFolderCannotBeListedAtAll) {
 
   EXPECT_FALSE(Install());
 
-  Lines expected = {L"2|Delete OK : {base}\\a.exe"};
-  for (int attempt = 0; attempt < 10; ++attempt) {
-    expected.insert(expected.end(),
-                    {L"2|Copy folder from {base}\\Updater\\App to {base}",
-                     L"4|Fail to copy file = 5", L"3|Copy fail, sleep 3 seconds and retry."});
-  }
-  expected.push_back(L"4|Fail to copy folder.");
-  EXPECT_EQ(log_.Records(), expected);
+  EXPECT_EQ(log_.Records().front(), L"2|Delete OK : {base}\\a.exe");
+  EXPECT_THAT(log_.Records(), testing::Contains(L"4|Fail to copy file = 5").Times(10));
+  EXPECT_EQ(log_.Records().back(), L"4|Fail to copy folder.");
   EXPECT_THAT(desktop_.Boxes(), ElementsAre(BoxAbout(base_)));
 }
 
-// An executable in a drive's root, or one whose path is not known whole, has no product around it.
 TEST_F(InstallCopyTest, NeitherLooksAtNorTouchesTheDiskWithoutABaseFolder) {
-  WriteFileBytes(base_ + L"\\a.exe", "old");
-  WriteFileBytes(base_ + L"\\Sub\\important.txt", "old");
-  WriteFileBytes(app_ + L"\\b.exe", "new");
-  WriteFileBytes(app_ + L"\\Sub\\new.dll", "new");
+  WriteFiles(base_, {L"\\a.exe", L"\\Sub\\important.txt"});
+  WriteFiles(app_, {L"\\b.exe", L"\\Sub\\new.dll"});
   const Lines before = ListTree(root_);
-  nhupdate::ProductFolders cut_off = folders_;
-  cut_off.is_executable_path_cut_off = true;
-  nhupdate::ProductFolders without_base = folders_;
-  without_base.base_folder.clear();
 
-  for (const nhupdate::ProductFolders& folders : {cut_off, without_base}) {
+  for (const nhupdate::ProductFolders& folders : FoldersWithoutBase()) {
     const FakeListing listing;
-    INTERPOSER(DeleteFileW) delete_file([](const wchar_t*) -> BOOL { return TRUE; });
-    INTERPOSER(CopyFileW) copy([](const wchar_t*, const wchar_t*, BOOL) -> BOOL { return TRUE; });
+    INTERPOSER(DeleteFileW) delete_file(Answers(TRUE));
+    INTERPOSER(CopyFileW) copy(Answers(TRUE));
 
     EXPECT_TRUE(InstallCopy(folders, strings_, log_.Log(), failed_path_));
 

@@ -4,10 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
 #include "base/product_folders.h"
+#include "base/windows.h"
 #include "tests/support/files.h"
 #include "tests/support/recorded_log.h"
 #include "tests/support/scratch_folder.h"
@@ -16,9 +18,27 @@ namespace nhupdate_test {
 
 using Lines = std::vector<std::wstring>;
 
+inline constexpr DWORD kLinkTags[] = {IO_REPARSE_TAG_MOUNT_POINT, IO_REPARSE_TAG_SYMLINK};
+
 class InstallTest : public testing::Test {
  protected:
   InstallTest() { CreateFolders(folders_.module_folder); }
+
+  // The names begin with a backslash.
+  static void WriteFiles(const std::wstring& folder, std::initializer_list<const wchar_t*> names,
+                         const std::string& bytes = "x") {
+    for (const wchar_t* name : names) {
+      WriteFileBytes(folder + name, bytes);
+    }
+  }
+
+  // Of an executable in a drive's root, and of one whose path is not known whole.
+  [[nodiscard]] std::vector<nhupdate::ProductFolders> FoldersWithoutBase() const {
+    std::vector<nhupdate::ProductFolders> both = {folders_, folders_};
+    both[0].base_folder.clear();
+    both[1].is_executable_path_cut_off = true;
+    return both;
+  }
 
   ScratchFolder scratch_;
   const std::wstring root_ = scratch_.Path() + L"\\Corvane";

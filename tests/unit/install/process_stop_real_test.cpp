@@ -1,7 +1,6 @@
 // Stopping processes that exist: copies of the idle stand-in.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <string>
 

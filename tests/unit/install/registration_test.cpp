@@ -2,9 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include <string>
-#include <vector>
-
+#include "tests/support/answers.h"
 #include "tests/support/interposer.h"
 #include "tests/support/product_keys.h"
 #include "tests/support/registry_recorder.h"
@@ -18,11 +16,7 @@ using nhupdate::RegisterProduct;
 using testing::ElementsAre;
 
 SYSTEMTIME DateOf(WORD year, WORD month, WORD day) {
-  SYSTEMTIME date = {};
-  date.wYear = year;
-  date.wMonth = month;
-  date.wDay = day;
-  return date;
+  return {year, month, 0, day, 0, 0, 0, 0};
 }
 
 class RegistrationTest : public InstallTest {
@@ -79,27 +73,21 @@ TEST_F(RegistrationTest, LeavesTheValuesInTheRegistryAndDeletesNone) {
             Text(kUninstallKey, L"Comments", L"of somebody else"));
 }
 
-TEST_F(RegistrationTest, LogsAfterTheSecondAndTheSixthValue) {
+TEST_F(RegistrationTest, LogsAfterTheSecondAndTheSixthValueAndAsksForTheDateBeforeTheLast) {
   std::vector<std::size_t> records_before_value;
-  const RegistryRecorder recorder(
-      [&](int) { records_before_value.push_back(log_.Records().size()); });
+  std::vector<int> questions_before_value;
+  const RegistryRecorder recorder([&](int) {
+    records_before_value.push_back(log_.Records().size());
+    questions_before_value.push_back(local_time_.Calls());
+  });
 
   EXPECT_TRUE(Register());
 
   EXPECT_THAT(records_before_value, ElementsAre(0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 2, 2));
+  EXPECT_THAT(questions_before_value, ElementsAre(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1));
   EXPECT_THAT(log_.Records(),
               ElementsAre(L"2|Nimba Hub registry set.",
                           L"2|NHUpdateManager crash dump folder set to : {root}\\Log"));
-}
-
-TEST_F(RegistrationTest, AsksForTheDateOnceRightBeforeItIsWritten) {
-  std::vector<int> questions_before_value;
-  const RegistryRecorder recorder(
-      [&](int) { questions_before_value.push_back(local_time_.Calls()); });
-
-  EXPECT_TRUE(Register());
-
-  EXPECT_THAT(questions_before_value, ElementsAre(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1));
 }
 
 // The collect-log tool lies with the running program, the others with the installed product.
@@ -113,23 +101,20 @@ TEST_F(RegistrationTest, TellsTheRunningProgramsFolderFromTheInstalledOne) {
 }
 
 TEST_F(RegistrationTest, WritesTheDateAsEightDigits) {
-  struct Case {
-    WORD year;
-    WORD month;
-    WORD day;
-    const wchar_t* text;
+  const std::pair<SYSTEMTIME, const wchar_t*> cases[] = {
+      {DateOf(2026, 12, 31), L"20261231"},
+      {DateOf(2028, 2, 29), L"20280229"},
+      {DateOf(2030, 10, 10), L"20301010"},
+      {DateOf(1601, 1, 1), L"16010101"},
   };
-  const Case kCases[] = {{2026, 12, 31, L"20261231"},
-                         {2028, 2, 29, L"20280229"},
-                         {2030, 10, 10, L"20301010"},
-                         {1601, 1, 1, L"16010101"}};
-  for (const Case& example : kCases) {
-    now_ = DateOf(example.year, example.month, example.day);
+
+  for (const auto& [date, text] : cases) {
+    now_ = date;
     const RegistryRecorder recorder;
 
     EXPECT_TRUE(Register());
 
-    EXPECT_EQ(recorder.Written().back(), Text(kUninstallKey, L"InstallDate", example.text));
+    EXPECT_EQ(recorder.Written().back(), Text(kUninstallKey, L"InstallDate", text));
   }
 }
 
@@ -137,9 +122,7 @@ TEST_F(RegistrationTest, SaysTheSameWhenNoKeyCanBeOpened) {
   EXPECT_TRUE(Register());
   const Lines records = log_.Records();
   log_.ForgetRecords();
-  INTERPOSER(RegCreateKeyExW) create([](HKEY, const wchar_t*, DWORD, wchar_t*, DWORD, REGSAM,
-                                        SECURITY_ATTRIBUTES*, HKEY*,
-                                        DWORD*) -> LSTATUS { return ERROR_ACCESS_DENIED; });
+  INTERPOSER(RegCreateKeyExW) create(Answers(LSTATUS{ERROR_ACCESS_DENIED}));
 
   EXPECT_TRUE(Register());
 

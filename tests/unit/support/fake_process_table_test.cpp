@@ -34,37 +34,34 @@ TEST(FakeProcessTableTest, ListsAndNamesTheGivenProcesses) {
   EXPECT_EQ(table.Enumerations(), 1);
 }
 
-TEST(FakeProcessTableTest, EndsAProcessUnlessItRefuses) {
+TEST(FakeProcessTableTest, EndsAProcessUnlessItRefusesOrLivesOn) {
   const FakeProcessTable table(
-      {{4242, L"C:\\a.exe"}, {.id = 4246, .image_path = L"C:\\b.exe", .refuses_to_end = true}});
-  const UniqueKernelHandle first(::OpenProcess(PROCESS_TERMINATE, FALSE, 4242));
-  const UniqueKernelHandle second(::OpenProcess(PROCESS_TERMINATE, FALSE, 4246));
+      {{4242, L"C:\\a.exe"},
+       {.id = 4246, .image_path = L"C:\\b.exe", .refuses_to_end = true},
+       {.id = 4250, .image_path = L"C:\\c.exe", .ends_when_terminated = false}});
+  const struct {
+    DWORD id;
+    BOOL is_success;
+    DWORD waited;
+  } cases[] = {
+      {4242, TRUE, WAIT_OBJECT_0}, {4246, FALSE, WAIT_TIMEOUT}, {4250, TRUE, WAIT_TIMEOUT}};
+  for (const auto& [id, is_success, waited] : cases) {
+    const UniqueKernelHandle process(::OpenProcess(PROCESS_TERMINATE, FALSE, id));
 
-  EXPECT_TRUE(::TerminateProcess(first.Get(), 0));
-  EXPECT_FALSE(::TerminateProcess(second.Get(), 0));
+    EXPECT_EQ(::TerminateProcess(process.Get(), 0), is_success) << id;
 
-  EXPECT_THAT(table.Running(), ElementsAre(4246u));
-  EXPECT_EQ(::WaitForSingleObject(first.Get(), 1), DWORD{WAIT_OBJECT_0});
-  EXPECT_EQ(::WaitForSingleObject(second.Get(), 1), DWORD{WAIT_TIMEOUT});
+    EXPECT_EQ(::WaitForSingleObject(process.Get(), 1), waited) << id;
+  }
+  EXPECT_THAT(table.Running(), ElementsAre(4246u, 4250u));
 }
 
-TEST(FakeProcessTableTest, HasProcessesThatLiveOnOrAreDenied) {
+TEST(FakeProcessTableTest, OpensNoProcessThatIsDeniedOrNotInIt) {
   const FakeProcessTable table(
-      {{.id = 4242, .image_path = L"C:\\a.exe", .ends_when_terminated = false},
-       {.id = 4246, .image_path = L"C:\\b.exe", .can_be_terminated = false},
+      {{.id = 4246, .image_path = L"C:\\b.exe", .can_be_terminated = false},
        {.id = 4250, .image_path = L"C:\\c.exe", .can_be_read = false}});
-  const UniqueKernelHandle first(::OpenProcess(PROCESS_TERMINATE, FALSE, 4242));
 
-  EXPECT_TRUE(::TerminateProcess(first.Get(), 0));
   EXPECT_EQ(::OpenProcess(PROCESS_TERMINATE, FALSE, 4246), nullptr);
   EXPECT_EQ(::OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, 4250), nullptr);
-
-  EXPECT_THAT(table.Running(), ElementsAre(4242u, 4246u, 4250u));
-}
-
-TEST(FakeProcessTableTest, OpensNoOtherProcess) {
-  const FakeProcessTable table;
-
   EXPECT_EQ(::OpenProcess(PROCESS_TERMINATE, FALSE, ::GetCurrentProcessId()), nullptr);
 }
 

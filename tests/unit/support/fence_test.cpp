@@ -6,8 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <array>
-
 #include "base/existence.h"
 #include "base/unique_handle.h"
 #include "base/windows.h"
@@ -15,6 +13,7 @@
 #include "tests/support/scratch_folder.h"
 #include "tests/support/unused_name.h"
 #include "tests/support/utf8_text.h"
+#include "tests/unit/support/fence_trespasses.h"
 
 namespace nhupdate_test {
 namespace {
@@ -24,67 +23,18 @@ using testing::HasSubstr;
 // Instead of a process id.
 constexpr DWORD kItself = 0;
 
-constexpr const wchar_t* kPlacedCalls[] = {
-    L"CreateDirectoryW",
-    L"RemoveDirectoryW",
-    L"DeleteFileW",
-    L"DeleteFileW, literal",
-    L"DeleteFileW, roundabout",
-    L"DeleteFileW, faked",
-    L"SetFileAttributesW",
-    L"CopyFileW",
-    L"MoveFileW, from",
-    L"MoveFileW, to",
-    L"CreateFileW, to write",
-    L"CreateFileW, to append",
-    L"CreateFileW, to rename",
-    L"CreateFileW, to create",
-    L"SetFileInformationByHandle",
-    L"CreateHardLinkW",
-    L"CreateSymbolicLinkW",
-    L"WritePrivateProfileStringW",
-    L"SHCreateDirectoryExW",
-    L"RegCreateKeyExW",
-    L"RegCreateKeyExW, redirected",
-    L"RegSetValueExW",
-    L"RegSetKeyValueW",
-    L"RegDeleteTreeW",
-    L"CreateProcessW",
-    L"ShellExecuteExW",
-    L"OpenProcess",
-    L"TerminateProcess",
-    L"the library's CreateFileW",
-};
-
-constexpr const wchar_t* kOutsideCalls[] = {
-    L"RegCreateKeyExW, machine",
-    L"WritePrivateProfileStringW, mere name",
-    L"ShellExecuteW, searched",
-    L"MessageBoxW",
-};
-
-constexpr const wchar_t* kReadingCalls[] = {
-    L"CreateFileW, to read",
-    L"CopyFileW, from",
-    L"RegOpenKeyExW",
-    L"OpenProcess, to look",
-};
-
 // A folder with a file and a key, where the trespassers are sent.
 class Target {
  public:
   Target(const std::wstring& folder, const std::wstring& key, const std::wstring& program)
       : folder_(folder), key_(L"Software\\" + key), program_(program) {
-    const AllowOutside open("what is outside has to be made");
+    const AllowOutside open("what is outside has to be made", Machine::kAnybodys);
     WriteFileBytes(folder_ + L"\\file", "untouched");
-    nhupdate::UniqueRegistryKey created;
-    EXPECT_EQ(::RegCreateKeyExW(HKEY_CURRENT_USER, key_.c_str(), 0, nullptr, REG_OPTION_VOLATILE,
-                                KEY_ALL_ACCESS, nullptr, created.Receive(), nullptr),
-              ERROR_SUCCESS);
+    CreateKey(HKEY_CURRENT_USER, key_.c_str());
   }
 
   ~Target() {
-    const AllowOutside open("and unmade");
+    const AllowOutside open("and unmade", Machine::kAnybodys);
     RemoveTree(folder_);
     ::RegDeleteTreeW(HKEY_CURRENT_USER, key_.c_str());
   }
@@ -101,9 +51,8 @@ class Target {
     EXPECT_THAT(ListTree(folder_), testing::ElementsAre(L"file"));
     EXPECT_EQ(ReadFileBytes(folder_ + L"\\file"), "untouched");
     EXPECT_EQ(::GetFileAttributesW((folder_ + L"\\file").c_str()) & FILE_ATTRIBUTE_HIDDEN, 0U);
-    nhupdate::UniqueRegistryKey key;
-    EXPECT_EQ(::RegOpenKeyExW(HKEY_CURRENT_USER, key_.c_str(), 0, KEY_QUERY_VALUE, key.Receive()),
-              ERROR_SUCCESS);
+    const nhupdate::UniqueRegistryKey key = OpenKey(key_.c_str(), KEY_QUERY_VALUE);
+    EXPECT_TRUE(key.IsValid());
     DWORD keys = 0;
     DWORD values = 0;
     ::RegQueryInfoKeyW(key.Get(), nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values,
@@ -124,24 +73,23 @@ class FenceTest : public testing::Test {
     std::string message;
   };
 
-  [[nodiscard]] End Trespass(const std::wstring& reach, const std::wstring& call,
-                             const Target& target, DWORD process) const {
+  [[nodiscard]] End Run(const std::wstring& reach, const std::wstring& call, const Target& target,
+                        DWORD process) const {
     const std::wstring messages = scratch_.Path() + L"\\messages " + UnusedName();
     SECURITY_ATTRIBUTES inherited = {sizeof(inherited), nullptr, TRUE};
     nhupdate::UniqueFile file(::CreateFileW(messages.c_str(), GENERIC_WRITE, FILE_SHARE_READ,
                                             &inherited, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
                                             nullptr));
     const ScratchFolder scratch;
-    const std::wstring program = TestProgramFolder() + L"\\fence_trespasser.exe";
-    std::wstring command_line = L"\"" + program + L"\" " + reach + L" \"" + call + L"\"" +
-                                target.Arguments(scratch.Path(), process);
+    std::wstring command_line = L"\"" + TestProgramFolder() + L"\\fence_trespasser.exe\" " + reach +
+                                L" \"" + call + L"\"" + target.Arguments(scratch.Path(), process);
     STARTUPINFOW startup = {};
     startup.cb = sizeof(startup);
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdOutput = startup.hStdError = file.Get();
     PROCESS_INFORMATION information = {};
-    EXPECT_TRUE(::CreateProcessW(program.c_str(), command_line.data(), nullptr, nullptr, TRUE, 0,
-                                 nullptr, nullptr, &startup, &information));
+    EXPECT_TRUE(::CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                                 nullptr, &startup, &information));
     ::CloseHandle(information.hThread);
     const nhupdate::UniqueKernelHandle trespasser(information.hProcess);
     constexpr DWORD kLimitMs = 30'000;
@@ -172,8 +120,8 @@ class FenceTest : public testing::Test {
 };
 
 TEST_F(FenceTest, EndsTheRunAtEveryCallThatReachesOutside) {
-  for (const wchar_t* call : kPlacedCalls) {
-    const End end = Trespass(L"scratch", call, outside_, ::GetCurrentProcessId());
+  for (const auto& [call, make] : kPlacedCalls) {
+    const End end = Run(L"scratch", call, outside_, ::GetCurrentProcessId());
 
     EXPECT_EQ(end.exit_code, kEndedAtTheFence) << testing::PrintToString(call);
     std::string function = ToUtf8(call);
@@ -185,53 +133,62 @@ TEST_F(FenceTest, EndsTheRunAtEveryCallThatReachesOutside) {
 }
 
 TEST_F(FenceTest, NamesThePlaceThatIsOutside) {
-  EXPECT_THAT(Trespass(L"scratch", L"DeleteFileW", outside_, kItself).message,
+  EXPECT_THAT(Run(L"scratch", L"DeleteFileW", outside_, kItself).message,
               HasSubstr("with \"" + ToUtf8(OutsideFolder()) + "\\file\""));
-  EXPECT_THAT(Trespass(L"scratch", L"RegDeleteTreeW", outside_, kItself).message,
+  EXPECT_THAT(Run(L"scratch", L"RegDeleteTreeW", outside_, kItself).message,
               HasSubstr("\\Software\\beyond the fence " + ToUtf8(unused_name_) + "\""));
 }
 
 TEST_F(FenceTest, EndsTheRunAtWhatIsAlwaysOutside) {
-  for (const wchar_t* call : kOutsideCalls) {
-    EXPECT_EQ(Trespass(L"scratch", call, inside_, kItself).exit_code, kEndedAtTheFence)
+  for (const auto& [call, make] : kOutsideCalls) {
+    EXPECT_EQ(Run(L"scratch", call, inside_, kItself).exit_code, kEndedAtTheFence)
         << testing::PrintToString(call);
   }
 }
 
 TEST_F(FenceTest, LetsTheSameCallsThroughInside) {
-  for (const wchar_t* call : kPlacedCalls) {
+  for (const auto& [call, make] : kPlacedCalls) {
     const std::wstring name = L"nhupdate fence " + UnusedName();
     const Target target(scratch_.Path() + L"\\" + name, name, TestProgramFolder() + L"\\idle.exe");
-    const End end = Trespass(L"scratch", call, target, kItself);
+    const End end = Run(L"scratch", call, target, kItself);
 
     EXPECT_EQ(end.exit_code, 0U) << testing::PrintToString(call) << end.message;
   }
 }
 
 TEST_F(FenceTest, LetsWhateverOnlyReadsThrough) {
-  for (const wchar_t* call : kReadingCalls) {
-    EXPECT_EQ(Trespass(L"scratch", call, outside_, ::GetCurrentProcessId()).exit_code, 0U)
+  for (const auto& [call, make] : kReadingCalls) {
+    EXPECT_EQ(Run(L"scratch", call, outside_, ::GetCurrentProcessId()).exit_code, 0U)
         << testing::PrintToString(call);
   }
 }
 
 TEST_F(FenceTest, OpensForATestThatSaysSo) {
-  const End end = Trespass(L"opened", L"DeleteFileW", outside_, kItself);
+  const End end = Run(L"opened", L"DeleteFileW", outside_, kItself);
 
   EXPECT_EQ(end.exit_code, 0U);
   EXPECT_EQ(end.message, "");
   EXPECT_FALSE(nhupdate::Exists(OutsideFolder() + L"\\file"));
 }
 
+TEST_F(FenceTest, StaysClosedOnAMachineThatIsKept) {
+  const End end = Run(L"kept", L"DeleteFileW", outside_, kItself);
+
+  EXPECT_EQ(end.exit_code, kEndedAtTheFence);
+  EXPECT_THAT(end.message, HasSubstr("The fence stays closed (that is what is tried)."));
+  EXPECT_THAT(end.message, HasSubstr("NHUPDATE_THROWAWAY_MACHINE=1"));
+  outside_.ExpectUntouched();
+}
+
 TEST_F(FenceTest, GoesAroundThePrefixWhereThatIsTheScratchFolder) {
-  EXPECT_EQ(Trespass(L"prefix", L"DeleteFileW", outside_, kItself).exit_code, 0U);
+  EXPECT_EQ(Run(L"prefix", L"DeleteFileW", outside_, kItself).exit_code, 0U);
   EXPECT_FALSE(nhupdate::Exists(OutsideFolder() + L"\\file"));
-  EXPECT_EQ(Trespass(L"prefix", L"RegDeleteTreeW", outside_, kItself).exit_code, 0U);
-  EXPECT_EQ(Trespass(L"prefix", L"OpenProcess", outside_, ::GetCurrentProcessId()).exit_code, 0U);
+  EXPECT_EQ(Run(L"prefix", L"RegDeleteTreeW", outside_, kItself).exit_code, 0U);
+  EXPECT_EQ(Run(L"prefix", L"OpenProcess", outside_, ::GetCurrentProcessId()).exit_code, 0U);
 
   // Another drive is not in the prefix.
   const Target none(scratch_.Path() + L"\\none", L"nhupdate none", L"Z:\\no\\such\\program.exe");
-  EXPECT_EQ(Trespass(L"prefix", L"CreateProcessW", none, kItself).exit_code, kEndedAtTheFence);
+  EXPECT_EQ(Run(L"prefix", L"CreateProcessW", none, kItself).exit_code, kEndedAtTheFence);
 }
 
 TEST_F(FenceTest, LeavesTheLastErrorAsItWas) {

@@ -44,14 +44,14 @@ TEST_F(HeldFileTest, MayBeShared) {
 }
 
 TEST_F(HeldFileTest, MayBeAFolder) {
-  ::DeleteFileW(file_.c_str());
-  CreateFolders(file_);
-  {
-    const HeldFile held(file_);
-    EXPECT_FALSE(::RemoveDirectoryW(file_.c_str()));
-  }
+  const std::wstring folder = scratch_.Path() + L"\\folder";
+  CreateFolders(folder);
+  HeldFile held(folder);
+  EXPECT_FALSE(::RemoveDirectoryW(folder.c_str()));
 
-  EXPECT_TRUE(::RemoveDirectoryW(file_.c_str()));
+  held.Release();
+
+  EXPECT_TRUE(::RemoveDirectoryW(folder.c_str()));
 }
 
 TEST_F(HeldFileTest, FailsTheTestWhenThereIsNone) {

@@ -30,5 +30,21 @@ TEST(InstalledProductTest, PutsTheDataFolderIntoTheScratchFolder) {
   EXPECT_TRUE(nhupdate::Exists(product.ProgramData() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
 }
 
+TEST(InstalledProductTest, RunsTheWholeProgramInTheScratchFolder) {
+  InstalledProduct product({.elevated = false});
+
+  EXPECT_EQ(product.RunProgram(L"-install"), 10);
+
+  EXPECT_THAT(product.Transcript(), testing::Contains(L"2|Return 10"));
+}
+
+TEST(InstalledProductTest, RunsTheProgramWithoutArguments) {
+  InstalledProduct product;
+
+  EXPECT_EQ(product.RunProgram(L""), 0);
+
+  EXPECT_THAT(product.LogCalls(), testing::IsEmpty());
+}
+
 }  // namespace
 }  // namespace nhupdate_test

@@ -31,15 +31,38 @@ TEST(InterposerTest, ReplacesTheFunctionUntilItIsDestroyed) {
   EXPECT_TRUE(::CreateDirectoryW(folder.c_str(), nullptr));
 }
 
-TEST(InterposerTest, PassesCallsOnToTheOriginal) {
+TEST(InterposerTest, PassesOnWhatAFakeHasNoAnswerFor) {
   const ScratchFolder scratch;
-  const std::wstring folder = scratch.Path() + L"\\folder";
-  INTERPOSER(CreateDirectoryW) create(
-      [&](const wchar_t* path, auto... rest) { return create.Original()(path, rest...); });
+  std::vector<std::wstring> seen;
+  const auto folder = [&](const wchar_t* name) { return scratch.Path() + L"\\" + name; };
+  {
+    INTERPOSER(CreateDirectoryW) create(
+        [&](const wchar_t* path, auto... rest) { return create.Original()(path, rest...); });
+    EXPECT_TRUE(::CreateDirectoryW(folder(L"a").c_str(), nullptr));
+  }
+  {
+    const INTERPOSER(CreateDirectoryW) create(
+        [&](const wchar_t* path, auto...) { seen.push_back(path); });
+    EXPECT_TRUE(::CreateDirectoryW(folder(L"b").c_str(), nullptr));
+  }
+  {
+    const INTERPOSER(CreateDirectoryW) create(
+        AnswersIf([&](const std::wstring& path, auto) { return path == folder(L"refused"); }, FALSE,
+                  ERROR_DISK_FULL));
+    EXPECT_TRUE(::CreateDirectoryW(folder(L"c").c_str(), nullptr));
+    EXPECT_FALSE(::CreateDirectoryW(folder(L"refused").c_str(), nullptr));
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_DISK_FULL});
+  }
+  {
+    const INTERPOSER(CreateDirectoryW) create(AnswersCall(2, FALSE, ERROR_DISK_FULL));
+    EXPECT_TRUE(::CreateDirectoryW(folder(L"d").c_str(), nullptr));
+    EXPECT_FALSE(::CreateDirectoryW(folder(L"second").c_str(), nullptr));
+    EXPECT_TRUE(::CreateDirectoryW(folder(L"e").c_str(), nullptr));
+  }
 
-  EXPECT_TRUE(::CreateDirectoryW(folder.c_str(), nullptr));
-
-  EXPECT_TRUE(nhupdate::Exists(folder));
+  EXPECT_THAT(seen, testing::ElementsAre(folder(L"b")));
+  EXPECT_THAT(ListTree(scratch.Path()),
+              testing::ElementsAre(L"a\\", L"b\\", L"c\\", L"d\\", L"e\\"));
 }
 
 TEST(InterposerTest, KeepsFunctionsOfTheSameSignatureApart) {

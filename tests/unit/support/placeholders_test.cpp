@@ -7,36 +7,29 @@
 namespace nhupdate_test {
 namespace {
 
-TEST(PlaceholdersTest, StandForTheFolders) {
-  struct Case {
+TEST(PlaceholdersTest, StandForTheFoldersAndThisProcess) {
+  const INTERPOSER(GetCurrentProcessId) process_id([] { return DWORD{42}; });
+  const struct {
     const wchar_t* text;
     const wchar_t* expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {L"", L""},
       {L"C:\\Root\\a => C:\\Root\\b", L"{root}\\a => {root}\\b"},
       {L"C:\\Root\\Nimba Hub\\a", L"{base}\\a"},
       {L"C:\\Data\\Log", L"{data}\\Log"},
+      {L"-x -ExitWhenParentDie:42", L"-x -ExitWhenParentDie:{pid}"},
   };
-  for (const Case& test_case : cases) {
-    EXPECT_EQ(WithPlaceholders(test_case.text, L"C:\\Root", L"C:\\Data"), test_case.expected);
+  for (const auto& [text, expected] : cases) {
+    EXPECT_EQ(WithPlaceholders(text, L"C:\\Root", L"C:\\Data"), expected);
   }
 }
 
-TEST(PlaceholdersTest, StandForThisProcess) {
-  const INTERPOSER(GetCurrentProcessId) process_id([] { return DWORD{42}; });
-
-  EXPECT_EQ(WithPlaceholders(L"-x -ExitWhenParentDie:42", L"C:\\Root", L"C:\\Data"),
-            L"-x -ExitWhenParentDie:{pid}");
-}
-
 TEST(PlaceholdersTest, StandForAProcessIdWhereTheProgramPutsOne) {
-  struct Case {
+  const struct {
     DWORD id;
     const wchar_t* text;
     const wchar_t* expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {32, L"2|Launch param : NIMBAHUB -ExitWhenParentDie:32",
        L"2|Launch param : NIMBAHUB -ExitWhenParentDie:{name}"},
       {0x80000005, L"-ExitWhenParentDie:-2147483643", L"-ExitWhenParentDie:{name}"},
@@ -50,17 +43,16 @@ TEST(PlaceholdersTest, StandForAProcessIdWhereTheProgramPutsOne) {
       {2, L"2|Target process 2(2) found, terminate it.",
        L"2|Target process 2({name}) found, terminate it."},
   };
-  for (const Case& test_case : cases) {
-    EXPECT_EQ(WithProcessNamed(test_case.text, test_case.id, L"{name}"), test_case.expected);
+  for (const auto& [id, text, expected] : cases) {
+    EXPECT_EQ(WithProcessNamed(text, id, L"{name}"), expected);
   }
 }
 
 TEST(PlaceholdersTest, StandForNoOtherNumber) {
-  struct Case {
+  const struct {
     DWORD id;
     const wchar_t* text;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {32, L"4|Fail to delete (32) : C:\\a.exe"},
       {32, L"4|Fail to copy (32) : C:\\a.exe => C:\\b.exe"},
       {32, L"4|Fail to delete (5) : C:\\a.exe(32)."},
@@ -79,8 +71,8 @@ TEST(PlaceholdersTest, StandForNoOtherNumber) {
       {32, L"32"},
       {8, L"2|Total 8 strings loaded."},
   };
-  for (const Case& test_case : cases) {
-    EXPECT_EQ(WithProcessNamed(test_case.text, test_case.id, L"{name}"), test_case.text);
+  for (const auto& [id, text] : cases) {
+    EXPECT_EQ(WithProcessNamed(text, id, L"{name}"), text);
   }
 }
 

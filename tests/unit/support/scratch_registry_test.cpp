@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <optional>
+#include <string>
 #include <vector>
 
 #include "base/registry.h"
@@ -29,29 +28,23 @@ TEST(ScratchRegistryTest, TakesWhatIsWrittenAndForgetsItAfterwards) {
   EXPECT_TRUE(next.IsEmpty());
 }
 
-TEST(ScratchRegistryTest, KeepsTheUserApartFromTheMachine) {
-  const ScratchRegistry registry;
-  const std::vector<std::uint8_t> bytes = {1, 0, 2};
-
-  SetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\nhupdate", L"name", {REG_BINARY, bytes});
-
-  const auto value = GetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\nhupdate", L"name");
-  ASSERT_TRUE(value);
-  EXPECT_EQ(value->type, DWORD{REG_BINARY});
-  EXPECT_EQ(value->bytes, bytes);
-  EXPECT_EQ(GetRegistryValue(HKEY_LOCAL_MACHINE, L"SOFTWARE\\nhupdate", L"name"), std::nullopt);
-  EXPECT_TRUE(registry.IsEmpty());
-}
-
-TEST(ScratchRegistryTest, LeavesTheRealRegistryAlone) {
+TEST(ScratchRegistryTest, KeepsTheUserApartFromTheMachineAndBothFromTheRealRegistry) {
+  const RegistryValue value = {REG_BINARY, {1, 0, 2}};
+  const auto value_of = [](HKEY hive) {
+    return GetRegistryValue(hive, L"SOFTWARE\\nhupdate", L"name");
+  };
   {
     const ScratchRegistry registry;
-    SetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\nhupdate", L"name", {REG_BINARY, {1}});
-    SetRegistryValue(HKEY_LOCAL_MACHINE, L"SOFTWARE\\nhupdate", L"name", {REG_BINARY, {1}});
+    SetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\nhupdate", L"name", value);
+    EXPECT_TRUE(value_of(HKEY_CURRENT_USER) == value);
+    EXPECT_FALSE(value_of(HKEY_LOCAL_MACHINE));
+    EXPECT_TRUE(registry.IsEmpty());
+
+    SetRegistryValue(HKEY_LOCAL_MACHINE, L"SOFTWARE\\nhupdate", L"name", value);
   }
 
-  EXPECT_EQ(GetRegistryValue(HKEY_CURRENT_USER, L"SOFTWARE\\nhupdate", L"name"), std::nullopt);
-  EXPECT_EQ(GetRegistryValue(HKEY_LOCAL_MACHINE, L"SOFTWARE\\nhupdate", L"name"), std::nullopt);
+  EXPECT_FALSE(value_of(HKEY_CURRENT_USER));
+  EXPECT_FALSE(value_of(HKEY_LOCAL_MACHINE));
 }
 
 TEST(SteamSettingTest, IsWhatTheProgramReads) {

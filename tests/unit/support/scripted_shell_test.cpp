@@ -4,9 +4,14 @@
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace nhupdate_test {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -39,22 +44,16 @@ TEST(ScriptedShellTest, AnswersLaunchesInTurn) {
   EXPECT_EQ(shell.Launches()[1].verb, L"(null)");
 }
 
-TEST(ScriptedShellTest, CountsWhatIsLeftOpen) {
-  ScriptedShell shell({EndsWith(0)});
-  SHELLEXECUTEINFOW execution = Execution();
+TEST(ScriptedShellTest, CountsWhatIsLeftOpenAndGivesNoProcessForWorkThatIsHandedOver) {
+  ScriptedShell shell({EndsWith(0), HandedOver()});
+  SHELLEXECUTEINFOW left_open = Execution();
+  SHELLEXECUTEINFOW handed_over = Execution();
 
-  ::ShellExecuteExW(&execution);
+  EXPECT_TRUE(::ShellExecuteExW(&left_open));
+  EXPECT_TRUE(::ShellExecuteExW(&handed_over));
 
   EXPECT_EQ(shell.OpenProcesses(), 1u);
-}
-
-TEST(ScriptedShellTest, GivesNoProcessForWorkThatIsHandedOver) {
-  ScriptedShell shell({HandedOver()});
-  SHELLEXECUTEINFOW execution = Execution();
-
-  EXPECT_TRUE(::ShellExecuteExW(&execution));
-
-  EXPECT_EQ(execution.hProcess, nullptr);
+  EXPECT_EQ(handed_over.hProcess, nullptr);
 }
 
 TEST(ScriptedShellTest, LetsAProcessDoSomethingWhileItIsWaitedFor) {
@@ -69,36 +68,31 @@ TEST(ScriptedShellTest, LetsAProcessDoSomethingWhileItIsWaitedFor) {
   EXPECT_EQ(deeds, 1);
 }
 
-void LaunchTooOften() {
-  ScriptedShell shell({});
-  SHELLEXECUTEINFOW execution = Execution();
-  ::ShellExecuteExW(&execution);
-}
-
-TEST(ScriptedShellTest, FailsTheTestAtALaunchTooMany) {
+// The messages of the failures of a test that makes so many launches.
+std::vector<std::string> FailuresOf(std::vector<ShellAnswer> script, int launches) {
   testing::TestPartResultArray failures;
   {
     const testing::ScopedFakeTestPartResultReporter reporter(
         testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &failures);
-    LaunchTooOften();
+    const ScriptedShell shell(std::move(script));
+    for (int launch = 0; launch < launches; ++launch) {
+      SHELLEXECUTEINFOW execution = Execution();
+      ::ShellExecuteExW(&execution);
+    }
   }
-
-  // The second is of the script's end.
-  ASSERT_EQ(failures.size(), 2);
-  EXPECT_THAT(failures.GetTestPartResult(0).message(), HasSubstr("Nobody expects a launch of"));
-  EXPECT_THAT(failures.GetTestPartResult(0).message(), HasSubstr("program.exe"));
+  std::vector<std::string> messages;
+  for (int index = 0; index < failures.size(); ++index) {
+    messages.push_back(failures.GetTestPartResult(index).message());
+  }
+  return messages;
 }
 
-TEST(ScriptedShellTest, FailsTheTestWhenALaunchIsMissing) {
-  testing::TestPartResultArray failures;
-  {
-    const testing::ScopedFakeTestPartResultReporter reporter(
-        testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &failures);
-    const ScriptedShell shell({EndsWith(0)});
-  }
-
-  ASSERT_EQ(failures.size(), 1);
-  EXPECT_THAT(failures.GetTestPartResult(0).message(), HasSubstr("launches in the script"));
+TEST(ScriptedShellTest, FailsTheTestAtALaunchTooManyAndWhereOneIsMissing) {
+  EXPECT_THAT(FailuresOf({}, 1),
+              ElementsAre(AllOf(HasSubstr("Nobody expects a launch of"), HasSubstr("program.exe")),
+                          HasSubstr("launches in the script")));
+  EXPECT_THAT(FailuresOf({EndsWith(0)}, 0), ElementsAre(HasSubstr("launches in the script")));
+  EXPECT_THAT(FailuresOf({EndsWith(0)}, 1), testing::IsEmpty());
 }
 
 TEST(ScriptedShellTest, AnswersByLaunchAsOftenAsNeeded) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
 #include "base/unique_handle.h"
@@ -11,32 +12,63 @@
 namespace nhupdate_test {
 namespace {
 
-TEST(ShortPathPolicyTest, RefusesPathsFrom260UnitsOnUnlessTheyHaveThePrefix) {
-  const ScratchFolder scratch;
-  std::wstring folder = scratch.Path() + L"\\" + std::wstring(120, L'a');
-  folder += L"\\" + std::wstring(257 - folder.size(), L'b');
-  CreateFolders(folder);
-  WriteFileBytes(folder + L"\\x", "x");
-  WriteFileBytes(folder + L"x", "x");
-  struct Case {
+bool CanBeOpened(const wchar_t* path) {
+  return nhupdate::UniqueFile(::CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                            OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr))
+      .IsValid();
+}
+
+bool CanBeFound(const wchar_t* path) {
+  WIN32_FIND_DATAW entry = {};
+  return nhupdate::UniqueFindHandle(::FindFirstFileW(path, &entry)).IsValid();
+}
+
+class ShortPathPolicyTest : public testing::Test {
+ protected:
+  // A file whose path has so many units.
+  [[nodiscard]] std::wstring Path(std::size_t units) const {
+    const std::wstring folder = scratch_.Path() + L"\\" + std::wstring(120, L'a') + L"\\";
+    return folder + std::wstring(units - folder.size(), L'b');
+  }
+
+  ScratchFolder scratch_;
+};
+
+TEST_F(ShortPathPolicyTest, RefusesFilesFrom260UnitsOnUnlessTheyHaveThePrefix) {
+  const std::wstring other = scratch_.Path() + L"\\other";
+  const std::function<bool(const wchar_t*)> calls[] = {
+      CanBeOpened,
+      CanBeFound,
+      [](const wchar_t* path) { return ::GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES; },
+      [&](const wchar_t* path) { return ::CopyFileW(path, other.c_str(), FALSE) != FALSE; },
+      [&](const wchar_t* path) { return ::CopyFileW(other.c_str(), path, FALSE) != FALSE; },
+      [](const wchar_t* path) { return ::DeleteFileW(path) != FALSE; },
+  };
+  const struct {
     std::wstring path;
     bool is_refused;
-  };
-  const Case cases[] = {{folder + L"x", false},   // of 259 units
-                        {folder + L"\\x", true},  // of 260
-                        {L"\\\\?\\" + folder + L"\\x", false}};
+  } cases[] = {{Path(259), false}, {Path(260), true}, {L"\\\\?\\" + Path(260), false}};
+  for (const auto& [path, is_refused] : cases) {
+    for (std::size_t call = 0; call < std::size(calls); ++call) {
+      WriteFileBytes(other, "x");
+      WriteFileBytes(Path(path.size() == 259 ? 259 : 260), "x");
+      const ShortPathPolicy policy;
 
-  const ShortPathPolicy policy;
-  for (const Case& c : cases) {
-    WIN32_FIND_DATAW entry = {};
-    const nhupdate::UniqueFile file(::CreateFileW(c.path.c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                                  nullptr, OPEN_EXISTING, 0, nullptr));
-    EXPECT_EQ(!file.IsValid(), c.is_refused) << c.path.size();
-    const nhupdate::UniqueFindHandle search(::FindFirstFileW(c.path.c_str(), &entry));
-    EXPECT_EQ(!search.IsValid(), c.is_refused) << c.path.size();
-    EXPECT_EQ(::GetFileAttributesW(c.path.c_str()) == INVALID_FILE_ATTRIBUTES, c.is_refused);
-    EXPECT_TRUE(!c.is_refused || ::GetLastError() == ERROR_PATH_NOT_FOUND);
+      EXPECT_EQ(calls[call](path.c_str()), !is_refused) << call << " " << path.size();
+
+      EXPECT_TRUE(!is_refused || ::GetLastError() == ERROR_PATH_NOT_FOUND) << call;
+      EXPECT_EQ(policy.ExtendedPaths() > 0, path.starts_with(L"\\\\?\\"));
+    }
   }
+}
+
+TEST_F(ShortPathPolicyTest, RefusesFoldersFrom248UnitsOn) {
+  WriteFileBytes(Path(200), "x");
+  const ShortPathPolicy policy;
+
+  EXPECT_TRUE(::CreateDirectoryW(Path(247).c_str(), nullptr));
+  EXPECT_FALSE(::CreateDirectoryW(Path(248).c_str(), nullptr));
+  EXPECT_EQ(::GetLastError(), DWORD{ERROR_PATH_NOT_FOUND});
 }
 
 }  // namespace

@@ -95,6 +95,7 @@ TEST(ParseNumberTest, ReadsRunsOfAnyLength) {
                                {L"-" + nines + L".,", 402, "real -inf"},
                                {L"." + zeros + L"1,", 402, "real 0"},
                                {L"-." + zeros + L"1,", 403, "real -0"},
+                               {L"0." + zeros + L"1,", 403, "real 0"},
                                {zeros + L"." + zeros + L",", 801, "real 0"},
                                {L"1." + zeros + L"1,", 403, "real 1"},
                                {L"0." + zeros.substr(0, 323) + L"5,", 326, "real 5e-324"}});

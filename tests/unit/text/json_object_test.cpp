@@ -4,7 +4,6 @@ namespace nhupdate_test {
 namespace {
 
 using nhupdate::ParseObject;
-using nhupdate::ParseValue;
 using namespace std::string_view_literals;
 
 TEST(ParseObjectTest, ReadsMembersOfEveryKind) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/windows.h"
+#include "tests/support/answers.h"
 #include "tests/support/files.h"
 #include "tests/support/held_file.h"
 #include "tests/support/interposer.h"
@@ -22,12 +23,11 @@ using nhupdate::ReadStringFile;
 using nhupdate::StringFileText;
 
 TEST(ChooseStringFileTest, FallsBackToTheGeneralLanguageAndThenToDefault) {
-  struct Case {
+  const struct {
     std::vector<std::wstring> languages;  // those that there are files for
     std::wstring language;
     std::wstring chosen;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {{L"pt-BR", L"pt", L"Default"}, L"pt-BR", L"pt-BR"},
       {{L"pt", L"Default"}, L"pt-BR", L"pt"},
       {{L"Default"}, L"pt-BR", L"Default"},
@@ -49,7 +49,7 @@ TEST(ChooseStringFileTest, FallsBackToTheGeneralLanguageAndThenToDefault) {
       {{L"", L"Default"}, L"", L""},
       {{L"Default"}, L"", L"Default"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const ScratchFolder scratch;
     for (const std::wstring& language : c.languages) {
       WriteFileBytes(scratch.Path() + L"\\NHUpdateManager." + language + L".json", "{}");
@@ -82,18 +82,16 @@ class ReadStringFileTest : public testing::Test {
 };
 
 TEST_F(ReadStringFileTest, GivesTheTextWithoutItsMarkAndTheSizeOfTheFile) {
-  struct Case {
+  const struct {
     std::string bytes;
     std::wstring text;
-  };
-  const std::wstring long_text(300'000, L'a');
-  const Case cases[] = {
+  } cases[] = {
       {"", L""},
       {"{\"A\":\"x\"}", L"{\"A\":\"x\"}"},
       {std::string("a\0b", 3), std::wstring(L"a\0b", 3)},
       {"\xC3\x84\xE6\x96\xB0\xF0\x9F\x98\x80", L"\u00C4\u65B0\xD83D\xDE00"},
       {"x\xFFy", L"x\uFFFDy"},
-      {std::string(300'000, 'a'), long_text},
+      {std::string(300'000, 'a'), std::wstring(300'000, L'a')},
       {"\xEF\xBB\xBF", L""},
       {"\xEF\xBB\xBFx", L"x"},
       {"\xEF\xBB\xBFxyz", L"xyz"},
@@ -102,8 +100,7 @@ TEST_F(ReadStringFileTest, GivesTheTextWithoutItsMarkAndTheSizeOfTheFile) {
       {"\xEF\xBB\xBCx", L"\xFEFCx"},
       {"\xEF\xBA\xBFx", L"\xFEBFx"},
   };
-
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const StringFileText read = Read(c.bytes);
 
     EXPECT_TRUE(read.text == c.text) << testing::PrintToString(c.bytes.substr(0, 20));
@@ -142,56 +139,48 @@ TEST_F(ReadStringFileTest, GivesNothingOfWhatCannotBeOpened) {
   EXPECT_FALSE(ReadStringFile(path_));  // not shared
 }
 
-TEST_F(ReadStringFileTest, GivesNothingOfWhatCannotBeRead) {
-  WriteFileBytes(path_, "x");
-  INTERPOSER(ReadFile) read([](HANDLE, void*, DWORD, DWORD* count, OVERLAPPED*) -> BOOL {
-    *count = 1;
-    ::SetLastError(ERROR_CRC);
-    return FALSE;
-  });
-
-  EXPECT_FALSE(ReadStringFile(path_));
-  EXPECT_EQ(read.Calls(), 1);
-}
-
 // The JSON reader counts in int, the position behind the last unit included.
 TEST_F(ReadStringFileTest, GivesNothingOfASizeThatIsUnknownOrTooLargeToCount) {
-  struct Case {
+  const struct {
     BOOL result;
     LONGLONG size;
-  };
-  constexpr Case cases[] = {
+  } cases[] = {
       {FALSE, 1}, {TRUE, INT_MAX}, {TRUE, LONGLONG{INT_MAX} + 1}, {TRUE, LONGLONG{1} << 32}};
   WriteFileBytes(path_, "x");
-
-  for (const Case& c : cases) {
-    INTERPOSER(GetFileSizeEx) size([&](HANDLE, LARGE_INTEGER* result) {
-      result->QuadPart = c.size;
+  for (const auto& c : cases) {
+    const INTERPOSER(GetFileSizeEx) ask([&](HANDLE, LARGE_INTEGER* size) {
+      size->QuadPart = c.size;
       return c.result;
     });
-    INTERPOSER(ReadFile) read(
-        [](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL { return FALSE; });
+    const INTERPOSER(ReadFile) read(Answers(FALSE));
 
     EXPECT_FALSE(ReadStringFile(path_)) << c.size;
     EXPECT_EQ(read.Calls(), 0) << c.size;
   }
 }
 
-// As after another has shortened it.
-TEST_F(ReadStringFileTest, GivesWhatOneReadGives) {
+// As after another has shortened it, or where a disk is damaged.
+TEST_F(ReadStringFileTest, GivesWhatOneReadGivesOrNothing) {
   WriteFileBytes(path_, "abcdef");
-  INTERPOSER(ReadFile) read(
-      [&](HANDLE file, void* bytes, DWORD byte_count, DWORD* count, OVERLAPPED* overlapped) {
-        EXPECT_EQ(byte_count, 6U);
-        return read.Original()(file, bytes, 4, count, overlapped);
-      });
+  const struct {
+    DWORD count;
+    BOOL result;
+  } cases[] = {{4, TRUE}, {4, FALSE}};
+  for (const auto& c : cases) {
+    const INTERPOSER(ReadFile) read([&](HANDLE file, void* bytes, DWORD, auto... rest) {
+      read.Original()(file, bytes, c.count, rest...);
+      return c.result;
+    });
 
-  const std::optional<StringFileText> file = ReadStringFile(path_);
+    const std::optional<StringFileText> file = ReadStringFile(path_);
 
-  ASSERT_TRUE(file);
-  EXPECT_EQ(file->text, L"abcd");
-  EXPECT_EQ(file->byte_count, 4);
-  EXPECT_EQ(read.Calls(), 1);
+    EXPECT_EQ(read.Calls(), 1);
+    ASSERT_EQ(file.has_value(), c.result != FALSE);
+    if (file) {
+      EXPECT_EQ(file->text, L"abcd");
+      EXPECT_EQ(file->byte_count, 4);
+    }
+  }
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/windows.h"
+#include "tests/support/answers.h"
 #include "tests/support/files.h"
 #include "tests/support/interposer.h"
 #include "tests/support/recorded_log.h"
@@ -45,12 +46,11 @@ class StringTableTest : public testing::Test {
 };
 
 TEST_F(StringTableTest, TakesTheTextsOfAnObject) {
-  struct Case {
+  const struct {
     const char* name;
     std::string bytes;
     StringTable strings;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"texts",
        R"({"KEY_UPDATE_TITLE": "Nimba Hub Update", "Other": "a\nb"})",
        {{nhupdate::kKeyUpdateTitle, L"Nimba Hub Update"}, {L"Other", L"a\nb"}}},
@@ -83,8 +83,7 @@ TEST_F(StringTableTest, TakesTheTextsOfAnObject) {
       {"a NUL before it", "\0{\"A\":\"x\"}"s, {}},
       {"UTF-16", "\xFF\xFE{\0\"\0A\0\"\0:\0\"\0x\0\"\0}\0"s, {}},
   };
-
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     strings_.clear();
 
     Load(c.bytes);
@@ -114,10 +113,7 @@ TEST_F(StringTableTest, SaysWhichFileCannotBeReadAndKeepsWhatIsThere) {
   const StringTable expected = {{L"A", L"a"}};
   Load(R"({"A":"a"})");
   {
-    INTERPOSER(ReadFile) read([](HANDLE, void*, DWORD, DWORD*, OVERLAPPED*) -> BOOL {
-      ::SetLastError(ERROR_CRC);
-      return FALSE;
-    });
+    const INTERPOSER(ReadFile) read(Answers(FALSE, ERROR_CRC));
     Load();
   }
   EXPECT_THAT(log_.Records(), not_opened);

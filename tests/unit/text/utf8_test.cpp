@@ -75,15 +75,12 @@ TEST(Utf8ToWideTest, ReplacesLongerInvalidSequencesAndGoesOnBehindThem) {
 
 TEST(Utf8ToWideTest, AsksForUtf8WithoutFlagsAndGivesNothingWhenItGetsNothing) {
   for (const int failing_call : {1, 2}) {
-    std::wstring text;
+    std::wstring text = L"as it was";
     {
-      INTERPOSER(MultiByteToWideChar) convert([&](UINT page, DWORD flags, const char* bytes,
-                                                  int byte_count, wchar_t* units, int unit_count) {
+      const INTERPOSER(MultiByteToWideChar) convert([&](UINT page, DWORD flags, auto... rest) {
         EXPECT_EQ(page, 65001U);
         EXPECT_EQ(flags, 0U);
-        return convert.Calls() == failing_call
-                   ? 0
-                   : convert.Original()(page, flags, bytes, byte_count, units, unit_count);
+        return convert.Calls() == failing_call ? 0 : convert.Original()(page, flags, rest...);
       });
       text = nhupdate::Utf8ToWide("abc", 3);
       EXPECT_EQ(convert.Calls(), failing_call);

@@ -1,6 +1,5 @@
-#include <optional>
-
 #include "base/existence.h"
+#include "tests/support/answers.h"
 #include "tests/support/failing_copy.h"
 #include "tests/support/fake_process_table.h"
 #include "tests/support/product_keys.h"
@@ -14,13 +13,13 @@ namespace {
 
 using nhupdate::Exists;
 using nhupdate::InstallKind;
+using testing::ElementsAre;
 
 // A product with one staged file, an old one installed, an empty folder, and a registry, processes
 // and tools of its own.
 class InstallSequenceTest : public WorkflowTest {
  protected:
-  explicit InstallSequenceTest(const ProductOptions& options = {}) : WorkflowTest(options) {
-    surroundings_.emplace(product_.Facts());
+  InstallSequenceTest() {
     AddFile(L"\\old.txt");
     AddFile(L"\\Updater\\App\\new.txt");
     AddFile(L"\\Updater\\Config\\ut.ini");
@@ -28,57 +27,66 @@ class InstallSequenceTest : public WorkflowTest {
     CreateFolders(product_.Base() + L"\\Empty\\Inner");
   }
 
-  // The golden files lie beside the test program, and not where the surroundings say.
-  void TearDown() override {
-    surroundings_.reset();
-    WorkflowTest::TearDown();
+  int Run() override {
+    const ProductSurroundings surroundings(product_.Facts());
+    return Manager().InstallSequence(kind_);
   }
 
-  // Both kinds, each in a state that is the same at its beginning.
-  void TellRun(InstallKind kind) {
-    const ScriptedShell shell({});
-    Tell(Manager().InstallSequence(kind));
-    EXPECT_EQ(Exists(product_.Base() + L"\\Empty"), kind == InstallKind::kInstallation);
-    EXPECT_EQ(Exists(product_.Root() + L"\\NimbaCast"), kind == InstallKind::kInstallation);
+  void TellRunOf(InstallKind kind) {
+    kind_ = kind;
+    TellRun({});
   }
 
-  static FakeProcess StubbornCopy() {
-    return {.id = 4242, .image_path = L"C:\\NHUpdateManager.exe", .refuses_to_end = true};
+  // Both kinds, of which one installs the sibling and the other removes empty folders.
+  void TellBothKinds() {
+    TellRunOf(InstallKind::kInstallation);
+    EXPECT_TRUE(Exists(product_.Base() + L"\\Empty"));
+    EXPECT_TRUE(Exists(product_.Root() + L"\\NimbaCast"));
+    RemoveTree(product_.Root() + L"\\NimbaCast");
+
+    TellRunOf(InstallKind::kLastUpdateStage);
+    EXPECT_FALSE(Exists(product_.Base() + L"\\Empty"));
+    EXPECT_FALSE(Exists(product_.Root() + L"\\NimbaCast"));
   }
 
-  std::optional<ProductSurroundings> surroundings_;
+  InstallKind kind_ = InstallKind::kLastUpdateStage;
   RecordedTools tools_;
   FakeProcessTable no_processes_;
   ScratchRegistry registry_;
 };
 
-TEST_F(InstallSequenceTest, PutsTheProductIntoPlaceAndThenItsSibling) {
-  TellRun(InstallKind::kInstallation);
+TEST_F(InstallSequenceTest, PutsTheProductIntoPlaceAndInstallsItsSiblingOrRemovesEmptyFolders) {
+  TellBothKinds();
 
   EXPECT_EQ(registry_.Text(kProductKey, L"AppPath"), product_.Root());
 }
 
-TEST_F(InstallSequenceTest, AsTheLastStagePutsTheProductIntoPlaceAndRemovesEmptyFolders) {
-  TellRun(InstallKind::kLastUpdateStage);
+// The deepest first, and with what came after the scan.
+TEST_F(InstallSequenceTest, RemovesTheEmptyFoldersInTheOrderInWhichTheyWereFoundAndForgetsThem) {
+  const std::wstring empty = product_.Base() + L"\\Empty";
+  std::vector<std::wstring> deleted;
+  {
+    const INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, auto... rest) {
+      if ((access & DELETE) != 0 && std::wstring(path).starts_with(empty)) {
+        WriteFileBytes(empty + L"\\late", "x");
+        deleted.push_back(path);
+      }
+      return open.Original()(path, access, rest...);
+    });
+    EXPECT_EQ(Run(), 0);
+  }
+  EXPECT_THAT(deleted, ElementsAre(empty + L"\\Inner", empty + L"\\late", empty));
 
-  EXPECT_EQ(registry_.Text(kProductKey, L"AppPath"), product_.Root());
-}
-
-TEST_F(InstallSequenceTest, ForgetsTheFoldersItRemoved) {
-  std::ignore = Manager().InstallSequence(InstallKind::kLastUpdateStage);
   AddFile(L"\\Empty\\file.txt");
-
-  std::ignore = Manager().InstallSequence(InstallKind::kLastUpdateStage);
-
-  EXPECT_TRUE(Exists(product_.Base() + L"\\Empty\\file.txt"));
+  EXPECT_EQ(Run(), 0);
+  EXPECT_TRUE(Exists(empty + L"\\file.txt"));
 }
 
 TEST_F(InstallSequenceTest, NeitherCopiesNorRegistersBesideAnotherCopy) {
-  const FakeProcessTable processes({StubbornCopy()});
+  const FakeProcessTable processes(
+      {{.id = 4242, .image_path = L"C:\\NHUpdateManager.exe", .refuses_to_end = true}});
 
-  TellRun(InstallKind::kInstallation);
-  RemoveTree(product_.Root() + L"\\NimbaCast");
-  TellRun(InstallKind::kLastUpdateStage);
+  TellBothKinds();
 
   EXPECT_TRUE(registry_.IsEmpty());
   EXPECT_TRUE(Exists(product_.Base() + L"\\old.txt"));
@@ -87,48 +95,53 @@ TEST_F(InstallSequenceTest, NeitherCopiesNorRegistersBesideAnotherCopy) {
 TEST_F(InstallSequenceTest, DoesNotRegisterWhatWasNotCopied) {
   const FailingCopy copy(ERROR_DISK_FULL);
 
-  TellRun(InstallKind::kInstallation);
-  RemoveTree(product_.Root() + L"\\NimbaCast");
-  TellRun(InstallKind::kLastUpdateStage);
+  TellBothKinds();
 
   EXPECT_TRUE(registry_.IsEmpty());
 }
 
 TEST_F(InstallSequenceTest, IsDoneEvenIfTheRegistrationFailed) {
-  const INTERPOSER(RegSetValueExW) set_value([](HKEY, const wchar_t*, DWORD, DWORD, const BYTE*,
-                                                DWORD) { return LSTATUS{ERROR_ACCESS_DENIED}; });
+  const INTERPOSER(RegSetValueExW) set_value(Answers(LSTATUS{ERROR_ACCESS_DENIED}));
 
-  TellRun(InstallKind::kLastUpdateStage);
+  TellRunOf(InstallKind::kLastUpdateStage);
 
   EXPECT_EQ(set_value.Calls(), 12);
 }
 
-class UnelevatedInstallSequenceTest : public InstallSequenceTest {
- protected:
-  UnelevatedInstallSequenceTest() : InstallSequenceTest({.elevated = false}) {}
-};
+TEST_F(InstallSequenceTest, OfAnInstallationEndsBeforeAnythingIsStoppedWithoutElevation) {
+  LoseElevation();
 
-TEST_F(UnelevatedInstallSequenceTest, EndsBeforeAnythingIsStopped) {
-  const FakeProcessTable processes({StubbornCopy()});
-  const ScriptedShell shell({});
+  TellRunOf(InstallKind::kInstallation);
 
-  Tell("Installation", Manager().InstallSequence(InstallKind::kInstallation));
-  Tell("FinalUpdate", Manager().FinalUpdate());
-
-  EXPECT_EQ(processes.Enumerations(), 0);
-  EXPECT_FALSE(Exists(product_.Root() + L"\\NimbaCast"));
+  EXPECT_EQ(no_processes_.Enumerations(), 0);
 }
 
-TEST_F(UnelevatedInstallSequenceTest, AsTheLastStageLeavesTheTestToItsCallerButGrantsNothing) {
-  TellRun(InstallKind::kLastUpdateStage);
+TEST_F(InstallSequenceTest, AsTheLastStageLeavesTheTestToItsCallerButGrantsNothing) {
+  LoseElevation();
+
+  TellRunOf(InstallKind::kLastUpdateStage);
 
   EXPECT_THAT(tools_.Started(), testing::IsEmpty());
 }
 
-using FinalUpdateTest = InstallSequenceTest;
+class FinalUpdateTest : public InstallSequenceTest {
+ protected:
+  int Run() override {
+    const ProductSurroundings surroundings(product_.Facts());
+    return Manager().FinalUpdate();
+  }
+};
 
 TEST_F(FinalUpdateTest, IsTheLastStage) {
-  Tell(Manager().FinalUpdate());
+  TellRun({});
+}
+
+TEST_F(FinalUpdateTest, EndsBeforeAnythingIsStoppedWithoutElevation) {
+  LoseElevation();
+
+  TellRun({});
+
+  EXPECT_EQ(no_processes_.Enumerations(), 0);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "base/product_folders.h"
 #include "install/folder_copy.h"
@@ -29,6 +30,17 @@ class MechanismTest : public ToldTest {
     log_.ForgetRecords();
   }
   void Tell(int result) { Tell("", result); }
+
+  // Runs the mechanism with children that answer by the script; tells what was done with them, too.
+  template <typename Mechanism>
+  int TellRun(const std::string& heading, const std::vector<ShellAnswer>& script,
+              Mechanism mechanism) {
+    const ScriptedShell shell(script);
+    const int result = static_cast<int>(mechanism());
+    Tell(heading, result);
+    TellEvents(shell);
+    return result;
+  }
 
   [[nodiscard]] std::wstring Root() const { return scratch_.Path(); }
   [[nodiscard]] std::wstring Base() const { return Root() + L"\\Nimba Hub"; }

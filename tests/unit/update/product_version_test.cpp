@@ -11,21 +11,11 @@ namespace {
 
 using nhupdate::ReadProductVersion;
 
-class ProductVersionTest : public testing::Test {
- protected:
-  void Write(const std::string& content) {
-    WriteFileBytes(scratch_.Path() + L"\\Version.txt", content);
-  }
-
-  ScratchFolder scratch_;
-};
-
-TEST_F(ProductVersionTest, IsReadFromTheProductSection) {
-  struct Case {
-    const char* content;
-    const wchar_t* version;
-  };
-  const Case cases[] = {
+TEST(ProductVersionTest, IsReadFromTheProductSectionUpTo255Characters) {
+  const struct {
+    std::string content;
+    std::wstring version;
+  } cases[] = {
       {"[ProductVersion]\r\nVersion=1.2.3\r\n", L"1.2.3"},
       {"[ProductVersion]\nVersion=1.2.3", L"1.2.3"},
       {"[productversion]\r\nVERSION=1.2.3\r\n", L"1.2.3"},
@@ -35,32 +25,23 @@ TEST_F(ProductVersionTest, IsReadFromTheProductSection) {
       {"[ProductVersion]\r\n", L""},
       {"Version=1.2.3\r\n", L""},
       {"", L""},
+      {VersionFile(std::string(254, '7')), std::wstring(254, L'7')},
+      {VersionFile(std::string(255, '7')), std::wstring(255, L'7')},
+      {VersionFile(std::string(256, '7')), std::wstring(255, L'7')},
+      {VersionFile(std::string(1000, '7')), std::wstring(255, L'7')},
   };
-  for (const Case& test_case : cases) {
-    Write(test_case.content);
-
-    const std::wstring version = ReadProductVersion(scratch_.Path());
-
-    EXPECT_EQ(version, test_case.version) << test_case.content;
-  }
-}
-
-TEST_F(ProductVersionTest, IsEmptyWithoutAFile) {
-  const std::wstring version = ReadProductVersion(scratch_.Path());
-
-  EXPECT_EQ(version, L"");
-}
-
-TEST_F(ProductVersionTest, IsCutOffAt255Characters) {
-  for (const std::size_t length : {254u, 255u, 256u, 1000u}) {
-    // Wine and Windows keep versions apart by file, so every length has its own folder.
+  for (const auto& [content, version] : cases) {
     const ScratchFolder folder;
-    WriteFileBytes(folder.Path() + L"\\Version.txt", VersionFile(std::string(length, '7')));
+    WriteFileBytes(folder.Path() + L"\\Version.txt", content);
 
-    const std::wstring version = ReadProductVersion(folder.Path());
-
-    EXPECT_EQ(version, std::wstring(std::min<std::size_t>(length, 255), L'7'));
+    EXPECT_EQ(ReadProductVersion(folder.Path()), version) << content;
   }
+}
+
+TEST(ProductVersionTest, IsEmptyWithoutAFile) {
+  const ScratchFolder folder;
+
+  EXPECT_EQ(ReadProductVersion(folder.Path()), L"");
 }
 
 }  // namespace

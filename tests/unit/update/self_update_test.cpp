@@ -12,6 +12,10 @@ using testing::IsEmpty;
 
 constexpr wchar_t kStagedModule[] = L"\\Updater\\App\\NHUpdateManager";
 
+const std::vector<std::wstring> kProgramFiles = {L"Config\\",
+                                                 L"Config\\NHUpdateManager.Default.json",
+                                                 L"NHUpdateManager.exe", L"NSWLogDynamic64U.dll"};
+
 class SelfUpdateTest : public WorkflowTest {
  protected:
   explicit SelfUpdateTest(const ProductOptions& options = {.module = kStagedModule})
@@ -19,30 +23,30 @@ class SelfUpdateTest : public WorkflowTest {
     AddFile(options.module + L"\\NHUpdateManager.exe");
   }
 
+  int Run() override { return Manager().SelfUpdate(); }
+
   [[nodiscard]] std::wstring Installed() const { return product_.Base() + L"\\NHUpdateManager"; }
 
   FakeProcessTable no_processes_;
 };
 
-TEST_F(SelfUpdateTest, ReplacesTheInstalledCopyAndStartsIt) {
+TEST_F(SelfUpdateTest, ReplacesTheInstalledCopyASecondAfterItStoppedOthersAndStartsIt) {
+  const std::wstring executable = Installed() + L"\\NHUpdateManager.exe";
   AddFile(L"\\NHUpdateManager\\Config\\old.json");
-  const ScriptedShell shell({EndsWith(0)});
+  const RecordedSleeps sleeps([&](int) { EXPECT_FALSE(nhupdate::Exists(executable)); });
 
-  Tell(Manager().SelfUpdate());
+  TellRun({EndsWith(0)});
 
-  TellEvents(shell);
-  EXPECT_THAT(ListTree(Installed()),
-              ElementsAre(L"Config\\", L"Config\\NHUpdateManager.Default.json",
-                          L"NHUpdateManager.exe", L"NSWLogDynamic64U.dll"));
+  EXPECT_THAT(sleeps.Milliseconds(), ElementsAre(1000u));
+  EXPECT_EQ(ListTree(Installed()), kProgramFiles);
 }
 
 TEST_F(SelfUpdateTest, StopsOtherCopiesButNotItself) {
   const FakeProcessTable processes({{4242, L"C:\\Elsewhere\\nhupdatemanager.EXE"},
                                     {FakeProcessTable::kOwnId, L"C:\\Here\\NHUpdateManager.exe"},
                                     {4246, L"C:\\Elsewhere\\Other.exe"}});
-  const ScriptedShell shell({EndsWith(0)});
 
-  Tell(Manager().SelfUpdate());
+  TellRun({EndsWith(0)});
 
   EXPECT_THAT(processes.Running(), ElementsAre(FakeProcessTable::kOwnId, 4246u));
 }
@@ -50,49 +54,31 @@ TEST_F(SelfUpdateTest, StopsOtherCopiesButNotItself) {
 TEST_F(SelfUpdateTest, TellsTheUserToCloseACopyThatCannotBeStopped) {
   const FakeProcessTable processes(
       {{.id = 4242, .image_path = L"C:\\Elsewhere\\NHUpdateManager.exe", .refuses_to_end = true}});
-  const ScriptedShell shell({});
 
-  Tell(Manager().SelfUpdate());
+  TellRun({});
 }
 
 TEST_F(SelfUpdateTest, TellsTheUserWhenTheNextStageCannotBeStarted) {
-  {
-    const ScriptedShell shell({FailsWith(ERROR_CANCELLED)});
-    Tell("NotLaunched", Manager().SelfUpdate());
-  }
+  TellRun("NotLaunched", {FailsWith(ERROR_CANCELLED)});
   Remove(std::wstring(kStagedModule) + L"\\NHUpdateManager.exe");
   Remove(L"\\NHUpdateManager\\NHUpdateManager.exe");
-  const ScriptedShell shell({});
-  Tell("Missing", Manager().SelfUpdate());
-}
-
-TEST_F(SelfUpdateTest, GivesStoppedProcessesASecondBeforeItCopies) {
-  const ScriptedShell shell({EndsWith(0)});
-  const std::wstring copied = Installed() + L"\\NHUpdateManager.exe";
-  const RecordedSleeps sleeps([&](int) { EXPECT_FALSE(nhupdate::Exists(copied)); });
-
-  EXPECT_EQ(Manager().SelfUpdate(), 0);
-
-  EXPECT_THAT(sleeps.Milliseconds(), ElementsAre(1000u));
-  EXPECT_TRUE(nhupdate::Exists(copied));
+  TellRun("Missing", {});
 }
 
 TEST_F(SelfUpdateTest, TriesTheCopyUpToThreeTimes) {
   for (const int failures : {1, 2}) {
-    const ScriptedShell shell({EndsWith(0)});
     const FailingCopy copy(ERROR_SHARING_VIOLATION,
                            [&](const std::wstring&) { return copy.Calls() <= failures; });
-    Tell(std::to_string(failures), Manager().SelfUpdate());
+    TellRun(std::to_string(failures), {EndsWith(0)});
   }
 }
 
 TEST_F(SelfUpdateTest, GivesUpTheCopyAfterThreeFailuresAndTheirSleeps) {
-  const ScriptedShell shell({});
   const FailingCopy copy(ERROR_SHARING_VIOLATION);
   // The user is told when it is over, not before the last sleep.
   const RecordedSleeps sleeps([&](int) { EXPECT_THAT(boxes_.Shown(), IsEmpty()); });
 
-  Tell(Manager().SelfUpdate());
+  TellRun({});
 
   EXPECT_THAT(sleeps.Milliseconds(), ElementsAre(1000u, 3000u, 3000u, 3000u));
 }
@@ -107,27 +93,20 @@ TEST_F(MisplacedSelfUpdateTest, CopiesThreeFoldersUpAllTheSame) {
   const std::wstring target = nhupdate::ParentFolder(product_.Root()) + L"\\NHUpdateManager";
   const ScriptedShell shell({EndsWith(0)});
 
-  EXPECT_EQ(Manager().SelfUpdate(), 0);
+  EXPECT_EQ(Run(), 0);
 
   ASSERT_EQ(shell.Launches().size(), 1u);
   EXPECT_EQ(shell.Launches()[0].file, target + L"\\NHUpdateManager.exe");
   EXPECT_EQ(shell.Launches()[0].folder, target);
-  EXPECT_THAT(ListTree(target), ElementsAre(L"Config\\", L"Config\\NHUpdateManager.Default.json",
-                                            L"NHUpdateManager.exe", L"NSWLogDynamic64U.dll"));
+  EXPECT_EQ(ListTree(target), kProgramFiles);
 }
 
-class UnelevatedSelfUpdateTest : public SelfUpdateTest {
- protected:
-  UnelevatedSelfUpdateTest() : SelfUpdateTest({.elevated = false, .module = kStagedModule}) {}
-};
+TEST_F(SelfUpdateTest, EndsBeforeAnythingIsStoppedWithoutElevation) {
+  LoseElevation();
 
-TEST_F(UnelevatedSelfUpdateTest, EndsBeforeAnythingIsStopped) {
-  const FakeProcessTable processes({{4242, L"C:\\Elsewhere\\NHUpdateManager.exe"}});
-  const ScriptedShell shell({});
+  TellRun({});
 
-  Tell(Manager().SelfUpdate());
-
-  EXPECT_EQ(processes.Enumerations(), 0);
+  EXPECT_EQ(no_processes_.Enumerations(), 0);
 }
 
 }  // namespace

@@ -1,8 +1,7 @@
 #include "update/updater_config.h"
 
-#include <optional>
-
 #include "base/existence.h"
+#include "tests/support/answers.h"
 #include "tests/support/folder_link.h"
 #include "tests/support/held_file.h"
 #include "tests/unit/update/mechanism_test.h"
@@ -62,11 +61,7 @@ TEST_F(UpdaterConfigTest, StaysWhenItCannotBeDeleted) {
     Tell("Locked", Delete(folders_));
   }
   {
-    const INTERPOSER(SetFileInformationByHandle) refuse(
-        [](HANDLE, FILE_INFO_BY_HANDLE_CLASS, void*, DWORD) -> BOOL {
-          ::SetLastError(ERROR_ACCESS_DENIED);
-          return FALSE;
-        });
+    const INTERPOSER(SetFileInformationByHandle) refuse(Answers(FALSE, ERROR_ACCESS_DENIED));
     Tell("Refused", Delete(folders_));
     EXPECT_EQ(refuse.Calls(), 2);
   }
@@ -81,21 +76,13 @@ TEST_F(UpdaterConfigTest, StaysWhenItCannotBeDeleted) {
 // FAT and exFAT know neither the question for a link's kind nor the deletion at once.
 TEST_F(UpdaterConfigTest, IsDeletedOnAPlainDiskToo) {
   Add(kConfig);
-  INTERPOSER(GetFileInformationByHandleEx)
-  ask([&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* answer, DWORD size) -> BOOL {
-    if (kind == FileAttributeTagInfo) {
-      ::SetLastError(ERROR_INVALID_PARAMETER);
-      return FALSE;
-    }
-    return ask.Original()(file, kind, answer, size);
+  const INTERPOSER(GetFileInformationByHandleEx) ask([&](HANDLE file, auto kind, auto... rest) {
+    ::SetLastError(ERROR_INVALID_PARAMETER);
+    return kind == FileAttributeTagInfo ? FALSE : ask.Original()(file, kind, rest...);
   });
-  INTERPOSER(SetFileInformationByHandle)
-  change([&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* value, DWORD size) -> BOOL {
-    if (kind != FileDispositionInfo) {
-      ::SetLastError(ERROR_INVALID_PARAMETER);
-      return FALSE;
-    }
-    return change.Original()(file, kind, value, size);
+  const INTERPOSER(SetFileInformationByHandle) change([&](HANDLE file, auto kind, auto... rest) {
+    ::SetLastError(ERROR_INVALID_PARAMETER);
+    return kind == FileDispositionInfo ? change.Original()(file, kind, rest...) : FALSE;
   });
 
   Tell(Delete(folders_));
@@ -103,33 +90,22 @@ TEST_F(UpdaterConfigTest, IsDeletedOnAPlainDiskToo) {
   EXPECT_FALSE(ConfigExists());
 }
 
-TEST_F(UpdaterConfigTest, IsNotDeletedBehindALink) {
-  Add(kConfig);
-  LinkConfigToAnotherFolder();
-
-  Tell(Delete(folders_));
-
-  EXPECT_EQ(ReadFileBytes(OtherFile()), "another's");
-  RemoveFolderLink(Updater() + L"\\Config");
-}
-
-TEST_F(UpdaterConfigTest, IsNotDeletedBehindALinkThatComesAfterTheLook) {
+TEST_F(UpdaterConfigTest, IsNotDeletedBehindALinkWheneverThatComes) {
   Add(kConfig);
   // The last moment: the file is about to be opened.
   bool is_exchanged = false;
-  INTERPOSER(CreateFileW)
-  open([&](const wchar_t* path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
-           DWORD disposition, DWORD flags, HANDLE model) {
+  const INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
     if (!is_exchanged && std::wstring(path) == Base() + kConfig) {
       is_exchanged = true;
       LinkConfigToAnotherFolder();
     }
-    return open.Original()(path, access, sharing, security, disposition, flags, model);
+    return open.Original()(path, rest...);
   });
 
-  Tell(Delete(folders_));
-
+  Tell("After the look", Delete(folders_));
   EXPECT_TRUE(is_exchanged);
+  Tell("Before it", Delete(folders_));
+
   EXPECT_EQ(ReadFileBytes(OtherFile()), "another's");
   RemoveFolderLink(Updater() + L"\\Config");
 }

@@ -24,45 +24,27 @@ const struct {
 
 class UpdaterRunTest : public MechanismTest {
  protected:
-  int Check() {
-    return static_cast<int>(
-        CheckWithUpdater(nhupdate::kCheckForUpdate, Updater(),
-                         {.found = L"Found.", .nothing_found = L"Nothing found."}, log_.Log()));
-  }
-  int Update() {
-    return static_cast<int>(UpdateWithUpdater(nhupdate::kUpdateProduct, Updater(), log_.Log()));
+  // Without an updater, then with one that gives each of the answers.
+  template <typename Mechanism>
+  void TellRuns(Mechanism mechanism) {
+    TellRun("Missing", {}, mechanism);
+    Add(L"\\Updater\\Updater.exe");
+    for (const auto& [name, answer] : kAnswers) {
+      TellRun(name, {answer}, mechanism);
+    }
   }
 };
 
 TEST_F(UpdaterRunTest, JudgesAChecksExitCodeAndClosesItsProcess) {
-  const ScriptedShell none({});
-  Tell("Missing", Check());
-  Add(L"\\Updater\\Updater.exe");
-  for (const auto& [name, answer] : kAnswers) {
-    const ScriptedShell shell({answer});
-
-    Tell(name, Check());
-
-    TellEvents(shell);
-    EXPECT_EQ(shell.OpenProcesses(), 0u);
-  }
+  TellRuns([this] {
+    return CheckWithUpdater(nhupdate::kCheckForUpdate, Updater(),
+                            {.found = L"Found.", .nothing_found = L"Nothing found."}, log_.Log());
+  });
 }
 
 // On purpose, for whoever looks after a failure.
 TEST_F(UpdaterRunTest, JudgesAnUpdatesExitCodeAndLeavesAFailedOnesProcessOpen) {
-  const ScriptedShell none({});
-  Tell("Missing", Update());
-  Add(L"\\Updater\\Updater.exe");
-  for (const auto& [name, answer] : kAnswers) {
-    const ScriptedShell shell({answer});
-
-    const int outcome = Update();
-
-    Tell(name, outcome);
-    TellEvents(shell);
-    EXPECT_EQ(shell.OpenProcesses(),
-              outcome == static_cast<int>(nhupdate::UpdateOutcome::kFailed) ? 1u : 0u);
-  }
+  TellRuns([this] { return UpdateWithUpdater(nhupdate::kUpdateProduct, Updater(), log_.Log()); });
 }
 
 }  // namespace

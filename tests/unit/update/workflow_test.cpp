@@ -11,6 +11,17 @@ WorkflowTest::WorkflowTest(const ProductOptions& options) : product_(options) {
   product_.ForgetRecords();
 }
 
+void WorkflowTest::LoseElevation() {
+  product_.StartUnelevated();
+  product_.ForgetRecords();
+}
+
+void WorkflowTest::TellRun(const std::string& heading, const std::vector<ShellAnswer>& script) {
+  const ScriptedShell shell(script);
+  Tell(heading, Run());
+  TellEvents(shell);
+}
+
 void WorkflowTest::Tell(const std::string& heading, int result) {
   TellHeading(heading);
   TellLines(product_.Transcript());

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "tests/support/files.h"
 #include "tests/support/installed_product.h"
@@ -23,9 +24,16 @@ class WorkflowTest : public ToldTest {
 
   [[nodiscard]] nhupdate::CManagerCenter& Manager() { return product_.Manager(); }
 
-  // Tells the records, boxes and sleeps since the last time, and the workflow's result.
-  void Tell(const std::string& heading, int result);
-  void Tell(int result) { Tell("", result); }
+  // The workflow that the fixture is for.
+  virtual int Run() = 0;
+
+  // From now on the process isn't elevated.
+  void LoseElevation();
+
+  // Runs it with children that answer by the script. Tells the records, boxes and sleeps, the
+  // result and what was done with the children.
+  void TellRun(const std::string& heading, const std::vector<ShellAnswer>& script);
+  void TellRun(const std::vector<ShellAnswer>& script) { TellRun("", script); }
 
   // Creates an empty file, or deletes a file, given relative to the base folder.
   void AddFile(const std::wstring& path) { WriteFileBytes(product_.Base() + path, ""); }
@@ -40,14 +48,10 @@ class WorkflowTest : public ToldTest {
   RecordedSleeps sleeps_;
 
  private:
+  void Tell(const std::string& heading, int result);
+
   std::size_t told_boxes_ = 0;
   std::size_t told_sleeps_ = 0;
-};
-
-// The same in a process that isn't elevated.
-class UnelevatedWorkflowTest : public WorkflowTest {
- protected:
-  UnelevatedWorkflowTest() : WorkflowTest({.elevated = false}) {}
 };
 
 }  // namespace nhupdate_test
