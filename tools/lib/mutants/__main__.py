@@ -186,7 +186,7 @@ def main():
         raise SystemExit("Faults are being planted here already.") from None
 
     begin = time.monotonic()
-    single, rejected = tree.plant(chosen, sources)
+    single, rejected = tree.plant(chosen, sources, options.name)
     say(f"Built after {time.monotonic() - begin:.0f} s")
     lanes = [Lane(tree, number) for number in range(1, options.jobs + 1)]
     run = Run(tree, Suite(tree, options.name), lanes, tree.folder.parent / "results.txt")

@@ -73,9 +73,9 @@ class PlantedTree:
 
     # --- faults that are chosen at run time
 
-    def plant(self, chosen, sources):
-        """Writes the sources with all faults that can be chosen at run time. Returns those that
-        can't, and those that don't compile."""
+    def plant(self, chosen, sources, names):
+        """Writes the sources with all faults that can be chosen at run time, and builds these test
+        executables or all. Returns the faults that can't, and those that don't compile."""
         # What the compiler has refused before, so that it need not be told again.
         refused_file = self.folder.parent / "refused.txt"
         refused = set(refused_file.read_text().splitlines()) if refused_file.exists() else set()
@@ -89,7 +89,7 @@ class PlantedTree:
             self.write_planted(runtime, sources)
             self.configure()
             errors = self.build([f"nhupdate_{name}" for name in ("program", "log_library")])
-            errors = errors or self.build(self.test_targets())
+            errors = errors or self.build([*(names or self.test_executables()), "desktop_keeper"])
             if not errors:
                 return single, rejected
             blamed = self._blame(errors, runtime)
@@ -182,10 +182,6 @@ class PlantedTree:
             parts = os.path.relpath(source.removeprefix("source "), self.folder / "tests").split("/")
             found[file.stem] = parts[1] if parts[0] == "unit" else parts[0]
         return found
-
-    def test_targets(self):
-        self.configure()
-        return [*self.test_executables(), "desktop_keeper"]
 
     def executable(self, name):
         return next(self.build_folder.glob(f"bin/**/{name}.exe"))
