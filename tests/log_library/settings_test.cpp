@@ -71,6 +71,7 @@ TEST(LogSettingsTest, TakesTheDefaultForEachValueThatIsBroken) {
       {"0x3", 2},
       {"3 ; warnings", 2},
       {"three", 2},
+      {"/=", 2},                    // 3, were what lies on either side of the digits counted on
       {"4294967299", 2},            // 3, were it cut to 32 bits
       {"18446744073709551619", 2},  // 3, were it cut to 64 bits
       {"00000000000003", 3},

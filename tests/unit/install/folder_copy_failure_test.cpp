@@ -220,6 +220,7 @@ class RetriedFolderCopyTest : public FolderCopyTest {
   bool CopyWithRetries(int last_hindered_wait) {
     HeldFile lock(target_ + L"\\b\\held");
     const RecordedSleeps sleeps([&](int sleep) {
+      EXPECT_EQ(log_.Records().back(), L"3|Copy fail, sleep 3 seconds and retry.");
       if (sleep == last_hindered_wait) {
         lock.Release();
       }

@@ -90,6 +90,21 @@ TEST_F(InstallCopyTest, EndsAtAnInstalledFileThatCannotBeDeleted) {
   EXPECT_TRUE(Exists(base_ + L"\\z.exe"));
 }
 
+// The box may stand there for days, and the log has to tell meanwhile why.
+TEST_F(InstallCopyTest, TellsTheLogBeforeTheUser) {
+  WriteFiles(base_, {L"\\a.exe"});
+  const HeldFile lock(base_ + L"\\a.exe");
+  std::wstring last_record;
+  INTERPOSER(MessageBoxW) box([&](auto...) {
+    last_record = log_.Records().back();
+    return IDOK;
+  });
+
+  EXPECT_FALSE(Install());
+
+  EXPECT_EQ(last_record, L"4|Fail to delete (32) : {base}\\a.exe");
+}
+
 TEST_F(InstallCopyTest, DoesNotClearReadOnlyAttributesOfTheOldFiles) {
   WriteFileBytes(base_ + L"\\a.exe", "old");
   ::SetFileAttributesW((base_ + L"\\a.exe").c_str(), FILE_ATTRIBUTE_READONLY);

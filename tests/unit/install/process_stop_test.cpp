@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/support/fake_process_table.h"
+#include "tests/support/interposer.h"
 #include "tests/support/quiet_desktop.h"
 #include "tests/support/recorded_log.h"
 
@@ -173,6 +174,21 @@ TEST_F(StopUpdateManagersTest, TellsTheUserOnceWhenOthersStay) {
                                           L"4|Fail to terminate NHUpdateManager."));
   EXPECT_THAT(desktop_.Boxes(), ElementsAre(ErrorBoxOf(L"Stop it.", L"Title")));
   EXPECT_TRUE(desktop_.Sleeps().empty());
+}
+
+// The box may stand there for days, and the log has to tell meanwhile why.
+TEST_F(StopUpdateManagersTest, TellsTheLogBeforeTheUser) {
+  const FakeProcessTable table(
+      {{.id = 8, .image_path = L"C:\\NHUpdateManager.exe", .can_be_terminated = false}});
+  std::wstring last_record;
+  INTERPOSER(MessageBoxW) box([&](auto...) {
+    last_record = log_.Records().back();
+    return IDOK;
+  });
+
+  EXPECT_FALSE(StopUpdateManagers(strings_, log_.Log()));
+
+  EXPECT_EQ(last_record, L"4|Fail to terminate NHUpdateManager.");
 }
 
 }  // namespace

@@ -41,6 +41,7 @@ TEST(ChooseStringFileTest, FallsBackToTheGeneralLanguageAndThenToDefault) {
       {{L"zh-Hant", L"Default"}, L"zh-Hant-TW", L"Default"},
       {{L"zh", L"Default"}, L"zh_TW", L"Default"},
       {{L"zh", L"Default"}, L"zh-", L"zh"},
+      {{L"x", L"Default"}, L"x-YZ", L"x"},
       {{L"Default"}, L"Default", L"Default"},
       {{}, L"Default", L"Default"},
       // A hyphen at the beginning has nothing before it.
