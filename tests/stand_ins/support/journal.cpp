@@ -31,6 +31,22 @@ std::wstring EnvironmentVariable(const wchar_t* name) {
   return value;
 }
 
+// Alone: when several processes append at the same time under Wine, lines can get lost.
+nhupdate::UniqueFile OpenAlone(const std::wstring& path) {
+  constexpr int kTries = 5000;
+  for (int tries = 0; tries < kTries; ++tries) {
+    nhupdate::UniqueFile journal(::CreateFileW(path.c_str(), FILE_APPEND_DATA,
+                                               FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                                               OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const DWORD error = ::GetLastError();
+    if (journal.IsValid() || error != ERROR_SHARING_VIOLATION) {
+      return journal;
+    }
+    ::Sleep(1);
+  }
+  return {};
+}
+
 }  // namespace
 
 void AppendToJournal(const wchar_t* path_variable, const std::vector<std::wstring>& fields) {
@@ -44,9 +60,7 @@ void AppendToJournal(const wchar_t* path_variable, const std::vector<std::wstrin
     line += Printable(field);
   }
   const std::string bytes = nhupdate_test::ToUtf8(line + L"\n");
-  const nhupdate::UniqueFile journal(::CreateFileW(
-      path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-      nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const nhupdate::UniqueFile journal = OpenAlone(path);
   DWORD written = 0;
   ::WriteFile(journal.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
 }
