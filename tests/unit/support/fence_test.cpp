@@ -9,6 +9,7 @@
 #include "base/existence.h"
 #include "base/unique_handle.h"
 #include "base/windows.h"
+#include "tests/support/child_process.h"
 #include "tests/support/files.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/unused_name.h"
@@ -68,37 +69,12 @@ class Target {
 
 class FenceTest : public testing::Test {
  protected:
-  struct End {
-    DWORD exit_code = 0;
-    std::string message;
-  };
-
-  [[nodiscard]] End Run(const std::wstring& reach, const std::wstring& call, const Target& target,
-                        DWORD process) const {
-    const std::wstring messages = scratch_.Path() + L"\\messages " + UnusedName();
-    SECURITY_ATTRIBUTES inherited = {sizeof(inherited), nullptr, TRUE};
-    nhupdate::UniqueFile file(::CreateFileW(messages.c_str(), GENERIC_WRITE, FILE_SHARE_READ,
-                                            &inherited, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
-                                            nullptr));
+  [[nodiscard]] ChildEnd Run(const std::wstring& reach, const std::wstring& call,
+                             const Target& target, DWORD process) const {
     const ScratchFolder scratch;
-    std::wstring command_line = L"\"" + TestProgramFolder() + L"\\fence_trespasser.exe\" " + reach +
-                                L" \"" + call + L"\"" + target.Arguments(scratch.Path(), process);
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof(startup);
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = startup.hStdError = file.Get();
-    PROCESS_INFORMATION information = {};
-    EXPECT_TRUE(::CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                                 nullptr, &startup, &information));
-    ::CloseHandle(information.hThread);
-    const nhupdate::UniqueKernelHandle trespasser(information.hProcess);
-    constexpr DWORD kLimitMs = 30'000;
-    EXPECT_EQ(::WaitForSingleObject(trespasser.Get(), kLimitMs), WAIT_OBJECT_0);
-    End end;
-    ::GetExitCodeProcess(trespasser.Get(), &end.exit_code);
-    file.Reset();
-    end.message = ReadFileBytes(messages);
-    return end;
+    return RunChild(L"\"" + TestProgramFolder() + L"\\fence_trespasser.exe\" " + reach + L" \"" +
+                        call + L"\"" + target.Arguments(scratch.Path(), process),
+                    scratch_.Path() + L"\\messages " + UnusedName());
   }
 
   // Beside the scratch folders, but without the beginning of their names.
@@ -121,21 +97,21 @@ class FenceTest : public testing::Test {
 
 TEST_F(FenceTest, EndsTheRunAtEveryCallThatReachesOutside) {
   for (const auto& [call, make] : kPlacedCalls) {
-    const End end = Run(L"scratch", call, outside_, ::GetCurrentProcessId());
+    const ChildEnd end = Run(L"scratch", call, outside_, ::GetCurrentProcessId());
 
     EXPECT_EQ(end.exit_code, kEndedAtTheFence) << testing::PrintToString(call);
     std::string function = ToUtf8(call);
     function = function.substr(0, function.find(','));
     function = function.substr(function.rfind(' ') + 1);
-    EXPECT_THAT(end.message, HasSubstr("The fence: " + function + " reaches outside with \""));
+    EXPECT_THAT(end.output, HasSubstr("The fence: " + function + " reaches outside with \""));
   }
   outside_.ExpectUntouched();
 }
 
 TEST_F(FenceTest, NamesThePlaceThatIsOutside) {
-  EXPECT_THAT(Run(L"scratch", L"DeleteFileW", outside_, kItself).message,
+  EXPECT_THAT(Run(L"scratch", L"DeleteFileW", outside_, kItself).output,
               HasSubstr("with \"" + ToUtf8(OutsideFolder()) + "\\file\""));
-  EXPECT_THAT(Run(L"scratch", L"RegDeleteTreeW", outside_, kItself).message,
+  EXPECT_THAT(Run(L"scratch", L"RegDeleteTreeW", outside_, kItself).output,
               HasSubstr("\\Software\\beyond the fence " + ToUtf8(unused_name_) + "\""));
 }
 
@@ -150,9 +126,9 @@ TEST_F(FenceTest, LetsTheSameCallsThroughInside) {
   for (const auto& [call, make] : kPlacedCalls) {
     const std::wstring name = L"nhupdate fence " + UnusedName();
     const Target target(scratch_.Path() + L"\\" + name, name, TestProgramFolder() + L"\\idle.exe");
-    const End end = Run(L"scratch", call, target, kItself);
+    const ChildEnd end = Run(L"scratch", call, target, kItself);
 
-    EXPECT_EQ(end.exit_code, 0U) << testing::PrintToString(call) << end.message;
+    EXPECT_EQ(end.exit_code, 0U) << testing::PrintToString(call) << end.output;
   }
 }
 
@@ -164,19 +140,19 @@ TEST_F(FenceTest, LetsWhateverOnlyReadsThrough) {
 }
 
 TEST_F(FenceTest, OpensForATestThatSaysSo) {
-  const End end = Run(L"opened", L"DeleteFileW", outside_, kItself);
+  const ChildEnd end = Run(L"opened", L"DeleteFileW", outside_, kItself);
 
   EXPECT_EQ(end.exit_code, 0U);
-  EXPECT_EQ(end.message, "");
+  EXPECT_EQ(end.output, "");
   EXPECT_FALSE(nhupdate::Exists(OutsideFolder() + L"\\file"));
 }
 
 TEST_F(FenceTest, StaysClosedOnAMachineThatIsKept) {
-  const End end = Run(L"kept", L"DeleteFileW", outside_, kItself);
+  const ChildEnd end = Run(L"kept", L"DeleteFileW", outside_, kItself);
 
   EXPECT_EQ(end.exit_code, kEndedAtTheFence);
-  EXPECT_THAT(end.message, HasSubstr("The fence stays closed (that is what is tried)."));
-  EXPECT_THAT(end.message, HasSubstr("NHUPDATE_THROWAWAY_MACHINE=1"));
+  EXPECT_THAT(end.output, HasSubstr("The fence stays closed (that is what is tried)."));
+  EXPECT_THAT(end.output, HasSubstr("NHUPDATE_THROWAWAY_MACHINE=1"));
   outside_.ExpectUntouched();
 }
 

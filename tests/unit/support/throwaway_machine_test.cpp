@@ -9,8 +9,8 @@
 #include <iterator>
 #include <string>
 
-#include "base/unique_handle.h"
 #include "base/windows.h"
+#include "tests/support/child_process.h"
 #include "tests/support/files.h"
 #include "tests/support/other_than_wine.h"
 #include "tests/support/run_tests.h"
@@ -50,34 +50,10 @@ TEST(ThrowawayMachineTest, IsAnyPrefixOfWine) {
 // Runs an executable whose tests may change the whole machine; its only test prints "I run".
 class WholeMachineTest : public testing::Test {
  protected:
-  struct End {
-    DWORD exit_code = 0;
-    std::string output;
-  };
-
-  [[nodiscard]] End Run(const std::wstring& arguments) const {
-    const std::wstring path = scratch_.Path() + L"\\output.txt";
-    SECURITY_ATTRIBUTES inherited = {sizeof(inherited), nullptr, TRUE};
-    nhupdate::UniqueFile file(::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ,
-                                            &inherited, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
-                                            nullptr));
-    std::wstring command_line =
-        L"\"" + TestProgramFolder() + L"\\whole_machine_probe.exe\" " + arguments;
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof(startup);
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = startup.hStdError = file.Get();
-    PROCESS_INFORMATION information = {};
-    EXPECT_TRUE(::CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                                 nullptr, &startup, &information));
-    ::CloseHandle(information.hThread);
-    const nhupdate::UniqueKernelHandle process(information.hProcess);
-    constexpr DWORD kLimitMs = 30'000;
-    EXPECT_EQ(::WaitForSingleObject(process.Get(), kLimitMs), static_cast<DWORD>(WAIT_OBJECT_0));
-    End end;
-    ::GetExitCodeProcess(process.Get(), &end.exit_code);
-    file.Reset();
-    end.output = ReadFileBytes(path);
+  [[nodiscard]] ChildEnd Run(const std::wstring& arguments) const {
+    ChildEnd end =
+        RunChild(L"\"" + TestProgramFolder() + L"\\whole_machine_probe.exe\" " + arguments,
+                 scratch_.Path() + L"\\output.txt");
     // A failed test that prints this mark would count as skipped for ctest.
     constexpr char kMark[] = "[  SKIPPED ]";
     if (const std::size_t mark = end.output.find(kMark); mark != std::string::npos) {
@@ -90,7 +66,7 @@ class WholeMachineTest : public testing::Test {
 };
 
 TEST_F(WholeMachineTest, RunsNothingOnAMachineThatIsKept) {
-  const End end = Run(L"kept");
+  const ChildEnd end = Run(L"kept");
 
   EXPECT_EQ(end.exit_code, static_cast<DWORD>(kNotForThisMachine));
   EXPECT_THAT(end.output, HasSubstr("(skipped) Changes what"));
@@ -99,14 +75,14 @@ TEST_F(WholeMachineTest, RunsNothingOnAMachineThatIsKept) {
 }
 
 TEST_F(WholeMachineTest, RunsOnAMachineThatMayBeThrownAway) {
-  const End end = Run(L"thrown_away");
+  const ChildEnd end = Run(L"thrown_away");
 
   EXPECT_EQ(end.exit_code, 0U) << end.output;
   EXPECT_THAT(end.output, HasSubstr("I run"));
 }
 
 TEST_F(WholeMachineTest, TellsItsNamesAnywhere) {
-  const End end = Run(L"kept --gtest_list_tests");
+  const ChildEnd end = Run(L"kept --gtest_list_tests");
 
   EXPECT_EQ(end.exit_code, 0U);
   EXPECT_THAT(end.output, HasSubstr("WholeMachineProbe.\n  Runs\n"));
