@@ -1,7 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
+
 #include "tests/shipped/pe_image.h"
+#include "tests/support/files.h"
+#include "tests/support/packaged_folder.h"
 
 namespace nhupdate_test {
 namespace {
@@ -15,6 +19,16 @@ constexpr WORD kHardening = IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA |
                             IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE |
                             IMAGE_DLLCHARACTERISTICS_NX_COMPAT;
 
+// In bytes.
+#ifdef _MSC_VER
+// It brings another run-time library along, whose size nobody has measured here.
+constexpr std::size_t kLargestProgram = 700'000;
+constexpr std::size_t kLargestLogLibrary = 500'000;
+#else
+constexpr std::size_t kLargestProgram = 300'000;
+constexpr std::size_t kLargestLogLibrary = 200'000;
+#endif
+
 class ShippedBinaryTest : public testing::TestWithParam<const wchar_t*> {
  protected:
   const CPeImage image_{GetParam()};
@@ -26,6 +40,14 @@ INSTANTIATE_TEST_SUITE_P(, ShippedBinaryTest,
                            return std::wstring(test.param) == L"NHUpdateManager.exe" ? "Program"
                                                                                      : "LogLibrary";
                          });
+
+// So that nothing large comes in unseen. Who needs more raises the limit, and says what for.
+TEST_P(ShippedBinaryTest, IsNoLargerThanItNeedsToBe) {
+  const bool is_program = std::wstring(GetParam()) == L"NHUpdateManager.exe";
+
+  EXPECT_LE(ReadFileBytes(PackagedFolder() + L"\\" + GetParam()).size(),
+            is_program ? kLargestProgram : kLargestLogLibrary);
+}
 
 TEST_P(ShippedBinaryTest, CarriesNoSymbols) {
   EXPECT_EQ(image_.FileHeader().NumberOfSymbols, 0U);

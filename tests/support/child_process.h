@@ -35,24 +35,30 @@ struct ChildProcess {
   return {nhupdate::UniqueKernelHandle(information.hProcess), information.dwProcessId};
 }
 
+// Waits for half a minute at most, and returns the exit code.
+[[nodiscard]] inline DWORD ExitCodeOf(const ChildProcess& child) {
+  constexpr DWORD kLimitMs = 30'000;
+  EXPECT_EQ(::WaitForSingleObject(child.handle.Get(), kLimitMs), DWORD{WAIT_OBJECT_0});
+  DWORD exit_code = 0;
+  ::GetExitCodeProcess(child.handle.Get(), &exit_code);
+  return exit_code;
+}
+
 struct ChildEnd {
   DWORD exit_code = 0;
   std::string output;
 };
 
-// Runs what the command line says to its end, for half a minute at most. What it prints goes into
-// the file first, which is overwritten.
+// Runs what the command line says to its end. What it prints goes into the file first, which is
+// overwritten.
 [[nodiscard]] inline ChildEnd RunChild(const std::wstring& command_line,
                                        const std::wstring& output_file) {
   SECURITY_ATTRIBUTES inherited = {sizeof(inherited), nullptr, TRUE};
   nhupdate::UniqueFile file(::CreateFileW(output_file.c_str(), GENERIC_WRITE, FILE_SHARE_READ,
                                           &inherited, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
                                           nullptr));
-  const ChildProcess child = StartChild(command_line, file.Get());
-  constexpr DWORD kLimitMs = 30'000;
-  EXPECT_EQ(::WaitForSingleObject(child.handle.Get(), kLimitMs), DWORD{WAIT_OBJECT_0});
   ChildEnd end;
-  ::GetExitCodeProcess(child.handle.Get(), &end.exit_code);
+  end.exit_code = ExitCodeOf(StartChild(command_line, file.Get()));
   file.Reset();
   end.output = ReadFileBytes(output_file);
   return end;
