@@ -49,10 +49,18 @@ function(nhupdate_add_test_executable name)
     # What may take long begins first, so that a run doesn't end in waiting for it.
     PROPERTIES LABELS ${arg_RING} TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT} ${lane_properties})
 
-  # For tools/lib/choose_tests.
-  list(TRANSFORM arg_SOURCES PREPEND "source ${CMAKE_CURRENT_SOURCE_DIR}/" OUTPUT_VARIABLE sources)
-  list(JOIN sources "\n" sources)
-  file(WRITE ${PROJECT_BINARY_DIR}/test_executables/${name}.txt
-    "ring ${arg_RING}\nlane ${arg_LANE}\nprefix ${name_prefix}\n"
-    "tests ${CMAKE_CURRENT_BINARY_DIR}/${name}[1]_include.cmake\n${sources}\n")
+  # For tools/lib/test_list.py.
+  if(CMAKE_HOST_UNIX)
+    list(TRANSFORM arg_SOURCES PREPEND "source ${CMAKE_CURRENT_SOURCE_DIR}/" OUTPUT_VARIABLE sources)
+    list(JOIN sources "\n" sources)
+    file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/test_executables/${name}.txt CONTENT
+"ring ${arg_RING}
+lane ${arg_LANE}
+prefix ${name_prefix}
+program $<TARGET_FILE:${name}>
+timeout ${arg_TIMEOUT}
+tests ${CMAKE_CURRENT_BINARY_DIR}/${name}[1]_include.cmake
+${sources}
+")
+  endif()
 endfunction()

@@ -8,7 +8,7 @@ trap 'rm -rf "$tree"' EXIT
 # describe PRESET EXECUTABLE RING LANE PREFIX SOURCE: as CMake does it.
 describe() {
   mkdir -p "$tree/build/$1/test_executables"
-  printf '%s\n' "ring $3" "lane $4" "prefix $5" "tests $tree/$1/$2[1]_include.cmake" \
+  printf '%s\n' "ring $3" "lane $4" "prefix $5" "program $tree/$2.exe" "timeout 60" "tests $tree/$1/$2[1]_include.cmake" \
     "source $tree/$6" >"$tree/build/$1/test_executables/$2.txt"
 }
 

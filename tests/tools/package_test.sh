@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# The same content gives the same package, byte for byte: a clean clone, and a source archive of
-# another commit with another date, in another folder. A package holds what a user's disk is to
-# receive, says which commit it was made from, and isn't made from changes that are not committed
-# unless that is wanted: package_test.sh REPOSITORY SCRATCH_FOLDER
+# The same content gives the same package, byte for byte: in the repository's own folder, in a clone
+# of another commit with another date in another folder, and in a source archive. A package holds what
+# a user's disk is to receive, says which commit it was made from, and isn't made from changes that
+# are not committed unless that is wanted: package_test.sh REPOSITORY SCRATCH_FOLDER
 set -eu
 repository=$1
 scratch=$2
@@ -10,36 +10,37 @@ rm -rf "$scratch"
 mkdir -p "$scratch"
 trap 'rm -rf "$scratch"' EXIT
 
-first="$scratch/first clone"
-second="$scratch/deeper/in/another place"
-git clone --quiet "$repository" "$first"
+# What lies in the repository's folder, also what is not committed yet, as another commit with another
+# date; built in another folder, with another user's habits.
+clone="$scratch/deeper/in/another place"
+git clone --quiet --no-checkout "$repository" "$clone"
+export GIT_AUTHOR_NAME=test GIT_AUTHOR_EMAIL=test GIT_COMMITTER_NAME=test GIT_COMMITTER_EMAIL=test
+git --git-dir="$clone/.git" --work-tree="$repository" add --all
+GIT_COMMITTER_DATE='2001-02-03T04:05:06' git -C "$clone" commit --quiet --allow-empty --message=test
+git -C "$clone" reset --quiet --hard
+commit=$(git -C "$clone" rev-parse HEAD)
+packages="$clone/build/package"
 # What an earlier version has left.
-mkdir -p "$first/build/package"
-touch "$first/build/package/NHUpdateManager-0.9.0.zip"
-"$first/tools/package" >/dev/null
+mkdir -p "$packages"
+touch "$packages/NHUpdateManager-0.9.0.zip"
+(umask 077 && TZ=Asia/Tokyo "$clone/tools/package" >/dev/null)
 
-# The same content as another commit; another folder, without git, and another user's habits.
-git clone --quiet "$repository" "$scratch/other commit"
-GIT_COMMITTER_NAME=test GIT_COMMITTER_EMAIL=test GIT_COMMITTER_DATE='2001-02-03T04:05:06' \
-  git -C "$scratch/other commit" commit --quiet --amend --no-edit
-commit=$(git -C "$scratch/other commit" rev-parse HEAD)
-mkdir -p "$second"
-git -C "$scratch/other commit" archive HEAD | tar -x -C "$second"
-rm -rf "$scratch/other commit"
-(umask 077 && TZ=Asia/Tokyo GIT_CEILING_DIRECTORIES=$scratch "$second/tools/package" >/dev/null)
-
-packages="$first/build/package"
-diff <(grep -v '^#' "$packages/SHA256SUMS") <(grep -v '^#' "$second/build/package/SHA256SUMS")
+# sums FOLDER: of the packages there, under the names that they have when nothing is dirty.
+sums() { sed -e '/^#/d' -e 's/-dirty//' "$1/SHA256SUMS"; }
+clean=$(sums "$packages")
+diff <(sums "$repository/build/package") <(echo "$clean")
 (cd "$packages" && sha256sum --check --quiet SHA256SUMS)
 
 failed=0
 fail() { echo "$*"; failed=1; }
 
-for named in "$packages $(git -C "$first" rev-parse HEAD)" "$second/build/package $commit"; do
+# is_from COMMIT: says SHA256SUMS.
+is_from() {
   grep -qxF "# NHUpdateManager $(sed -n 's/^project(NHUpdateManager VERSION \([0-9.]*\).*/\1/p' \
-    "$first/CMakeLists.txt"), commit ${named##* }" "${named% *}/SHA256SUMS" ||
-    fail "The commit ${named##* } is not named in ${named% *}/SHA256SUMS."
-done
+    "$clone/CMakeLists.txt"), commit $1" "$packages/SHA256SUMS" ||
+    fail "The commit $1 is not named in SHA256SUMS."
+}
+is_from "$commit"
 for file in NHUpdateManager/NHUpdateManager.exe NHUpdateManager/NSWLogDynamic64U.dll; do
   grep -q " $file\$" "$packages/SHA256SUMS" || fail "$file has no checksum."
 done
@@ -70,20 +71,27 @@ refused() {
   [ "$(cd "$packages" && find . -type f -exec sha256sum {} + | sort)" = "$before" ] ||
     fail "Refused, but the package was changed: $*"
 }
-refused 'zip files begin with' env SOURCE_DATE_EPOCH=yesterday "$first/tools/package"
-refused 'zip files begin with' env SOURCE_DATE_EPOCH=0 "$first/tools/package"
-refused 'tools/package [--dirty] [FOLDER]' "$first/tools/package" --help
-echo "a text" >"$first/data/Config/new.json"
-refused 'not committed' "$first/tools/package"
-"$first/tools/package" --dirty >/dev/null
+refused 'zip files begin with' env SOURCE_DATE_EPOCH=yesterday "$clone/tools/package"
+refused 'zip files begin with' env SOURCE_DATE_EPOCH=0 "$clone/tools/package"
+refused 'tools/package [--dirty] [FOLDER]' "$clone/tools/package" --help
+echo "a text" >"$clone/data/Config/new.json"
+refused 'not committed' "$clone/tools/package"
+"$clone/tools/package" --dirty >/dev/null
 grep -q '^# .* with changes that are not committed$' "$packages/SHA256SUMS" ||
   fail "That there were changes is not said."
 [ "$(cd "$packages" && echo *.zip)" = "$(cd "$packages" && echo *-dirty.zip *-dirty-symbols.zip |
   tr ' ' '\n' | sort | paste -sd' ')" ] || fail "The names of the zip files don't say it."
 
 # A time of one's own choice, and nothing else is different.
-rm "$first/data/Config/new.json"
-SOURCE_DATE_EPOCH=1000000000 "$first/tools/package" >/dev/null
+rm "$clone/data/Config/new.json"
+SOURCE_DATE_EPOCH=1000000000 "$clone/tools/package" >/dev/null
 unzip -l "$packages"/NHUpdateManager-*[0-9].zip | grep -q '2001-09-09 01:46 .*NHUpdateManager.exe' ||
   fail "SOURCE_DATE_EPOCH is not the time of the files."
+
+# A source archive has no git; its commit is written down in it.
+git -C "$clone" archive HEAD tools/lib/source_commit | tar -x -C "$clone"
+rm -rf "$clone/.git"
+GIT_CEILING_DIRECTORIES=$(dirname "$clone") "$clone/tools/package" >/dev/null
+[ "$(sums "$packages")" = "$clean" ] || fail "Without git it has other bytes."
+is_from "$commit"
 exit $failed

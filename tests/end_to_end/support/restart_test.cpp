@@ -1,9 +1,12 @@
 #include "tests/end_to_end/support/restart_test.h"
 
+#include <iostream>
+
 #include "base/want_of_memory.h"
 #include "tests/end_to_end/support/product_registry.h"
 #include "tests/end_to_end/support/program_end.h"
 #include "tests/support/files.h"
+#include "tests/support/long_tests.h"
 
 namespace nhupdate_test {
 
@@ -21,11 +24,6 @@ std::uint64_t SizeOf(const std::wstring& file) {
   WIN32_FILE_ATTRIBUTE_DATA data = {};
   ::GetFileAttributesExW(file.c_str(), GetFileExInfoStandard, &data);
   return (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
-}
-
-// To try every moment takes hours (tools/test --long).
-bool IsEveryMomentWanted() {
-  return ::GetEnvironmentVariableW(L"NHUPDATE_LONG_TESTS", nullptr, 0) != 0;
 }
 
 }  // namespace
@@ -87,10 +85,10 @@ void RestartTest::EndAndRestartAtEvery(const DisturbedRun& run, int ProgramStart
     SCOPED_TRACE("ended at moment " + std::to_string(start.*moment));
     has_ended_early = EndAndRestart(run, end, start, exit_code);
     moments += has_ended_early ? 1 : 0;
-    start.*moment += IsEveryMomentWanted() ? 1 : stride;
+    start.*moment += IsLongTestWanted() ? 1 : stride;
   }
   EXPECT_GE(moments, run.fewest_moments);
-  RecordProperty("moments", moments);
+  std::cout << "Ended at " << moments << " moments and started again.\n";
 }
 
 void RestartTest::EndAndRestartAtEveryChange(const DisturbedRun& run, int stride) {
@@ -120,6 +118,7 @@ void RestartTest::EndAndRestartInTheCopyOf(const DisturbedRun& run, const std::w
     moments += EndAndRestart(run, end, start, kEndedByTest) ? 1u : 0u;
   }
   EXPECT_EQ(moments, kMoments);
+  std::cout << "Ended at " << moments << " moments and started again.\n";
 }
 
 }  // namespace nhupdate_test
