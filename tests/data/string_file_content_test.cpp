@@ -1,7 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "install/failure_notice.h"
 #include "tests/data/shipped_config.h"
+#include "tests/support/recorded_boxes.h"
 #include "tests/support/recorded_log.h"
 #include "text/string_keys.h"
 #include "text/string_table.h"
@@ -24,6 +28,29 @@ TEST(ShippedStringFileTest, LoadsExactlyTheThreeTextsThatTheProgramAsksFor) {
                                nhupdate::kKeyFailNeedStopNHUpdateManager}) {
       EXPECT_TRUE(strings.contains(key)) << testing::PrintToString(name);
     }
+  }
+}
+
+// How high a box is and where the path stands in it, by what the program itself makes of the
+// escapes.
+TEST(ShippedStringFileTest, GivesBoxesOfTheSameLinesInEachLanguageAndThePathTheLast) {
+  RecordedLog log;
+  const std::wstring path = L"C:\\Program Files\\Corvane\\Nimba Hub\\new.dll";
+  for (const std::wstring& name : ShippedStringFiles()) {
+    const RecordedBoxes boxes;
+    nhupdate::StringTable strings;
+    nhupdate::LoadStrings(strings, ShippedConfigFolder() + L"\\" + name, log.Log());
+
+    nhupdate::TellFailure(strings, nhupdate::kKeyFailCommonError, path);
+    nhupdate::TellFailure(strings, nhupdate::kKeyFailNeedStopNHUpdateManager);
+
+    const auto line_breaks = [](const ShownBox& box) {
+      return std::ranges::count(box.text, L'\n');
+    };
+    ASSERT_THAT(boxes.Shown(), testing::ElementsAre(testing::ResultOf(line_breaks, 4),
+                                                    testing::ResultOf(line_breaks, 2)))
+        << testing::PrintToString(name);
+    EXPECT_TRUE(boxes.Shown()[0].text.ends_with(L"\n" + path)) << testing::PrintToString(name);
   }
 }
 
