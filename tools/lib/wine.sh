@@ -17,7 +17,7 @@ export WINEDLLOVERRIDES='mscoree,mshtml='
 
 # The lanes of the tests. What runs in a quiet one shows no window: either it never does, or whatever
 # would is replaced.
-nhupdate_quiet_lanes=(unit log_library cycles)
+nhupdate_quiet_lanes=(unit faults log_library cycles)
 nhupdate_window_lanes=(e2e waits restarts restarts_install moments)
 nhupdate_test_lanes=("${nhupdate_quiet_lanes[@]}" "${nhupdate_window_lanes[@]}")
 
