@@ -15,9 +15,10 @@
 
 namespace std {
 
-// Only for what the JSON reader asks: decimal digits and one full stop, no sign and no exponent. These
-// mean the same to strtod, in the language "C", in which a program starts.
-inline from_chars_result from_chars(const char* first, const char* last, double& value, chars_format) {
+// Only for what the JSON reader asks: decimal digits and one full stop, no sign and no exponent.
+// These mean the same to strtod, in the language "C", in which a program starts.
+inline from_chars_result from_chars(const char* first, const char* last, double& value,
+                                    chars_format) {
   const string digits(first, last);
   char* end = nullptr;
   const double result = strtod(digits.c_str(), &end);

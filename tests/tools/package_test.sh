@@ -73,6 +73,8 @@ refused() {
 refused 'zip files begin with' env SOURCE_DATE_EPOCH=yesterday "$first/tools/package"
 refused 'zip files begin with' env SOURCE_DATE_EPOCH=0 "$first/tools/package"
 refused 'tools/package [--dirty] [--compiler clang] [FOLDER]' "$first/tools/package" --help
+refused 'tools/package [--dirty] [--compiler clang] [FOLDER]' "$first/tools/package" --compiler
+refused 'The second compiler is clang, not "other".' "$first/tools/package" --compiler other
 echo "a text" >"$first/data/Config/new.json"
 refused 'not committed' "$first/tools/package"
 "$first/tools/package" --dirty >/dev/null
