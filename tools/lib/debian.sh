@@ -12,6 +12,8 @@ set_up_debian() {
   [ -n "$site" ] || { echo "apt doesn't say where it gets Debian from." >&2; return 1; }
   packages=$(IFS=, && echo "$*")
   echo "Setting up Debian $release" >&2
+  # For all of its users.
+  chmod 755 "$folder"
   # It leaves /proc mounted there.
   unshare --mount debootstrap --variant=minbase "--include=$packages" "$release" "$folder" "$site" \
     >"$folder/debootstrap.log" 2>&1 && return 0
