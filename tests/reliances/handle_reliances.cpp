@@ -1,5 +1,6 @@
 // What is known of an open file, and done through its handle: place, attributes, name, appending.
 
+#include <cstddef>
 #include <cstring>
 #include <tuple>
 

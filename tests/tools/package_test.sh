@@ -73,7 +73,9 @@ refused() {
 }
 refused 'zip files begin with' env SOURCE_DATE_EPOCH=yesterday "$clone/tools/package"
 refused 'zip files begin with' env SOURCE_DATE_EPOCH=0 "$clone/tools/package"
-refused 'tools/package [--dirty] [FOLDER]' "$clone/tools/package" --help
+refused 'tools/package [--dirty] [--compiler clang] [FOLDER]' "$clone/tools/package" --help
+refused 'tools/package [--dirty] [--compiler clang] [FOLDER]' "$clone/tools/package" --compiler
+refused 'The second compiler is clang, not "other".' "$clone/tools/package" --compiler other
 echo "a text" >"$clone/data/Config/new.json"
 refused 'not committed' "$clone/tools/package"
 "$clone/tools/package" --dirty >/dev/null

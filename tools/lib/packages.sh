@@ -10,6 +10,10 @@ nhupdate_packages=(
   git zip unzip
 )
 
+# The second compiler, and the standard library that comes with it.
+# shellcheck disable=SC2034  # used where this is sourced
+nhupdate_second_compiler_packages=(clang libclang-rt-dev libc++-dev libc++abi-dev)
+
 # What signs a package in the tests; a release is signed with what its maker has.
 # shellcheck disable=SC2034  # used where this is sourced
 nhupdate_sign_packages=(openssl osslsigncode)
