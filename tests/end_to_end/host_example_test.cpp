@@ -221,16 +221,18 @@ TEST_F(HostExampleTest, FinishesAnUpdateThatWasHindered) {
 }
 
 TEST_F(HostExampleTest, DoesNotStartAProductThatIsHalfReplaced) {
-  const HeldFile held(hub_.Base() + L"\\Version.txt", FILE_SHARE_READ);
+  // The first in the folder, so that the product could still be started.
+  const std::wstring file = hub_.Base() + L"\\1.txt";
+  WriteFileBytes(file, "held");
+  const HeldFile held(file, FILE_SHARE_READ);
 
   const ProgramRun run = RunHost({}, [&](const WatchedBox& box) {
     return box.text.find(kHalfDone) == std::string::npos ? IDOK : IDCANCEL;
   });
 
   EXPECT_THAT(CodesOf(run), ElementsAre(12, 0, 0, 2));
-  EXPECT_THAT(TextsOf(run),
-              ElementsAre(HasSubstr(kOffer), HasSubstr("Version.txt"), HasSubstr(kHalfDone),
-                          HasSubstr("Please install it again.")));
+  EXPECT_THAT(TextsOf(run), ElementsAre(HasSubstr(kOffer), HasSubstr("1.txt"), HasSubstr(kHalfDone),
+                                        HasSubstr("Please install it again.")));
 }
 
 TEST_F(HostExampleTest, GoesOnWithAnUpdateThatWasBrokenOff) {
