@@ -66,7 +66,8 @@ if(NHUPDATE_FUZZ)
 endif()
 
 if(NHUPDATE_COVERAGE)
-  # gcov's own bookkeeping would only disturb the figures when it is optimised.
-  target_compile_options(nhupdate_options INTERFACE --coverage -O0 -fno-inline)
+  # gcov's own bookkeeping would only disturb the figures when it is optimised. It needs no debug
+  # symbols, which take more room than anything else.
+  target_compile_options(nhupdate_options INTERFACE --coverage -O0 -fno-inline -g0)
   target_link_options(nhupdate_options INTERFACE --coverage)
 endif()

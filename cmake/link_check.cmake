@@ -10,6 +10,10 @@ function(nhupdate_check_links)
     add_executable(${library}_links_alone ${source})
     target_link_libraries(${library}_links_alone PRIVATE
       nhupdate_options $<LINK_LIBRARY:WHOLE_ARCHIVE,${library}>)
+    if(MINGW)
+      # Nobody debugs them, and their symbols would take as much room as the program.
+      target_link_options(${library}_links_alone PRIVATE -s)
+    endif()
     set_target_properties(${library}_links_alone PROPERTIES
       RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/link_check)
   endforeach()

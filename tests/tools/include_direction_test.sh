@@ -27,6 +27,8 @@ put update/self_update.cpp '"app/manager_center.h"' '"update/child_launch.h"'
 put app/program.cpp '"app/program.h"' '"update/child_launch.h"' '"install/folder_copy.h"' \
   '"text/string_table.h"' '"log/log.h"' '"base/paths.h"'
 put log_library/logger.cpp '"log_library/logger.h"' '"base/windows.h"' '"base/unique_handle.h"'
+put examples/host/windows_api.h '<windows.h>'
+put examples/host/helper.cpp '"windows_api.h"' '<vector>'
 put tests/unit/some_test.cpp '"app/program.h"' '"tests/support/files.h"'
 
 "$check" "$tree" || { echo "Right includes are complained about."; exit 1; }
@@ -69,5 +71,12 @@ wrong log_library/wrong.cpp '"app/program.h"'
 wrong log_library/wrong.cpp '"tests/support/files.h"'
 # Without a folder an include doesn't show whose file it means.
 wrong text/wrong.cpp '"string_table.h"'
+# An example is somebody else's program.
+wrong examples/host/wrong.cpp '"base/paths.h"'
+wrong examples/host/wrong.cpp '<base/paths.h>'
+wrong examples/host/wrong.cpp '"../../base/paths.h"'
+wrong examples/host/wrong.cpp '"paths.h"'
+# Nor does the product use it.
+wrong base/wrong.cpp '"examples/host/windows_api.h"'
 
 exit $failed

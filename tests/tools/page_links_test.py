@@ -18,7 +18,7 @@ def titles(page):
 
 broken = []
 count = 0
-for page in sorted([*repository.glob("*.md"), *repository.glob("docs/*.md")]):
+for page in sorted([*repository.glob("*.md"), *repository.glob("docs/*.md"), *repository.glob("examples/*/*.md")]):
     for target, title in re.findall(r"\]\(([^)#\s]*)#?([^)\s]*)\)", page.read_text(encoding="utf-8")):
         count += 1
         file = page.parent / target if target else page

@@ -24,6 +24,17 @@ nhupdate_test_lanes=("${nhupdate_quiet_lanes[@]}" "${nhupdate_window_lanes[@]}")
 # Longer than all that is done with one needs, even on a machine under load.
 nhupdate_wine_limit='timeout 300'
 
+# Nearly all of a prefix are Wine's own libraries and programs, 700 MB of them, which nothing writes to:
+# these are shared by hard links. Whoever wants another one in the place of such a file deletes it
+# first. Everything else is the copy's own.
+copy_prefix() {
+  cp -al "$1" "$2" || return 1
+  find "$2" -type f ! \( -path '*/drive_c/windows/*' \( -name '*.dll' -o -name '*.exe' \
+    -o -name '*.drv' -o -name '*.nls' -o -name '*.msstyles' -o -name '*.ocx' -o -name '*.sys' \) \) \
+    -exec sh -c 'for file; do cp -p "$file" "$file.own" && mv -f "$file.own" "$file" || exit 1; done' \
+    sh {} +
+}
+
 # Makes the lane's prefix if there is none. Safe to call from several processes at once.
 ensure_lane() {
   local lane=$1
@@ -49,7 +60,7 @@ ensure_lane() {
     if [ ! -e "$nhupdate_wine_folder/$lane/.ready" ]; then
       # Under its own name only when it is whole: the mark is copied before much of the rest.
       rm -rf "${nhupdate_wine_folder:?}/$lane" "$nhupdate_wine_folder/$lane.new"
-      cp -a --reflink=auto "$nhupdate_wine_folder/template" "$nhupdate_wine_folder/$lane.new" &&
+      copy_prefix "$nhupdate_wine_folder/template" "$nhupdate_wine_folder/$lane.new" &&
         mv "$nhupdate_wine_folder/$lane.new" "$nhupdate_wine_folder/$lane"
     fi
   ) 9>"$nhupdate_wine_folder/lock"

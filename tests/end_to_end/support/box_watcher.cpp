@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <tuple>
+#include <utility>
 
 #include "base/windows.h"
 #include "tests/support/utf8_text.h"
@@ -76,7 +77,8 @@ std::vector<HWND> VisibleBoxes() {
 
 }  // namespace
 
-CBoxWatcher::CBoxWatcher() : thread_(&CBoxWatcher::Watch, this) {}
+CBoxWatcher::CBoxWatcher(BoxAnswer choose)
+    : choose_(std::move(choose)), thread_(&CBoxWatcher::Watch, this) {}
 
 CBoxWatcher::~CBoxWatcher() {
   std::ignore = Finish();
@@ -119,7 +121,8 @@ bool CBoxWatcher::Answer(HWND box) {
     is_red = IsMostlyRed(icon);
   }
   boxes_.push_back({TextOf(box), TextOf(text), is_red});
-  ::PostMessageW(box, WM_COMMAND, IDOK, 0);
+  const int button = choose_ ? choose_(boxes_.back()) : IDOK;
+  ::PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
   return true;
 }
 

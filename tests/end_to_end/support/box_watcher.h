@@ -3,6 +3,7 @@
 // Answers the message boxes of other processes while it exists, and remembers what they said.
 
 #include <atomic>
+#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -18,9 +19,13 @@ struct WatchedBox {
   bool has_red_icon = false;
 };
 
+// Which button to press, such as IDCANCEL.
+using BoxAnswer = std::function<int(const WatchedBox&)>;
+
 class CBoxWatcher {
  public:
-  CBoxWatcher();
+  // Presses OK where there is nobody to choose.
+  explicit CBoxWatcher(BoxAnswer choose = {});
   ~CBoxWatcher();
   CBoxWatcher(const CBoxWatcher&) = delete;
   CBoxWatcher& operator=(const CBoxWatcher&) = delete;
@@ -32,6 +37,7 @@ class CBoxWatcher {
   void Watch();
   bool Answer(HWND box);
 
+  BoxAnswer choose_;
   std::vector<WatchedBox> boxes_;
   std::atomic<bool> is_finished_ = false;
   std::thread thread_;  // the last member: it uses the others from its first moment

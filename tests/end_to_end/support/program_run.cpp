@@ -97,7 +97,7 @@ ProgramRun RunToTheEnd(const ProgramStart& start) {
   ProgramRun run;
   CProcessJob job;
   Pipe pipe = CreateOutputPipe();
-  CBoxWatcher watcher;
+  CBoxWatcher watcher(start.answer);
 
   PROCESS_INFORMATION information = {};
   const DWORD error = Create(start, pipe.writing.Get(), information);

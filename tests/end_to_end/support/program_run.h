@@ -32,6 +32,8 @@ struct ProgramStart {
   std::function<bool()> end_when = {};
   // Called again and again while anything is running.
   std::function<void()> while_running = {};
+  // Which button of a box is pressed; OK if not set. Called by another thread.
+  BoxAnswer answer = {};
 };
 
 struct ProgramRun {

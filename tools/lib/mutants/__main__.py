@@ -207,7 +207,7 @@ def main():
                 run.try_single(lanes[0], fault)
     finally:
         for lane in lanes:
-            lane.stop()
+            lane.remove()
     unexplained = report(chosen, run.results, reasons)
     count = sum(outcome.result == "rejected" for outcome in run.results.values())
     print(f"\n{len(single)} of them were built one by one; {count} more don't compile and don't count."

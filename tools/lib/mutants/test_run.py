@@ -2,6 +2,7 @@
 
 import os
 import re
+import shutil
 import signal
 import subprocess
 import time
@@ -59,6 +60,12 @@ class Lane:
             environment = dict(os.environ, WINEPREFIX=str(self.folder / "unit"))
             for argument in ("-k", "-w"):
                 subprocess.run(["/usr/lib/wine/wineserver64", argument], env=environment)
+
+
+    def remove(self):
+        """What it takes to make it again is nothing beside a run."""
+        self.stop()
+        shutil.rmtree(self.folder, ignore_errors=True)
 
 
 class Suite:
