@@ -7,6 +7,7 @@
 // When the linker finds one of them defined twice, something new calls a function of that kind that
 // isn't here yet.
 
+#include <cstddef>
 #include <cstdlib>
 #include <exception>
 #include <new>
@@ -14,6 +15,22 @@
 #include <string>
 
 #include "base/want_of_memory.h"
+
+void* operator new(std::size_t size) {
+  void* const memory = std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) {
+    nhupdate::EndProcessForWantOfMemory();
+  }
+  return memory;
+}
+
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+  std::free(memory);
+}
 
 // NOLINTBEGIN(cert-dcl58-cpp): the names are the library's.
 namespace std {

@@ -1,6 +1,8 @@
 #include "text/json_digits.h"
 
 #include <charconv>
+#include <cstddef>
+#include <cstdlib>
 #include <limits>
 #include <system_error>
 
@@ -46,14 +48,20 @@ std::int64_t ToInteger(const std::string& digits) {
 }
 
 double ToReal(const std::string& digits) {
-  double real = 0.0;
-  const auto result =
-      std::from_chars(digits.data(), digits.data() + digits.size(), real, std::chars_format::fixed);
-  if (result.ec == std::errc::result_out_of_range) {
-    const bool is_large = digits.find_first_of("123456789") < digits.find('.');
-    return is_large ? std::numeric_limits<double>::infinity() : 0.0;
+  constexpr char kNotZero[] = "123456789";
+  // Further digits change nothing, but for whether there is anything else than 0 among them. With all
+  // of them the conversion would take time in proportion to the square of their number.
+  constexpr std::size_t kEnough = 800;
+  const std::size_t first = digits.find_first_of(kNotZero);
+  if (first == std::string::npos || digits.size() - first <= kEnough) {
+    return std::strtod(digits.c_str(), nullptr);
   }
-  return real;
+  const std::size_t end = first + kEnough;
+  if (digits.find('.') >= end) {
+    return std::numeric_limits<double>::infinity();
+  }
+  const bool is_more = digits.find_first_of(kNotZero, end) != std::string::npos;
+  return std::strtod((digits.substr(0, end) + (is_more ? "1" : "")).c_str(), nullptr);
 }
 
 }  // namespace nhupdate
