@@ -130,6 +130,9 @@ class Run:
                     break
             if outcome.result != "passed":
                 break
+            if names is own and (check := self.tree.failed_compiler_check()):
+                outcome = Outcome("failed", check)
+                break
         self.tree.put_back(fault)
         self.settle(fault, outcome)
 
