@@ -1,6 +1,7 @@
 // What comes through the library's four entries, and what is left when it goes.
 
 #include <atomic>
+#include <string_view>
 #include <thread>
 
 #include "log_library/record_time.h"
@@ -138,6 +139,24 @@ TEST(LogRecordTest, IsOneWriteOfAnyLength) {
   ASSERT_EQ(texts.size(), 2u);
   EXPECT_EQ(texts[0].size(), 3u * 1024 * 1024);
   EXPECT_EQ(texts[1], "short");
+}
+
+// A length in bytes, of which a unit may become five, still fits what one write can be told.
+TEST(LogRecordTest, IsCutAt64MiUnitsOfText) {
+  constexpr std::size_t kMaxUnits = 64 * 1024 * 1024;
+  StartedLog log;
+  std::size_t units = 0;
+  INTERPOSER(WriteFile) write(
+      log.Module(), [&](HANDLE, const void* bytes, DWORD size, DWORD* written, auto...) -> BOOL {
+        const std::string_view record(static_cast<const char*>(bytes), size);
+        units = record.find_last_of('x') - record.find_first_of('x') + 1;
+        *written = size;
+        return TRUE;
+      });
+
+  log.Write(std::wstring(kMaxUnits + 1, L'x'));
+
+  EXPECT_EQ(units, kMaxUnits);
 }
 
 // The turn would keep the threads apart too, so no thread gets it here.

@@ -7,6 +7,7 @@
 #include "log_library/file_time.h"
 #include "tests/log_library/aged_file.h"
 #include "tests/support/files.h"
+#include "tests/support/interposer.h"
 #include "tests/support/scratch_folder.h"
 
 namespace nhupdate_test {
@@ -55,6 +56,7 @@ TEST(RotatedFilesTest, NextNumberFollowsTheYoungestAndIsFree) {
   } cases[] = {
       {"none yet", {}, 1},
       {"some", {file(3), file(2), file(1)}, 4},
+      {"the highest number but one", {file(999'999'998)}, 999'999'999},
       {"a gap", {file(9), file(4)}, 10},
       {"a planted file ahead", {file(3), file(4), file(5)}, 6},
       {"a planted folder ahead", {file(3), file(4, true)}, 5},
@@ -78,8 +80,30 @@ TEST(RotatedFilesTest, NumbersAfterTheNextOneCantBeForeseen) {
   EXPECT_EQ(once[0], again[0]);
   for (std::size_t index = 1; index < once.size(); ++index) {
     EXPECT_NE(once[index], again[index]);
-    EXPECT_GE(once[index], 1u);
-    EXPECT_LE(once[index], nhupdate::kHighestRotatedNumber);
+  }
+}
+
+// They come from the system's counter, of which the product by an odd factor, cut to 64 bits, has
+// every value: also those at either end of the range, and the highest of all.
+TEST(RotatedFilesTest, NumbersAfterTheNextOneGoFrom1ToTheHighest) {
+  const struct {
+    std::uint64_t scattered;
+    std::uint32_t number;
+  } cases[] = {
+      {0, 1},
+      {std::uint64_t{999'999'998} << 32, 999'999'999},
+      {std::uint64_t{999'999'999} << 32, 1},
+      {std::uint64_t{0xFFFF'FFFF} << 32, 294'967'300},
+  };
+  constexpr std::uint64_t kInverseOfTheFactor = 0xF1DE'83E1'9937'733D;
+  for (const auto& test : cases) {
+    const INTERPOSER(QueryPerformanceCounter) counter([&](LARGE_INTEGER* count) -> BOOL {
+      count->QuadPart = static_cast<LONGLONG>(test.scattered * kInverseOfTheFactor);
+      return TRUE;
+    });
+
+    EXPECT_THAT(NextRotatedNumbers({}),
+                testing::ElementsAre(1, test.number, test.number, test.number));
   }
 }
 

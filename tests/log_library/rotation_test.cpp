@@ -44,9 +44,9 @@ TEST(LogRotationTest, PutsAFileAsideFromTheLimitOn) {
 }
 
 // What another process does when it rotates: it renames the file and writes into a new one.
-void RotateAsAnother(const LogPlace& place, int number = 1) {
+void RotateAsAnother(const LogPlace& place, int number = 1, const std::string& bytes = kEarlier) {
   EXPECT_TRUE(::MoveFileW(place.CurrentFile().c_str(), place.RotatedFile(number).c_str()));
-  WriteFileBytes(place.CurrentFile(), kEarlier);
+  WriteFileBytes(place.CurrentFile(), bytes);
 }
 
 TEST(LogRotationTest, FollowsARotationByAnotherWriterWithTheNextRecord) {
@@ -126,32 +126,65 @@ TEST(LogRotationTest, MakesANewFileWhenTheFullOneIsGone) {
   EXPECT_THAT(log.Texts(), ElementsAre("next"));
 }
 
-// The new name is faked, since Wine would tell the name that the file had when it was opened.
+// Rotates the file as another process does, in the very moment in which the library renames it. The
+// new name is faked, since Wine would tell the name that the file had when it was opened.
+class QuickerWriter {
+ public:
+  // `bytes` are what it writes into the new file.
+  QuickerWriter(const StartedLog& log, const std::string& bytes)
+      : rename_(log.Module(),
+                [&log, bytes, this](auto... all) {
+                  if (rename_.Calls() == 1) {
+                    WriteFileBytes(log.RotatedFile(1), "x");
+                    RotateAsAnother(log, 2, bytes);
+                    has_another_name_ = true;
+                  }
+                  return rename_.Original()(all...);
+                }),
+        place_(log.Module(), [this](HANDLE file, wchar_t* path, auto... rest) {
+          const DWORD units = place_.Original()(file, path, rest...);
+          if (std::exchange(has_another_name_, false)) {
+            path[units - 1] = L'?';
+          }
+          return units;
+        }) {}
+
+  // Of the library.
+  [[nodiscard]] int Renames() const { return rename_.Calls(); }
+
+ private:
+  bool has_another_name_ = false;
+  INTERPOSER(SetFileInformationByHandle) rename_;
+  INTERPOSER(GetFinalPathNameByHandleW) place_;
+};
+
 TEST(LogRotationTest, LeavesAFileAloneThatAnotherWriterHasJustRenamed) {
   StartedLog log(kSmallFiles);
-  bool has_another_name = false;
   log.Write(kFullFile);
-  INTERPOSER(SetFileInformationByHandle) rename(log.Module(), [&](auto... all) {
-    WriteFileBytes(log.RotatedFile(1), "x");
-    RotateAsAnother(log, 2);
-    has_another_name = true;
-    return rename.Original()(all...);
-  });
-  INTERPOSER(GetFinalPathNameByHandleW) place(
-      log.Module(), [&](HANDLE file, wchar_t* path, auto... rest) {
-        const DWORD units = place.Original()(file, path, rest...);
-        if (std::exchange(has_another_name, false)) {
-          path[units - 1] = L'?';
-        }
-        return units;
-      });
+  const QuickerWriter another(log, kEarlier);
 
   log.Write(L"next");
 
-  EXPECT_EQ(rename.Calls(), 1);
+  EXPECT_EQ(another.Renames(), 1);
   EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.1.log", L"NHUpdateManager.2.log",
                                        L"NHUpdateManager.log"));
   EXPECT_THAT(log.Texts(), ElementsAre("earlier", "next"));
+}
+
+TEST(LogRotationTest, WaitsASecondWhenAnotherWriterHasLeftAFullFileToo) {
+  StartedLog log(kSmallFiles);
+  FakeUptime uptime(log.Module());
+  log.Write(kFullFile);
+  const QuickerWriter another(log, kEarlierHead + kFullFileText + "\n");
+
+  log.Write(L"next");
+  log.Write(L"too soon");
+  EXPECT_EQ(another.Renames(), 1);
+  uptime.Forward(1000);
+  log.Write(L"a second later");
+
+  EXPECT_EQ(another.Renames(), 2);
+  EXPECT_THAT(log.Texts(), ElementsAre("a second later"));
 }
 
 // Wine takes a wrong length or too large a buffer as well, so what is passed is looked at.

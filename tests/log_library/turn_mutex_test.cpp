@@ -45,12 +45,15 @@ TEST(NewTurnMutexTest, IsOpenToEveryoneWhoIsLoggedOnAndNotInherited) {
 
 class MissingTurnMutexTest : public testing::Test {
  protected:
-  // Without the mutex, files are rotated all the same.
+  // Without the mutex there is nothing to wait for, and files are rotated all the same.
   void StartAndRotate() {
+    const INTERPOSER(WaitForSingleObject) wait(log_.Module(), Answers(DWORD{WAIT_OBJECT_0}));
+
     EXPECT_EQ(log_.Start(), 0);
     log_.Write(kFullFile);
     log_.Write(L"next");
 
+    EXPECT_EQ(wait.Calls(), 0);
     EXPECT_THAT(log_.RotatedTexts(1), ElementsAre(kFullFileText));
     EXPECT_THAT(log_.Texts(), ElementsAre("next"));
   }

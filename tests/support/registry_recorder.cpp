@@ -67,8 +67,9 @@ RegistryRecorder::RegistryRecorder(std::function<void(int)> before_value)
         }
         return status;
       }),
-      set_value_([this](HKEY key, const wchar_t* name, DWORD, DWORD type, const BYTE* data,
+      set_value_([this](HKEY key, const wchar_t* name, DWORD reserved, DWORD type, const BYTE* data,
                         DWORD byte_count) -> std::optional<LSTATUS> {
+        EXPECT_EQ(reserved, 0u);
         ++values_;
         if (before_value_) {
           before_value_(values_);

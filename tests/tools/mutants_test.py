@@ -13,6 +13,8 @@ sys.path.insert(0, str(ROOT / "tools/lib/mutants"))
 
 from candidates import choose, find_faults, read_sources  # noqa: E402
 from planting import can_be_chosen_at_run_time, faults_at, give_numbers, planted_source  # noqa: E402
+from results import caught_before, result_line  # noqa: E402
+from test_run import Outcome  # noqa: E402
 
 SOURCE = """#include <cstdio>
 
@@ -138,6 +140,22 @@ class MutantsTest(unittest.TestCase):
 
         self.assertEqual({5}, faults_at(text, line))
         self.assertEqual(set(), faults_at(text, 1))
+
+    def test_what_was_caught_before_is_known_again_in_the_same_source(self):
+        faults = self.faults()[:4]
+        caught, late = faults[:2]
+        results = self.folder / "results.txt"
+        words = ("failed", "timed out", "passed", "rejected")
+        lines = [result_line(fault, Outcome(word, "Name")) for fault, word in zip(faults, words)]
+        results.write_text("".join(lines), encoding="utf-8")
+
+        again = caught_before(results, faults)
+
+        found = [(fault_id, outcome.result, outcome.detail) for fault_id, outcome in again.items()]
+        self.assertEqual([(caught.id, "failed", "Name"), (late.id, "timed out", "Name")], found)
+        caught.plus = "another line"
+        self.assertEqual({late.id}, caught_before(results, faults).keys())
+        self.assertEqual({}, caught_before(self.folder / "none.txt", faults))
 
     def test_an_equivalent_fault_is_named_with_its_reason(self):
         entry = "app/tiny.cpp number\n- const int small = 1;\n+ const int small = 2;\nwhy not\n"

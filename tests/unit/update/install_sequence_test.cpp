@@ -37,14 +37,15 @@ class InstallSequenceTest : public WorkflowTest {
     TellRun({});
   }
 
-  // Both kinds, of which one installs the sibling and the other removes empty folders.
+  // Both kinds by their numbers, of which one installs the sibling and the other removes empty
+  // folders.
   void TellBothKinds() {
-    TellRunOf(InstallKind::kInstallation);
+    TellRunOf(static_cast<InstallKind>(0));
     EXPECT_TRUE(Exists(product_.Base() + L"\\Empty"));
     EXPECT_TRUE(Exists(product_.Root() + L"\\NimbaCast"));
     RemoveTree(product_.Root() + L"\\NimbaCast");
 
-    TellRunOf(InstallKind::kLastUpdateStage);
+    TellRunOf(static_cast<InstallKind>(1));
     EXPECT_FALSE(Exists(product_.Base() + L"\\Empty"));
     EXPECT_FALSE(Exists(product_.Root() + L"\\NimbaCast"));
   }

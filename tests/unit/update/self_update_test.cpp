@@ -75,8 +75,13 @@ TEST_F(SelfUpdateTest, TriesTheCopyUpToThreeTimes) {
 
 TEST_F(SelfUpdateTest, GivesUpTheCopyAfterThreeFailuresAndTheirSleeps) {
   const FailingCopy copy(ERROR_SHARING_VIOLATION);
-  // The user is told after the last sleep.
-  const RecordedSleeps sleeps([&](int) { EXPECT_THAT(boxes_.Shown(), IsEmpty()); });
+  // The log is told of each sleep before it, the user after the last one.
+  const RecordedSleeps sleeps([&](int number) {
+    EXPECT_THAT(boxes_.Shown(), IsEmpty());
+    EXPECT_EQ(product_.Transcript().back(),
+              number == 1 ? L"2|Target process NHUpdateManager.exe not found."
+                          : L"3|Fail to copy NHUpdateManager, sleep and try again.");
+  });
 
   TellRun({});
 

@@ -12,10 +12,10 @@ import time
 from candidates import FOLDERS, choose, find_faults, read_sources
 from equivalents import read_equivalents, reasons_by_key
 from planted_tree import PlantedTree, say
+from results import CAUGHT, caught_before, result_line
 from test_run import Lane, Outcome, Suite, run_with_fault
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
-CAUGHT = ("failed", "timed out")
 
 
 def arguments():
@@ -27,6 +27,7 @@ def arguments():
     parser.add_argument("--count", type=int, default=450, help="how many faults (%(default)s)")
     parser.add_argument("--folder", choices=FOLDERS, help="only those of this folder")
     parser.add_argument("--only", action="append", metavar="ID", help="only these; may hold * and ?")
+    parser.add_argument("--again", action="store_true", help="try only what wasn't caught the last time")
     parser.add_argument("--list", action="store_true", help="say which there are, and plant none")
     parser.add_argument("--jobs", type=int, default=2, help="processes at once (%(default)s)")
     parser.add_argument("--source", type=pathlib.Path, default=ROOT, help=argparse.SUPPRESS)
@@ -90,7 +91,7 @@ class Run:
     def settle(self, fault, outcome):
         with self.lock:
             self.results[fault.id] = outcome
-            self.results_file.write(f"{fault.id}\t{outcome.result}\t{outcome.detail}\n")
+            self.results_file.write(result_line(fault, outcome))
             self.results_file.flush()
 
     def try_all(self, faults):
@@ -128,6 +129,9 @@ class Run:
                 if outcome.result != "passed":
                     break
             if outcome.result != "passed":
+                break
+            if names is own and (check := self.tree.failed_compiler_check()):
+                outcome = Outcome("failed", check)
                 break
         self.tree.put_back(fault)
         self.settle(fault, outcome)
@@ -189,15 +193,20 @@ def main():
     single, rejected = tree.plant(chosen, sources, options.name)
     say(f"Built after {time.monotonic() - begin:.0f} s")
     lanes = [Lane(tree, number) for number in range(1, options.jobs + 1)]
-    run = Run(tree, Suite(tree, options.name), lanes, tree.folder.parent / "results.txt")
+    results_path = tree.folder.parent / "results.txt"
+    before = caught_before(results_path, chosen) if options.again else {}
+    run = Run(tree, Suite(tree, options.name), lanes, results_path)
     try:
+        for fault in chosen:
+            if fault.id in before:
+                run.settle(fault, before[fault.id])
         run.measure()
         say(f"All tests pass without a fault, after {time.monotonic() - begin:.0f} s")
         for fault in rejected:
             run.settle(fault, Outcome("rejected"))
         # What is explained is only tried when it is asked for.
         for fault in chosen:
-            if fault.key() in reasons and not options.only:
+            if fault.key() in reasons and not options.only and fault.id not in run.results:
                 run.settle(fault, Outcome("equivalent"))
         to_do = [fault for fault in chosen if fault.id not in run.results and fault not in single]
         run.try_all(to_do)
@@ -210,6 +219,8 @@ def main():
             lane.remove()
     unexplained = report(chosen, run.results, reasons)
     count = sum(outcome.result == "rejected" for outcome in run.results.values())
+    if before:
+        print(f"\n{len(before)} of them were caught in an earlier run and not tried again.")
     print(f"\n{len(single)} of them were built one by one; {count} more don't compile and don't count."
           f" {time.monotonic() - begin:.0f} s, all results in build/mutants/results.txt.")
     return 1 if unexplained else 0

@@ -171,6 +171,16 @@ class PlantedTree:
 
     # --- the tests
 
+    def failed_compiler_check(self):
+        """The first of the unit tests that have no executable, but a compiler that must refuse
+        something, which fails with the sources as they are."""
+        command = ["ctest", "--test-dir", self.build_folder, "-R", "^FormatCheck[.]", "--no-tests=error"]
+        result = subprocess.run([*command, "-j", str(self.jobs)], capture_output=True, text=True)
+        failed = re.search(r"^\s*\d+ - (\S+) \(Failed\)", result.stdout, re.MULTILINE)
+        if result.returncode and not failed:
+            raise SystemExit(result.stdout[-4000:] + result.stderr)
+        return failed[1] if failed else ""
+
     def test_executables(self):
         """The executables of the unit tests by name, with the folder of the product they are for."""
         found = {}
