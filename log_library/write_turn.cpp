@@ -52,9 +52,9 @@ bool CWriterQueue::Enter() {
   }
   // Measured finely: whoever holds the mutex for a few milliseconds at a time, again and again,
   // would pass unnoticed on the clock of the system's ticks.
-  const auto begin = std::chrono::steady_clock::now();
+  const auto begin = CFineClock::now();
   const DWORD result = ::WaitForSingleObject(mutex_.Get(), WaitLimitMs());
-  turn_begin_ = std::chrono::steady_clock::now();
+  turn_begin_ = CFineClock::now();
   SpendPatience(result == WAIT_TIMEOUT ? patience_ : turn_begin_ - begin);
   // A process that was killed in its turn leaves nothing half done: a record and a rotation are
   // one step each.
@@ -72,7 +72,7 @@ DWORD CWriterQueue::WaitLimitMs() {
       std::chrono::duration_cast<std::chrono::milliseconds>(patience_).count());
 }
 
-void CWriterQueue::SpendPatience(std::chrono::steady_clock::duration waited) {
+void CWriterQueue::SpendPatience(CFineClock::duration waited) {
   if (patience_ < kShortestWait) {
     return;
   }
@@ -82,8 +82,8 @@ void CWriterQueue::SpendPatience(std::chrono::steady_clock::duration waited) {
   }
 }
 
-void CWriterQueue::RegainPatience(std::chrono::steady_clock::duration turn) {
-  using Duration = std::chrono::steady_clock::duration;
+void CWriterQueue::RegainPatience(CFineClock::duration turn) {
+  using Duration = CFineClock::duration;
   if (patience_ >= kShortestWait) {
     const Duration regained =
         kPatienceOfATurn + kTurnsOfOthers * std::min<Duration>(turn, kLongestTurn);
@@ -93,7 +93,7 @@ void CWriterQueue::RegainPatience(std::chrono::steady_clock::duration turn) {
 
 void CWriterQueue::Leave() {
   ::ReleaseMutex(mutex_.Get());  // can't fail in one's own turn
-  RegainPatience(std::chrono::steady_clock::now() - turn_begin_);
+  RegainPatience(CFineClock::now() - turn_begin_);
 }
 
 }  // namespace nhupdate

@@ -9,6 +9,7 @@
 
 #include "base/unique_handle.h"
 #include "base/windows.h"
+#include "log_library/fine_clock.h"
 
 namespace nhupdate {
 
@@ -32,12 +33,12 @@ class CWriterQueue {
 
  private:
   [[nodiscard]] DWORD WaitLimitMs();
-  void SpendPatience(std::chrono::steady_clock::duration waited);
-  void RegainPatience(std::chrono::steady_clock::duration turn);
+  void SpendPatience(CFineClock::duration waited);
+  void RegainPatience(CFineClock::duration turn);
 
   UniqueKernelHandle mutex_;
-  std::chrono::steady_clock::duration patience_ = kPatience;
-  std::chrono::steady_clock::time_point turn_begin_;
+  CFineClock::duration patience_ = kPatience;
+  CFineClock::time_point turn_begin_;
   ULONGLONG no_wait_before_ = 0;  // in the milliseconds of the system's uptime
 };
 

@@ -25,8 +25,8 @@ constexpr WORD kHardening = IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA |
 constexpr std::size_t kLargestProgram = 700'000;
 constexpr std::size_t kLargestLogLibrary = 500'000;
 #else
-constexpr std::size_t kLargestProgram = 300'000;
-constexpr std::size_t kLargestLogLibrary = 200'000;
+constexpr std::size_t kLargestProgram = 220'000;
+constexpr std::size_t kLargestLogLibrary = 180'000;
 #endif
 
 class ShippedBinaryTest : public testing::TestWithParam<const wchar_t*> {
