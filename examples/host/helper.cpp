@@ -53,7 +53,8 @@ OwnedHandle StartHelper(const Settings& settings) {
   // Not by the updater's name, whose stages end each other by it.
   const fs::path helper = folder / L"NimbaHubUpdateHelper.exe";
   fs::create_directories(folder, error);
-  if (!fs::copy_file(OwnProgram(), helper, fs::copy_options::overwrite_existing, error)) {
+  if (folder.is_relative() ||
+      !fs::copy_file(OwnProgram(), helper, fs::copy_options::overwrite_existing, error)) {
     return nullptr;
   }
   Settings for_helper = settings;
