@@ -49,8 +49,8 @@ std::int64_t ToInteger(const std::string& digits) {
 
 double ToReal(const std::string& digits) {
   constexpr char kNotZero[] = "123456789";
-  // Further digits change nothing, but for whether there is anything else than 0 among them. With all
-  // of them the conversion would take time in proportion to the square of their number.
+  // Further digits change nothing, but for whether there is anything else than 0 among them. With
+  // all of them the conversion would take time in proportion to the square of their number.
   constexpr std::size_t kEnough = 800;
   const std::size_t first = digits.find_first_of(kNotZero);
   if (first == std::string::npos || digits.size() - first <= kEnough) {
