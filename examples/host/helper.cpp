@@ -31,6 +31,8 @@ bool IsTryWorthAsking(Decision decision) {
 void StartProduct(const Settings& settings, const CStatusWindow& window) {
   Settings for_product = settings;
   for_product.is_helper = false;
+  // The user has only just decided about an update, whatever became of it.
+  for_product.first_check = settings.offer_again;
   if (StartProgram(settings.program, ToArguments(for_product)) == nullptr) {
     window.Tell(kInstallAgain, MB_ICONERROR);
   }

@@ -44,5 +44,5 @@ finds 'Sleep is called by our code, not by the runtime alone' 's/`memcpy`/`Sleep
 finds "RtlGetNothing is said to be looked up by its name and isn't" 's/RtlGetVersion/RtlGetNothing/'
 finds 'GetLocalTime has a row and is not imported and called' 's/::GetLocalTime/GetLocalTime_/' \
   install/registration.cpp
-finds 'SetLastError is called and imported and has no row' 's/^namespace nhupdate {/&\ninline void Forget() { ::SetLastError(0); }/' \
+finds 'TlsGetValue is called and imported and has no row' 's/^namespace nhupdate {/&\ninline void* Value() { return ::TlsGetValue(0); }/' \
   base/console.cpp
