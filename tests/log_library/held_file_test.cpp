@@ -137,6 +137,24 @@ TEST(HeldFileTest, IsReplacedUnderAnotherNameWhenTheNextOneWasTakenMeanwhile) {
   }
 }
 
+// Whoever takes even the names that nobody could foresee gets no log, but nothing of his is
+// touched.
+TEST(HeldFileTest, IsNotReplacedWhenEveryNameIsTaken) {
+  HeldLog log;
+  const INTERPOSER(CreateFileW) create(log.Module(), [&](const wchar_t* path, auto... rest) {
+    const std::wstring name = path;
+    if (name.starts_with(log.Folder() + L"\\NHUpdateManager.") && name != log.CurrentFile()) {
+      ::SetLastError(ERROR_FILE_EXISTS);
+      return INVALID_HANDLE_VALUE;
+    }
+    return create.Original()(path, rest...);
+  });
+
+  EXPECT_EQ(log.Start(), 4);
+
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.log"));
+}
+
 TEST(HeldFileTest, IsLeftAsItIsByAWriterThatGivesUp) {
   HeldLog log;
   INTERPOSER(CreateFileW) create(

@@ -93,6 +93,20 @@ TEST_F(ProgramStartTest, LeavesNoTraceWithoutASwitch) {
   EXPECT_EQ(console_.Bytes(), "");
 }
 
+// Windows always gives at least the program's own path; nothing is read where it didn't.
+TEST_F(ProgramStartTest, LeavesNoTraceWithoutAnyArgument) {
+  const INTERPOSER(CommandLineToArgvW) split([&](const wchar_t* command_line, int* count) {
+    wchar_t** const arguments = split.Original()(command_line, count);
+    *count = 0;
+    return arguments;
+  });
+  command_line_ += L" -download";
+
+  EXPECT_EQ(RunProgram(), 0);
+
+  EXPECT_THAT(effects_, testing::Not(testing::Contains("CreateDirectoryW")));
+}
+
 TEST_F(ProgramStartTest, EndsWith1WithoutItsOwnModuleForWhichItAsksFirst) {
   command_line_ += L" -download";
   // Last of all, since other replacements need it to find the import table.
