@@ -6,11 +6,9 @@ import re
 import sys
 
 SOURCE = pathlib.Path("/usr/share/doc/mingw-w64-common/copyright")
-LICENCES = ("ZPL-2.1", "Lucent", "expat", "BSD-3-clause-Lockless")
+LICENCES = ("ZPL-2.1", "Lucent")
 COPYRIGHTS = {
     "mingw-w64-crt/gdtoa/*": "1997-2001 Lucent Technologies",
-    "mingw-w64-libraries/winpthreads/*": "2011-2016 mingw-w64 project",
-    "mingw-w64-libraries/winpthreads/include/pthread.h": "2010 Lockless Inc.",
 }
 
 
