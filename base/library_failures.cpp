@@ -1,8 +1,8 @@
-// What the standard library's templates call where others would throw. Nothing of this program
+// What the standard library calls where it would throw, and its allocation. Nothing of this program
 // catches an exception, so each would end the process; here it ends at once, and all that the
-// library would bring along to throw, to describe and to print an exception (a third of the
-// program's size) stays out of it. Only GCC's library has these functions, and only the program and
-// the log library have this file: the tests throw and catch.
+// library would bring along to throw, to describe and to print an exception (with a library of
+// threads half of the program's size) stays out of it. Only GCC's library has these functions, and
+// only the program and the log library have this file: the tests throw and catch.
 //
 // When the linker finds one of them defined twice, something new calls a function of that kind that
 // isn't here yet.

@@ -101,6 +101,20 @@ TEST(ParseNumberTest, ReadsRunsOfAnyLength) {
                                {L"0." + zeros.substr(0, 323) + L"5,", 326, "real 5e-324"}});
 }
 
+// What decides may stand further behind than any value has digits.
+TEST(ParseNumberTest, RoundsByDigitsOfAnyDistance) {
+  const std::wstring zeros(2000, L'0');
+  const std::wstring nines(2000, L'9');
+  const std::wstring half = L"9007199254740993." + zeros;
+  ExpectReadings(ParseNumber, {{half + L"0,", 2018, "real 9007199254740992"},
+                               {half + L"1,", 2018, "real 9007199254740994"},
+                               {L"9007199254740992." + nines + L",", 2017, "real 9007199254740992"},
+                               {L"9007199254740993." + nines + L",", 2017, "real 9007199254740994"},
+                               {zeros + L"1." + nines + L",", 4002, "real 2"},
+                               {L"." + zeros + nines + L",", 4001, "real 0"},
+                               {nines + L"." + nines + L",", 4001, "real inf"}});
+}
+
 TEST(ParseValueTest, TakesASignOrADigitForANumberButNoFullStop) {
   ExpectReadings(
       ParseValue,
