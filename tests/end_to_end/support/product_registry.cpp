@@ -28,6 +28,13 @@ std::wstring Today() {
   return std::to_wstring(now.wYear * 10000 + now.wMonth * 100 + now.wDay);
 }
 
+const std::wstring kFirstDay = Today();
+
+// A run that begins before midnight may have registered the product on either day.
+bool IsDayOfTheRun(const std::wstring& text) {
+  return text == kFirstDay || text == Today();
+}
+
 // How many bytes are stored for a text of so many UTF-16 units. The program doesn't count the
 // terminator, but Windows stores it when it follows what is counted.
 std::size_t StoredBytes(std::size_t units) {
@@ -44,7 +51,7 @@ std::string DataText(DWORD type, const std::vector<BYTE>& data) {
   std::wstring text(data.size() / sizeof(wchar_t) + 1, L'\0');
   std::memcpy(text.data(), data.data(), data.size());
   text.resize(text.find(L'\0'));
-  std::string shown = "\"" + (text == Today() ? "{today}" : ToUtf8(text)) + "\"";
+  std::string shown = "\"" + (IsDayOfTheRun(text) ? "{today}" : ToUtf8(text)) + "\"";
   if (type != REG_SZ) {
     shown += ", type " + std::to_string(type);
   }

@@ -10,9 +10,9 @@ namespace nhupdate_test {
 void DeleteProductKeys();
 
 // Everything below the product's keys: "key|name = data" lines, keys and names sorted, numbers
-// without quotation marks and today's date as {today}; empty when there is none of the keys. Behind
-// the data stands what is unusual: another type, or another count of bytes than Windows stores for
-// a text whose terminator isn't counted.
+// without quotation marks and the day of this run as {today}; empty when there is none of the keys.
+// Behind the data stands what is unusual: another type, or another count of bytes than Windows
+// stores for a text whose terminator isn't counted.
 [[nodiscard]] std::string DescribeProductKeys();
 
 }  // namespace nhupdate_test
