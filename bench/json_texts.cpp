@@ -69,17 +69,18 @@ std::wstring HugeReal(int units) {
 }  // namespace
 
 const JsonText kJsonTexts[kJsonTextCount] = {
-    {"string_file", StringFile},
-    {"flat_array", FlatArray},
-    {"nested_arrays", NestedArrays},
-    {"nested_objects", NestedObjects},
-    {"sibling_arrays", SiblingArrays},
-    {"open_arrays", OpenArrays},
-    {"open_arrays_one_bracket", OpenArraysAndOneBracket},
-    {"open_objects_one_bracket", OpenObjectsAndOneBracket},
-    {"huge_string", HugeString},
-    {"huge_integer", HugeInteger},
-    {"huge_real", HugeReal},
+    {"string_file", "a string file", StringFile},
+    {"flat_array", "a flat array of numbers", FlatArray},
+    {"nested_arrays", "nested arrays", NestedArrays},
+    {"nested_objects", "nested objects", NestedObjects},
+    {"sibling_arrays", "many empty arrays", SiblingArrays},
+    {"open_arrays", "arrays without an end", OpenArrays},
+    {"open_arrays_one_bracket", "arrays without an end but for one", OpenArraysAndOneBracket},
+    {"open_objects_one_bracket", "objects without an end but for a bracket",
+     OpenObjectsAndOneBracket},
+    {"huge_string", "one string with escapes", HugeString},
+    {"huge_integer", "one integer", HugeInteger},
+    {"huge_real", "one fraction", HugeReal},
 };
 
 }  // namespace nhupdate_bench

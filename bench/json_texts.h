@@ -9,6 +9,7 @@ namespace nhupdate_bench {
 
 struct JsonText {
   const char* name;
+  const char* what;
   std::wstring (*make)(int units);
 };
 
