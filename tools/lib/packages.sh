@@ -20,7 +20,7 @@ nhupdate_sign_packages=(openssl osslsigncode)
 
 # The rivals of the measurements.
 # shellcheck disable=SC2034  # used where this is sourced
-nhupdate_bench_packages=(nlohmann-json3-dev rapidjson-dev)
+nhupdate_bench_packages=(nlohmann-json3-dev rapidjson-dev libspdlog-dev libfmt-dev)
 
 # What the quick half of tools/lint looks with.
 nhupdate_lint_packages=(clang-format shellcheck yamllint)
