@@ -63,10 +63,7 @@ OpenResult CLogFile::Open(const CLogFolder& folder) {
       !folder.IsNamed(file, kCurrentName)) {
     return OpenResult::kNotTrustworthy;
   }
-  file_ = std::move(file);
-  identity_ = opened.identity;
-  end_ = 0;
-  has_open_line_ = false;
+  Take(std::move(file), opened.identity);
   return OpenResult::kOpened;
 }
 
@@ -82,17 +79,23 @@ bool CLogFile::MakeRotated(const CLogFolder& folder) {
     if (!file.IsValid() || !Inspect(file, opened) || !folder.IsNamed(file, name)) {
       return false;
     }
-    file_ = std::move(file);
-    identity_ = opened.identity;
-    end_ = 0;
-    has_open_line_ = false;
+    Take(std::move(file), opened.identity);
     return true;
   }
   return false;
 }
 
+void CLogFile::Take(UniqueFile file, const FileIdentity& identity) {
+  file_ = std::move(file);
+  identity_ = identity;
+  seen_size_.reset();
+  end_ = 0;
+  has_open_line_ = false;
+}
+
 bool CLogFile::Append(std::string_view record) {
-  const std::uint64_t size = State().size;
+  const std::uint64_t size = seen_size_ ? *seen_size_ : State().size;
+  seen_size_.reset();
   if (size != end_) {
     has_open_line_ = EndsWithinALine(file_, size);
   }
@@ -112,14 +115,16 @@ bool CLogFile::Append(std::string_view record) {
   return written == record.size();
 }
 
-LogFileState CLogFile::State() const {
+LogFileState CLogFile::State() {
+  LogFileState state;
   FILE_STANDARD_INFO information = {};
-  if (!::GetFileInformationByHandleEx(file_.Get(), FileStandardInfo, &information,
-                                      sizeof(information))) {
-    return {};
+  if (::GetFileInformationByHandleEx(file_.Get(), FileStandardInfo, &information,
+                                     sizeof(information))) {
+    state.size = static_cast<std::uint64_t>(information.EndOfFile.QuadPart);
+    state.is_deleted = information.DeletePending != FALSE || information.NumberOfLinks == 0;
   }
-  return {static_cast<std::uint64_t>(information.EndOfFile.QuadPart),
-          information.DeletePending != FALSE || information.NumberOfLinks == 0};
+  seen_size_ = state.size;
+  return state;
 }
 
 bool CLogFile::Rename(const CLogFolder& folder) const {

@@ -5,6 +5,7 @@
 // other.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -40,8 +41,9 @@ class CLogFile {
   // the file ends with, this process's or another's, the record begins a line of its own.
   [[nodiscard]] bool Append(std::string_view record);
 
-  // No size and not deleted when Windows doesn't tell.
-  [[nodiscard]] LogFileState State() const;
+  // No size and not deleted when Windows doesn't tell. The next record relies on that size, so
+  // nothing that takes long should come in between.
+  [[nodiscard]] LogFileState State();
 
   [[nodiscard]] bool IsSameFile(const CLogFile& other) const {
     return identity_ == other.identity_;
@@ -56,8 +58,11 @@ class CLogFile {
   void Flush() const;
 
  private:
+  void Take(UniqueFile file, const FileIdentity& identity);
+
   UniqueFile file_;
   FileIdentity identity_;
+  std::optional<std::uint64_t> seen_size_;  // since the last record
   std::uint64_t end_ = 0;       // where this process's last record ends, if no other came behind it
   bool has_open_line_ = false;  // the last record was cut short: its line end is missing
 };

@@ -1,5 +1,6 @@
 #include "log_library/record_text.h"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "log_library/record_level.h"
@@ -14,6 +15,9 @@ constexpr std::string_view kFurtherLine = "\n    ";
 constexpr char32_t kControlPictures = 0x2400;
 constexpr char32_t kDeletePicture = 0x2421;
 
+// Room for all that stands before a tag and behind a text.
+constexpr std::size_t kFrameBytes = 80;
+
 std::string LevelName(int level) {
   switch (level) {
     case kDebugLevel:
@@ -27,6 +31,23 @@ std::string LevelName(int level) {
     default:
       return std::to_string(level);
   }
+}
+
+bool IsPlain(wchar_t unit) {
+  return unit >= 0x20 && unit < 0x7F;
+}
+
+// Appends what is one byte of the same value for each unit, as most of a text is, and no other
+// character. Moves the position behind it.
+void AppendPlain(std::string& record, std::wstring_view text, std::size_t& position) {
+  const auto begin = text.begin() + static_cast<std::ptrdiff_t>(position);
+  const auto end = std::find_if_not(begin, text.end(), IsPlain);
+  const std::size_t old_size = record.size();
+  const auto count = static_cast<std::size_t>(end - begin);
+  record.resize(old_size + count);
+  std::transform(begin, end, record.begin() + static_cast<std::ptrdiff_t>(old_size),
+                 [](wchar_t unit) { return static_cast<char>(unit); });
+  position += count;
 }
 
 char32_t Printable(char32_t character) {
@@ -59,7 +80,9 @@ void AppendTag(std::string& record, std::wstring_view tag) {
 }
 
 void AppendText(std::string& record, std::wstring_view text) {
-  for (std::size_t position = 0; position < text.size();) {
+  std::size_t position = 0;
+  for (AppendPlain(record, text, position); position < text.size();
+       AppendPlain(record, text, position)) {
     const char32_t character = NextCharacter(text, position);
     if (character == U'\r' || character == U'\n') {
       if (character == U'\r' && position < text.size() && text[position] == L'\n') {
@@ -78,13 +101,18 @@ void AppendText(std::string& record, std::wstring_view text) {
 
 std::string FormatRecord(const RecordOrigin& origin, int level, std::wstring_view tag,
                          std::wstring_view text) {
-  std::string level_name = LevelName(level);
-  if (level_name.size() < kLevelWidth) {
-    level_name.resize(kLevelWidth, ' ');
-  }
-  std::string record = FormatRecordTime(origin.time) + " [" + std::to_string(origin.process_id) +
-                       ":" + std::to_string(origin.thread_id) + "] " + level_name + " [";
-  record.reserve(record.size() + tag.size() + text.size() + kFurtherLine.size());
+  std::string record;
+  record.reserve(kFrameBytes + tag.size() + text.size());
+  AppendRecordTime(record, origin.time);
+  record += " [";
+  record += std::to_string(origin.process_id);
+  record += ':';
+  record += std::to_string(origin.thread_id);
+  record += "] ";
+  const std::string level_name = LevelName(level);
+  record += level_name;
+  record.append(level_name.size() < kLevelWidth ? kLevelWidth - level_name.size() : 0, ' ');
+  record += " [";
   AppendTag(record, tag);
   record += "] ";
   AppendText(record, text);

@@ -16,9 +16,18 @@ std::int64_t Units(const FILETIME& time) {
   return static_cast<std::int64_t>(FileTimeUnits(time));
 }
 
-std::string Digits(int number, std::size_t width) {
+void AppendDigits(std::string& text, int number, std::size_t width) {
   const std::string digits = std::to_string(number);
-  return digits.size() < width ? std::string(width - digits.size(), '0') + digits : digits;
+  text.append(digits.size() < width ? width - digits.size() : 0, '0');
+  text += digits;
+}
+
+void AppendUtcOffset(std::string& text, int utc_offset_minutes) {
+  const int minutes = std::abs(utc_offset_minutes);
+  text += utc_offset_minutes < 0 ? '-' : '+';
+  AppendDigits(text, minutes / 60, 2);
+  text += ':';
+  AppendDigits(text, minutes % 60, 2);
 }
 
 }  // namespace
@@ -34,18 +43,28 @@ RecordTime CurrentRecordTime() {
   return time;
 }
 
-std::string FormatRecordTime(const RecordTime& time) {
+void AppendRecordTime(std::string& text, const RecordTime& time) {
   const SYSTEMTIME& local = time.local;
-  return Digits(local.wYear, 4) + "-" + Digits(local.wMonth, 2) + "-" + Digits(local.wDay, 2) +
-         "T" + Digits(local.wHour, 2) + ":" + Digits(local.wMinute, 2) + ":" +
-         Digits(local.wSecond, 2) + "." + Digits(local.wMilliseconds, 3) +
-         FormatUtcOffset(time.utc_offset_minutes);
+  const struct {
+    int number;
+    std::size_t width;
+    char end;
+  } parts[] = {
+      {local.wYear, 4, '-'}, {local.wMonth, 2, '-'},  {local.wDay, 2, 'T'},
+      {local.wHour, 2, ':'}, {local.wMinute, 2, ':'}, {local.wSecond, 2, '.'},
+  };
+  for (const auto& part : parts) {
+    AppendDigits(text, part.number, part.width);
+    text += part.end;
+  }
+  AppendDigits(text, local.wMilliseconds, 3);
+  AppendUtcOffset(text, time.utc_offset_minutes);
 }
 
 std::string FormatUtcOffset(int utc_offset_minutes) {
-  const int minutes = std::abs(utc_offset_minutes);
-  return (utc_offset_minutes < 0 ? "-" : "+") + Digits(minutes / 60, 2) + ":" +
-         Digits(minutes % 60, 2);
+  std::string text;
+  AppendUtcOffset(text, utc_offset_minutes);
+  return text;
 }
 
 }  // namespace nhupdate

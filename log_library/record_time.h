@@ -16,7 +16,7 @@ struct RecordTime {
 [[nodiscard]] RecordTime CurrentRecordTime();
 
 // "2026-11-20T14:03:05.123+02:00"
-[[nodiscard]] std::string FormatRecordTime(const RecordTime& time);
+void AppendRecordTime(std::string& text, const RecordTime& time);
 
 // "+02:00"
 [[nodiscard]] std::string FormatUtcOffset(int utc_offset_minutes);

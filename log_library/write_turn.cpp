@@ -2,8 +2,7 @@
 
 #include <algorithm>
 
-// This needs <windows.h> first.
-#include <sddl.h>
+#include "log_library/object_access.h"
 
 namespace nhupdate {
 
@@ -29,47 +28,66 @@ constexpr std::chrono::milliseconds kShortestWait{1};
 // mutex may be made in the global namespace by everyone.
 constexpr wchar_t kMutexName[] = L"Global\\NHUpdateManager.log";
 
-// What an elevated process makes would otherwise be closed to the others. Everyone who is logged
-// on may wait for and release the mutex (SYNCHRONIZE and MUTEX_MODIFY_STATE), and no more.
-constexpr wchar_t kMutexAccess[] = L"D:(A;;0x00100001;;;AU)(A;;GA;;;SY)(A;;GA;;;BA)";
+// Whoever keeps a standing turn is in it for the time of one record. So many looks follow each
+// other at once before more time is given to him.
+constexpr int kLooksAtOnce = 100;
 
 }  // namespace
 
 void CWriterQueue::Open() {
-  PSECURITY_DESCRIPTOR descriptor = nullptr;
-  if (!::ConvertStringSecurityDescriptorToSecurityDescriptorW(kMutexAccess, SDDL_REVISION_1,
-                                                              &descriptor, nullptr)) {
-    return;  // a mutex that shuts others out would be worse than none
+  mutex_.Reset(OpenSharedMutex(kMutexName));
+  if (mutex_.IsValid() && !standing_turn_.Open()) {
+    mutex_.Reset();
   }
-  SECURITY_ATTRIBUTES attributes = {sizeof(attributes), descriptor, FALSE};
-  mutex_.Reset(::CreateMutexExW(&attributes, kMutexName, 0, SYNCHRONIZE | MUTEX_MODIFY_STATE));
-  ::LocalFree(descriptor);  // nothing could be done about a failure
 }
 
 bool CWriterQueue::Enter() {
   if (!mutex_.IsValid()) {
     return false;
   }
+  is_standing_ = standing_turn_.Enter();
+  if (is_standing_) {
+    // Without patience to be regained nobody asks how long the turn takes.
+    turn_begin_ = patience_ < kPatience ? CFineClock::now() : CFineClock::time_point();
+    return true;
+  }
   // Measured finely: whoever holds the mutex for a few milliseconds at a time, again and again,
   // would pass unnoticed on the clock of the system's ticks.
   const auto begin = CFineClock::now();
-  const DWORD result = ::WaitForSingleObject(mutex_.Get(), WaitLimitMs());
+  const std::chrono::milliseconds limit = WaitLimit();
+  const bool is_ours = WaitForMutex(limit) && WaitForStandingTurn(begin + limit);
   turn_begin_ = CFineClock::now();
-  SpendPatience(result == WAIT_TIMEOUT ? patience_ : turn_begin_ - begin);
+  SpendPatience(is_ours ? turn_begin_ - begin : patience_);
+  return is_ours;
+}
+
+bool CWriterQueue::WaitForMutex(std::chrono::milliseconds limit) const {
+  const DWORD result = ::WaitForSingleObject(mutex_.Get(), static_cast<DWORD>(limit.count()));
   // A process that was killed in its turn leaves nothing half done: a record and a rotation are
   // one step each.
   return result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
 }
 
-DWORD CWriterQueue::WaitLimitMs() {
+bool CWriterQueue::WaitForStandingTurn(CFineClock::time_point end) {
+  standing_turn_.TakeBack();
+  for (int look = 0; !standing_turn_.IsOver(); ++look) {
+    if (CFineClock::now() >= end) {
+      ::ReleaseMutex(mutex_.Get());
+      return false;
+    }
+    ::Sleep(look < kLooksAtOnce ? 0 : 1);
+  }
+  return true;
+}
+
+std::chrono::milliseconds CWriterQueue::WaitLimit() {
   if (patience_ < kShortestWait) {
     if (::GetTickCount64() < no_wait_before_) {
-      return 0;
+      return {};
     }
     patience_ = kPatience;
   }
-  return static_cast<DWORD>(
-      std::chrono::duration_cast<std::chrono::milliseconds>(patience_).count());
+  return std::chrono::duration_cast<std::chrono::milliseconds>(patience_);
 }
 
 void CWriterQueue::SpendPatience(CFineClock::duration waited) {
@@ -92,8 +110,15 @@ void CWriterQueue::RegainPatience(CFineClock::duration turn) {
 }
 
 void CWriterQueue::Leave() {
-  ::ReleaseMutex(mutex_.Get());  // can't fail in one's own turn
-  RegainPatience(CFineClock::now() - turn_begin_);
+  if (is_standing_) {
+    standing_turn_.Leave();
+  } else {
+    standing_turn_.CountTurn();
+    ::ReleaseMutex(mutex_.Get());  // can't fail in one's own turn
+  }
+  if (patience_ < kPatience) {
+    RegainPatience(CFineClock::now() - turn_begin_);
+  }
 }
 
 }  // namespace nhupdate

@@ -10,11 +10,13 @@
 #include "base/unique_handle.h"
 #include "base/windows.h"
 #include "log_library/fine_clock.h"
+#include "log_library/standing_turn.h"
 
 namespace nhupdate {
 
-// The mutex that all processes of the machine share. Nobody is kept waiting for long: anyone may
-// hold the mutex, by ill will too, and a log is not worth a program that stands still.
+// The mutex that all processes of the machine share, and in its place, while one process writes
+// alone, its standing turn. Nobody is kept waiting for long: anyone may hold the mutex, by ill will
+// too, and a log is not worth a program that stands still.
 class CWriterQueue {
  public:
   static constexpr std::chrono::seconds kPatience{2};
@@ -32,11 +34,16 @@ class CWriterQueue {
   void Leave();
 
  private:
-  [[nodiscard]] DWORD WaitLimitMs();
+  [[nodiscard]] std::chrono::milliseconds WaitLimit();
+  [[nodiscard]] bool WaitForMutex(std::chrono::milliseconds limit) const;
+  // Of another process, which is taken back. When that takes too long, the mutex is let go.
+  [[nodiscard]] bool WaitForStandingTurn(CFineClock::time_point end);
   void SpendPatience(CFineClock::duration waited);
   void RegainPatience(CFineClock::duration turn);
 
   UniqueKernelHandle mutex_;
+  CStandingTurn standing_turn_;
+  bool is_standing_ = false;  // the turn is a standing one
   CFineClock::duration patience_ = kPatience;
   CFineClock::time_point turn_begin_;
   ULONGLONG no_wait_before_ = 0;  // in the milliseconds of the system's uptime

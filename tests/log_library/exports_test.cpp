@@ -85,7 +85,9 @@ TEST(LogLifetimeTest, FailedStartsLeakNoHandle) {
 
 std::string TimeNow() {
   constexpr std::size_t kUnitsWithoutOffset = 23;
-  return nhupdate::FormatRecordTime(nhupdate::CurrentRecordTime()).substr(0, kUnitsWithoutOffset);
+  std::string now;
+  nhupdate::AppendRecordTime(now, nhupdate::CurrentRecordTime());
+  return now.substr(0, kUnitsWithoutOffset);
 }
 
 TEST(LogRecordTest, CarriesTimeIdsLevelTagAndText) {

@@ -110,6 +110,19 @@ TEST(LogFileTest, IsReadOnlyWhenOthersHaveWritten) {
   EXPECT_EQ(open.Calls(), 1);
 }
 
+TEST(LogFileTest, IsAskedForItsSizeOnceForEachRecord) {
+  StartedLog log;
+  const FakeUptime uptime(log.Module());
+  log.Write(L"looks the file up");
+  INTERPOSER(GetFileInformationByHandleEx) inspect(
+      log.Module(), [&](auto... all) { return inspect.Original()(all...); });
+
+  log.Write(L"one");
+  log.Write(L"two");
+
+  EXPECT_EQ(inspect.Calls(), 2);
+}
+
 TEST(LogFileTest, IsReadAtItsEndHoweverLongItIs) {
   constexpr std::uint64_t kSize = 5ULL << 30;
   StartedLog log;

@@ -2,13 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "tests/support/interposer.h"
 
 namespace nhupdate_test {
 namespace {
 
 using nhupdate::CurrentRecordTime;
-using nhupdate::FormatRecordTime;
+
+std::string Text(const nhupdate::RecordTime& time) {
+  std::string text = "at ";
+  nhupdate::AppendRecordTime(text, time);
+  return text;
+}
 
 FILETIME FileTimeOf(const SYSTEMTIME& time) {
   FILETIME file_time = {};
@@ -37,12 +44,12 @@ TEST(RecordTimeTest, IsTheLocalOneWithItsDistanceFromUtc) {
       return TRUE;
     });
 
-    EXPECT_EQ(FormatRecordTime(CurrentRecordTime()), test.text);
+    EXPECT_EQ(Text(CurrentRecordTime()), std::string("at ") + test.text);
   }
 }
 
 TEST(RecordTimeTest, IsPaddedInAllItsParts) {
-  EXPECT_EQ(FormatRecordTime({{2027, 1, 6, 2, 3, 4, 5, 6}, -5}), "2027-01-02T03:04:05.006-00:05");
+  EXPECT_EQ(Text({{2027, 1, 6, 2, 3, 4, 5, 6}, -5}), "at 2027-01-02T03:04:05.006-00:05");
 }
 
 }  // namespace

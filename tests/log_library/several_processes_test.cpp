@@ -138,36 +138,67 @@ TEST(SeveralProcessesTest, AKilledWriterLosesNothingThatWasWritten) {
   EXPECT_TRUE(AreInOrder(numbers.at("survivor")));
 }
 
-// A writer is killed somewhere, mostly in its turn, since it does nothing but write.
-TEST(SeveralProcessesTest, WritersThatAreKilledInTheirTurnKeepNobodyWaiting) {
-  constexpr int kVictims = 20;
-  constexpr std::uint64_t kBytesOfAVictim = 20'000;
-  StartedLog log("MaxFileSizeKB=5120\n");
-  std::vector<DWORD> turns;
+// Writers are killed somewhere, mostly in their turns, since they do nothing but write.
+class KilledWritersTest : public testing::Test {
+ protected:
+  static constexpr int kVictims = 20;
 
-  for (int number = 0; number < kVictims; ++number) {
-    const WriterGate gate;
-    WriterProcess victim(log, gate, L"victim" + std::to_wstring(number), 100'000'000);
-    const std::uint64_t size_before = SizeOf(log.CurrentFile());
-    gate.Open();
-    WaitUntil([&] { return SizeOf(log.CurrentFile()) > size_before + kBytesOfAVictim; });
-    victim.Kill();
-    INTERPOSER(WaitForSingleObject) wait(log.Module(), [&](auto... all) {
-      turns.push_back(wait.Original()(all...));
-      return turns.back();
-    });
-    log.Write(L"survivor " + std::to_wstring(number));
+  void WriteBehindKilledWriters() {
+    constexpr std::uint64_t kBytesOfAVictim = 20'000;
+    for (int number = 0; number < kVictims; ++number) {
+      const WriterGate gate;
+      WriterProcess victim(log_, gate, L"victim" + std::to_wstring(number), 100'000'000);
+      const std::uint64_t size_before = SizeOf(log_.CurrentFile());
+      gate.Open();
+      WaitUntil([&] { return SizeOf(log_.CurrentFile()) > size_before + kBytesOfAVictim; });
+      victim.Kill();
+      const INTERPOSER(Sleep) sleep(log_.Module(), [](DWORD) {});
+      INTERPOSER(WaitForSingleObject) wait(log_.Module(), [&](auto... all) {
+        turns_.push_back(wait.Original()(all...));
+        return turns_.back();
+      });
+      INTERPOSER(OpenMutexW) look(log_.Module(), [&](auto... all) {
+        ++looks_at_victims_;
+        return look.Original()(all...);
+      });
+      log_.Write(L"survivor " + std::to_wstring(number));
+      EXPECT_EQ(sleep.Calls(), 0);
+    }
   }
 
-  const auto numbers = NumbersByWriter(log);
-  EXPECT_THAT(turns, SizeIs(kVictims));
-  EXPECT_THAT(turns, Each(AnyOf(DWORD{WAIT_OBJECT_0}, DWORD{WAIT_ABANDONED})));
+  void ExpectThatNothingIsLost() const {
+    const auto numbers = NumbersByWriter(log_);
+    EXPECT_EQ(numbers.size(), kVictims + 1u);
+    for (const auto& [name, of_writer] : numbers) {
+      EXPECT_TRUE(AreInOrder(of_writer)) << name;
+    }
+    EXPECT_THAT(turns_, SizeIs(kVictims));
+    EXPECT_THAT(turns_, Each(AnyOf(DWORD{WAIT_OBJECT_0}, DWORD{WAIT_ABANDONED})));
+  }
+
+  StartedLog log_{"MaxFileSizeKB=5120\n"};
+  std::vector<DWORD> turns_;
+  int looks_at_victims_ = 0;
+};
+
+TEST_F(KilledWritersTest, KeepNobodyWaitingWhoWantsTheirStandingTurn) {
+  WriteBehindKilledWriters();
+
+  ExpectThatNothingIsLost();
+  EXPECT_GE(looks_at_victims_, 2);
+}
+
+// Nobody has a standing turn while there is such a mutex.
+TEST_F(KilledWritersTest, KeepNobodyWaitingWhoWantsTheMutex) {
+  const nhupdate::UniqueKernelHandle unshared(
+      ::CreateMutexW(nullptr, FALSE, L"Global\\NHUpdateManager.log.unshared"));
+
+  WriteBehindKilledWriters();
+
+  ExpectThatNothingIsLost();
   // If a turn that was taken over weren't given back, no later victim could leave one behind.
-  EXPECT_THAT(turns, Contains(DWORD{WAIT_ABANDONED}).Times(Ge(2)));
-  EXPECT_EQ(numbers.size(), kVictims + 1u);
-  for (const auto& [name, of_writer] : numbers) {
-    EXPECT_TRUE(AreInOrder(of_writer)) << name;
-  }
+  EXPECT_THAT(turns_, Contains(DWORD{WAIT_ABANDONED}).Times(Ge(2)));
+  EXPECT_EQ(looks_at_victims_, 0);
 }
 
 }  // namespace

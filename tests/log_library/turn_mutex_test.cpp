@@ -25,12 +25,14 @@ std::wstring AccessText(void* descriptor) {
   return copy;
 }
 
+// The mutex and those that tell of a writer's presence.
 TEST(NewTurnMutexTest, IsOpenToEveryoneWhoIsLoggedOnAndNotInherited) {
   TestLog log;
+  std::vector<std::wstring> names;
   INTERPOSER(CreateMutexExW) create(
       log.Module(),
       [&](SECURITY_ATTRIBUTES* attributes, const wchar_t* name, DWORD flags, DWORD access) {
-        EXPECT_STREQ(name, L"Global\\NHUpdateManager.log");
+        names.emplace_back(name);
         EXPECT_THAT(AccessText(attributes->lpSecurityDescriptor),
                     AllOf(HasSubstr(L"(A;;0x100001;;;AU)"), HasSubstr(L"(A;;GA;;;SY)"),
                           HasSubstr(L"(A;;GA;;;BA)")));
@@ -40,12 +42,14 @@ TEST(NewTurnMutexTest, IsOpenToEveryoneWhoIsLoggedOnAndNotInherited) {
       });
 
   EXPECT_EQ(log.Start(), 0);
-  EXPECT_EQ(create.Calls(), 1);
+  EXPECT_THAT(names,
+              ElementsAre(L"Global\\NHUpdateManager.log", L"Global\\NHUpdateManager.log.unshared",
+                          L"Global\\NHUpdateManager.log.writer1"));
 }
 
+// Without the mutex there is nothing to wait for, and files are rotated all the same.
 class MissingTurnMutexTest : public testing::Test {
  protected:
-  // Without the mutex there is nothing to wait for, and files are rotated all the same.
   void StartAndRotate() {
     const INTERPOSER(WaitForSingleObject) wait(log_.Module(), Answers(DWORD{WAIT_OBJECT_0}));
 
@@ -67,6 +71,17 @@ TEST_F(MissingTurnMutexTest, IsDoneWithoutWhenItCantBeMade) {
   StartAndRotate();
 
   EXPECT_EQ(create.Calls(), 1);
+}
+
+TEST_F(MissingTurnMutexTest, IsDoneWithoutWhenNothingCouldTellOthersOfThisWriter) {
+  const INTERPOSER(CreateMutexExW) create(log_.Module(),
+                                          AnswersCall(2, HANDLE{}, ERROR_ACCESS_DENIED));
+  const INTERPOSER(OpenFileMappingW) open(log_.Module(), Answers(HANDLE{}, ERROR_ACCESS_DENIED));
+  const INTERPOSER(CreateFileMappingW) make(log_.Module(), Answers(HANDLE{}, ERROR_ACCESS_DENIED));
+
+  StartAndRotate();
+
+  EXPECT_EQ(create.Calls(), 2);
 }
 
 TEST_F(MissingTurnMutexTest, IsNotMadeWithoutItsAccessList) {

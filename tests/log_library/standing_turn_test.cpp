@@ -1,0 +1,241 @@
+// The turn that one process keeps for as long as it writes alone. Several objects stand for as many
+// processes.
+
+#include "log_library/standing_turn.h"
+
+#include <cstdint>
+#include <optional>
+#include <utility>
+
+#include "tests/log_library/test_log.h"
+
+// This needs <windows.h> first.
+#include <sddl.h>
+
+namespace nhupdate_test {
+namespace {
+
+using nhupdate::CStandingTurn;
+
+constexpr int kEnough = CStandingTurn::kTurnsInARow;
+
+void TakeTurns(CStandingTurn& turn, int count) {
+  for (int number = 0; number < count; ++number) {
+    turn.CountTurn();
+  }
+}
+
+// As whoever has got the mutex asks it.
+bool IsTakenBack(CStandingTurn& turn) {
+  turn.TakeBack();
+  return turn.IsOver();
+}
+
+// The words that all share, in which anyone could write.
+class SharedWords {
+ public:
+  SharedWords()
+      : section_(::OpenFileMappingW(FILE_MAP_READ | FILE_MAP_WRITE, FALSE,
+                                    L"Global\\NHUpdateManager.log.turn")),
+        view_(::MapViewOfFile(section_.Get(), FILE_MAP_READ | FILE_MAP_WRITE, 0, 0, 0)) {
+    EXPECT_TRUE(view_.IsValid());
+  }
+
+  [[nodiscard]] std::uint32_t& LastNumber() { return Word(0); }
+  [[nodiscard]] std::uint32_t& Busy() { return Word(2); }
+
+ private:
+  [[nodiscard]] std::uint32_t& Word(int index) {
+    return static_cast<std::uint32_t*>(view_.Get())[index];
+  }
+
+  nhupdate::UniqueKernelHandle section_;
+  nhupdate::UniqueView view_;
+};
+
+class StandingTurnTest : public testing::Test {
+ protected:
+  StandingTurnTest() {
+    EXPECT_TRUE(first_->Open());
+    EXPECT_TRUE(second_.Open());
+  }
+
+  std::optional<CStandingTurn> first_{std::in_place};
+  CStandingTurn second_;
+};
+
+TEST_F(StandingTurnTest, IsHadAfterEnoughTurnsInARow) {
+  TakeTurns(*first_, kEnough - 1);
+  EXPECT_FALSE(first_->Enter());
+
+  TakeTurns(*first_, 1);
+
+  EXPECT_TRUE(first_->Enter());
+  first_->Leave();
+  EXPECT_TRUE(first_->Enter());
+  EXPECT_FALSE(second_.Enter());
+}
+
+TEST_F(StandingTurnTest, IsNotHadWhenAnotherProcessHasATurnInBetween) {
+  TakeTurns(*first_, kEnough - 1);
+  TakeTurns(second_, 1);
+  TakeTurns(*first_, kEnough - 1);
+  EXPECT_FALSE(first_->Enter());
+
+  TakeTurns(*first_, 1);
+
+  EXPECT_TRUE(first_->Enter());
+}
+
+TEST_F(StandingTurnTest, IsTakenBackAtOnceBetweenTwoRecords) {
+  TakeTurns(*first_, kEnough);
+  ASSERT_TRUE(first_->Enter());
+  first_->Leave();
+
+  EXPECT_TRUE(IsTakenBack(second_));
+
+  EXPECT_FALSE(first_->Enter());
+  TakeTurns(second_, kEnough);
+  EXPECT_TRUE(second_.Enter());
+}
+
+TEST_F(StandingTurnTest, IsOverWhenTheRecordIsThatIsBeingWritten) {
+  TakeTurns(*first_, kEnough);
+  ASSERT_TRUE(first_->Enter());
+
+  EXPECT_FALSE(IsTakenBack(second_));
+  EXPECT_FALSE(second_.IsOver());
+  first_->Leave();
+
+  EXPECT_TRUE(second_.IsOver());
+  EXPECT_FALSE(first_->Enter());
+}
+
+TEST_F(StandingTurnTest, IsOverWhenItsProcessHasEndedInIt) {
+  TakeTurns(*first_, kEnough);
+  ASSERT_TRUE(first_->Enter());
+
+  first_.reset();
+
+  EXPECT_TRUE(IsTakenBack(second_));
+  TakeTurns(second_, kEnough);
+  EXPECT_TRUE(second_.Enter());
+}
+
+// Whether its process is still there can't be seen then.
+TEST_F(StandingTurnTest, IsNotOverWhenWindowsDoesntTellWhetherItsProcessHasEnded) {
+  TakeTurns(*first_, kEnough);
+  ASSERT_TRUE(first_->Enter());
+  const INTERPOSER(OpenMutexW) open(Answers(HANDLE{}, ERROR_ACCESS_DENIED));
+
+  EXPECT_FALSE(IsTakenBack(second_));
+
+  EXPECT_EQ(open.Calls(), 1);
+}
+
+// Who had the turn before may find that out only after the next one has it.
+TEST_F(StandingTurnTest, IsNotHadWhileAnotherProcessIsInTheMiddleOfARecord) {
+  SharedWords words;
+  TakeTurns(*first_, kEnough);
+  words.Busy() = words.LastNumber();
+
+  EXPECT_FALSE(first_->Enter());
+
+  EXPECT_EQ(words.Busy(), words.LastNumber());
+}
+
+TEST_F(StandingTurnTest, IsNotWaitedForWhenItsWordSaysWhatCantBe) {
+  SharedWords words;
+  const std::uint32_t own = words.LastNumber();
+  for (const std::uint32_t nonsense : {own, own + 1, 0xFFFF'FFFFu}) {
+    words.Busy() = nonsense;
+
+    EXPECT_TRUE(IsTakenBack(second_)) << nonsense;
+
+    EXPECT_EQ(words.Busy(), 0u);
+  }
+}
+
+// Only some programs may make memory for all sessions.
+TEST_F(StandingTurnTest, IsNobodysWhileAWriterCantShareTheMemory) {
+  std::optional<CStandingTurn> other{std::in_place};
+  {
+    const INTERPOSER(OpenFileMappingW) open(Answers(HANDLE{}, ERROR_FILE_NOT_FOUND));
+    const INTERPOSER(CreateFileMappingW) create(Answers(HANDLE{}, ERROR_ACCESS_DENIED));
+    EXPECT_TRUE(other->Open());
+    EXPECT_EQ(open.Calls(), 2);
+  }
+  TakeTurns(*other, kEnough);
+  EXPECT_FALSE(other->Enter());
+  EXPECT_TRUE(IsTakenBack(*other));
+
+  TakeTurns(*first_, kEnough);
+  EXPECT_FALSE(first_->Enter());
+  other.reset();
+  TakeTurns(*first_, kEnough);
+
+  EXPECT_TRUE(first_->Enter());
+}
+
+TEST_F(StandingTurnTest, IsNobodysWhileAWriterCantSeeTheMemory) {
+  CStandingTurn other;
+  {
+    const INTERPOSER(MapViewOfFile) map(
+        Answers(static_cast<void*>(nullptr), ERROR_NOT_ENOUGH_MEMORY));
+    EXPECT_TRUE(other.Open());
+  }
+
+  TakeTurns(*first_, kEnough);
+
+  EXPECT_FALSE(first_->Enter());
+}
+
+// The first of its mutexes tells of a writer that doesn't share the memory.
+TEST_F(StandingTurnTest, AllowsNoTurnsToAWriterThatNobodyKnowsOf) {
+  CStandingTurn other;
+  const INTERPOSER(CreateMutexExW) create(AnswersCall(1, HANDLE{}, ERROR_ACCESS_DENIED));
+  const INTERPOSER(OpenFileMappingW) open(Answers(HANDLE{}, ERROR_ACCESS_DENIED));
+  const INTERPOSER(CreateFileMappingW) make(Answers(HANDLE{}, ERROR_ACCESS_DENIED));
+
+  EXPECT_FALSE(other.Open());
+}
+
+TEST_F(StandingTurnTest, IsNotForAWriterWhoseEndNobodyCouldSee) {
+  CStandingTurn other;
+  {
+    const INTERPOSER(CreateMutexExW) create(AnswersCall(2, HANDLE{}, ERROR_ACCESS_DENIED));
+    EXPECT_TRUE(other.Open());
+  }
+
+  TakeTurns(other, kEnough);
+  EXPECT_FALSE(other.Enter());
+  TakeTurns(*first_, kEnough - 1);
+  TakeTurns(other, 1);
+  TakeTurns(*first_, 1);
+
+  EXPECT_FALSE(first_->Enter());
+}
+
+TEST(StandingTurnMemoryTest, MayBeReadAndWrittenByEveryoneWhoIsLoggedOnAndIsNotInherited) {
+  TestLog log;
+  INTERPOSER(CreateFileMappingW) create(
+      log.Module(), [&](HANDLE file, SECURITY_ATTRIBUTES* attributes, auto... rest) {
+        wchar_t* text = nullptr;
+        EXPECT_TRUE(::ConvertSecurityDescriptorToStringSecurityDescriptorW(
+            attributes->lpSecurityDescriptor, SDDL_REVISION_1, DACL_SECURITY_INFORMATION, &text,
+            nullptr));
+        // The two rights, in the letters that they have for other objects.
+        EXPECT_STREQ(text, L"D:(A;;DCLC;;;AU)(A;;GA;;;SY)(A;;GA;;;BA)");
+        ::LocalFree(text);
+        EXPECT_EQ(attributes->bInheritHandle, FALSE);
+        EXPECT_EQ(file, INVALID_HANDLE_VALUE);
+        return create.Original()(file, attributes, rest...);
+      });
+
+  EXPECT_EQ(log.Start(), 0);
+
+  EXPECT_EQ(create.Calls(), 1);
+}
+
+}  // namespace
+}  // namespace nhupdate_test
