@@ -1,4 +1,4 @@
-// Starting, looking at and ending processes; mutexes.
+// Starting, looking at and ending processes; mutexes and memory that they share.
 
 #include <thread>
 
@@ -46,6 +46,15 @@ std::wstring CopyOfThisProgram(const std::wstring& folder) {
 }
 
 constexpr DWORD kLookAccess = PROCESS_QUERY_INFORMATION | PROCESS_VM_READ;
+
+std::wstring SharedName() {
+  return L"Local\\nhupdate_reliances_" + std::to_wstring(::GetCurrentProcessId());
+}
+
+HANDLE MakeMemory() {
+  return ::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(int),
+                              SharedName().c_str());
+}
 
 }  // namespace
 
@@ -157,6 +166,40 @@ Reliances ProcessReliances() {
              ::CreateMutexExW(nullptr, name.c_str(), 0, SYNCHRONIZE | MUTEX_MODIFY_STATE));
          const DWORD error = ::GetLastError();
          return second.IsValid() ? std::to_string(error) : "none";
+       }},
+      {"OpenMutexW, a name that nobody has any more", "2", Wine::kAsWindows,
+       [](const std::wstring&) {
+         const std::wstring name = SharedName();
+         nhupdate::UniqueKernelHandle made(::CreateMutexW(nullptr, FALSE, name.c_str()));
+         made.Reset();
+         const nhupdate::UniqueKernelHandle opened(::OpenMutexW(SYNCHRONIZE, FALSE, name.c_str()));
+         return ErrorOf(opened.IsValid());
+       }},
+      {"CreateFileMappingW and MapViewOfFile, what is in new memory", "0", Wine::kAsWindows,
+       [](const std::wstring&) {
+         const nhupdate::UniqueKernelHandle memory(MakeMemory());
+         void* const view = ::MapViewOfFile(memory.Get(), FILE_MAP_READ, 0, 0, sizeof(int));
+         const int content = view == nullptr ? -1 : *static_cast<const int*>(view);
+         ::UnmapViewOfFile(view);
+         return std::to_string(content);
+       }},
+      {"OpenFileMappingW, memory that somebody has", "0", Wine::kAsWindows,
+       [](const std::wstring&) {
+         const nhupdate::UniqueKernelHandle memory(MakeMemory());
+         const nhupdate::UniqueKernelHandle opened(
+             ::OpenFileMappingW(FILE_MAP_READ | FILE_MAP_WRITE, FALSE, SharedName().c_str()));
+         return ErrorOf(opened.IsValid());
+       }},
+      {"OpenFileMappingW, memory of which somebody has only a view", "2", Wine::kAsWindows,
+       [](const std::wstring&) {
+         nhupdate::UniqueKernelHandle memory(MakeMemory());
+         void* const view = ::MapViewOfFile(memory.Get(), FILE_MAP_READ, 0, 0, sizeof(int));
+         memory.Reset();
+         const nhupdate::UniqueKernelHandle opened(
+             ::OpenFileMappingW(FILE_MAP_READ, FALSE, SharedName().c_str()));
+         const std::string error = ErrorOf(opened.IsValid());
+         ::UnmapViewOfFile(view);
+         return error;
        }},
   };
 }
