@@ -126,7 +126,12 @@ TEST_F(StandingTurnTest, IsOverWhenItsProcessHasEndedInIt) {
 TEST_F(StandingTurnTest, IsNotOverWhenWindowsDoesntTellWhetherItsProcessHasEnded) {
   TakeTurns(*first_, kEnough);
   ASSERT_TRUE(first_->Enter());
-  const INTERPOSER(OpenMutexW) open(Answers(HANDLE{}, ERROR_ACCESS_DENIED));
+  const INTERPOSER(OpenMutexW) open([](DWORD access, BOOL is_inherited, const wchar_t*) -> HANDLE {
+    EXPECT_EQ(access, DWORD{SYNCHRONIZE});
+    EXPECT_EQ(is_inherited, FALSE);
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return nullptr;
+  });
 
   EXPECT_FALSE(IsTakenBack(second_));
 
@@ -219,7 +224,8 @@ TEST_F(StandingTurnTest, IsNotForAWriterWhoseEndNobodyCouldSee) {
 TEST(StandingTurnMemoryTest, MayBeReadAndWrittenByEveryoneWhoIsLoggedOnAndIsNotInherited) {
   TestLog log;
   INTERPOSER(CreateFileMappingW) create(
-      log.Module(), [&](HANDLE file, SECURITY_ATTRIBUTES* attributes, auto... rest) {
+      log.Module(), [&](HANDLE file, SECURITY_ATTRIBUTES* attributes, DWORD protection,
+                        DWORD size_high, DWORD size, const wchar_t* name) {
         wchar_t* text = nullptr;
         EXPECT_TRUE(::ConvertSecurityDescriptorToStringSecurityDescriptorW(
             attributes->lpSecurityDescriptor, SDDL_REVISION_1, DACL_SECURITY_INFORMATION, &text,
@@ -229,12 +235,36 @@ TEST(StandingTurnMemoryTest, MayBeReadAndWrittenByEveryoneWhoIsLoggedOnAndIsNotI
         ::LocalFree(text);
         EXPECT_EQ(attributes->bInheritHandle, FALSE);
         EXPECT_EQ(file, INVALID_HANDLE_VALUE);
-        return create.Original()(file, attributes, rest...);
+        EXPECT_EQ(size_high, 0u);
+        EXPECT_EQ(size, 16u);
+        return create.Original()(file, attributes, protection, size_high, size, name);
       });
 
   EXPECT_EQ(log.Start(), 0);
 
   EXPECT_EQ(create.Calls(), 1);
+}
+
+// More than that nobody but administrators would be given.
+TEST(StandingTurnMemoryTest, IsOpenedForReadingAndWritingAndIsNotInherited) {
+  constexpr DWORD kReadAndWrite = FILE_MAP_READ | FILE_MAP_WRITE;
+  TestLog log;
+  INTERPOSER(OpenFileMappingW) open(log.Module(),
+                                    [&](DWORD access, BOOL is_inherited, const wchar_t* name) {
+                                      EXPECT_EQ(access, kReadAndWrite);
+                                      EXPECT_EQ(is_inherited, FALSE);
+                                      return open.Original()(access, is_inherited, name);
+                                    });
+  const INTERPOSER(CreateFileMappingW) create(log.Module(), Answers(HANDLE{}, ERROR_ACCESS_DENIED));
+
+  // Once before it is tried to make it, and once afterwards.
+  EXPECT_EQ(log.Start(), 0);
+  EXPECT_EQ(open.Calls(), 2);
+  CStandingTurn other;
+  EXPECT_TRUE(other.Open());
+  EXPECT_EQ(log.Start(), 0);
+
+  EXPECT_EQ(open.Calls(), 3);
 }
 
 }  // namespace
