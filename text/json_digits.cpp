@@ -36,8 +36,8 @@ std::int64_t DigitsBeforeTheFullStop(const std::string& digits, std::size_t firs
 // The value of the digits times that power of ten. Without a full stop: what the conversion takes
 // for one is a matter of the locale, which any DLL in the process can set.
 double ConvertWhole(const std::string& digits, std::int64_t exponent) {
-  const std::string power = "e" + std::to_string(exponent);
-  const double real = std::strtod((digits + power).c_str(), nullptr);
+  const std::string text = digits + 'e' + std::to_string(exponent);
+  const double real = std::strtod(text.c_str(), nullptr);
   // One run-time library gives this for smaller values too: where what lies exactly halfway is
   // rounded up to a power of two. It is right about what is a trifle larger than halfway.
   if (real == std::numeric_limits<double>::min()) {
