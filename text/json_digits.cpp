@@ -1,10 +1,10 @@
 #include "text/json_digits.h"
 
-#include <charconv>
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <limits>
-#include <system_error>
+#include <string>
 
 namespace nhupdate {
 
@@ -24,11 +24,16 @@ int HexadecimalDigit(wchar_t unit) {
   return -1;
 }
 
-}  // namespace
-
-bool IsDigit(wchar_t unit) {
-  return unit >= L'0' && unit <= L'9';
+std::string Narrow(std::wstring_view digits) {
+  std::string narrow;
+  narrow.reserve(digits.size());
+  for (const wchar_t unit : digits) {
+    narrow.push_back(static_cast<char>(unit));
+  }
+  return narrow;
 }
+
+}  // namespace
 
 void ScanHexadecimal(const wchar_t* digits, std::uint32_t& code) {
   if (HexadecimalDigit(digits[0]) < 0) {
@@ -40,28 +45,35 @@ void ScanHexadecimal(const wchar_t* digits, std::uint32_t& code) {
   }
 }
 
-std::int64_t ToInteger(const std::string& digits) {
+std::int64_t ToInteger(std::wstring_view digits) {
+  constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
   std::int64_t integer = 0;
-  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), integer);
-  return result.ec == std::errc::result_out_of_range ? std::numeric_limits<std::int64_t>::max()
-                                                     : integer;
+  for (const wchar_t unit : digits) {
+    const std::int64_t digit = unit - L'0';
+    if (integer > kLargest / 10 || (integer == kLargest / 10 && digit > kLargest % 10)) {
+      return kLargest;
+    }
+    integer = integer * 10 + digit;
+  }
+  return integer;
 }
 
-double ToReal(const std::string& digits) {
-  constexpr char kNotZero[] = "123456789";
+double ToReal(std::wstring_view digits) {
   // Further digits change nothing, but for whether there is anything else than 0 among them. With
   // all of them the conversion would take time in proportion to the square of their number.
-  constexpr std::size_t kEnough = 800;
-  const std::size_t first = digits.find_first_of(kNotZero);
-  if (first == std::string::npos || digits.size() - first <= kEnough) {
-    return std::strtod(digits.c_str(), nullptr);
+  constexpr std::ptrdiff_t kEnough = 800;
+  const auto is_more_than_zero = [](wchar_t unit) { return IsDigit(unit) && unit != L'0'; };
+  const auto first = std::find_if(digits.begin(), digits.end(), is_more_than_zero);
+  if (digits.end() - first <= kEnough) {
+    return std::strtod(Narrow(digits).c_str(), nullptr);
   }
-  const std::size_t end = first + kEnough;
-  if (digits.find('.') >= end) {
+  const auto end = first + kEnough;
+  if (std::find(digits.begin(), end, L'.') == end) {
     return std::numeric_limits<double>::infinity();
   }
-  const bool is_more = digits.find_first_of(kNotZero, end) != std::string::npos;
-  return std::strtod((digits.substr(0, end) + (is_more ? "1" : "")).c_str(), nullptr);
+  const bool is_more = std::any_of(end, digits.end(), is_more_than_zero);
+  const std::wstring_view enough(digits.data(), static_cast<std::size_t>(end - digits.begin()));
+  return std::strtod((Narrow(enough) + (is_more ? "1" : "")).c_str(), nullptr);
 }
 
 }  // namespace nhupdate

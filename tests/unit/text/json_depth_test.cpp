@@ -36,9 +36,9 @@ int Depth(const JsonValue& value) {
     const JsonValue::Object* object = next->AsObject();
     depth += array != nullptr || object != nullptr ? 1 : 0;
     if (array != nullptr && !array->empty()) {
-      next = array->front().get();
+      next = &array->front();
     } else if (object != nullptr && !object->empty()) {
-      next = object->begin()->second.get();
+      next = &object->begin()->second;
     } else {
       next = nullptr;
     }
