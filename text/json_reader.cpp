@@ -32,7 +32,7 @@ int ParseValue(JsonValue& value, const wchar_t* text, int bound) {
   const int skipped = scanner.SkipWhitespace(0);
   const wchar_t unit = scanner.UnitAt(skipped);
   int consumed = 0;
-  if (unit == L'{' || unit == L'[') {
+  if (CJsonContainerReader::IsOpening(unit)) {
     const JsonKind kind = unit == L'{' ? JsonKind::kObject : JsonKind::kArray;
     consumed = CJsonContainerReader(scanner).Read(value, kind, skipped);
   } else if (scanner.BeginsScalar(skipped)) {

@@ -5,7 +5,7 @@ namespace nhupdate {
 namespace {
 
 template <typename Content>
-Content* NewUnlessEmpty(Content content) {
+Content* NewUnlessEmpty(Content&& content) {
   return content.empty() ? nullptr : new Content(std::move(content));
 }
 

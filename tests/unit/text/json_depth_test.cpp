@@ -114,6 +114,20 @@ TEST(JsonReaderOfAnySizeTest, ReadsAMillionElementsMembersAndEscapes) {
   EXPECT_TRUE(*value.AsString() == Repeat(L"a\nA", kDepth));
 }
 
+TEST(JsonReaderOfAnySizeTest, ReadsLongArraysBesideEachOtherAndAsMembers) {
+  const std::wstring array = L"[" + Repeat(L"7,", 5000) + L"8]";
+  const std::string described(array.begin(), array.end());
+  JsonValue value;
+
+  const std::wstring beside = L"[" + array + L"," + array + L"]";
+  EXPECT_EQ(Read(value, beside), static_cast<int>(beside.size()));
+  EXPECT_EQ(Describe(value), "[" + described + "," + described + "]");
+
+  const std::wstring members = L"{\"b\":" + array + L",\"a\":[9]}";
+  EXPECT_EQ(Read(value, members), static_cast<int>(members.size()));
+  EXPECT_EQ(Describe(value), "{\"a\":[9],\"b\":" + described + "}");
+}
+
 TEST(JsonReaderOfAnySizeTest, ReadsNumbersOfAMillionDigits) {
   const std::wstring digits = Repeat(L"1", kDepth);
   JsonValue value;
