@@ -24,13 +24,26 @@ int HexadecimalDigit(wchar_t unit) {
   return -1;
 }
 
-std::string Narrow(std::wstring_view digits) {
-  std::string narrow;
-  narrow.reserve(digits.size());
-  for (const wchar_t unit : digits) {
-    narrow.push_back(static_cast<char>(unit));
+// How many of the digits from `first` on stand before the full stop. When that comes earlier it is
+// minus the number of those between the two.
+std::int64_t DigitsBeforeTheFullStop(std::wstring_view digits, std::size_t first) {
+  const std::size_t full_stop = digits.find(L'.');
+  return full_stop > first ? static_cast<std::int64_t>(full_stop - first)
+                           : -static_cast<std::int64_t>(first - full_stop - 1);
+}
+
+// The value of the digits times that power of ten. Without a full stop: what the conversion takes
+// for one is a matter of the locale, which any DLL in the process can set.
+double ConvertWhole(const std::string& digits, std::int64_t exponent) {
+  const std::string power = "e" + std::to_string(exponent);
+  const double real = std::strtod((digits + power).c_str(), nullptr);
+  // One run-time library gives this for smaller values too: where what lies exactly halfway is
+  // rounded up to a power of two. It is right about what is a trifle larger than halfway.
+  if (real == std::numeric_limits<double>::min()) {
+    const std::string larger = digits + "1e" + std::to_string(exponent - 1);
+    return std::min(real, std::strtod(larger.c_str(), nullptr));
   }
-  return narrow;
+  return real;
 }
 
 }  // namespace
@@ -59,21 +72,26 @@ std::int64_t ToInteger(std::wstring_view digits) {
 }
 
 double ToReal(std::wstring_view digits) {
+  const auto is_more_than_zero = [](wchar_t unit) { return unit != L'0' && unit != L'.'; };
+  const auto first = std::find_if(digits.begin(), digits.end(), is_more_than_zero);
+  if (first == digits.end()) {
+    return 0.0;
+  }
+
   // Further digits change nothing, but for whether there is anything else than 0 among them. With
   // all of them the conversion would take time in proportion to the square of their number.
-  constexpr std::ptrdiff_t kEnough = 800;
-  const auto is_more_than_zero = [](wchar_t unit) { return IsDigit(unit) && unit != L'0'; };
-  const auto first = std::find_if(digits.begin(), digits.end(), is_more_than_zero);
-  if (digits.end() - first <= kEnough) {
-    return std::strtod(Narrow(digits).c_str(), nullptr);
+  constexpr std::size_t kEnough = 800;
+  std::string text;
+  auto next = first;
+  for (; next != digits.end() && text.size() < kEnough; ++next) {
+    if (*next != L'.') {
+      text.push_back(static_cast<char>(*next));
+    }
   }
-  const auto end = first + kEnough;
-  if (std::find(digits.begin(), end, L'.') == end) {
-    return std::numeric_limits<double>::infinity();
-  }
-  const bool is_more = std::any_of(end, digits.end(), is_more_than_zero);
-  const std::wstring_view enough(digits.data(), static_cast<std::size_t>(end - digits.begin()));
-  return std::strtod((Narrow(enough) + (is_more ? "1" : "")).c_str(), nullptr);
+  text += std::any_of(next, digits.end(), is_more_than_zero) ? "1" : "";
+  const auto leading = static_cast<std::size_t>(first - digits.begin());
+  return ConvertWhole(
+      text, DigitsBeforeTheFullStop(digits, leading) - static_cast<std::int64_t>(text.size()));
 }
 
 }  // namespace nhupdate
