@@ -1,7 +1,11 @@
-// Reading and releasing JSON, beside widely used readers.
+// Reading and releasing JSON: beside widely used readers, and long texts beside short ones.
+
+#include <malloc.h>
+#include <rapidjson/document.h>
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 #include <tuple>
 
 #include "bench/json_texts.h"
@@ -12,39 +16,99 @@ namespace nhupdate_bench {
 
 namespace {
 
-// Reads and releases texts of altogether this many units in each run, so that short texts can be
-// measured as well.
-constexpr int kUnits = 1 << 22;
+constexpr int kKi = 1024;
+constexpr int kMi = 1024 * kKi;
 
-void CompareReaders(const CPairs& pairs, const JsonText& json, int units) {
-  const std::wstring text = json.make(units);
-  const std::string bytes(text.begin(), text.end());
-  const int times = kUnits / units > 0 ? kUnits / units : 1;
-  const std::string length = std::to_string(units / 1024) + " Ki";
-  pairs.Compare({std::string("json_") + json.name + "_" + std::to_string(units / 1024),
-                 std::string("JSON: ") + json.what + ", " + length + " units",
-                 "nlohmann's reader of UTF-8", 1.0},
-                {[&] {
-                  for (int time = 0; time < times; ++time) {
-                    nhupdate::JsonValue value;
-                    std::ignore =
-                        nhupdate::ParseValue(value, text.c_str(), static_cast<int>(text.size()));
-                    nhupdate::FreeValue(value);
-                  }
-                }},
-                {[&] {
-                  for (int time = 0; time < times; ++time) {
-                    constexpr bool kThrows = false;
-                    const auto value = nlohmann::json::parse(bytes, nullptr, kThrows);
-                  }
-                }});
+std::string Length(int units) {
+  return units < kMi ? std::to_string(units / kKi) + " Ki" : std::to_string(units / kMi) + " Mi";
+}
+
+// Short texts are read that often in each run that it takes as long as with a long one.
+template <typename Read>
+Work Often(int times, Read read) {
+  return {[times, read] {
+    for (int time = 0; time < times; ++time) {
+      read();
+    }
+  }};
+}
+
+Work OwnReader(const std::wstring& text, int times) {
+  return Often(times, [&text] {
+    nhupdate::JsonValue value;
+    std::ignore = nhupdate::ParseValue(value, text.c_str(), static_cast<int>(text.size()));
+    nhupdate::FreeValue(value);
+  });
+}
+
+// Reads UTF-8. Keeps the members of an object in order as well.
+Work NlohmannsReader(const std::string& text, int times) {
+  return Often(times, [&text] {
+    constexpr bool kThrows = false;
+    const auto value = nlohmann::json::parse(text, nullptr, kThrows);
+  });
+}
+
+// Reads UTF-16, in units of two bytes. Leaves the members of an object as they come, and has
+// everything in a pool that is released at once.
+Work RapidReader(const std::u16string& text, int times) {
+  return Often(times, [&text] {
+    rapidjson::GenericDocument<rapidjson::UTF16<char16_t>> document;
+    // However deep the text is nested.
+    document.Parse<rapidjson::kParseIterativeFlag>(text.c_str());
+  });
+}
+
+void CompareReaders(const CPairs& pairs, const JsonText& json) {
+  constexpr int kUnits = kMi;
+  constexpr int kTimes = 2;
+  const std::string name = std::string("json_") + json.name;
+  const std::string what = std::string("JSON: ") + json.what + ", " + Length(kUnits) + " units";
+  const std::wstring text = json.make(kUnits);
+  const std::string narrow_text(text.begin(), text.end());
+  const std::u16string rapid_text(text.begin(), text.end());
+  const Work own = OwnReader(text, kTimes);
+  pairs.Compare({name, what, "nlohmann's reader of UTF-8", 1.0}, own,
+                NlohmannsReader(narrow_text, kTimes));
+  if (json.is_read_by_rapid) {
+    pairs.Compare({name + "_rapid", what, "RapidJSON's reader of UTF-16"}, own,
+                  RapidReader(rapid_text, kTimes));
+  }
+}
+
+// From here on the heap keeps what it has got. Otherwise only the long text would be measured with
+// the system's giving and taking of memory, which the short one does without.
+void KeepMemory() {
+  ::mallopt(M_TRIM_THRESHOLD, -1);
+  ::mallopt(M_MMAP_MAX, 0);
+}
+
+// A unit of the longest text costs what a unit of a short one does.
+void CompareLengths(const CPairs& pairs, const JsonText& json) {
+  constexpr int kLong = 64 * kMi;
+  constexpr int kShort = 64 * kKi;
+  const std::string name = std::string("json_") + json.name + "_long";
+  if (!pairs.IsWanted(name)) {
+    return;
+  }
+  const std::wstring long_text = json.make(kLong);
+  const std::wstring short_text = json.make(kShort);
+  pairs.Compare({name, std::string("JSON: ") + json.what + ", " + Length(kLong) + " units",
+                 "the same reader, " + Length(kShort) + " units again and again", 1.1},
+                OwnReader(long_text, 1), OwnReader(short_text, kLong / kShort));
 }
 
 }  // namespace
 
 void MeasureAll(const CPairs& pairs) {
   for (const JsonText& json : kJsonTexts) {
-    CompareReaders(pairs, json, 1 << 20);
+    CompareReaders(pairs, json);
+  }
+  KeepMemory();
+  for (const JsonText& json : kJsonTexts) {
+    if (json.is_measured_long) {
+      CompareLengths(pairs, json);
+    }
   }
 }
 

@@ -69,17 +69,17 @@ std::wstring HugeReal(int units) {
 }  // namespace
 
 const JsonText kJsonTexts[kJsonTextCount] = {
-    {"string_file", "a string file", StringFile},
-    {"flat_array", "a flat array of numbers", FlatArray},
+    {"string_file", "a string file", StringFile, true, true},
+    {"flat_array", "a flat array of numbers", FlatArray, true, true},
     {"nested_arrays", "nested arrays", NestedArrays},
-    {"nested_objects", "nested objects", NestedObjects},
+    {"nested_objects", "nested objects", NestedObjects, true, true},
     {"sibling_arrays", "many empty arrays", SiblingArrays},
     {"open_arrays", "arrays without an end", OpenArrays},
     {"open_arrays_one_bracket", "arrays without an end but for one", OpenArraysAndOneBracket},
     {"open_objects_one_bracket", "objects without an end but for a bracket",
      OpenObjectsAndOneBracket},
     {"huge_string", "one string with escapes", HugeString},
-    {"huge_integer", "one integer", HugeInteger},
+    {"huge_integer", "one integer", HugeInteger, false},
     {"huge_real", "one fraction", HugeReal},
 };
 

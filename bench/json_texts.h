@@ -11,6 +11,9 @@ struct JsonText {
   const char* name;
   const char* what;
   std::wstring (*make)(int units);
+  // RapidJSON gives up at an integer of some hundred digits.
+  bool is_read_by_rapid = true;
+  bool is_measured_long = false;  // also with a text that takes a gigabyte or two when it is read
 };
 
 inline constexpr int kJsonTextCount = 11;

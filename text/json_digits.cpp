@@ -1,11 +1,10 @@
 #include "text/json_digits.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <cstdlib>
 #include <limits>
-#include <system_error>
+#include <string>
 
 namespace nhupdate {
 
@@ -27,8 +26,8 @@ int HexadecimalDigit(wchar_t unit) {
 
 // How many of the digits from `first` on stand before the full stop. When that comes earlier it is
 // minus the number of those between the two.
-std::int64_t DigitsBeforeTheFullStop(const std::string& digits, std::size_t first) {
-  const std::size_t full_stop = digits.find('.');
+std::int64_t DigitsBeforeTheFullStop(std::wstring_view digits, std::size_t first) {
+  const std::size_t full_stop = digits.find(L'.');
   return full_stop > first ? static_cast<std::int64_t>(full_stop - first)
                            : -static_cast<std::int64_t>(first - full_stop - 1);
 }
@@ -49,10 +48,6 @@ double ConvertWhole(const std::string& digits, std::int64_t exponent) {
 
 }  // namespace
 
-bool IsDigit(wchar_t unit) {
-  return unit >= L'0' && unit <= L'9';
-}
-
 void ScanHexadecimal(const wchar_t* digits, std::uint32_t& code) {
   if (HexadecimalDigit(digits[0]) < 0) {
     return;
@@ -63,32 +58,40 @@ void ScanHexadecimal(const wchar_t* digits, std::uint32_t& code) {
   }
 }
 
-std::int64_t ToInteger(const std::string& digits) {
+std::int64_t ToInteger(std::wstring_view digits) {
+  constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
   std::int64_t integer = 0;
-  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), integer);
-  return result.ec == std::errc::result_out_of_range ? std::numeric_limits<std::int64_t>::max()
-                                                     : integer;
+  for (const wchar_t unit : digits) {
+    const std::int64_t digit = unit - L'0';
+    if (integer > kLargest / 10 || (integer == kLargest / 10 && digit > kLargest % 10)) {
+      return kLargest;
+    }
+    integer = integer * 10 + digit;
+  }
+  return integer;
 }
 
-double ToReal(const std::string& digits) {
-  constexpr char kNotZero[] = "123456789";
-  const std::size_t first = digits.find_first_of(kNotZero);
-  if (first == std::string::npos) {
+double ToReal(std::wstring_view digits) {
+  const auto is_more_than_zero = [](wchar_t unit) { return unit != L'0' && unit != L'.'; };
+  const auto first = std::find_if(digits.begin(), digits.end(), is_more_than_zero);
+  if (first == digits.end()) {
     return 0.0;
   }
-  std::string text = digits.substr(first);
-  std::erase(text, '.');
-  const std::int64_t exponent = DigitsBeforeTheFullStop(digits, first);
 
   // Further digits change nothing, but for whether there is anything else than 0 among them. With
   // all of them the conversion would take time in proportion to the square of their number.
   constexpr std::size_t kEnough = 800;
-  if (text.size() > kEnough) {
-    const bool is_more = text.find_first_of(kNotZero, kEnough) != std::string::npos;
-    text.resize(kEnough);
-    text += is_more ? "1" : "";
+  std::string text;
+  auto next = first;
+  for (; next != digits.end() && text.size() < kEnough; ++next) {
+    if (*next != L'.') {
+      text.push_back(static_cast<char>(*next));
+    }
   }
-  return ConvertWhole(text, exponent - static_cast<std::int64_t>(text.size()));
+  text += std::any_of(next, digits.end(), is_more_than_zero) ? "1" : "";
+  const auto leading = static_cast<std::size_t>(first - digits.begin());
+  return ConvertWhole(
+      text, DigitsBeforeTheFullStop(digits, leading) - static_cast<std::int64_t>(text.size()));
 }
 
 }  // namespace nhupdate

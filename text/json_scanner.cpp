@@ -1,9 +1,9 @@
 #include "text/json_scanner.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <utility>
 
-#include "base/strings.h"
 #include "text/json_digits.h"
 
 namespace nhupdate {
@@ -35,67 +35,56 @@ Scalar ScalarBegunBy(wchar_t unit) {
   }
 }
 
-}  // namespace
-
-CJsonScanner::CJsonScanner(const wchar_t* text, int bound) : text_(text) {
-  for (; end_ < bound && text[end_] != L'\0'; ++end_) {
-    switch (text[end_]) {
-      case kQuote:
-        last_quote_ = end_;
-        break;
-      case L']':
-        last_square_bracket_ = end_;
-        break;
-      case L'}':
-        last_curly_bracket_ = end_;
-        break;
-      default:
-        break;
-    }
+int Length(const wchar_t* text, int bound) {
+  int length = 0;
+  while (length < bound && text[length] != L'\0') {
+    ++length;
   }
+  return length;
 }
 
-bool CJsonScanner::HasAhead(wchar_t closing_unit, int position) const {
-  const int last = closing_unit == kQuote ? last_quote_
-                   : closing_unit == L']' ? last_square_bracket_
-                                          : last_curly_bracket_;
+}  // namespace
+
+CJsonScanner::CJsonScanner(const wchar_t* text, int bound)
+    : text_(text), end_(Length(text, bound)) {}
+
+bool CJsonScanner::HasAhead(wchar_t closing_unit, int position) {
+  int& last = closing_unit == kQuote ? last_quote_
+              : closing_unit == L']' ? last_square_bracket_
+                                     : last_curly_bracket_;
+  if (last < 0) {
+    last = end_ - 1;
+    while (last >= position && text_[last] != closing_unit) {
+      --last;
+    }
+  }
   return last >= position;
 }
 
-int CJsonScanner::SkipWhitespace(int position) const {
-  while (position < end_ && text_[position] <= L' ') {
-    ++position;
-  }
-  return position;
-}
-
-int CJsonScanner::ScanString(int position, std::wstring& out) const {
+int CJsonScanner::ScanString(int position, std::wstring& out) {
   if (!HasAhead(kQuote, position)) {
     return -1;
   }
-  std::wstring text;
   std::uint32_t code = 0;
   int next = position + 1;
-  bool is_closed = false;
-  while (next < end_ && !is_closed) {
-    const wchar_t unit = text_[next];
-    if (unit == kBackslash) {
-      const int consumed = ScanEscape(next, code, text);
-      if (consumed > end_ - next) {
-        return -(next - position + consumed);
-      }
-      next += consumed;
-    } else {
-      if (unit == kQuote) {
-        is_closed = true;
-      } else {
-        text.push_back(unit);
-      }
+  for (;;) {
+    const int first = next;
+    while (next < end_ && text_[next] != kQuote && text_[next] != kBackslash) {
       ++next;
     }
+    out.append(text_ + first, static_cast<std::size_t>(next - first));
+    if (next == end_) {
+      return next - position;
+    }
+    if (text_[next] == kQuote) {
+      return next + 1 - position;
+    }
+    const int consumed = ScanEscape(next, code, out);
+    if (consumed > end_ - next) {
+      return -(next - position + consumed);
+    }
+    next += consumed;
   }
-  out = std::move(text);
-  return next - position;
 }
 
 // Appends what the escape stands for and returns its length, which is more than what is left of
@@ -136,7 +125,7 @@ int CJsonScanner::ScanEscape(int position, std::uint32_t& code, std::wstring& ou
   }
 }
 
-int CJsonScanner::ParseString(JsonValue& value, int position) const {
+int CJsonScanner::ParseString(JsonValue& value, int position) {
   std::wstring text;
   const int consumed = ScanString(position, text);
   if (consumed > 0) {
@@ -150,7 +139,6 @@ int CJsonScanner::ParseNumber(JsonValue& value, int position) const {
   const bool has_sign = sign == L'+' || sign == L'-';
   const int first = has_sign ? position + 1 : position;
 
-  std::string digits;
   bool has_full_stop = false;
   int next = first;
   for (; next < end_ && (IsDigit(text_[next]) || text_[next] == L'.'); ++next) {
@@ -160,12 +148,12 @@ int CJsonScanner::ParseNumber(JsonValue& value, int position) const {
       }
       has_full_stop = true;
     }
-    digits.push_back(static_cast<char>(text_[next]));
   }
   if (next == end_) {
     return -1;  // a number needs something behind it
   }
 
+  const std::wstring_view digits(text_ + first, static_cast<std::size_t>(next - first));
   if (has_full_stop) {
     const double real = ToReal(digits);
     value = JsonValue(sign == L'-' ? real * -1.0 : real);
@@ -177,33 +165,35 @@ int CJsonScanner::ParseNumber(JsonValue& value, int position) const {
 }
 
 int CJsonScanner::ParseLiteral(JsonValue& value, int position) const {
-  constexpr int kShortestLiteralUnits = 4;
-  if (end_ - position < kShortestLiteralUnits) {
-    return -1;
-  }
-  const wchar_t initial = text_[position];
-  const int units = initial == L'F' || initial == L'f' ? 5 : kShortestLiteralUnits;
-  if (end_ - position < units) {
-    return -1;
-  }
-  const std::wstring literal(text_ + position, static_cast<std::size_t>(units));
-  if (EqualsIgnoringCase(literal, L"true")) {
+  if (IsLiteral(L"true", position)) {
     value = JsonValue(true);
-  } else if (EqualsIgnoringCase(literal, L"false")) {
-    value = JsonValue(false);
-  } else if (EqualsIgnoringCase(literal, L"null")) {
-    value = JsonValue();
-  } else {
-    return -1;
+    return 4;
   }
-  return units;
+  if (IsLiteral(L"false", position)) {
+    value = JsonValue(false);
+    return 5;
+  }
+  if (IsLiteral(L"null", position)) {
+    value = JsonValue();
+    return 4;
+  }
+  return -1;
+}
+
+// Whether the name, which is in lower case, stands at the position in any letter case.
+bool CJsonScanner::IsLiteral(std::wstring_view name, int position) const {
+  constexpr wchar_t kToUpperCase = L'a' - L'A';
+  return name.size() <= static_cast<std::size_t>(end_ - position) &&
+         std::equal(name.begin(), name.end(), text_ + position, [](wchar_t letter, wchar_t unit) {
+           return unit == letter || unit == letter - kToUpperCase;
+         });
 }
 
 bool CJsonScanner::BeginsScalar(int position) const {
   return ScalarBegunBy(UnitAt(position)) != Scalar::kNone;
 }
 
-int CJsonScanner::ParseScalar(JsonValue& value, int position) const {
+int CJsonScanner::ParseScalar(JsonValue& value, int position) {
   switch (ScalarBegunBy(UnitAt(position))) {
     case Scalar::kString:
       return ParseString(value, position);

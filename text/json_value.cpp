@@ -2,55 +2,70 @@
 
 namespace nhupdate {
 
-JsonValue::JsonValue(JsonValue&& other) noexcept
-    : payload_(std::exchange(other.payload_, Payload())) {}
+namespace {
 
-JsonValue& JsonValue::operator=(JsonValue&& other) noexcept {
-  if (this != &other) {
-    Clear();
-    payload_ = std::exchange(other.payload_, Payload());
-  }
-  return *this;
+template <typename Content>
+Content* NewUnlessEmpty(Content&& content) {
+  return content.empty() ? nullptr : new Content(std::move(content));
 }
 
-JsonValue::~JsonValue() {
-  Clear();
+}  // namespace
+
+JsonValue::JsonValue(std::wstring string) : kind_(JsonKind::kString) {
+  payload_.string = NewUnlessEmpty(std::move(string));
+}
+
+JsonValue::JsonValue(Array array) : kind_(JsonKind::kArray) {
+  payload_.array = NewUnlessEmpty(std::move(array));
+}
+
+JsonValue::JsonValue(Object object) : kind_(JsonKind::kObject) {
+  payload_.object = NewUnlessEmpty(std::move(object));
 }
 
 // Letting the containers destroy each other would need a stack frame for every level of nesting.
 // Here they are unhooked first and die one by one, each with nothing but leaves in it.
 void JsonValue::Clear() {
-  std::vector<std::unique_ptr<JsonValue>> pending;
+  Array pending;
   MoveContainersTo(pending);
+  DeletePayload();
   while (!pending.empty()) {
-    const std::unique_ptr<JsonValue> next = std::move(pending.back());
+    JsonValue next = std::move(pending.back());
     pending.pop_back();
-    next->MoveContainersTo(pending);
-    next->payload_ = Payload();
+    next.MoveContainersTo(pending);
+    next.DeletePayload();
   }
-  payload_ = Payload();
 }
 
-bool JsonValue::HasChildren() const {
-  const Array* array = AsArray();
-  const Object* object = AsObject();
-  return (array != nullptr && !array->empty()) || (object != nullptr && !object->empty());
-}
-
-void JsonValue::MoveContainersTo(std::vector<std::unique_ptr<JsonValue>>& pending) {
-  if (Array* array = AsArray()) {
-    for (std::unique_ptr<JsonValue>& element : *array) {
-      if (element->HasChildren()) {
+void JsonValue::MoveContainersTo(Array& pending) {
+  if (!HasChildren()) {
+    return;
+  }
+  if (kind_ == JsonKind::kArray) {
+    for (JsonValue& element : *payload_.array) {
+      if (element.HasChildren()) {
         pending.push_back(std::move(element));
       }
     }
-  } else if (Object* object = AsObject()) {
-    for (auto& [key, value] : *object) {
-      if (value->HasChildren()) {
+  } else {
+    for (auto& [key, value] : *payload_.object) {
+      if (value.HasChildren()) {
         pending.push_back(std::move(value));
       }
     }
   }
+}
+
+void JsonValue::DeletePayload() {
+  if (kind_ == JsonKind::kString) {
+    delete payload_.string;
+  } else if (kind_ == JsonKind::kArray) {
+    delete payload_.array;
+  } else if (kind_ == JsonKind::kObject) {
+    delete payload_.object;
+  }
+  kind_ = JsonKind::kNull;
+  payload_ = Payload();
 }
 
 }  // namespace nhupdate

@@ -2,13 +2,10 @@
 
 // One value of a JSON text, with everything beneath it.
 
-#include <cstddef>
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <string>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace nhupdate {
@@ -28,52 +25,93 @@ enum class JsonKind : int {
 class JsonValue {
  public:
   // Elements in document order.
-  using Array = std::vector<std::unique_ptr<JsonValue>>;
+  using Array = std::vector<JsonValue>;
   // Members in ascending order of their keys, compared unit by unit.
-  using Object = std::map<std::wstring, std::unique_ptr<JsonValue>>;
+  using Object = std::map<std::wstring, JsonValue>;
 
   JsonValue() = default;
-  explicit JsonValue(bool boolean) : payload_(boolean) {}
-  explicit JsonValue(std::int64_t integer) : payload_(integer) {}
-  explicit JsonValue(double real) : payload_(real) {}
-  explicit JsonValue(std::wstring string) : payload_(std::move(string)) {}
-  explicit JsonValue(Array array) : payload_(std::move(array)) {}
-  explicit JsonValue(Object object) : payload_(std::move(object)) {}
+  explicit JsonValue(bool boolean) : kind_(JsonKind::kBoolean) { payload_.boolean = boolean; }
+  explicit JsonValue(std::int64_t integer) : kind_(JsonKind::kInteger) {
+    payload_.integer = integer;
+  }
+  explicit JsonValue(double real) : kind_(JsonKind::kReal) { payload_.real = real; }
+  explicit JsonValue(std::wstring string);
+  explicit JsonValue(Array array);
+  explicit JsonValue(Object object);
   // A pointer, to a text for instance, would otherwise be taken for a truth value.
   explicit JsonValue(const void*) = delete;
-  JsonValue(JsonValue&& other) noexcept;
-  JsonValue& operator=(JsonValue&& other) noexcept;
+  JsonValue(JsonValue&& other) noexcept
+      : kind_(std::exchange(other.kind_, JsonKind::kNull)),
+        payload_(std::exchange(other.payload_, Payload())) {}
+  JsonValue& operator=(JsonValue&& other) noexcept {
+    // What was here goes last: the other value may be a part of it.
+    JsonValue moved(std::move(other));
+    std::swap(kind_, moved.kind_);
+    std::swap(payload_, moved.payload_);
+    return *this;
+  }
   JsonValue(const JsonValue&) = delete;
   JsonValue& operator=(const JsonValue&) = delete;
-  ~JsonValue();
+  ~JsonValue() {
+    if (kind_ >= JsonKind::kString) {
+      Clear();
+    }
+  }
 
-  [[nodiscard]] JsonKind Kind() const { return static_cast<JsonKind>(payload_.index()); }
+  [[nodiscard]] JsonKind Kind() const { return kind_; }
 
   // The payload of that kind; null when the value is of another kind.
-  [[nodiscard]] const bool* AsBoolean() const { return std::get_if<bool>(&payload_); }
+  [[nodiscard]] const bool* AsBoolean() const {
+    return kind_ == JsonKind::kBoolean ? &payload_.boolean : nullptr;
+  }
   [[nodiscard]] const std::int64_t* AsInteger() const {
-    return std::get_if<std::int64_t>(&payload_);
+    return kind_ == JsonKind::kInteger ? &payload_.integer : nullptr;
   }
-  [[nodiscard]] const double* AsReal() const { return std::get_if<double>(&payload_); }
+  [[nodiscard]] const double* AsReal() const {
+    return kind_ == JsonKind::kReal ? &payload_.real : nullptr;
+  }
   [[nodiscard]] const std::wstring* AsString() const {
-    return std::get_if<std::wstring>(&payload_);
+    return kind_ == JsonKind::kString ? &ContentOf(payload_.string) : nullptr;
   }
-  [[nodiscard]] const Array* AsArray() const { return std::get_if<Array>(&payload_); }
-  [[nodiscard]] Array* AsArray() { return std::get_if<Array>(&payload_); }
-  [[nodiscard]] const Object* AsObject() const { return std::get_if<Object>(&payload_); }
-  [[nodiscard]] Object* AsObject() { return std::get_if<Object>(&payload_); }
+  [[nodiscard]] const Array* AsArray() const {
+    return kind_ == JsonKind::kArray ? &ContentOf(payload_.array) : nullptr;
+  }
+  [[nodiscard]] const Object* AsObject() const {
+    return kind_ == JsonKind::kObject ? &ContentOf(payload_.object) : nullptr;
+  }
 
   // Releases the payload and everything beneath it and leaves the value Null.
   void Clear();
 
  private:
-  // The alternatives stand in the order of the numbers of JsonKind.
-  using Payload =
-      std::variant<std::monostate, bool, std::int64_t, double, std::wstring, Array, Object>;
+  // A long array is mostly the moving of its elements, so values are small and move as numbers do.
+  // What a pointer leads to belongs to the value; it is null when that would be empty.
+  union Payload {
+    std::int64_t integer = 0;
+    bool boolean;
+    double real;
+    std::wstring* string;
+    Array* array;
+    Object* object;
+  };
 
-  [[nodiscard]] bool HasChildren() const;
-  void MoveContainersTo(std::vector<std::unique_ptr<JsonValue>>& pending);
+  template <typename Content>
+  [[nodiscard]] static const Content& ContentOf(const Content* content) {
+    if (content == nullptr) {
+      static const Content kEmpty;
+      return kEmpty;
+    }
+    return *content;
+  }
 
+  [[nodiscard]] bool HasChildren() const {
+    return (kind_ == JsonKind::kArray && payload_.array != nullptr) ||
+           (kind_ == JsonKind::kObject && payload_.object != nullptr);
+  }
+  void MoveContainersTo(Array& pending);
+  void DeletePayload();
+
+  JsonKind kind_ = JsonKind::kNull;
   Payload payload_;
 };
 

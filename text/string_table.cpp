@@ -17,7 +17,7 @@ void AddTexts(const JsonValue& root, StringTable& strings) {
     return;
   }
   for (const auto& [key, value] : *members) {
-    const std::wstring* text = value->AsString();
+    const std::wstring* text = value.AsString();
     if (!key.empty() && text != nullptr && !text->empty()) {
       strings.insert_or_assign(key, *text);
     }

@@ -12,7 +12,7 @@ std::string DescribeArray(const nhupdate::JsonValue::Array& array) {
   std::string description = "[";
   for (const auto& element : array) {
     description += description.size() > 1 ? "," : "";
-    description += Describe(*element);
+    description += Describe(element);
   }
   return description + "]";
 }
@@ -21,7 +21,7 @@ std::string DescribeObject(const nhupdate::JsonValue::Object& object) {
   std::string description = "{";
   for (const auto& [key, member] : object) {
     description += description.size() > 1 ? "," : "";
-    description += DescribeString(key) + ":" + Describe(*member);
+    description += DescribeString(key) + ":" + Describe(member);
   }
   return description + "}";
 }

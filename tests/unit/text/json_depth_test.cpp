@@ -36,9 +36,9 @@ int Depth(const JsonValue& value) {
     const JsonValue::Object* object = next->AsObject();
     depth += array != nullptr || object != nullptr ? 1 : 0;
     if (array != nullptr && !array->empty()) {
-      next = array->front().get();
+      next = &array->front();
     } else if (object != nullptr && !object->empty()) {
-      next = object->begin()->second.get();
+      next = &object->begin()->second;
     } else {
       next = nullptr;
     }
@@ -112,6 +112,20 @@ TEST(JsonReaderOfAnySizeTest, ReadsAMillionElementsMembersAndEscapes) {
   EXPECT_EQ(Read(value, text), static_cast<int>(text.size()));
   ASSERT_NE(value.AsString(), nullptr);
   EXPECT_TRUE(*value.AsString() == Repeat(L"a\nA", kDepth));
+}
+
+TEST(JsonReaderOfAnySizeTest, ReadsLongArraysBesideEachOtherAndAsMembers) {
+  const std::wstring array = L"[" + Repeat(L"7,", 5000) + L"8]";
+  const std::string described(array.begin(), array.end());
+  JsonValue value;
+
+  const std::wstring beside = L"[" + array + L"," + array + L"]";
+  EXPECT_EQ(Read(value, beside), static_cast<int>(beside.size()));
+  EXPECT_EQ(Describe(value), "[" + described + "," + described + "]");
+
+  const std::wstring members = L"{\"b\":" + array + L",\"a\":[9]}";
+  EXPECT_EQ(Read(value, members), static_cast<int>(members.size()));
+  EXPECT_EQ(Describe(value), "{\"a\":[9],\"b\":" + described + "}");
 }
 
 TEST(JsonReaderOfAnySizeTest, ReadsNumbersOfAMillionDigits) {
