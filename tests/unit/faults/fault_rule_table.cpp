@@ -165,8 +165,6 @@ const FaultRule kRules[] = {
 
     // Deleting the updater's configuration, and making sure that no link leads elsewhere.
     {"FailedUpdate", "CreateFileW", L"*\\ut.ini", kConfigNotDeleted},
-    {"FailedUpdate", "GetFileInformationByHandleEx", L"*\\ut.ini",
-     "what could be opened as a file is one"},
     {"FailedUpdate", "SetFileInformationByHandle", L"*\\ut.ini", kPlainWay, 1},
     {"FailedUpdate", "SetFileInformationByHandle", L"*\\ut.ini", kConfigNotDeleted},
     {"FailedUpdate", "CreateFileW", L"*{base}\\Updater\\", kEachLevel, 1},
@@ -183,11 +181,13 @@ const FaultRule kRules[] = {
     {"", "SetCurrentDirectoryW", L"system32", kNotGranted},
     {"", "GetCurrentDirectoryW SetCurrentDirectoryW", L"", kCurrentFolder},
 
-    // Making sure that no link leads elsewhere from what is deleted or copied into. A folder is
-    // opened three times for the deletion, before it is held open for the copy.
+    // Making sure that no link leads elsewhere from what is deleted or copied into. A folder
+    // that is there is opened three times for the deletion, before it is held open for the copy;
+    // for
+    // one that isn't, the first time tells.
     {"Install", "CreateFileW", L"*{root}\\NimbaCast\\Updater\\", kEachLevel},
     {"Install", "CreateFileW", L"{root}\\NimbaCast\\Updater\\", kNimbaCastNotCopied},
-    {kInstalling, "CreateFileW", L"*{base}\\CSUpdateManager", kRemoval, 3},
+    {kInstalling, "CreateFileW", L"*{base}\\CSUpdateManager", kRemoval, 1},
     {kInstalling, "CreateFileW", L"*{base}\\CSUpdateManager", kCopyFailed},
     {kInstalling, "CreateFileW", L"*{base}\\Data", kRemoval, 3},
     {kInstalling, "CreateFileW", L"*{base}\\Data", kCopyFailed},
@@ -204,7 +204,7 @@ const FaultRule kRules[] = {
     {"SelfUpdate", "CreateFileW", L"*\\App\\NHUpdateManager\\Config", kCopyFailed},
     {"SelfUpdate", "GetFileInformationByHandleEx", L"*\\App\\NHUpdateManager\\Config",
      kSourceUnknown},
-    {"SelfUpdate", "CreateFileW", L"*{base}\\NHUpdateManager\\Config", kRemoval, 3},
+    {"SelfUpdate", "CreateFileW", L"*{base}\\NHUpdateManager\\Config", kRemoval, 1},
     {"SelfUpdate", "CreateFileW", L"*{base}\\NHUpdateManager\\Config", kCopyFailed},
     {"", kAsksForPlace, L"", kRemoval},
     {"", "SetFileInformationByHandle", L"", kRemoval},
