@@ -1,3 +1,5 @@
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "tests/unit/text/json_table.h"
@@ -8,6 +10,23 @@ namespace {
 using nhupdate::ParseNumber;
 using nhupdate::ParseValue;
 using namespace std::string_view_literals;
+
+// All digits of that many halves of the smallest value above 0. That one is 2 to the power of
+// -1074; so a half is 5 to the power of 1075, shifted by 1075 digits.
+std::wstring HalvesOfTheSmallest(std::uint64_t count) {
+  constexpr std::size_t kDigits = 1075;
+  std::wstring number = std::to_wstring(count);
+  number.insert(0, kDigits - number.size(), L'0');
+  for (std::size_t power = 0; power < kDigits; ++power) {
+    int carry = 0;
+    for (auto digit = number.rbegin(); digit != number.rend(); ++digit) {
+      const int product = 5 * (*digit - L'0') + carry;
+      *digit = static_cast<wchar_t>(L'0' + product % 10);
+      carry = product / 10;
+    }
+  }
+  return L"." + number;
+}
 
 TEST(ParseNumberTest, ReadsIntegers) {
   ExpectReadings(ParseNumber, {{L"0,", 1, "0"},
@@ -113,6 +132,38 @@ TEST(ParseNumberTest, RoundsByDigitsOfAnyDistance) {
                                {zeros + L"1." + nines + L",", 4002, "real 2"},
                                {L"." + zeros + nines + L",", 4001, "real 0"},
                                {nines + L"." + nines + L",", 4001, "real inf"}});
+}
+
+TEST(ParseNumberTest, PutsTheFullStopAnywhere) {
+  const std::wstring zeros(100'000, L'0');
+  ExpectReadings(ParseNumber, {{L"." + zeros + L"1,", 100'002, "real 0"},
+                               {L"1" + zeros + L".,", 100'002, "real inf"},
+                               {zeros + L"12." + zeros + L",", 200'003, "real 12"},
+                               {L".00" + zeros.substr(0, 298) + L"25,", 303, "real 2.5e-301"},
+                               {L"25" + zeros.substr(0, 298) + L".0,", 302, "real 2.5e+299"}});
+}
+
+// Of what lies halfway between two values that one is taken whose last bit is 0. Not every run-time
+// library knows that of the smallest ones.
+TEST(ParseNumberTest, RoundsTheSmallestValuesFromHalfwayToo) {
+  ExpectReadings(ParseNumber, {{HalvesOfTheSmallest(1) + L",", 1076, "real 0"},
+                               {HalvesOfTheSmallest(3) + L",", 1076, "real 1e-323"},
+                               {HalvesOfTheSmallest(5) + L",", 1076, "real 1e-323"},
+                               {HalvesOfTheSmallest(7) + L",", 1076, "real 2e-323"},
+                               {HalvesOfTheSmallest(7) + L"1,", 1077, "real 2e-323"},
+                               {L"-" + HalvesOfTheSmallest(63) + L",", 1077, "real -1.6e-322"}});
+}
+
+// The smallest value that has all its bits, and what lies halfway to its neighbours.
+TEST(ParseNumberTest, RoundsAtTheEndOfTheSmallestValues) {
+  constexpr std::uint64_t kSmallestWhole = std::uint64_t{1} << 53;
+  ExpectReadings(
+      ParseNumber,
+      {{HalvesOfTheSmallest(kSmallestWhole - 2) + L",", 1076, "real 2.225073858507201e-308"},
+       {HalvesOfTheSmallest(kSmallestWhole - 1) + L",", 1076, "real 2.2250738585072014e-308"},
+       {HalvesOfTheSmallest(kSmallestWhole) + L",", 1076, "real 2.2250738585072014e-308"},
+       {HalvesOfTheSmallest(kSmallestWhole + 1) + L",", 1076, "real 2.2250738585072014e-308"},
+       {HalvesOfTheSmallest(kSmallestWhole + 1) + L"1,", 1077, "real 2.225073858507202e-308"}});
 }
 
 TEST(ParseValueTest, TakesASignOrADigitForANumberButNoFullStop) {

@@ -11,6 +11,7 @@ const struct {
 } kFruitlessChecks[] = {
     {"NoUpdate", EndsWith(1)},
     {"Error", EndsWith(2)},
+    {"Unreadable", EndsUnreadably()},
     {"NotLaunched", FailsWith(ERROR_CANCELLED)},
 };
 
@@ -53,7 +54,7 @@ TEST_F(CheckAndDownloadTest, DownloadsNothingWhenTheVersionsMatch) {
   for (const auto& [name, answer] : kFruitlessChecks) {
     TellRun(name + std::string(", no versions"), {answer});
   }
-  EXPECT_EQ(read_.Calls(), 6);
+  EXPECT_EQ(read_.Calls(), 8);
   SetVersions("1.10.2", "1.10.2");
   for (const auto& [name, answer] : kFruitlessChecks) {
     TellRun(name + std::string(", equal versions"), {answer});

@@ -38,9 +38,11 @@ TEST_F(UpdaterRefreshTest, CopiesUnlessTheUpdateOfTheUpdaterFailed) {
       // The new updater was fetched earlier.
       {"NoNewUpdater", {EndsWith(1)}, "new"},
       {"CheckFailed", {EndsWith(2)}, "new"},
+      {"CheckUnreadable", {EndsUnreadably()}, "new"},
       {"CheckNotLaunched", {FailsWith(ERROR_FILE_NOT_FOUND)}, "new"},
       // The new updater is fetched in this run.
       {"Updated", {EndsWith(0), EndsWith(0)}, "new"},
+      {"UpdateUnreadable", {EndsWith(0), EndsUnreadably()}, "new"},
       {"UpdateFailed", {EndsWith(0), EndsWith(1)}, "old"},
       {"UpdateNotLaunched", {EndsWith(0), FailsWith(ERROR_ACCESS_DENIED)}, "old"},
   };
