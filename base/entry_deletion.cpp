@@ -1,19 +1,21 @@
 #include "base/entry_deletion.h"
 
-#include "base/unique_handle.h"
 #include "base/windows_path.h"
 
 namespace nhupdate {
 
 namespace {
 
-// The entry itself, even if it is a link. Without the flag for folders Windows opens no folder.
-UniqueFile OpenItself(const std::wstring& path, DWORD access, EntryKind kind) {
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+// The entry itself, even if it is a link. Without the flag for folders Windows opens no folder, so
+// what could be opened as a file is one.
+UniqueFile OpenItself(const std::wstring& path, DWORD access, EntryKind kind,
+                      DWORD sharing = kShareAll) {
   const DWORD kind_flag = kind == EntryKind::kFolder ? FILE_FLAG_BACKUP_SEMANTICS : 0;
   return UniqueFile(::CreateFileW(PathForWindows(path).c_str(), access | FILE_READ_ATTRIBUTES,
-                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                  OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT | kind_flag,
-                                  nullptr));
+                                  sharing, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_OPEN_REPARSE_POINT | kind_flag, nullptr));
 }
 
 // FileDispositionInfoEx and what belongs to it, which not every set of headers has.
@@ -25,12 +27,11 @@ struct DispositionInfoEx {
   DWORD flags;
 };
 
-bool IsOfKind(const UniqueFile& entry, EntryKind kind) {
+bool IsFolder(const UniqueFile& entry) {
   FILE_BASIC_INFO information = {};
-  const bool is_folder = ::GetFileInformationByHandleEx(entry.Get(), FileBasicInfo, &information,
-                                                        sizeof(information)) &&
-                         (information.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-  return is_folder == (kind == EntryKind::kFolder);
+  return ::GetFileInformationByHandleEx(entry.Get(), FileBasicInfo, &information,
+                                        sizeof(information)) &&
+         (information.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 bool DeleteOpened(const UniqueFile& entry) {
@@ -43,18 +44,17 @@ bool DeleteOpened(const UniqueFile& entry) {
          ::SetFileInformationByHandle(entry.Get(), FileDispositionInfo, &plain, sizeof(plain));
 }
 
-}  // namespace
-
-std::optional<DWORD> DeleteEntry(const std::wstring& path, EntryKind kind, const CPlace& place) {
+// Without a place the entry is known to lie where it seems to.
+std::optional<DWORD> OpenAndDelete(const std::wstring& path, EntryKind kind, const CPlace* place) {
   const UniqueFile entry = OpenItself(path, DELETE, kind);
   const DWORD open_error = ::GetLastError();
   if (!entry.IsValid()) {
     return open_error;
   }
-  if (!CPlace(entry).IsSameAs(place)) {
+  if (place != nullptr && !CPlace(entry).IsSameAs(*place)) {
     return ERROR_CANT_ACCESS_FILE;
   }
-  if (!IsOfKind(entry, kind)) {
+  if (kind == EntryKind::kFolder && !IsFolder(entry)) {
     return ERROR_DIRECTORY;
   }
   if (!DeleteOpened(entry)) {
@@ -62,6 +62,29 @@ std::optional<DWORD> DeleteEntry(const std::wstring& path, EntryKind kind, const
     return error;
   }
   return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<DWORD> DeleteEntry(const std::wstring& path, EntryKind kind, const CPlace& place) {
+  return OpenAndDelete(path, kind, &place);
+}
+
+std::optional<DWORD> DeleteEntryInItsPlace(const std::wstring& path, EntryKind kind) {
+  return OpenAndDelete(path, kind, nullptr);
+}
+
+CHeldFile::CHeldFile(const std::wstring& path, const CPlace& place)
+    : file_(OpenItself(path, DELETE, EntryKind::kFile, FILE_SHARE_READ | FILE_SHARE_WRITE)) {
+  if (file_.IsValid() && !CPlace(file_).IsSameAs(place)) {
+    file_.Reset();
+  }
+}
+
+bool CHeldFile::Delete() {
+  const bool is_deleted = DeleteOpened(file_);
+  file_.Reset();
+  return is_deleted;
 }
 
 void ClearReadOnly(const std::wstring& file, const CPlace& place) {

@@ -18,8 +18,12 @@ bool CHeldFolder::IsLink() const {
   return folder_.IsValid() && nhupdate::IsLink(folder_);
 }
 
+bool CHeldFolder::IsPlain() const {
+  return folder_.IsValid() && IsPlainFolder(folder_);
+}
+
 bool CHeldFolder::IsPlainAt(const CPlace& place) const {
-  return folder_.IsValid() && IsPlainFolder(folder_) && CPlace(folder_).IsSameAs(place);
+  return IsPlain() && CPlace(folder_).IsSameAs(place);
 }
 
 bool CHeldFolder::LeadsElsewhere(const CPlace& place) const {

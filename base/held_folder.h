@@ -5,7 +5,8 @@
 // between the look at it and the work. A held folder stays in its place, and so do those above it.
 // The limit of that: whoever may write its attributes can still turn it into a link where it is, as
 // long as it is empty; Windows has no sharing mode against that. What is deleted is therefore
-// looked at once more by its own handle (base/entry_deletion.h).
+// looked at once more by its own handle, unless a file in the folder is held as well
+// (base/entry_deletion.h).
 
 #include <optional>
 #include <string>
@@ -29,6 +30,9 @@ class CHeldFolder {
 
   // True when it is a link, or may be one; false when there is none to be held.
   [[nodiscard]] bool IsLink() const;
+
+  // True when it is an ordinary folder and no link; false when that can't be found out.
+  [[nodiscard]] bool IsPlain() const;
 
   // True when it is an ordinary folder and really lies there. False also when that can't be found
   // out.

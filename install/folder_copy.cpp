@@ -9,18 +9,12 @@
 #include "base/held_folder.h"
 #include "base/paths.h"
 #include "base/windows_path.h"
-#include "install/folder_removal.h"
 
 namespace nhupdate {
 
 namespace {
 
 constexpr int kCopyAttempts = 10;
-
-// One folder can go by many names, so the places are compared where the paths don't tell.
-bool MayContainSource(const std::wstring& target, const std::wstring& source) {
-  return IsSameOrInside(source, target) || CHeldFolder(target).MayHold(source);
-}
 
 // Makes sure that there is no link in the folder's place, and holds the folder. Returns the error;
 // nothing when the folder is held, or can't be made, which shows as soon as something is copied
@@ -54,6 +48,7 @@ bool CFolderCopy::Copy(const std::wstring& destination, const std::wstring& sour
     return true;
   }
   MakeFolder(destination);
+  removal_ = CFolderRemoval(folders_.base_folder);
   return CopyContent(destination, PlaceOfFolder(destination), source, options, true);
 }
 
@@ -113,12 +108,8 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
   if (target == folders_.module_folder) {
     return true;
   }
-  // What is to be copied must not be deleted with the folder that it lies in.
-  if (options.delete_existing_sub_folders && !MayContainSource(target, source)) {
-    if (options.log_details) {
-      log_.WriteText(LogLevel::kInformation, L"Delete Dir : " + target);
-    }
-    std::ignore = DeleteFolderTree(target, folders_.base_folder);  // what stays is copied over
+  if (options.delete_existing_sub_folders) {
+    DeleteExistingFolder(target, source, options);
   }
   Announce(target, source, options);
   std::optional<CHeldFolder> held;
@@ -136,6 +127,29 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
   CopyOptions deeper = options;
   deeper.delete_existing_sub_folders = false;
   return CopyContent(target, place, source, deeper, false);
+}
+
+// What is to be copied must not be deleted with the folder that it lies in. One folder can go by
+// many names, so the places are compared where the paths don't tell.
+void CFolderCopy::DeleteExistingFolder(const std::wstring& target, const std::wstring& source,
+                                       const CopyOptions& options) {
+  if (IsSameOrInside(source, target)) {
+    return;
+  }
+  bool is_missing = false;
+  {
+    const CHeldFolder held(target);
+    if (held.MayHold(source)) {
+      return;
+    }
+    is_missing = held.IsMissing();
+  }
+  if (options.log_details) {
+    log_.WriteText(LogLevel::kInformation, L"Delete Dir : " + target);
+  }
+  if (!is_missing) {
+    std::ignore = removal_.Delete(target);  // what stays is copied over
+  }
 }
 
 void CFolderCopy::Announce(const std::wstring& destination, const std::wstring& source,

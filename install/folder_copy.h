@@ -7,6 +7,7 @@
 #include "base/folder_place.h"
 #include "base/product_folders.h"
 #include "base/windows.h"
+#include "install/folder_removal.h"
 #include "log/log.h"
 
 namespace nhupdate {
@@ -29,7 +30,10 @@ class CFolderCopy {
   // were missing. `last_failed_path` is set to what could not be copied, whenever there is such a
   // thing. All but the log must outlive the object.
   CFolderCopy(const ProductFolders& folders, const CLog& log, std::wstring& last_failed_path)
-      : folders_(folders), log_(log), last_failed_path_(last_failed_path) {}
+      : folders_(folders),
+        log_(log),
+        last_failed_path_(last_failed_path),
+        removal_(folders.base_folder) {}
 
   // Copies what is in `source` over `destination`, whose parent must exist, up to the first thing
   // that can't be copied or listed, and returns false when there is such a thing. A source that
@@ -53,6 +57,8 @@ class CFolderCopy {
   [[nodiscard]] bool CopySubFolder(const std::wstring& target, const CPlace& place,
                                    const std::wstring& source, bool source_is_link,
                                    const CopyOptions& options);
+  void DeleteExistingFolder(const std::wstring& target, const std::wstring& source,
+                            const CopyOptions& options);
   void Announce(const std::wstring& destination, const std::wstring& source,
                 const CopyOptions& options) const;
   // Notes and logs what could not be copied and why; always false.
@@ -61,6 +67,7 @@ class CFolderCopy {
   const ProductFolders& folders_;
   CLog log_;
   std::wstring& last_failed_path_;
+  CFolderRemoval removal_;  // a new one for each copy
 };
 
 }  // namespace nhupdate

@@ -1,5 +1,6 @@
 #include "install/folder_removal.h"
 
+#include <optional>
 #include <tuple>
 
 #include "base/entry_deletion.h"
@@ -12,54 +13,103 @@ namespace nhupdate {
 
 namespace {
 
-bool DeleteFolderAt(const std::wstring& folder, const CPlace& place);
+// Whether something could still put a link in the way to what is deleted, so that it has to be seen
+// where that really lies.
+enum class Way { kMayChange, kIsKept };
+
+bool DeleteFolderAt(const std::wstring& folder, const CPlace& place, Way way);
+
+std::optional<DWORD> DeleteEntryOn(Way way, const std::wstring& path, EntryKind kind,
+                                   const CPlace& place) {
+  return way == Way::kIsKept ? DeleteEntryInItsPlace(path, kind) : DeleteEntry(path, kind, place);
+}
 
 // Listings can be out of date in what they say of a file's attributes.
 void DeleteFileEvenIfReadOnly(const std::wstring& file, const CPlace& place,
-                              bool is_known_as_read_only) {
+                              bool is_known_as_read_only, Way way) {
   if (is_known_as_read_only) {
     ClearReadOnly(file, place);
   }
-  if (DeleteEntry(file, EntryKind::kFile, place) == ERROR_ACCESS_DENIED) {
+  if (DeleteEntryOn(way, file, EntryKind::kFile, place) == ERROR_ACCESS_DENIED) {
     ClearReadOnly(file, place);
     // What stays keeps its folder from being removed.
-    std::ignore = DeleteEntry(file, EntryKind::kFile, place);
+    std::ignore = DeleteEntryOn(way, file, EntryKind::kFile, place);
   }
 }
+
+// The first file that can be held keeps the folder from getting empty until the others are gone.
+class CFirstFile {
+ public:
+  // Returns whether the file is now this one, which is to be deleted at the end.
+  [[nodiscard]] bool Take(const std::wstring& file, const CPlace& place) {
+    held_ = CHeldFile(file, place);
+    if (held_.IsValid()) {
+      file_ = file;
+      place_ = place;
+    }
+    return held_.IsValid();
+  }
+
+  [[nodiscard]] bool IsHeld() const { return held_.IsValid(); }
+
+  void Delete() {
+    if (held_.IsValid() && !held_.Delete()) {
+      DeleteFileEvenIfReadOnly(file_, place_, false, Way::kMayChange);
+    }
+  }
+
+ private:
+  CHeldFile held_;
+  std::wstring file_;
+  CPlace place_;
+};
 
 // What lies behind a link belongs to somebody else: only what really lies in the folder's place is
 // deleted, whatever the names of a listing lead to.
 void DeleteContentOf(const std::wstring& folder, const CPlace& place) {
   CFolderListing listing(folder, L"/*.*");
+  CFirstFile first;
   while (listing.Next()) {
     const std::wstring relative_path = L"\\" + listing.Name();
     const std::wstring entry = folder + relative_path;
     const CPlace entry_place = place.Below(relative_path);
+    const Way way = first.IsHeld() ? Way::kIsKept : Way::kMayChange;
     if (listing.IsFolder()) {
-      std::ignore =
-          DeleteFolderAt(entry, entry_place);  // what stays keeps this folder from being removed
-      continue;
+      // What stays keeps this folder from being removed.
+      std::ignore = DeleteFolderAt(entry, entry_place, way);
+    } else if (listing.IsReadOnly() || first.IsHeld() || !first.Take(entry, entry_place)) {
+      DeleteFileEvenIfReadOnly(entry, entry_place, listing.IsReadOnly(), way);
     }
-    DeleteFileEvenIfReadOnly(entry, entry_place, listing.IsReadOnly());
   }
+  first.Delete();
 }
 
-bool DeleteFolderAt(const std::wstring& folder, const CPlace& place) {
+bool DeleteFolderAt(const std::wstring& folder, const CPlace& place, Way way) {
   {
     const CHeldFolder held(folder);
-    if (held.IsPlainAt(place)) {
+    if (way == Way::kIsKept ? held.IsPlain() : held.IsPlainAt(place)) {
       DeleteContentOf(folder, place);
     }
   }
-  return !DeleteEntry(folder, EntryKind::kFolder, place);
+  return !DeleteEntryOn(way, folder, EntryKind::kFolder, place);
 }
 
 }  // namespace
 
 bool DeleteFolderTree(const std::wstring& folder, const std::wstring& owned_root) {
+  return CFolderRemoval(owned_root).Delete(folder);
+}
+
+bool CFolderRemoval::Delete(const std::wstring& folder) {
   const std::wstring anchor =
-      IsSameOrInside(folder, owned_root) ? owned_root : ParentFolder(folder);
-  return DeleteFolderAt(folder, PlaceSeenFrom(anchor, folder));
+      IsSameOrInside(folder, owned_root_) ? owned_root_ : ParentFolder(folder);
+  if (anchor != anchor_ || !anchor_place_.IsKnown()) {
+    anchor_ = anchor;
+    anchor_place_ = PlaceOfFolder(anchor);
+  }
+  const CPlace place =
+      IsSameOrInside(folder, anchor) ? anchor_place_.Below(folder.substr(anchor.size())) : CPlace();
+  return DeleteFolderAt(folder, place, Way::kMayChange);
 }
 
 }  // namespace nhupdate

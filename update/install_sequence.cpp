@@ -42,9 +42,10 @@ void RemoveEmptyFolders(const ProductFolders& folders, std::vector<std::wstring>
     // The base folder itself stays, also when it is empty.
     std::ignore = CollectEmptyFolders(folders.base_folder, to_remove, log);
   }
+  CFolderRemoval removal(folders.base_folder);
   for (const std::wstring& folder : to_remove) {
     // An empty folder that stays does no harm.
-    std::ignore = DeleteFolderTree(folder, folders.base_folder);
+    std::ignore = removal.Delete(folder);
   }
   std::vector<std::wstring>().swap(to_remove);  // gives the memory back, too
 }

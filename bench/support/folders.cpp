@@ -107,4 +107,12 @@ void CopyTree(const std::wstring& source, const std::wstring& target) {
   });
 }
 
+int CountFolders(const std::wstring& folder) {
+  int count = 0;
+  ForEachEntry(folder, [&](const std::wstring& path, const std::wstring&, bool is_folder) {
+    count += is_folder ? 1 + CountFolders(path) : 0;
+  });
+  return count;
+}
+
 }  // namespace nhupdate_bench

@@ -39,4 +39,7 @@ void RemoveTree(const std::wstring& folder);
 // folder, one CopyFileW for each file, and what it takes to list them.
 void CopyTree(const std::wstring& source, const std::wstring& target);
 
+// Counts the folders at every depth, and sees every entry on the way.
+[[nodiscard]] int CountFolders(const std::wstring& folder);
+
 }  // namespace nhupdate_bench

@@ -17,9 +17,11 @@
 namespace nhupdate_test {
 namespace {
 
+using nhupdate::CHeldFile;
 using nhupdate::ClearReadOnly;
 using nhupdate::CPlace;
 using nhupdate::DeleteEntry;
+using nhupdate::DeleteEntryInItsPlace;
 using nhupdate::EntryKind;
 using nhupdate::Exists;
 using nhupdate::PlaceOfFolder;
@@ -179,6 +181,60 @@ TEST_F(EntryDeletionTest, TakesNothingBehindARealLink) {
             DWORD{ERROR_CANT_ACCESS_FILE});
   EXPECT_TRUE(Exists(other + L"\\file"));
   RemoveFolderLink(folder_);
+}
+
+TEST_F(EntryDeletionTest, AsksForNoPlaceWhereNothingCanLeadElsewhere) {
+  INTERPOSER(GetFinalPathNameByHandleW) final_path(Answers(DWORD{0}));
+
+  EXPECT_EQ(DeleteEntryInItsPlace(file_, EntryKind::kFolder), DWORD{ERROR_DIRECTORY});
+  EXPECT_EQ(DeleteEntryInItsPlace(folder_, EntryKind::kFile), DWORD{ERROR_ACCESS_DENIED});
+  EXPECT_EQ(DeleteEntryInItsPlace(file_, EntryKind::kFile), std::nullopt);
+  EXPECT_EQ(DeleteEntryInItsPlace(file_, EntryKind::kFile), DWORD{ERROR_FILE_NOT_FOUND});
+  EXPECT_EQ(DeleteEntryInItsPlace(folder_, EntryKind::kFolder), std::nullopt);
+
+  EXPECT_EQ(final_path.Calls(), 0);
+  EXPECT_THAT(ListTree(outer_), testing::IsEmpty());
+}
+
+class FileToDeleteTest : public EntryDeletionTest {};
+
+// As long as it stays its folder isn't empty.
+TEST_F(FileToDeleteTest, StaysUntilItIsDeleted) {
+  CHeldFile held(file_, PlaceOfFile());
+  EXPECT_TRUE(held.IsValid());
+
+  EXPECT_FALSE(::DeleteFileW(file_.c_str()));
+  EXPECT_FALSE(::MoveFileW(file_.c_str(), (folder_ + L"\\file").c_str()));
+  EXPECT_EQ(DeleteFile(), DWORD{ERROR_SHARING_VIOLATION});
+  EXPECT_TRUE(Exists(file_));
+
+  EXPECT_TRUE(held.Delete());
+  EXPECT_FALSE(Exists(file_));
+  EXPECT_FALSE(held.IsValid());
+}
+
+TEST_F(FileToDeleteTest, IsFreeWithoutHavingBeenDeleted) {
+  { const CHeldFile held(file_, PlaceOfFile()); }
+  EXPECT_TRUE(Exists(file_));
+  {
+    CHeldFile held(file_, PlaceOfFile());
+    INTERPOSER(SetFileInformationByHandle) set(Answers(FALSE, ERROR_ACCESS_DENIED));
+    EXPECT_FALSE(held.Delete());
+    EXPECT_FALSE(held.IsValid());
+  }
+
+  EXPECT_TRUE(::DeleteFileW(file_.c_str()));
+}
+
+TEST_F(FileToDeleteTest, IsNoneThatLiesElsewhereOrIsMissingOrAFolder) {
+  const CPlace place = PlaceOfFile();
+
+  EXPECT_FALSE(CHeldFile().IsValid());
+  EXPECT_FALSE(CHeldFile(file_, PlaceOfFolder(outer_)).IsValid());
+  EXPECT_FALSE(CHeldFile(file_, CPlace()).IsValid());
+  EXPECT_FALSE(CHeldFile(outer_ + L"\\missing", place).IsValid());
+  EXPECT_FALSE(CHeldFile(folder_, PlaceOfFolder(folder_)).IsValid());
+  EXPECT_TRUE(CHeldFile(file_, place).IsValid());
 }
 
 TEST_F(EntryDeletionTest, OpensAnEntryWithALongPath) {

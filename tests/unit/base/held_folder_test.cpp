@@ -43,6 +43,7 @@ TEST_F(HeldFolderTest, TellsWhyItCouldNotBeOpened) {
     EXPECT_EQ(held.Error(), error);
     EXPECT_EQ(held.IsMissing(), is_missing) << error;
     EXPECT_FALSE(held.IsLink()) << error;
+    EXPECT_FALSE(held.IsPlain()) << error;
     EXPECT_FALSE(held.IsPlainAt(CPlace())) << error;
     EXPECT_FALSE(held.LeadsElsewhere(CPlace())) << error;
     EXPECT_EQ(held.MayHold(inner_), !is_missing) << error;
@@ -105,6 +106,7 @@ TEST_F(HeldFolderTest, IsJudgedByWhatItIsAndWhereItLies) {
     const CPlace place = PlaceSeenFrom(outer_, inner_);
 
     EXPECT_EQ(held.IsLink(), c.attributes == kLink) << c.name;
+    EXPECT_EQ(held.IsPlain(), c.attributes != kLink) << c.name;
     EXPECT_EQ(held.IsPlainAt(place), c.is_plain) << c.name;
     EXPECT_EQ(held.LeadsElsewhere(place), c.leads_elsewhere) << c.name;
   }

@@ -149,6 +149,11 @@ const FaultRule kRules[] = {
     {"SelfUpdate", "FindFirstFileW", L"*\\App\\NHUpdateManager\\*.*", kMissing, kAll, kNotFound},
     {"", "FindFirstFileW", L"\\App\\Data\\*.*", kMissing, kAll, kNotFound},
     {kInstalling, "FindFirstFileW", L"\\App\\CSUpdateManager\\*.*", kMissing, 1, kNotFound},
+    {"Install", "FindFirstFileW", L"*{base}\\Updater\\App\\*.*", kNimbaCastManagerMissing, kAll,
+     kNotFound},
+    {"Install", "FindFirstFileW", L"*{base}\\Updater\\Config\\*.*", kMissing, kAll, kNotFound},
+    {"Install", "FindFirstFileW", L"*{base}\\Updater\\NewUpdater\\*.*", kMissing, kAll, kNotFound},
+    {"Install", "FindFirstFileW", L"*{base}\\Updater\\Temp\\*.*", kMissing, kAll, kNotFound},
     {"Install", "FindFirstFileW", L"*{base}\\Updater\\App\\CSUpdateManager\\*.*",
      kNimbaCastManagerMissing, kAll, kNotFound},
     {"Install", "FindFirstFileW", L"{base}\\Updater\\App\\NHUpdateManager\\", kMissing, kAll,
@@ -165,8 +170,6 @@ const FaultRule kRules[] = {
 
     // Deleting the updater's configuration, and making sure that no link leads elsewhere.
     {"FailedUpdate", "CreateFileW", L"*\\ut.ini", kConfigNotDeleted},
-    {"FailedUpdate", "GetFileInformationByHandleEx", L"*\\ut.ini",
-     "what could be opened as a file is one"},
     {"FailedUpdate", "SetFileInformationByHandle", L"*\\ut.ini", kPlainWay, 1},
     {"FailedUpdate", "SetFileInformationByHandle", L"*\\ut.ini", kConfigNotDeleted},
     {"FailedUpdate", "CreateFileW", L"*{base}\\Updater\\", kEachLevel, 1},
@@ -183,11 +186,13 @@ const FaultRule kRules[] = {
     {"", "SetCurrentDirectoryW", L"system32", kNotGranted},
     {"", "GetCurrentDirectoryW SetCurrentDirectoryW", L"", kCurrentFolder},
 
-    // Making sure that no link leads elsewhere from what is deleted or copied into. A folder is
-    // opened three times for the deletion, before it is held open for the copy.
+    // Making sure that no link leads elsewhere from what is deleted or copied into. A folder
+    // that is there is opened three times for the deletion, before it is held open for the copy;
+    // for
+    // one that isn't, the first time tells.
     {"Install", "CreateFileW", L"*{root}\\NimbaCast\\Updater\\", kEachLevel},
     {"Install", "CreateFileW", L"{root}\\NimbaCast\\Updater\\", kNimbaCastNotCopied},
-    {kInstalling, "CreateFileW", L"*{base}\\CSUpdateManager", kRemoval, 3},
+    {kInstalling, "CreateFileW", L"*{base}\\CSUpdateManager", kRemoval, 1},
     {kInstalling, "CreateFileW", L"*{base}\\CSUpdateManager", kCopyFailed},
     {kInstalling, "CreateFileW", L"*{base}\\Data", kRemoval, 3},
     {kInstalling, "CreateFileW", L"*{base}\\Data", kCopyFailed},
@@ -204,7 +209,7 @@ const FaultRule kRules[] = {
     {"SelfUpdate", "CreateFileW", L"*\\App\\NHUpdateManager\\Config", kCopyFailed},
     {"SelfUpdate", "GetFileInformationByHandleEx", L"*\\App\\NHUpdateManager\\Config",
      kSourceUnknown},
-    {"SelfUpdate", "CreateFileW", L"*{base}\\NHUpdateManager\\Config", kRemoval, 3},
+    {"SelfUpdate", "CreateFileW", L"*{base}\\NHUpdateManager\\Config", kRemoval, 1},
     {"SelfUpdate", "CreateFileW", L"*{base}\\NHUpdateManager\\Config", kCopyFailed},
     {"", kAsksForPlace, L"", kRemoval},
     {"", "SetFileInformationByHandle", L"", kRemoval},

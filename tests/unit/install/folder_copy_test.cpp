@@ -9,6 +9,7 @@
 
 #include "base/existence.h"
 #include "tests/support/fake_listing.h"
+#include "tests/support/interposer.h"
 
 namespace nhupdate_test {
 namespace {
@@ -117,6 +118,21 @@ TEST_P(SmoothFolderCopyTest, DoesAndSaysWhatItShould) {
 }
 
 INSTANTIATE_TEST_SUITE_P(InEachSituation, SmoothFolderCopyTest, testing::ValuesIn(kCopies));
+
+// It is looked for, made and held; there is nothing to be deleted.
+TEST_F(FolderCopyTest, OpensAFolderThatIsNewOnlyTwice) {
+  WriteFileBytes(source_ + L"\\b\\new.txt", "N");
+  Lines opened;
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
+    opened.push_back(path);
+    return open.Original()(path, rest...);
+  });
+
+  EXPECT_TRUE(Copy(kReplacing));
+
+  EXPECT_THAT(opened,
+              ElementsAre(target_ + L"\\", target_ + L"\\b", target_ + L"\\b", source_ + L"\\b"));
+}
 
 TEST_F(FolderCopyTest, TakesNamesOfAllKinds) {
   const std::wstring kNames[] = {L"two  blanks .txt",

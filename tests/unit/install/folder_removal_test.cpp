@@ -16,6 +16,7 @@
 namespace nhupdate_test {
 namespace {
 
+using nhupdate::CFolderRemoval;
 using nhupdate::DeleteFolderTree;
 using nhupdate::Exists;
 using testing::ElementsAre;
@@ -165,6 +166,97 @@ TEST_F(FolderRemovalTest, LeavesTheContentOfAFolderThatCannotBeHeld) {
   EXPECT_FALSE(Delete());
 
   EXPECT_TRUE(Exists(folder_ + L"\\file"));
+}
+
+// Only an empty folder can be turned into a link where it is. As long as one file stays, no other
+// has to be seen where it lies.
+TEST_F(FolderRemovalTest, KeepsAFileInEachFolderUntilTheOthersAreGone) {
+  WriteFiles(folder_, {L"\\a", L"\\b", L"\\c\\d", L"\\c\\e"});
+  int looks = 0;
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
+    const std::wstring text = path;
+    const bool is_inner = text == folder_ + L"\\c\\e";
+    if (is_inner || text == folder_ + L"\\b" || text == folder_ + L"\\c") {
+      ++looks;
+      EXPECT_FALSE(::DeleteFileW((folder_ + L"\\a").c_str()));
+      EXPECT_FALSE(::MoveFileW((folder_ + L"\\a").c_str(), (root_ + L"\\a").c_str()));
+      EXPECT_FALSE(is_inner && ::DeleteFileW((folder_ + L"\\c\\d").c_str()));
+    }
+    return open.Original()(path, rest...);
+  });
+
+  EXPECT_TRUE(Delete());
+
+  EXPECT_EQ(looks, 4);  // the inner folder is opened to be held and to be deleted
+  EXPECT_FALSE(Exists(folder_));
+}
+
+TEST_F(FolderRemovalTest, AsksForAsManyPlacesWhateverTheNumberOfFiles) {
+  int asked[] = {0, 0};
+  for (int& times : asked) {
+    WriteFiles(folder_, {L"\\a"});
+    if (&times != &asked[0]) {
+      WriteFiles(folder_, {L"\\b", L"\\c", L"\\d"});
+    }
+    INTERPOSER(GetFinalPathNameByHandleW) final_path([&](auto... arguments) {
+      ++times;
+      return final_path.Original()(arguments...);
+    });
+
+    EXPECT_TRUE(Delete());
+  }
+
+  EXPECT_EQ(asked[0], 4);  // the base folder, the folder that is held, its first file, the folder
+  EXPECT_EQ(asked[1], asked[0]);
+}
+
+TEST_F(FolderRemovalTest, TakesAFileThatCannotBeKeptUntilTheEnd) {
+  WriteFiles(folder_, {L"\\a", L"\\b"});
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing, auto... rest) {
+    const bool is_kept = path == folder_ + L"\\a" && (sharing & FILE_SHARE_DELETE) == 0;
+    return is_kept ? Answers(INVALID_HANDLE_VALUE, ERROR_SHARING_VIOLATION)()
+                   : open.Original()(path, access, sharing, rest...);
+  });
+
+  EXPECT_TRUE(Delete());
+
+  EXPECT_FALSE(Exists(folder_));
+}
+
+class SeveralFoldersRemovalTest : public FolderRemovalTest {
+ protected:
+  SeveralFoldersRemovalTest() {
+    WriteFiles(base_, {L"\\a\\file", L"\\b\\c\\file", L"\\d\\file"});
+    WriteFiles(root_, {L"\\mine\\file", L"\\yours\\file"});
+  }
+
+  CFolderRemoval removal_{base_};
+};
+
+TEST_F(SeveralFoldersRemovalTest, TakesThemInAndOutsideOfTheProductsFolder) {
+  for (const std::wstring& folder :
+       {base_ + L"\\a", root_ + L"\\mine", base_ + L"\\b\\c", base_ + L"\\d", root_ + L"\\yours"}) {
+    EXPECT_TRUE(removal_.Delete(folder)) << testing::PrintToString(folder);
+    EXPECT_FALSE(Exists(folder)) << testing::PrintToString(folder);
+  }
+  EXPECT_FALSE(removal_.Delete(base_ + L"\\none"));
+}
+
+TEST_F(SeveralFoldersRemovalTest, LooksForTheProductsFolderOnce) {
+  int looks = 0;
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
+    looks += path == base_ + L"\\" ? 1 : 0;
+    return looks == 1 && path == base_ + L"\\"
+               ? Answers(INVALID_HANDLE_VALUE, ERROR_SHARING_VIOLATION)()
+               : open.Original()(path, rest...);
+  });
+
+  EXPECT_FALSE(removal_.Delete(base_ + L"\\a"));
+  EXPECT_TRUE(removal_.Delete(base_ + L"\\a"));  // it couldn't be had, so it is asked for again
+  EXPECT_TRUE(removal_.Delete(base_ + L"\\b\\c"));
+  EXPECT_TRUE(removal_.Delete(base_ + L"\\d"));
+
+  EXPECT_EQ(looks, 2);
 }
 
 TEST_F(FolderRemovalTest, LeavesNoHandlesBehind) {
