@@ -4,6 +4,12 @@ namespace nhupdate {
 
 namespace {
 
+// Not within the functions that return them: the first call would have to be guarded against other
+// threads there, for which the compiler brings a library along.
+const std::wstring kEmptyString;
+const JsonValue::Array kEmptyArray;
+const JsonValue::Object kEmptyObject;
+
 template <typename Content>
 Content* NewUnlessEmpty(Content&& content) {
   return content.empty() ? nullptr : new Content(std::move(content));
@@ -21,6 +27,18 @@ JsonValue::JsonValue(Array array) : kind_(JsonKind::kArray) {
 
 JsonValue::JsonValue(Object object) : kind_(JsonKind::kObject) {
   payload_.object = NewUnlessEmpty(std::move(object));
+}
+
+const std::wstring& JsonValue::ContentOf(const std::wstring* string) {
+  return string != nullptr ? *string : kEmptyString;
+}
+
+const JsonValue::Array& JsonValue::ContentOf(const Array* array) {
+  return array != nullptr ? *array : kEmptyArray;
+}
+
+const JsonValue::Object& JsonValue::ContentOf(const Object* object) {
+  return object != nullptr ? *object : kEmptyObject;
 }
 
 // Letting the containers destroy each other would need a stack frame for every level of nesting.

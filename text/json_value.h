@@ -95,14 +95,10 @@ class JsonValue {
     Object* object;
   };
 
-  template <typename Content>
-  [[nodiscard]] static const Content& ContentOf(const Content* content) {
-    if (content == nullptr) {
-      static const Content kEmpty;
-      return kEmpty;
-    }
-    return *content;
-  }
+  // What is there, or the empty one that null stands for.
+  [[nodiscard]] static const std::wstring& ContentOf(const std::wstring* string);
+  [[nodiscard]] static const Array& ContentOf(const Array* array);
+  [[nodiscard]] static const Object& ContentOf(const Object* object);
 
   [[nodiscard]] bool HasChildren() const {
     return (kind_ == JsonKind::kArray && payload_.array != nullptr) ||
