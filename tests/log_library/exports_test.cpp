@@ -69,6 +69,22 @@ TEST(LogLifetimeTest, BeingUnloadedWithoutAStopLeaksNoHandle) {
   EXPECT_EQ(CountOpenHandles(), before);
 }
 
+// Ends the process as one ends whose log is open: nothing is unloaded before.
+[[noreturn]] void EndProcessWithOpenLog() {
+  constexpr UINT kSomethingWasClosed = 77;
+  auto& log = *new StartedLog;
+  new INTERPOSER(CloseHandle)(log.Module(), [](HANDLE) -> BOOL {
+    ::TerminateProcess(::GetCurrentProcess(), kSomethingWasClosed);
+    return FALSE;
+  });
+  ::ExitProcess(0);
+}
+
+// Windows closes everything then, and the heap may be left as a thread had it that is no more.
+TEST(LogLifetimeDeathTest, NothingIsClosedAtTheEndOfTheProcess) {
+  EXPECT_EXIT(EndProcessWithOpenLog(), testing::ExitedWithCode(0), "");
+}
+
 TEST(LogLifetimeTest, FailedStartsLeakNoHandle) {
   TestLog log;
   const std::wstring file = log.Outside(L"file");

@@ -26,6 +26,7 @@ TEST(FileNamesTest, OfRotatedFilesHaveANumberAndNoOthersDo) {
       {L"NHUpdateManager.1x.log", 0},
       {L"NHUpdateManager.1.log.bak", 0},
       {L"Other.1.log", 0},
+      {L"MyUpdateManager.1.log", 0},
       {L"", 0},
   };
   for (const auto& test : cases) {

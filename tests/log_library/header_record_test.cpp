@@ -44,12 +44,21 @@ LONG WINAPI TellWindowsVersion(OSVERSIONINFOW* version) {
   return 0;
 }
 
+LONG WINAPI TellNothing(OSVERSIONINFOW* /*version*/) {
+  return -1;
+}
+
+FARPROC EntryOf(LONG(WINAPI* function)(OSVERSIONINFOW*)) {
+  return reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(function));
+}
+
 TEST(LogHeaderTest, NamesTheVersionOfWindowsWhereThereIsAWayToKnowIt) {
   const struct {
     FARPROC entry;
     const char* shown;
   } cases[] = {
-      {reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(&TellWindowsVersion)), "10.2.19045"},
+      {EntryOf(&TellWindowsVersion), "10.2.19045"},
+      {EntryOf(&TellNothing), "of unknown version"},
       {nullptr, "of unknown version"},
   };
   for (const auto& test : cases) {

@@ -137,6 +137,20 @@ TEST(HeldFileTest, IsReplacedUnderAnotherNameWhenTheNextOneWasTakenMeanwhile) {
   }
 }
 
+TEST(HeldFileTest, IsReplacedUnderAnotherNameHoweverWindowsSaysThatTheNextOneIsTaken) {
+  for (const DWORD error : {DWORD{ERROR_FILE_EXISTS}, DWORD{ERROR_ALREADY_EXISTS}}) {
+    HeldLog log;
+    const INTERPOSER(CreateFileW) create(
+        log.Module(),
+        AnswersIf([&](const wchar_t* path, auto...) { return path == log.RotatedFile(1); },
+                  INVALID_HANDLE_VALUE, error));
+
+    EXPECT_EQ(log.Start(), 0) << error;
+
+    EXPECT_THAT(log.Files(), testing::SizeIs(2)) << error;
+  }
+}
+
 // Whoever takes even the names that nobody could foresee gets no log, but nothing of his is
 // touched.
 TEST(HeldFileTest, IsNotReplacedWhenEveryNameIsTaken) {

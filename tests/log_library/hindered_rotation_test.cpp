@@ -62,6 +62,29 @@ TEST_F(HinderedRotationTest, TriesARenameThatFailedOnlyOnceASecond) {
   EXPECT_EQ(log_.Texts().size(), 103u);
 }
 
+// On a file system that doesn't number its files this one is like all others.
+TEST_F(HinderedRotationTest, RenamesNothingWhenItCantBeFoundOutWhatWouldBeRenamed) {
+  INTERPOSER(GetFileInformationByHandle) inspect(
+      log_.Module(), [&](HANDLE file, BY_HANDLE_FILE_INFORMATION* information) -> BOOL {
+        const BOOL done = inspect.Original()(file, information);
+        information->dwVolumeSerialNumber = 0;
+        information->nFileIndexHigh = 0;
+        information->nFileIndexLow = 0;
+        return inspect.Calls() == 2 ? FALSE : done;  // the first time it was opened for writing
+      });
+  INTERPOSER(SetFileInformationByHandle) rename(
+      log_.Module(), [&](auto... all) { return rename.Original()(all...); });
+
+  log_.Write(L"next");
+  EXPECT_EQ(rename.Calls(), 0);
+  EXPECT_THAT(log_.Texts(), ElementsAre(kFullFileText, "next"));
+  uptime_.Forward(1000);
+  log_.Write(L"a second later");
+
+  EXPECT_EQ(rename.Calls(), 1);
+  EXPECT_THAT(log_.Texts(), ElementsAre("a second later"));
+}
+
 TEST_F(HinderedRotationTest, StaysInTheRenamedFileWhenNoNewOneCanBeMade) {
   {
     INTERPOSER(SetFileInformationByHandle) rename(
@@ -82,6 +105,33 @@ TEST_F(HinderedRotationTest, StaysInTheRenamedFileWhenNoNewOneCanBeMade) {
   log_.Write(L"new file");
 
   EXPECT_THAT(log_.Texts(), ElementsAre("new file"));
+}
+
+// The file was deleted, and neither it nor its name can be had.
+TEST(FailedRotationTest, DeletesNoOldFiles) {
+  StartedLog log("MaxFiles=1\n");
+  WriteFileBytes(log.RotatedFile(1), "x");
+  INTERPOSER(GetFileInformationByHandleEx) inspect(
+      log.Module(),
+      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
+        const BOOL done = inspect.Original()(file, kind, information, size);
+        if (kind == FileStandardInfo) {
+          static_cast<FILE_STANDARD_INFO*>(information)->DeletePending = TRUE;
+        }
+        return done;
+      });
+  const INTERPOSER(SetFileInformationByHandle) rename(log.Module(),
+                                                      Answers(FALSE, ERROR_ACCESS_DENIED));
+  const INTERPOSER(CreateFileW) open(
+      log.Module(),
+      AnswersIf([&](const wchar_t* path,
+                    auto...) { return rename.Calls() > 0 && path == log.CurrentFile(); },
+                INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
+
+  log.Write(L"record");
+
+  EXPECT_EQ(rename.Calls(), 1);
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.1.log", L"NHUpdateManager.log"));
 }
 
 }  // namespace

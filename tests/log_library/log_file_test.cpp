@@ -7,11 +7,14 @@
 #include "base/existence.h"
 #include "tests/log_library/fake_uptime.h"
 #include "tests/log_library/test_log.h"
+#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::StartsWith;
 
 TEST(LogFileTest, IsOpenForAppendingOnlySharedAndNotInherited) {
@@ -123,6 +126,34 @@ TEST(LogFileTest, IsAskedForItsSizeOnceForEachRecord) {
   EXPECT_EQ(inspect.Calls(), 2);
 }
 
+// It counts as ended then, whatever it ends in.
+TEST(LogFileTest, IsWrittenOnWhereItEndsWhenThatCantBeRead) {
+  StartedLog log;
+  AppendFileBytes(log.CurrentFile(), kCutRecord);
+  {
+    INTERPOSER(ReadFile) read(log.Module(), [&](auto... all) { return read.Original()(all...); });
+    const INTERPOSER(ReOpenFile) open(log.Module(),
+                                      Answers(INVALID_HANDLE_VALUE, ERROR_SHARING_VIOLATION));
+    log.Write(L"not opened");
+    EXPECT_EQ(open.Calls(), 1);
+    EXPECT_EQ(read.Calls(), 0);
+  }
+  AppendFileBytes(log.CurrentFile(), kCutRecord);
+  {
+    const INTERPOSER(ReadFile) read(
+        log.Module(), [](HANDLE, void* byte, DWORD, DWORD* count, OVERLAPPED*) -> BOOL {
+          *static_cast<char*>(byte) = '?';
+          *count = 0;
+          return TRUE;
+        });
+    log.Write(L"nothing read");
+    EXPECT_EQ(read.Calls(), 1);
+  }
+
+  EXPECT_THAT(log.Texts(), ElementsAre(AllOf(StartsWith("cut sh20"), EndsWith("] not opened")),
+                                       AllOf(StartsWith("cut sh20"), EndsWith("] nothing read"))));
+}
+
 TEST(LogFileTest, IsReadAtItsEndHoweverLongItIs) {
   constexpr std::uint64_t kSize = 5ULL << 30;
   StartedLog log;
@@ -188,6 +219,30 @@ TEST(LogFileTest, IsNotWrittenToWhenItWasDeleted) {
     EXPECT_THAT(ReadTexts(log.Outside(L"deleted.log")), ElementsAre("before"));
     EXPECT_THAT(log.Texts(), ElementsAre("after"));
   }
+}
+
+TEST(LogFileTest, IsReplacedWhenItWasDeletedAndAnotherProgramKeepsTheNewOneToItself) {
+  StartedLog log;
+  log.Write(L"before");
+  ASSERT_TRUE(::MoveFileW(log.CurrentFile().c_str(), log.Outside(L"deleted.log").c_str()));
+  WriteFileBytes(log.CurrentFile(), kEarlier);
+  {
+    const HeldFile other(log.CurrentFile());
+    INTERPOSER(GetFileInformationByHandleEx) inspect(
+        log.Module(),
+        [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
+          const BOOL done = inspect.Original()(file, kind, information, size);
+          if (kind == FileStandardInfo) {
+            DeletedFile::kByItsNames(*static_cast<FILE_STANDARD_INFO*>(information));
+          }
+          return done;
+        });
+    log.Write(L"after");
+  }
+
+  EXPECT_THAT(ReadTexts(log.Outside(L"deleted.log")), ElementsAre("before"));
+  EXPECT_THAT(log.Texts(), ElementsAre("earlier"));
+  EXPECT_THAT(log.RotatedTexts(1), ElementsAre("after"));
 }
 
 // Only without a turn can another process rotate the file and delete it in between.

@@ -73,6 +73,46 @@ TEST(LogStartFolderTest, WhatCantBeFoundOutOfTheFolderMakesTheStartFail) {
   EXPECT_THAT(log.Files(), IsEmpty());
 }
 
+TEST(LogStartFolderTest, AFolderBelowTheRootOfADriveHasNoProgramDataAboveIt) {
+  if (!IsThrowawayMachine()) {
+    GTEST_SKIP() << kMachineIsKept;
+  }
+  const AllowOutside open("what lies below a root is no folder of the test's own");
+  TestLog log;
+  const std::wstring folder = log.Folder().substr(0, 3) + L"nhupdate_log_below_the_root";
+  ASSERT_FALSE(nhupdate::Exists(folder));
+  CreateFolders(folder);
+
+  const int result = log.Start(log.Settings(), folder);
+  log.Write(L"record");
+  log.Stop();
+
+  EXPECT_EQ(result, 0);
+  EXPECT_THAT(ReadTexts(folder + L"\\NHUpdateManager.log"), ElementsAre("record"));
+  EXPECT_TRUE(::DeleteFileW((folder + L"\\NHUpdateManager.log").c_str()));
+  EXPECT_TRUE(::RemoveDirectoryW(folder.c_str()));
+}
+
+TEST(LogStartFolderTest, APathThatCantBeMadeFullMakesTheStartFail) {
+  TestLog log;
+  {
+    const INTERPOSER(GetFullPathNameW) full(log.Module(), Answers(DWORD{0}, ERROR_INVALID_NAME));
+    EXPECT_EQ(log.Start(), 2);
+  }
+  {
+    // Below a current folder that has become longer between the two calls.
+    INTERPOSER(GetFullPathNameW) full(log.Module(),
+                                      [&](const wchar_t* path, DWORD units, auto... rest) {
+                                        const DWORD length = full.Original()(path, units, rest...);
+                                        return units == 0 ? length : units;
+                                      });
+    EXPECT_EQ(log.Start(), 2);
+    EXPECT_EQ(full.Calls(), 2);
+  }
+
+  EXPECT_THAT(log.Files(), IsEmpty());
+}
+
 // A folder that can be reached through a link in the scratch folder too.
 class LinkedFolder {
  public:
@@ -116,6 +156,20 @@ TEST(LinkedFolderTest, ALinkInPlaceOfProgramDataIsFollowed) {
   const LinkedFolder folder(log, L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log");
 
   const int result = log.Start(log.Settings(), folder.ThroughLink());
+  log.Write(L"record");
+  log.Stop();
+
+  EXPECT_EQ(result, 0);
+  EXPECT_THAT(ReadTexts(folder.Itself() + L"\\NHUpdateManager.log"), ElementsAre("record"));
+}
+
+// What is above the folders of a server, or of a volume without a letter, isn't known here. The
+// prefix makes such a path of one that every machine has.
+TEST(LinkedFolderTest, ALinkIsFollowedOnTheWayFromNoDrive) {
+  TestLog log;
+  const LinkedFolder folder(log, L"\\Log");
+
+  const int result = log.Start(log.Settings(), L"\\\\?\\" + folder.ThroughLink());
   log.Write(L"record");
   log.Stop();
 

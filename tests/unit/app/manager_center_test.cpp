@@ -175,6 +175,10 @@ TEST_F(ManagerOperationsTest, DeleteNoFolderThatLiesOutsideOfTheBaseFolder) {
 }
 
 TEST_F(ManagerOperationsTest, ReturnTheSameAboutProcesses) {
+  {
+    const FakeProcessTable nobody;
+    EXPECT_EQ(manager_.StopUpdateManagers(), 1);
+  }
   const FakeProcessTable table(
       {{.id = 8, .image_path = L"C:\\a.exe"},
        {.id = 12, .image_path = L"C:\\NHUpdateManager.exe", .refuses_to_end = true}});

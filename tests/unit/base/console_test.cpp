@@ -176,6 +176,7 @@ TEST(RealConsoleTest, GetsWideTextInChunksThatDivideNoPair) {
       {"more than two", std::wstring(2 * kChunk + 1, L'x'), {kChunk, kChunk, 1}},
       {"the first pair at the border", almost_all + L"\U00010000y", {kChunk - 1, 3}},
       {"the last pair at the border", almost_all + L"\U0010FFFFy", {kChunk - 1, 3}},
+      {"a pair at the end", L"a\U00010000", {3}},
       {"half a pair", {kLead}, {1}},
       {"the other half", {kTrail}, {1}},
       {"half a pair at the end", {L'a', kLead}, {1, 1}},

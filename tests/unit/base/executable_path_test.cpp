@@ -102,6 +102,8 @@ TEST(ExecutablePathTest, HasTheNamesOnTheDiskHoweverItWasTyped) {
       {L"\\\\?\\UNC\\server\\nimba hub\\NHUPDA~1.EXE",
        L"\\\\server\\nimba hub\\NHUpdateManager.exe"},
       {L"\\\\SERVER\\NIMBA HUB\\x.exe", L"\\\\SERVER\\NIMBA HUB\\x.exe"},
+      {L"\\\\SERVER\\NIMBA HUB", L"\\\\SERVER\\NIMBA HUB"},
+      {L"\\\\NIMBA HUB", L"\\\\NIMBA HUB"},
   };
 
   for (const auto& [typed, path] : cases) {
@@ -122,6 +124,20 @@ TEST(ExecutablePathTest, TakesTheNameOnTheDiskWhateverItsLength) {
   program.names_on_disk[L"nimbah~1"] = L"N";
 
   EXPECT_EQ(FindExecutable().path, L"C:\\Program Files\\N\\Nimba Hub\\UNKNOW~1\\x.exe");
+}
+
+// A folder can be renamed between the question for the length and the one for the name.
+TEST(ExecutablePathTest, KeepsTheNamesThatWereTypedWhenTheLongOnesGrowMeanwhile) {
+  const std::wstring typed = L"C:\\PROGRA~1\\x.exe";
+  const StartedProgram program(typed);
+  INTERPOSER(GetLongPathNameW) long_path([&](const wchar_t*, wchar_t* buffer, DWORD units) {
+    buffer[0] = L'?';
+    return units + 1;
+  });
+
+  EXPECT_EQ(FindExecutable().path, typed);
+
+  EXPECT_EQ(long_path.Calls(), 2);
 }
 
 TEST(ExecutablePathTest, IsCutOffBehind259Units) {

@@ -13,6 +13,15 @@ namespace {
 // What std::abort ends a process with.
 constexpr DWORD kAborted = 3;
 
+DWORD RunProbe(const std::wstring& task) {
+  const std::wstring probe = L"\"" + TestProgramFolder() + L"\\library_failure_probe.exe\"";
+  return ExitCodeOf(StartChild(probe + L" \"" + task + L"\""));
+}
+
+TEST(LibraryFailureTest, IsNoAllocationOfNoBytes) {
+  EXPECT_EQ(RunProbe(L"no bytes"), 0u);
+}
+
 TEST(LibraryFailureTest, EndsTheProcessWithoutAnException) {
   struct Case {
     const wchar_t* failure;
@@ -26,10 +35,8 @@ TEST(LibraryFailureTest, EndsTheProcessWithoutAnException) {
       {L"null", kAborted},
       {L"terminate", kAborted},
   };
-  const std::wstring probe = L"\"" + TestProgramFolder() + L"\\library_failure_probe.exe\" ";
   for (const Case& failing : kCases) {
-    EXPECT_EQ(ExitCodeOf(StartChild(probe + failing.failure)), failing.exit_code)
-        << ToUtf8(failing.failure);
+    EXPECT_EQ(RunProbe(failing.failure), failing.exit_code) << ToUtf8(failing.failure);
   }
 }
 

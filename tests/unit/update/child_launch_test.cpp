@@ -1,5 +1,7 @@
 #include "update/child_launch.h"
 
+#include <optional>
+
 #include "tests/support/answers.h"
 #include "tests/support/placeholders.h"
 #include "tests/unit/update/mechanism_test.h"
@@ -103,6 +105,26 @@ TEST_F(ChildLaunchTest, LeavesItToTheShellToRefuseAFolder) {
   EXPECT_EQ(Launch(nhupdate::kCheckForUpdate).state, LaunchState::kNotLaunched);
 
   EXPECT_EQ(shell.Launches().size(), 1u);
+}
+
+TEST_F(ChildLaunchTest, IsASuccessWhenItWasLaunchedAndNoFailureIsKnown) {
+  const struct {
+    const char* name;
+    LaunchState state;
+    std::optional<DWORD> exit_code;
+    bool is_success;
+  } cases[] = {
+      {"ended well", LaunchState::kLaunched, 0, true},
+      {"not waited for, or not readable", LaunchState::kLaunched, std::nullopt, true},
+      {"ended with a failure", LaunchState::kLaunched, 1, false},
+      {"refused", LaunchState::kNotLaunched, std::nullopt, false},
+      {"missing", LaunchState::kMissing, std::nullopt, false},
+  };
+  for (const auto& test : cases) {
+    const LaunchOutcome outcome = {test.state, test.exit_code, {}};
+
+    EXPECT_EQ(outcome.IsSuccess(), test.is_success) << test.name;
+  }
 }
 
 TEST_F(ChildLaunchTest, ShowsNumbersSigned) {
