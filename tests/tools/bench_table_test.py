@@ -1,0 +1,72 @@
+"""The table of tools/bench, made from what two benchmarks could have printed:
+bench_table_test.py REPOSITORY"""
+
+import json
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+REPOSITORY = pathlib.Path(sys.argv.pop())
+
+
+def row(target, own, rival):
+    return json.dumps({"name": "copy", "what": "a copy", "rival": "a loop", "target": target,
+                       "own_costs": own, "rival_costs": rival})
+
+
+REACHED = row(1.1, [[20, 10], [30, 10], [60, 10]], [[20, 10], [20, 10], [20, 10]])
+MISSED = row(1.1, [[20, 30], [20, 30]], [[10, 10], [10, 10]])
+NOT_MEASURABLE = row(0, [[20, 0], [20, 0]], [[10, 0], [10, 0]])
+
+
+class BenchTableTest(unittest.TestCase):
+    def setUp(self):
+        # The tool writes into the page of its own tree.
+        self.tree = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        for file in ("tools/lib/bench_table", "docs/benchmarks.md"):
+            (self.tree / file).parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(REPOSITORY / file, self.tree / file)
+        self.page = self.tree / "docs/benchmarks.md"
+
+    def run_tool(self, lines, *options):
+        rows = self.tree / "rows"
+        rows.write_text("\n".join(lines) + "\n", encoding="utf-8")
+        return subprocess.run([self.tree / "tools/lib/bench_table", *options, rows],
+                              capture_output=True, encoding="utf-8", check=False)
+
+    def cells(self, line):
+        printed = self.run_tool([line])
+        self.assertEqual(printed.returncode, 0, printed.stderr)
+        return [cell.strip() for cell in printed.stdout.splitlines()[2].split("|")[1:-1]]
+
+    def test_shows_the_middle_and_the_quarters_of_the_pairs(self):
+        self.assertEqual(self.cells(REACHED), ["a copy", "a loop", "1.50 (1.25–2.25)",
+                                               "1.00 (1.00–1.00)", "30.0", "20.0", "1.1", "3"])
+
+    def test_says_when_neither_time_has_reached_the_target(self):
+        self.assertEqual(self.cells(MISSED)[6], "1.1, missed")
+
+    def test_shows_no_ratio_of_times_that_are_too_short(self):
+        self.assertEqual(self.cells(NOT_MEASURABLE)[2:4], ["2.00 (2.00–2.00)", "—"])
+
+    def test_replaces_the_table_of_the_page_and_nothing_else(self):
+        before = self.page.read_text(encoding="utf-8").splitlines()
+        for line in (MISSED, REACHED):
+            written = self.run_tool([line], "--write")
+            self.assertEqual(written.returncode, 0, written.stderr)
+        after = self.page.read_text(encoding="utf-8").splitlines()
+
+        self.assertEqual(written.stdout.splitlines(), [line for line in after if line[:1] == "|"])
+        self.assertEqual([line for line in before if line[:1] != "|"],
+                         [line for line in after if line[:1] != "|"])
+
+    def test_refuses_a_page_without_a_place_for_it(self):
+        self.page.write_text("# Benchmarks\n", encoding="utf-8")
+        self.assertNotEqual(self.run_tool([REACHED], "--write").returncode, 0)
+        self.assertEqual(self.page.read_text(encoding="utf-8"), "# Benchmarks\n")
+
+
+unittest.main()
