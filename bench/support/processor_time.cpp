@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/windows.h"
+#include "bench/support/pairs.h"
 #else
 #include <ctime>
 #endif
@@ -28,7 +29,9 @@ double ServerMs() {
     return 0.0;
   }
   double nanoseconds = 0.0;
-  std::ifstream(path) >> nanoseconds;
+  if (!(std::ifstream(path) >> nanoseconds)) {
+    GiveUp("The server's time can't be read.");
+  }
   return nanoseconds / 1e6;
 }
 
