@@ -1,13 +1,14 @@
-# nhupdate_add_test_executable(NAME RING ring [LANE lane] [FENCE scratch|prefix] [LIBRARIES ...]
+# nhupdate_add_test_executable(NAME RING ring [LANE lane...] [FENCE scratch|prefix] [LIBRARIES ...]
 #                              [TIMEOUT seconds] SOURCES ...)
 #
 # A GoogleTest executable whose tests are known to ctest one by one. LANE is the Wine prefix that
-# its tests share; each lane runs one test at a time. FENCE says what its tests may change
+# its tests share; each lane runs one test at a time. Where several are named, a run of all tests
+# deals those of this executable out among them. FENCE says what its tests may change
 # (tests/support/fence.h): their own scratch folders, or all of the prefix. On Windows itself the
 # prefix is the machine, and such tests run one at a time there. A portable executable is one of the
 # unit tests when it is built for Windows.
 function(nhupdate_add_test_executable name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "RING;LANE;FENCE;TIMEOUT" "SOURCES;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "RING;FENCE;TIMEOUT" "LANE;SOURCES;LIBRARIES")
   if(NOT arg_LANE)
     set(arg_LANE unit)
   endif()
@@ -35,11 +36,12 @@ function(nhupdate_add_test_executable name)
     target_link_libraries(${name} PRIVATE
       nhupdate_fence_around_${arg_FENCE} nhupdate_test_manifest)
     add_dependencies(${name} nhupdate_golden_files)
-    set(lock lane-${arg_LANE})
+    list(GET arg_LANE 0 lane)
+    set(lock lane-${lane})
     if(CMAKE_HOST_WIN32 AND arg_FENCE STREQUAL "prefix")
       set(lock machine)
     endif()
-    set(lane_properties RESOURCE_LOCK ${lock} ENVIRONMENT NHUPDATE_LANE=${arg_LANE})
+    set(lane_properties RESOURCE_LOCK ${lock} ENVIRONMENT NHUPDATE_LANE=${lane})
     if(CMAKE_HOST_WIN32)
       list(APPEND lane_properties FIXTURES_REQUIRED package)
     endif()
@@ -53,9 +55,11 @@ function(nhupdate_add_test_executable name)
   if(CMAKE_HOST_UNIX)
     list(TRANSFORM arg_SOURCES PREPEND "source ${CMAKE_CURRENT_SOURCE_DIR}/" OUTPUT_VARIABLE sources)
     list(JOIN sources "\n" sources)
+    list(TRANSFORM arg_LANE PREPEND "lane " OUTPUT_VARIABLE lanes)
+    list(JOIN lanes "\n" lanes)
     file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/test_executables/${name}.txt CONTENT
 "ring ${arg_RING}
-lane ${arg_LANE}
+${lanes}
 prefix ${name_prefix}
 program $<TARGET_FILE:${name}>
 timeout ${arg_TIMEOUT}

@@ -22,7 +22,8 @@ class Executable:
             key, _, value = line.partition(" ")
             facts.setdefault(key, []).append(value)
         self.ring = facts["ring"][0]
-        self.lane = facts["lane"][0] if preset != "host" else None
+        # Where it can be run. All its tests can be run in any of them.
+        self.lanes = facts["lane"] if preset != "host" else []
         self.prefix = facts["prefix"][0]
         self.program = facts["program"][0]
         # In seconds, for one test.

@@ -17,11 +17,12 @@ export WINEDLLOVERRIDES='mscoree,mshtml='
 
 # The lanes of the tests. What runs in a quiet one shows no window: either it never does, or whatever
 # would is replaced.
-nhupdate_quiet_lanes=(unit log_library faults cycles)
-nhupdate_window_lanes=(e2e restarts_install waits moments restarts)
+nhupdate_quiet_lanes=(unit log_library faults more_faults cycles)
+nhupdate_window_lanes=(e2e restarts waits moments restarts_install)
 nhupdate_test_lanes=("${nhupdate_quiet_lanes[@]}" "${nhupdate_window_lanes[@]}")
 
-# Where a lane of the tests keeps to one processor, the lanes take them by turns, in the order above.
+# Where a lane of the tests keeps to one processor, the lanes take them by turns, in the order above,
+# in which two of them have about the same to do.
 # A program and its server take turns too, and to wake somebody on another processor costs more than
 # most of what is asked for: on one of them together they are almost twice as fast. In this lane
 # several programs write one file, which is worth more when they do it at the same time.
