@@ -28,7 +28,7 @@ void AddTexts(const JsonValue& root, StringTable& strings) {
 
 void LoadStrings(StringTable& strings, const std::wstring& path, const CLog& log) {
   log.Write(LogLevel::kInformation, L"Load strings from %s", path);
-  const std::optional<StringFileText> file = ReadStringFile(path);
+  std::optional<StringFileText> file = ReadStringFile(path);
   if (!file) {
     log.Write(LogLevel::kError, L"Fail to open string file : %s", path);
     return;
@@ -37,6 +37,7 @@ void LoadStrings(StringTable& strings, const std::wstring& path, const CLog& log
   // the reader ends at the text's terminator.
   JsonValue root;
   std::ignore = ParseValue(root, file->text.c_str(), file->byte_count);  // a failure leaves it Null
+  file.reset();  // so that a large text isn't there three times
   AddTexts(root, strings);
   log.Write(LogLevel::kInformation, L"Total %d strings loaded.", static_cast<int>(strings.size()));
   FreeValue(root);

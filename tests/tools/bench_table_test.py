@@ -19,6 +19,8 @@ def row(target, own, rival):
 
 REACHED = row(1.1, [[20, 10], [30, 10], [60, 10]], [[20, 10], [20, 10], [20, 10]])
 MISSED = row(1.1, [[20, 30], [20, 30]], [[10, 10], [10, 10]])
+MEMORY = json.dumps({"name": "memory", "what": "a start", "rival": "an empty program",
+                     "own_mib": [10, 30, 12], "rival_mib": [8, 8, 9]})
 NOT_MEASURABLE = row(0, [[20, 0], [20, 0]], [[10, 0], [10, 0]])
 
 
@@ -51,6 +53,15 @@ class BenchTableTest(unittest.TestCase):
 
     def test_shows_no_ratio_of_times_that_are_too_short(self):
         self.assertEqual(self.cells(NOT_MEASURABLE)[2:4], ["2.00 (2.00–2.00)", "—"])
+
+    def test_shows_memory_in_a_table_of_its_own(self):
+        self.assertEqual(self.cells(MEMORY),
+                         ["a start", "an empty program", "12.0", "8.0", "1.50", "3"])
+
+        printed = self.run_tool([MEMORY, REACHED]).stdout
+        self.assertEqual([line[:10] for line in printed.splitlines()],
+                         ["| what | r", "|---|---|-", "| a copy |", "",
+                          "| what | r", "|---|---|-", "| a start "])
 
     def test_replaces_the_table_of_the_page_and_nothing_else(self):
         before = self.page.read_text(encoding="utf-8").splitlines()
