@@ -80,11 +80,6 @@ void CLogger::Append(int level, std::wstring_view tag, std::wstring_view text) {
     const CWriteTurn turn(queue_);
     PrepareFile();
     AppendToFile(level, tag, text);
-    if (!turn.IsOurs() && file_.State().is_deleted) {
-      // Another process has rotated and deleted the file in the very moment of writing.
-      FollowRename();
-      AppendToFile(level, tag, text);
-    }
   }
   // Others need not wait for that.
   if (std::exchange(is_cleanup_due_, false)) {
