@@ -119,8 +119,11 @@ void CLogger::PrepareFile() {
   }
   if (named == OpenResult::kOpened ? Rotate() : StepAside(named)) {
     is_cleanup_due_ = true;
-  } else {
-    next_rotation_ = now + kRotationRetryMs;
+    return;
+  }
+  next_rotation_ = now + kRotationRetryMs;
+  if (file_.State().is_deleted) {
+    file_.Close();  // what would be written there is lost, and is to count as such
   }
 }
 
