@@ -7,14 +7,14 @@
 #include <optional>
 #include <utility>
 
+#include "log_library/object_access.h"
+#include "tests/log_library/access_text.h"
 #include "tests/log_library/test_log.h"
-
-// This needs <windows.h> first.
-#include <sddl.h>
 
 namespace nhupdate_test {
 namespace {
 
+using nhupdate::CObjectAccess;
 using nhupdate::CStandingTurn;
 
 constexpr int kEnough = CStandingTurn::kTurnsInARow;
@@ -230,19 +230,13 @@ TEST_F(StandingTurnTest, IsNotForAWriterWhoseEndNobodyCouldSee) {
   EXPECT_FALSE(first_->Enter());
 }
 
-TEST(StandingTurnMemoryTest, MayBeReadAndWrittenByEveryoneWhoIsLoggedOnAndIsNotInherited) {
+TEST(StandingTurnMemoryTest, IsMadeForEveryoneWhoIsLoggedOnAndOfNoFile) {
   TestLog log;
   INTERPOSER(CreateFileMappingW) create(
       log.Module(), [&](HANDLE file, SECURITY_ATTRIBUTES* attributes, DWORD protection,
                         DWORD size_high, DWORD size, const wchar_t* name) {
-        wchar_t* text = nullptr;
-        EXPECT_TRUE(::ConvertSecurityDescriptorToStringSecurityDescriptorW(
-            attributes->lpSecurityDescriptor, SDDL_REVISION_1, DACL_SECURITY_INFORMATION, &text,
-            nullptr));
-        // The two rights, in the letters that they have for other objects.
-        EXPECT_STREQ(text, L"D:(A;;DCLC;;;AU)(A;;GA;;;SY)(A;;GA;;;BA)");
-        ::LocalFree(text);
-        EXPECT_EQ(attributes->bInheritHandle, FALSE);
+        EXPECT_EQ(AccessText(attributes->lpSecurityDescriptor),
+                  AccessText(CObjectAccess(nhupdate::kMemoryAccess).Get()->lpSecurityDescriptor));
         EXPECT_EQ(file, INVALID_HANDLE_VALUE);
         EXPECT_EQ(size_high, 0u);
         EXPECT_EQ(size, 16u);
@@ -260,6 +254,15 @@ TEST(StandingTurnMemoryTest, IsNotUsedWhenWhoeverMadeItGaveItNoStorage) {
       ::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE | SEC_RESERVE, 0, 4096,
                            L"Global\\NHUpdateManager.log.turn"));
   ASSERT_TRUE(reserved.IsValid());
+  CStandingTurn turn;
+
+  EXPECT_FALSE(turn.Open());
+}
+
+TEST(StandingTurnMemoryTest, IsNotUsedWhenItsNameIsThatOfSomethingElse) {
+  const nhupdate::UniqueKernelHandle mutex(
+      ::CreateMutexW(nullptr, FALSE, L"Global\\NHUpdateManager.log.turn"));
+  ASSERT_TRUE(mutex.IsValid());
   CStandingTurn turn;
 
   EXPECT_FALSE(turn.Open());
