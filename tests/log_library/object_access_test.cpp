@@ -56,6 +56,17 @@ TEST(ObjectAccessTest, IsFreedWithTheObject) {
 
 TEST(ObjectAccessTest, IsNoneWhenItCannotBeMade) {
   EXPECT_EQ(CObjectAccess(L"nonsense").Get(), nullptr);
+  const INTERPOSER(ConvertStringSecurityDescriptorToSecurityDescriptorW) convert(
+      [](auto, auto, void** descriptor, auto) {
+        *descriptor = descriptor;  // what stands there after a failure is nobody's
+        return FALSE;
+      });
+  const INTERPOSER(LocalFree) free_memory([](void* memory) -> HLOCAL {
+    EXPECT_EQ(memory, nullptr);
+    return nullptr;
+  });
+
+  EXPECT_EQ(CObjectAccess(nhupdate::kMutexAccess).Get(), nullptr);
 }
 
 TEST(SharedMutexTest, IsOpenToEveryoneWhoIsLoggedOnAndToBeWaitedForAndReleased) {
