@@ -48,6 +48,12 @@ bool EndsWithinALine(const UniqueFile& file, std::uint64_t size) {
 }  // namespace
 
 OpenResult CLogFile::Open(const CLogFolder& folder) {
+  const OpenResult result = OpenOnce(folder);
+  // Another writer may have put the file aside between its opening and the look at its name.
+  return result == OpenResult::kNotTrustworthy ? OpenOnce(folder) : result;
+}
+
+OpenResult CLogFile::OpenOnce(const CLogFolder& folder) {
   UniqueFile file =
       OpenUnfollowed(folder.PathOf(kCurrentName), FILE_APPEND_DATA, OPEN_ALWAYS, kShareAll);
   const DWORD error = ::GetLastError();
@@ -117,6 +123,7 @@ bool CLogFile::Append(std::string_view record) {
 
 LogFileState CLogFile::State() {
   LogFileState state;
+  state.is_deleted = !file_.IsValid();
   FILE_STANDARD_INFO information = {};
   if (::GetFileInformationByHandleEx(file_.Get(), FileStandardInfo, &information,
                                      sizeof(information))) {

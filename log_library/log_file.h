@@ -41,13 +41,16 @@ class CLogFile {
   // the file ends with, this process's or another's, the record begins a line of its own.
   [[nodiscard]] bool Append(std::string_view record);
 
-  // No size and not deleted when Windows doesn't tell. The next record relies on that size, so
-  // nothing that takes long should come in between.
+  // No size and not deleted when Windows doesn't tell; a file that is closed counts as deleted. The
+  // next record relies on that size, so nothing that takes long should come in between.
   [[nodiscard]] LogFileState State();
 
   [[nodiscard]] bool IsSameFile(const CLogFile& other) const {
-    return identity_ == other.identity_;
+    return file_.IsValid() && other.file_.IsValid() && identity_ == other.identity_;
   }
+
+  // Nothing can be written then.
+  void Close() { Take(UniqueFile(), {}); }
 
   // Renames the file, which is to be the folder's current one, to the next free name of a rotated
   // one, and never over another. The file stays open. False when it is not the current one any
@@ -58,6 +61,7 @@ class CLogFile {
   void Flush() const;
 
  private:
+  [[nodiscard]] OpenResult OpenOnce(const CLogFolder& folder);
   void Take(UniqueFile file, const FileIdentity& identity);
 
   UniqueFile file_;

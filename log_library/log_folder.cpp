@@ -1,6 +1,7 @@
 #include "log_library/log_folder.h"
 
 #include <tuple>
+#include <utility>
 
 #include "base/entry_deletion.h"
 #include "base/paths.h"
@@ -33,6 +34,11 @@ std::wstring FullPath(const std::wstring& path) {
     full.pop_back();
   }
   return full;
+}
+
+// Opens the file so that nobody can write into it meanwhile.
+UniqueFile KeepWritersOut(const std::wstring& path) {
+  return OpenUnfollowed(path, FILE_READ_DATA, OPEN_EXISTING, FILE_SHARE_READ | FILE_SHARE_DELETE);
 }
 
 std::uint64_t CurrentTime() {
@@ -92,10 +98,14 @@ void CLogFolder::DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_d
   }
   // The oldest first, so that what stays for the next time is the youngest of them.
   for (int deleted = 0; deleted < kMaxDeletions && !outdated.empty(); ++deleted) {
-    const std::wstring& name = outdated.back();
-    // What stays is tried again with the next rotation.
-    std::ignore = DeleteEntry(PathOf(name), EntryKind::kFile, PlaceOf(name));
+    const std::wstring name = std::move(outdated.back());
     outdated.pop_back();
+    const UniqueFile unwritten = KeepWritersOut(PathOf(name));
+    const DWORD error = ::GetLastError();
+    if (unwritten.IsValid() || error != ERROR_SHARING_VIOLATION) {
+      // What stays is tried again with the next rotation.
+      std::ignore = DeleteEntry(PathOf(name), EntryKind::kFile, PlaceOf(name));
+    }
   }
 }
 

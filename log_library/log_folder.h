@@ -32,10 +32,11 @@ class CLogFolder {
   [[nodiscard]] std::vector<std::wstring> NextRotatedNames() const;
 
   // Deletes rotated files: those that were written last more than `max_age_days` ago, and the
-  // oldest beyond `max_count`. What can't be deleted stays until the next time, and so does what is
+  // oldest beyond `max_count`. What can't be deleted stays until the next time. So does what is
   // more than a few dozen: anyone may put any number of files there, and nobody is to wait for
-  // them. Of a link, which only others can have put there, what it leads to stays, and so does a
-  // folder.
+  // them. And so does a file that a writer still has open: one that hasn't noticed the rotation
+  // yet, or was stopped in the middle of a record, would write into what is gone. Of a link, which
+  // only others can have put there, what it leads to stays, and so does a folder.
   void DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_days) const;
 
   // True when the file is the one of that name in this very folder, and not one that a link led to.

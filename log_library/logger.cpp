@@ -80,11 +80,6 @@ void CLogger::Append(int level, std::wstring_view tag, std::wstring_view text) {
     const CWriteTurn turn(queue_);
     PrepareFile();
     AppendToFile(level, tag, text);
-    if (!turn.IsOurs() && file_.State().is_deleted) {
-      // Another process has rotated and deleted the file in the very moment of writing.
-      FollowRename();
-      AppendToFile(level, tag, text);
-    }
   }
   // Others need not wait for that.
   if (std::exchange(is_cleanup_due_, false)) {
@@ -124,8 +119,11 @@ void CLogger::PrepareFile() {
   }
   if (named == OpenResult::kOpened ? Rotate() : StepAside(named)) {
     is_cleanup_due_ = true;
-  } else {
-    next_rotation_ = now + kRotationRetryMs;
+    return;
+  }
+  next_rotation_ = now + kRotationRetryMs;
+  if (file_.State().is_deleted) {
+    file_.Close();  // what would be written there is lost, and is to count as such
   }
 }
 

@@ -22,6 +22,13 @@ std::wstring PresenceName(std::uint32_t number) {
   return L"Global\\NHUpdateManager.log.writer" + std::to_wstring(number);
 }
 
+// Whoever makes memory first may leave it without any storage. A step in it would end the process.
+bool HasStorage(const UniqueView& view) {
+  MEMORY_BASIC_INFORMATION information = {};
+  ::VirtualQuery(view.Get(), &information, sizeof(information));  // without it the state stays 0
+  return information.State == MEM_COMMIT;
+}
+
 // True also when that can't be found out.
 bool Exists(const wchar_t* mutex_name) {
   const UniqueKernelHandle mutex(::OpenMutexW(SYNCHRONIZE, FALSE, mutex_name));
@@ -35,7 +42,11 @@ bool CStandingTurn::Open() {
   // In this order, and CountTurn looks for it when the memory is there: of two processes that begin
   // at the same moment, either this one finds the memory or the other one finds this.
   presence_.Reset(OpenSharedMutex(kUnsharedName));
-  if (!OpenShared()) {
+  const Memory memory = OpenShared();
+  if (memory == Memory::kNotUsable) {
+    presence_.Reset();
+  }
+  if (memory != Memory::kShared) {
     return presence_.IsValid();
   }
   number_ = Word(All().last_number).fetch_add(1) + 1;
@@ -46,7 +57,7 @@ bool CStandingTurn::Open() {
   return true;
 }
 
-bool CStandingTurn::OpenShared() {
+CStandingTurn::Memory CStandingTurn::OpenShared() {
   constexpr DWORD kAccess = FILE_MAP_READ | FILE_MAP_WRITE;
   // To make what is there already would ask for more rights than everyone has.
   section_.Reset(::OpenFileMappingW(kAccess, FALSE, kMemoryName));
@@ -59,12 +70,19 @@ bool CStandingTurn::OpenShared() {
   }
   if (!section_.IsValid()) {
     // Another process may have made it in between.
-    section_.Reset(::OpenFileMappingW(kAccess, FALSE, kMemoryName));
+    const HANDLE section = ::OpenFileMappingW(kAccess, FALSE, kMemoryName);
+    const DWORD error = ::GetLastError();
+    if (section == nullptr) {
+      return error == ERROR_FILE_NOT_FOUND ? Memory::kMissing : Memory::kNotUsable;
+    }
+    section_.Reset(section);
   }
-  if (section_.IsValid()) {
-    view_.Reset(::MapViewOfFile(section_.Get(), kAccess, 0, 0, sizeof(Shared)));
+  view_.Reset(::MapViewOfFile(section_.Get(), kAccess, 0, 0, sizeof(Shared)));
+  if (!view_.IsValid() || !HasStorage(view_)) {
+    view_.Reset();
+    return Memory::kNotUsable;
   }
-  return view_.IsValid();
+  return Memory::kShared;
 }
 
 bool CStandingTurn::Enter() {

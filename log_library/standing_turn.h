@@ -33,8 +33,9 @@ class CStandingTurn {
   // writing.
   static constexpr int kTurnsInARow = 16;
 
-  // False when the other writers can neither be seen nor be told that there is one who doesn't see
-  // them. To wait for the mutex would then be of no use.
+  // False when other writers may share memory that this one can't use, or can't be told that there
+  // is one who shares none. One of them might keep his turn unseen, and to wait for the mutex would
+  // be of no use.
   [[nodiscard]] bool Open();
 
   // True when the standing turn is this process's. It then lasts until Leave at least.
@@ -62,7 +63,13 @@ class CStandingTurn {
     std::uint32_t last_writer;  // by the mutex
   };
 
-  [[nodiscard]] bool OpenShared();
+  enum class Memory {
+    kShared,
+    kMissing,    // and it can't be made
+    kNotUsable,  // it is there, or may be
+  };
+
+  [[nodiscard]] Memory OpenShared();
   [[nodiscard]] Shared& All() const { return *static_cast<Shared*>(view_.Get()); }
 
   UniqueKernelHandle section_;  // keeps the name of the memory

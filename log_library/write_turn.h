@@ -49,7 +49,8 @@ class CWriterQueue {
   ULONGLONG no_wait_before_ = 0;  // in the milliseconds of the system's uptime
 };
 
-// One turn, from construction to destruction.
+// One turn, from construction to destruction; none if it can't be had, and then others may write
+// and rotate at the same time.
 class CWriteTurn {
  public:
   explicit CWriteTurn(CWriterQueue& queue) : queue_(queue), is_ours_(queue.Enter()) {}
@@ -60,9 +61,6 @@ class CWriteTurn {
   }
   CWriteTurn(const CWriteTurn&) = delete;
   CWriteTurn& operator=(const CWriteTurn&) = delete;
-
-  // False when the others could not be kept out.
-  [[nodiscard]] bool IsOurs() const { return is_ours_; }
 
  private:
   CWriterQueue& queue_;

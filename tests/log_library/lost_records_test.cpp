@@ -123,5 +123,29 @@ TEST(LostRecordsTest, CountTheHeaderRecord) {
   EXPECT_THAT(ReadAllBehindTheHeader(log), ElementsAre(Loss("1"), "INFO|test|after"));
 }
 
+TEST(LostRecordsTest, CountThoseForWhichThereIsNoFileAnyMore) {
+  StartedLog log;
+  ASSERT_TRUE(::MoveFileW(log.CurrentFile().c_str(), log.Outside(L"deleted.log").c_str()));
+  {
+    INTERPOSER(GetFileInformationByHandleEx) inspect(
+        log.Module(),
+        [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
+          const BOOL done = inspect.Original()(file, kind, information, size);
+          static_cast<FILE_STANDARD_INFO*>(information)->NumberOfLinks = 0;
+          return done;
+        });
+    const INTERPOSER(CreateFileW) open(log.Module(),
+                                       Answers(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
+    log.Write(L"lost");
+    log.Write(L"lost");
+    EXPECT_EQ(open.Calls(), 4);  // each time for the file and for one in its place
+  }
+
+  log.Write(L"after");
+
+  EXPECT_THAT(ReadTexts(log.Outside(L"deleted.log")), ElementsAre());
+  EXPECT_THAT(ReadAllBehindTheHeader(log), ElementsAre(Loss("2"), "INFO|test|after"));
+}
+
 }  // namespace
 }  // namespace nhupdate_test

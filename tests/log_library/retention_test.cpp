@@ -129,6 +129,24 @@ TEST(LogRetentionTest, LeavesForeignFilesAlone) {
                                L"NHUpdateManager.log", L"NHUpdateManager.x.log", L"Other.1.log"));
 }
 
+// Its records would be lost.
+TEST(LogRetentionTest, DeletesAFileOnlyWhenNoWriterHasItOpenAnyMore) {
+  constexpr DWORD kEverything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  TestLog log("MaxFiles=1\n");
+  WriteFileBytes(log.RotatedFile(7), "x");
+  {
+    const HeldFile writer(log.RotatedFile(7), kEverything, FILE_APPEND_DATA);
+    EXPECT_EQ(log.Start(), 0);
+  }
+  EXPECT_THAT(log.Files(), Contains(L"NHUpdateManager.7.log"));
+  {
+    const HeldFile reader(log.RotatedFile(7), kEverything);
+    EXPECT_EQ(log.Start(), 0);
+  }
+
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.log"));
+}
+
 TEST(LogRetentionTest, AFileThatCantBeDeletedStaysAndIsInNobodysWay) {
   TestLog log("MaxFileSizeKB=16\nMaxFiles=1\n");
   WriteFileBytes(log.RotatedFile(7), "held");

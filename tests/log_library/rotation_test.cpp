@@ -1,5 +1,6 @@
 // When a file is put aside, and how.
 
+#include <string_view>
 #include <utility>
 
 #include "base/existence.h"
@@ -185,6 +186,29 @@ TEST(LogRotationTest, WaitsASecondWhenAnotherWriterHasLeftAFullFileToo) {
 
   EXPECT_EQ(another.Renames(), 2);
   EXPECT_THAT(log.Texts(), ElementsAre("a second later"));
+}
+
+TEST(LogRotationTest, IsFollowedWhenItComesWhileTheFileIsOpened) {
+  TestLog log(kSmallFiles);
+  WriteFileBytes(log.CurrentFile(), kEarlier);
+  bool has_come = false;
+  INTERPOSER(GetFinalPathNameByHandleW) place(
+      log.Module(), [&](HANDLE file, wchar_t* path, DWORD size, DWORD form) {
+        const DWORD units = place.Original()(file, path, size, form);
+        if (size > units && std::wstring_view(path, units).ends_with(L".log") &&
+            !std::exchange(has_come, true)) {
+          RotateAsAnother(log);
+          path[units - 1] = L'?';  // as for QuickerWriter
+        }
+        return units;
+      });
+
+  EXPECT_EQ(log.Start(), 0);
+  log.Write(L"next");
+
+  EXPECT_TRUE(has_come);
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.1.log", L"NHUpdateManager.log"));
+  EXPECT_THAT(log.Texts(), ElementsAre("earlier", "next"));
 }
 
 // Wine takes a wrong length or too large a buffer as well, so what is passed is looked at.

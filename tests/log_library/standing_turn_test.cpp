@@ -7,14 +7,14 @@
 #include <optional>
 #include <utility>
 
+#include "log_library/object_access.h"
+#include "tests/log_library/access_text.h"
 #include "tests/log_library/test_log.h"
-
-// This needs <windows.h> first.
-#include <sddl.h>
 
 namespace nhupdate_test {
 namespace {
 
+using nhupdate::CObjectAccess;
 using nhupdate::CStandingTurn;
 
 constexpr int kEnough = CStandingTurn::kTurnsInARow;
@@ -182,24 +182,33 @@ TEST_F(StandingTurnTest, IsNobodysWhileAWriterCantShareTheMemory) {
   EXPECT_TRUE(first_->Enter());
 }
 
-TEST_F(StandingTurnTest, IsNobodysWhileAWriterCantSeeTheMemory) {
+// Who has the turn then looks neither at the mutex nor for that writer.
+TEST_F(StandingTurnTest, IsKeptBesideAWriterThatCantUseTheMemoryAndTakesNoTurns) {
+  TakeTurns(*first_, kEnough);
   CStandingTurn other;
   {
     const INTERPOSER(MapViewOfFile) map(
         Answers(static_cast<void*>(nullptr), ERROR_NOT_ENOUGH_MEMORY));
-    EXPECT_TRUE(other.Open());
+    EXPECT_FALSE(other.Open());
+  }
+  {
+    const INTERPOSER(OpenFileMappingW) open(Answers(HANDLE{}, ERROR_ACCESS_DENIED));
+    const INTERPOSER(CreateFileMappingW) create(Answers(HANDLE{}, ERROR_ACCESS_DENIED));
+    EXPECT_FALSE(other.Open());
   }
 
+  EXPECT_TRUE(first_->Enter());
+  first_->Leave();
+  EXPECT_TRUE(IsTakenBack(second_));
   TakeTurns(*first_, kEnough);
-
-  EXPECT_FALSE(first_->Enter());
+  EXPECT_TRUE(first_->Enter());
 }
 
 // The first of its mutexes tells of a writer that doesn't share the memory.
 TEST_F(StandingTurnTest, AllowsNoTurnsToAWriterThatNobodyKnowsOf) {
   CStandingTurn other;
   const INTERPOSER(CreateMutexExW) create(AnswersCall(1, HANDLE{}, ERROR_ACCESS_DENIED));
-  const INTERPOSER(OpenFileMappingW) open(Answers(HANDLE{}, ERROR_ACCESS_DENIED));
+  const INTERPOSER(OpenFileMappingW) open(Answers(HANDLE{}, ERROR_FILE_NOT_FOUND));
   const INTERPOSER(CreateFileMappingW) make(Answers(HANDLE{}, ERROR_ACCESS_DENIED));
 
   EXPECT_FALSE(other.Open());
@@ -221,19 +230,13 @@ TEST_F(StandingTurnTest, IsNotForAWriterWhoseEndNobodyCouldSee) {
   EXPECT_FALSE(first_->Enter());
 }
 
-TEST(StandingTurnMemoryTest, MayBeReadAndWrittenByEveryoneWhoIsLoggedOnAndIsNotInherited) {
+TEST(StandingTurnMemoryTest, IsMadeForEveryoneWhoIsLoggedOnAndOfNoFile) {
   TestLog log;
   INTERPOSER(CreateFileMappingW) create(
       log.Module(), [&](HANDLE file, SECURITY_ATTRIBUTES* attributes, DWORD protection,
                         DWORD size_high, DWORD size, const wchar_t* name) {
-        wchar_t* text = nullptr;
-        EXPECT_TRUE(::ConvertSecurityDescriptorToStringSecurityDescriptorW(
-            attributes->lpSecurityDescriptor, SDDL_REVISION_1, DACL_SECURITY_INFORMATION, &text,
-            nullptr));
-        // The two rights, in the letters that they have for other objects.
-        EXPECT_STREQ(text, L"D:(A;;DCLC;;;AU)(A;;GA;;;SY)(A;;GA;;;BA)");
-        ::LocalFree(text);
-        EXPECT_EQ(attributes->bInheritHandle, FALSE);
+        EXPECT_EQ(AccessText(attributes->lpSecurityDescriptor),
+                  AccessText(CObjectAccess(nhupdate::kMemoryAccess).Get()->lpSecurityDescriptor));
         EXPECT_EQ(file, INVALID_HANDLE_VALUE);
         EXPECT_EQ(size_high, 0u);
         EXPECT_EQ(size, 16u);
@@ -243,6 +246,26 @@ TEST(StandingTurnMemoryTest, MayBeReadAndWrittenByEveryoneWhoIsLoggedOnAndIsNotI
   EXPECT_EQ(log.Start(), 0);
 
   EXPECT_EQ(create.Calls(), 1);
+}
+
+// A step in it would end the process.
+TEST(StandingTurnMemoryTest, IsNotUsedWhenWhoeverMadeItGaveItNoStorage) {
+  const nhupdate::UniqueKernelHandle reserved(
+      ::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE | SEC_RESERVE, 0, 4096,
+                           L"Global\\NHUpdateManager.log.turn"));
+  ASSERT_TRUE(reserved.IsValid());
+  CStandingTurn turn;
+
+  EXPECT_FALSE(turn.Open());
+}
+
+TEST(StandingTurnMemoryTest, IsNotUsedWhenItsNameIsThatOfSomethingElse) {
+  const nhupdate::UniqueKernelHandle mutex(
+      ::CreateMutexW(nullptr, FALSE, L"Global\\NHUpdateManager.log.turn"));
+  ASSERT_TRUE(mutex.IsValid());
+  CStandingTurn turn;
+
+  EXPECT_FALSE(turn.Open());
 }
 
 // More than that nobody but administrators would be given.

@@ -136,6 +136,13 @@ Reliances HandleReliances() {
              Open(file, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
          return ErrorOf(Open(file, DELETE, kShareAll));
        }},
+      {"CreateFileW without write sharing, a file that another has open for appending", "32",
+       Wine::kAsWindows,
+       [](const std::wstring& folder) {
+         const nhupdate::UniqueFile writer = OpenForAppending(folder + L"\\file.txt");
+         return ErrorOf(
+             Open(folder + L"\\file.txt", FILE_READ_DATA, FILE_SHARE_READ | FILE_SHARE_DELETE));
+       }},
       {"FILE_APPEND_DATA, what two handles have written in turns", "1a2b3c", Wine::kAsWindows,
        [](const std::wstring& folder) {
          const std::wstring file = folder + L"\\file.txt";

@@ -120,6 +120,14 @@ TEST(ParseNumberTest, ReadsRunsOfAnyLength) {
                                {L"0." + zeros.substr(0, 323) + L"5,", 326, "real 5e-324"}});
 }
 
+TEST(ParseNumberTest, ReadsAMillionDigits) {
+  constexpr int kCount = 1'000'000;
+  const std::wstring ones(kCount, L'1');
+  ExpectReadings(ParseNumber, {{ones + L",", kCount, "9223372036854775807"},
+                               {L"-" + ones + L".5,", kCount + 3, "real -inf"},
+                               {L"1." + ones + L",", kCount + 2, "real 1.1111111111111112"}});
+}
+
 // What decides may stand further behind than any value has digits.
 TEST(ParseNumberTest, RoundsByDigitsOfAnyDistance) {
   const std::wstring zeros(2000, L'0');

@@ -108,6 +108,23 @@ TEST(ScanStringTest, FailsAtABackslashThatIsTheLastUnitWithinTheBound) {
                        {LR"("ab\n)", 5, 5, R"("ab\u000A")"}});
 }
 
+TEST(ScanStringTest, ReadsAMillionEscapes) {
+  constexpr int kCount = 1'000'000;
+  std::wstring text = L"\"";
+  std::wstring expected;
+  for (int count = 0; count < kCount; ++count) {
+    text += L"a\\n\\u0041";
+    expected += L"a\nA";
+  }
+  text += L'"';
+  std::wstring scanned;
+
+  EXPECT_EQ(nhupdate::ScanString(text.c_str(), static_cast<int>(text.size()), scanned),
+            static_cast<int>(text.size()));
+
+  EXPECT_TRUE(scanned == expected);
+}
+
 TEST(ScanUnicodeEscapeTest, AppendsTheUnitOfFourHexadecimalDigits) {
   ExpectStrings(
       {{LR"("\u00e9")", 8, R"("\u00E9")"},
