@@ -27,6 +27,12 @@ class CBox {
                       reinterpret_cast<HMENU>(kTextId), nullptr, nullptr);
   }
 
+  // Without an image.
+  [[nodiscard]] HWND AddIcon() const {
+    return ::CreateWindowExW(0, L"Static", nullptr, WS_CHILD | WS_VISIBLE | SS_ICON, 0, 0, 50, 50,
+                             window_, nullptr, nullptr, nullptr);
+  }
+
   // Whether somebody presses the button within the time.
   [[nodiscard]] bool IsAnsweredWithin(ULONGLONG milliseconds) const {
     const ULONGLONG end = ::GetTickCount64() + milliseconds;
@@ -62,6 +68,23 @@ TEST(BoxWatcherTest, AnswersABoxWhenItsTextIsThere) {
   EXPECT_EQ(boxes[0].caption, "caption");
   EXPECT_EQ(boxes[0].text, "text");
   EXPECT_FALSE(boxes[0].has_red_icon);
+}
+
+TEST(BoxWatcherTest, WaitsUntilTheIconIsDrawn) {
+  CBoxWatcher watcher;
+  const CBox box;
+  const HWND icon = box.AddIcon();
+  box.AddText();
+
+  const bool is_answered_without_image = box.IsAnsweredWithin(500);
+  ::SendMessageW(icon, STM_SETICON, reinterpret_cast<WPARAM>(::LoadIconW(nullptr, IDI_ERROR)), 0);
+  const bool is_answered = box.IsAnsweredWithin(kTimeLimitMs);
+
+  EXPECT_FALSE(is_answered_without_image);
+  EXPECT_TRUE(is_answered);
+  const std::vector<WatchedBox> boxes = watcher.Finish();
+  ASSERT_EQ(boxes.size(), 1U);
+  EXPECT_TRUE(boxes[0].has_red_icon);
 }
 
 TEST(BoxWatcherTest, AnswersABoxOnce) {

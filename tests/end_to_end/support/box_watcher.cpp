@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kTextId = 0xFFFF;
 constexpr DWORD kPollMs = 10;
-constexpr int kDrawingTries = 20;
+constexpr int kDrawingTries = 500;  // a busy machine may take seconds
 constexpr UINT kMessageTimeLimitMs = 2000;
 
 std::string TextOf(HWND window) {
@@ -36,11 +36,14 @@ HWND FindIcon(HWND box) {
   return nullptr;
 }
 
+enum class Colour { kNone, kRed, kOther };
+
 // An icon of another process can't be asked what it shows, but its colours are on the screen.
-bool IsMostlyRed(HWND icon) {
+Colour ColourOf(HWND icon) {
+  constexpr int kEnoughPixels = 50;
   RECT area = {};
-  if (icon == nullptr || !::GetWindowRect(icon, &area)) {
-    return false;
+  if (!::GetWindowRect(icon, &area)) {
+    return Colour::kNone;
   }
   const HDC screen = ::GetDC(nullptr);
   int red_pixels = 0;
@@ -57,7 +60,21 @@ bool IsMostlyRed(HWND icon) {
     }
   }
   ::ReleaseDC(nullptr, screen);
-  return red_pixels > 50 && red_pixels * 2 > coloured_pixels;
+  if (coloured_pixels <= kEnoughPixels) {
+    return Colour::kNone;
+  }
+  return red_pixels > kEnoughPixels && red_pixels * 2 > coloured_pixels ? Colour::kRed
+                                                                        : Colour::kOther;
+}
+
+// A box is drawn a moment after it becomes visible.
+bool IsRedOnceItIsDrawn(HWND icon) {
+  Colour colour = ColourOf(icon);
+  for (int tries = 0; colour == Colour::kNone && tries < kDrawingTries; ++tries) {
+    ::Sleep(kPollMs);
+    colour = ColourOf(icon);
+  }
+  return colour == Colour::kRed;
 }
 
 bool Contains(const std::vector<HWND>& boxes, HWND box) {
@@ -113,13 +130,8 @@ bool CBoxWatcher::Answer(HWND box) {
   if (text == nullptr) {
     return false;
   }
-  // A box is drawn a moment after it becomes visible.
   const HWND icon = FindIcon(box);
-  bool is_red = IsMostlyRed(icon);
-  for (int tries = 0; icon != nullptr && !is_red && tries < kDrawingTries; ++tries) {
-    ::Sleep(kPollMs);
-    is_red = IsMostlyRed(icon);
-  }
+  const bool is_red = icon != nullptr && IsRedOnceItIsDrawn(icon);
   boxes_.push_back({TextOf(box), TextOf(text), is_red});
   const int button = choose_ ? choose_(boxes_.back()) : IDOK;
   ::PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
