@@ -80,8 +80,12 @@ bool CStandingTurn::OpenShared() {
 }
 
 bool CStandingTurn::Enter() {
-  if (number_ == 0 || Word(All().holder).load(std::memory_order_relaxed) != number_ ||
-      !IsSharedByAll()) {
+  if (number_ == 0 || Word(All().holder).load(std::memory_order_relaxed) != number_) {
+    return false;
+  }
+  // Who doesn't share the memory can't take the turn back either. He is looked for now and then,
+  // since it takes a call into the system.
+  if (::GetTickCount64() >= next_look_ && !IsSharedByAll()) {
     return false;
   }
   // First the word that others wait for, then another look: whoever takes the turn back does both
@@ -98,14 +102,8 @@ bool CStandingTurn::Enter() {
   return true;
 }
 
-// Who doesn't share the memory can't take the turn back either. He is looked for now and then,
-// since it takes a call into the system.
 bool CStandingTurn::IsSharedByAll() {
-  const ULONGLONG now = ::GetTickCount64();
-  if (now < next_look_) {
-    return true;
-  }
-  next_look_ = now + kLookIntervalMs;
+  next_look_ = ::GetTickCount64() + kLookIntervalMs;
   return !Exists(kUnsharedName);
 }
 
@@ -143,7 +141,6 @@ void CStandingTurn::CountTurn() {
     return;
   }
   turns_in_a_row_ = 0;
-  next_look_ = 0;
   if (IsSharedByAll()) {
     Word(All().holder).store(number_);
   }

@@ -203,7 +203,9 @@ TEST_F(StandingTurnTest, IsNobodysWithinASecondOfAWriterThatCantSeeTheMemory) {
   EXPECT_FALSE(first_->Enter());
 
   other.reset();
-  TakeTurns(*first_, kEnough);
+  TakeTurns(*first_, kEnough - 1);
+  EXPECT_FALSE(first_->Enter());
+  TakeTurns(*first_, 1);
   EXPECT_TRUE(first_->Enter());
 }
 
