@@ -122,8 +122,10 @@ bool CLogFile::Append(std::string_view record) {
 }
 
 LogFileState CLogFile::State() {
+  if (!file_.IsValid()) {
+    return {.is_deleted = true};
+  }
   LogFileState state;
-  state.is_deleted = !file_.IsValid();
   FILE_STANDARD_INFO information = {};
   if (::GetFileInformationByHandleEx(file_.Get(), FileStandardInfo, &information,
                                      sizeof(information))) {

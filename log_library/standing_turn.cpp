@@ -18,6 +18,8 @@ constexpr wchar_t kMemoryName[] = L"Global\\NHUpdateManager.log.turn";
 // Is there as long as somebody takes turns by the mutex without sharing the memory.
 constexpr wchar_t kUnsharedName[] = L"Global\\NHUpdateManager.log.unshared";
 
+constexpr ULONGLONG kLookIntervalMs = 1000;
+
 std::wstring PresenceName(std::uint32_t number) {
   return L"Global\\NHUpdateManager.log.writer" + std::to_wstring(number);
 }
@@ -42,11 +44,7 @@ bool CStandingTurn::Open() {
   // In this order, and CountTurn looks for it when the memory is there: of two processes that begin
   // at the same moment, either this one finds the memory or the other one finds this.
   presence_.Reset(OpenSharedMutex(kUnsharedName));
-  const Memory memory = OpenShared();
-  if (memory == Memory::kNotUsable) {
-    presence_.Reset();
-  }
-  if (memory != Memory::kShared) {
+  if (!OpenShared()) {
     return presence_.IsValid();
   }
   number_ = Word(All().last_number).fetch_add(1) + 1;
@@ -57,7 +55,7 @@ bool CStandingTurn::Open() {
   return true;
 }
 
-CStandingTurn::Memory CStandingTurn::OpenShared() {
+bool CStandingTurn::OpenShared() {
   constexpr DWORD kAccess = FILE_MAP_READ | FILE_MAP_WRITE;
   // To make what is there already would ask for more rights than everyone has.
   section_.Reset(::OpenFileMappingW(kAccess, FALSE, kMemoryName));
@@ -70,23 +68,24 @@ CStandingTurn::Memory CStandingTurn::OpenShared() {
   }
   if (!section_.IsValid()) {
     // Another process may have made it in between.
-    const HANDLE section = ::OpenFileMappingW(kAccess, FALSE, kMemoryName);
-    const DWORD error = ::GetLastError();
-    if (section == nullptr) {
-      return error == ERROR_FILE_NOT_FOUND ? Memory::kMissing : Memory::kNotUsable;
-    }
-    section_.Reset(section);
+    section_.Reset(::OpenFileMappingW(kAccess, FALSE, kMemoryName));
   }
-  view_.Reset(::MapViewOfFile(section_.Get(), kAccess, 0, 0, sizeof(Shared)));
-  if (!view_.IsValid() || !HasStorage(view_)) {
+  if (section_.IsValid()) {
+    view_.Reset(::MapViewOfFile(section_.Get(), kAccess, 0, 0, sizeof(Shared)));
+  }
+  if (view_.IsValid() && !HasStorage(view_)) {
     view_.Reset();
-    return Memory::kNotUsable;
   }
-  return Memory::kShared;
+  return view_.IsValid();
 }
 
 bool CStandingTurn::Enter() {
   if (number_ == 0 || Word(All().holder).load(std::memory_order_relaxed) != number_) {
+    return false;
+  }
+  // Who doesn't share the memory can't take the turn back either. He is looked for now and then,
+  // since it takes a call into the system.
+  if (::GetTickCount64() >= next_look_ && !IsSharedByAll()) {
     return false;
   }
   // First the word that others wait for, then another look: whoever takes the turn back does both
@@ -101,6 +100,11 @@ bool CStandingTurn::Enter() {
     return false;
   }
   return true;
+}
+
+bool CStandingTurn::IsSharedByAll() {
+  next_look_ = ::GetTickCount64() + kLookIntervalMs;
+  return !Exists(kUnsharedName);
 }
 
 void CStandingTurn::Leave() {
@@ -137,7 +141,7 @@ void CStandingTurn::CountTurn() {
     return;
   }
   turns_in_a_row_ = 0;
-  if (!Exists(kUnsharedName)) {
+  if (IsSharedByAll()) {
     Word(All().holder).store(number_);
   }
 }

@@ -7,7 +7,8 @@
 // Nobody waits for its end, since it has one whenever another process wants to write: whoever has
 // the mutex takes the standing turn back and waits only for the record that is being written. A
 // process that ends in the middle of one is known by an object of its own, which Windows then
-// removes.
+// removes. Only who can't use the memory can't take the turn back; within a second it is given back
+// to him.
 //
 // Whoever may write the log may write that memory too, and could mislead the others about it. He
 // gains what he has anyway by holding the mutex: records are then written without turns.
@@ -33,9 +34,8 @@ class CStandingTurn {
   // writing.
   static constexpr int kTurnsInARow = 16;
 
-  // False when other writers may share memory that this one can't use, or can't be told that there
-  // is one who shares none. One of them might keep his turn unseen, and to wait for the mutex would
-  // be of no use.
+  // False when the other writers can neither be seen nor be told that there is one who doesn't see
+  // them. To wait for the mutex would then be of no use.
   [[nodiscard]] bool Open();
 
   // True when the standing turn is this process's. It then lasts until Leave at least.
@@ -63,13 +63,8 @@ class CStandingTurn {
     std::uint32_t last_writer;  // by the mutex
   };
 
-  enum class Memory {
-    kShared,
-    kMissing,    // and it can't be made
-    kNotUsable,  // it is there, or may be
-  };
-
-  [[nodiscard]] Memory OpenShared();
+  [[nodiscard]] bool OpenShared();
+  [[nodiscard]] bool IsSharedByAll();
   [[nodiscard]] Shared& All() const { return *static_cast<Shared*>(view_.Get()); }
 
   UniqueKernelHandle section_;  // keeps the name of the memory
@@ -78,6 +73,7 @@ class CStandingTurn {
                                  // that doesn't share the memory
   std::uint32_t number_ = 0;     // 0 when nobody could know that the process has ended
   int turns_in_a_row_ = 0;
+  ULONGLONG next_look_ = 0;  // in the milliseconds of the system's uptime
 };
 
 }  // namespace nhupdate

@@ -123,8 +123,19 @@ TEST(LostRecordsTest, CountTheHeaderRecord) {
   EXPECT_THAT(ReadAllBehindTheHeader(log), ElementsAre(Loss("1"), "INFO|test|after"));
 }
 
+// On a file system that doesn't number its files too, where all of them are like one that is
+// closed.
 TEST(LostRecordsTest, CountThoseForWhichThereIsNoFileAnyMore) {
-  StartedLog log;
+  TestLog log;
+  INTERPOSER(GetFileInformationByHandle) number(
+      log.Module(), [&](HANDLE file, BY_HANDLE_FILE_INFORMATION* information) {
+        const BOOL done = number.Original()(file, information);
+        information->dwVolumeSerialNumber = 0;
+        information->nFileIndexHigh = 0;
+        information->nFileIndexLow = 0;
+        return done;
+      });
+  ASSERT_EQ(log.Start(), 0);
   ASSERT_TRUE(::MoveFileW(log.CurrentFile().c_str(), log.Outside(L"deleted.log").c_str()));
   {
     INTERPOSER(GetFileInformationByHandleEx) inspect(
@@ -144,6 +155,7 @@ TEST(LostRecordsTest, CountThoseForWhichThereIsNoFileAnyMore) {
   log.Write(L"after");
 
   EXPECT_THAT(ReadTexts(log.Outside(L"deleted.log")), ElementsAre());
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.log"));
   EXPECT_THAT(ReadAllBehindTheHeader(log), ElementsAre(Loss("2"), "INFO|test|after"));
 }
 

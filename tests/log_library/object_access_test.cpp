@@ -1,7 +1,9 @@
 #include "log_library/object_access.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
 
 #include "base/unique_handle.h"
@@ -15,6 +17,7 @@ namespace {
 using nhupdate::CObjectAccess;
 using nhupdate::OpenSharedMutex;
 using nhupdate::UniqueKernelHandle;
+using testing::StartsWith;
 
 constexpr wchar_t kName[] = L"Global\\NHUpdateManager.test.shared";
 
@@ -83,6 +86,18 @@ TEST(SharedMutexTest, IsOpenToEveryoneWhoIsLoggedOnAndToBeWaitedForAndReleased) 
 
   EXPECT_TRUE(mutex.IsValid());
   EXPECT_EQ(create.Calls(), 1);
+}
+
+TEST(SharedMutexTest, ReallyHasItsAccessList) {
+  const UniqueKernelHandle mutex(OpenSharedMutex(kName));
+  const UniqueKernelHandle readable(::OpenMutexW(READ_CONTROL, FALSE, kName));
+  std::byte descriptor[512] = {};
+  DWORD size = 0;
+  ASSERT_TRUE(::GetKernelObjectSecurity(readable.Get(), DACL_SECURITY_INFORMATION, descriptor,
+                                        sizeof(descriptor), &size));
+
+  // "All" is written out for each kind of object on Windows.
+  EXPECT_THAT(AccessText(descriptor), StartsWith(L"D:(A;;0x100001;;;AU)(A;;"));
 }
 
 TEST(SharedMutexTest, IsTheOneThatIsThere) {

@@ -147,6 +147,21 @@ TEST(LogRetentionTest, DeletesAFileOnlyWhenNoWriterHasItOpenAnyMore) {
   EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.log"));
 }
 
+TEST(LogRetentionTest, DeletesAFileThatMayNotBeRead) {
+  TestLog log("MaxFiles=1\n");
+  const std::wstring file = log.RotatedFile(7);
+  WriteFileBytes(file, "x");
+  const INTERPOSER(CreateFileW) open(
+      log.Module(),
+      AnswersIf([&](const wchar_t* path, DWORD access,
+                    auto...) { return path == file && (access & FILE_READ_DATA) != 0; },
+                INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
+
+  EXPECT_EQ(log.Start(), 0);
+
+  EXPECT_THAT(log.Files(), ElementsAre(L"NHUpdateManager.log"));
+}
+
 TEST(LogRetentionTest, AFileThatCantBeDeletedStaysAndIsInNobodysWay) {
   TestLog log("MaxFileSizeKB=16\nMaxFiles=1\n");
   WriteFileBytes(log.RotatedFile(7), "held");

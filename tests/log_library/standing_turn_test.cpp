@@ -9,6 +9,7 @@
 
 #include "log_library/object_access.h"
 #include "tests/log_library/access_text.h"
+#include "tests/log_library/fake_uptime.h"
 #include "tests/log_library/test_log.h"
 
 namespace nhupdate_test {
@@ -17,6 +18,7 @@ namespace {
 using nhupdate::CObjectAccess;
 using nhupdate::CStandingTurn;
 
+constexpr wchar_t kMemoryName[] = L"Global\\NHUpdateManager.log.turn";
 constexpr int kEnough = CStandingTurn::kTurnsInARow;
 
 void TakeTurns(CStandingTurn& turn, int count) {
@@ -35,8 +37,7 @@ bool IsTakenBack(CStandingTurn& turn) {
 class SharedWords {
  public:
   SharedWords()
-      : section_(::OpenFileMappingW(FILE_MAP_READ | FILE_MAP_WRITE, FALSE,
-                                    L"Global\\NHUpdateManager.log.turn")),
+      : section_(::OpenFileMappingW(FILE_MAP_READ | FILE_MAP_WRITE, FALSE, kMemoryName)),
         view_(::MapViewOfFile(section_.Get(), FILE_MAP_READ | FILE_MAP_WRITE, 0, 0, 0)) {
     EXPECT_TRUE(view_.IsValid());
   }
@@ -182,33 +183,51 @@ TEST_F(StandingTurnTest, IsNobodysWhileAWriterCantShareTheMemory) {
   EXPECT_TRUE(first_->Enter());
 }
 
-// Who has the turn then looks neither at the mutex nor for that writer.
-TEST_F(StandingTurnTest, IsKeptBesideAWriterThatCantUseTheMemoryAndTakesNoTurns) {
+TEST_F(StandingTurnTest, IsNobodysWithinASecondOfAWriterThatCantSeeTheMemory) {
+  FakeUptime uptime(::GetModuleHandleW(nullptr));
   TakeTurns(*first_, kEnough);
-  CStandingTurn other;
+  std::optional<CStandingTurn> other{std::in_place};
   {
     const INTERPOSER(MapViewOfFile) map(
         Answers(static_cast<void*>(nullptr), ERROR_NOT_ENOUGH_MEMORY));
-    EXPECT_FALSE(other.Open());
-  }
-  {
-    const INTERPOSER(OpenFileMappingW) open(Answers(HANDLE{}, ERROR_ACCESS_DENIED));
-    const INTERPOSER(CreateFileMappingW) create(Answers(HANDLE{}, ERROR_ACCESS_DENIED));
-    EXPECT_FALSE(other.Open());
+    EXPECT_TRUE(other->Open());
   }
 
+  uptime.Forward(999);
   EXPECT_TRUE(first_->Enter());
   first_->Leave();
-  EXPECT_TRUE(IsTakenBack(second_));
+  uptime.Forward(1);
+  EXPECT_FALSE(first_->Enter());
+  EXPECT_TRUE(IsTakenBack(*first_));
   TakeTurns(*first_, kEnough);
+  EXPECT_FALSE(first_->Enter());
+
+  other.reset();
+  TakeTurns(*first_, kEnough - 1);
+  EXPECT_FALSE(first_->Enter());
+  TakeTurns(*first_, 1);
   EXPECT_TRUE(first_->Enter());
+}
+
+TEST_F(StandingTurnTest, LooksForSuchAWriterOnceASecondAndNotForEachRecord) {
+  FakeUptime uptime(::GetModuleHandleW(nullptr));
+  TakeTurns(*first_, kEnough);
+  INTERPOSER(OpenMutexW) look([&](auto... all) { return look.Original()(all...); });
+
+  for (const ULONGLONG later_ms : {0u, 999u, 1u, 0u, 999u, 1u}) {
+    uptime.Forward(later_ms);
+    EXPECT_TRUE(first_->Enter());
+    first_->Leave();
+  }
+
+  EXPECT_EQ(look.Calls(), 2);
 }
 
 // The first of its mutexes tells of a writer that doesn't share the memory.
 TEST_F(StandingTurnTest, AllowsNoTurnsToAWriterThatNobodyKnowsOf) {
   CStandingTurn other;
   const INTERPOSER(CreateMutexExW) create(AnswersCall(1, HANDLE{}, ERROR_ACCESS_DENIED));
-  const INTERPOSER(OpenFileMappingW) open(Answers(HANDLE{}, ERROR_FILE_NOT_FOUND));
+  const INTERPOSER(OpenFileMappingW) open(Answers(HANDLE{}, ERROR_ACCESS_DENIED));
   const INTERPOSER(CreateFileMappingW) make(Answers(HANDLE{}, ERROR_ACCESS_DENIED));
 
   EXPECT_FALSE(other.Open());
@@ -248,24 +267,26 @@ TEST(StandingTurnMemoryTest, IsMadeForEveryoneWhoIsLoggedOnAndOfNoFile) {
   EXPECT_EQ(create.Calls(), 1);
 }
 
-// A step in it would end the process.
-TEST(StandingTurnMemoryTest, IsNotUsedWhenWhoeverMadeItGaveItNoStorage) {
-  const nhupdate::UniqueKernelHandle reserved(
-      ::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE | SEC_RESERVE, 0, 4096,
-                           L"Global\\NHUpdateManager.log.turn"));
-  ASSERT_TRUE(reserved.IsValid());
-  CStandingTurn turn;
+// A step in memory without storage would end the process.
+TEST(StandingTurnMemoryTest, IsDoneWithoutWhenSomebodyHasSpoiltIt) {
+  HANDLE(*const spoilers[])
+  () = {
+      [] {
+        return ::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE | SEC_RESERVE, 0,
+                                    4096, kMemoryName);
+      },
+      [] { return ::CreateMutexW(nullptr, FALSE, kMemoryName); },
+  };
+  for (const auto spoil : spoilers) {
+    const nhupdate::UniqueKernelHandle spoilt(spoil());
+    ASSERT_TRUE(spoilt.IsValid());
+    CStandingTurn turn;
 
-  EXPECT_FALSE(turn.Open());
-}
+    EXPECT_TRUE(turn.Open());
 
-TEST(StandingTurnMemoryTest, IsNotUsedWhenItsNameIsThatOfSomethingElse) {
-  const nhupdate::UniqueKernelHandle mutex(
-      ::CreateMutexW(nullptr, FALSE, L"Global\\NHUpdateManager.log.turn"));
-  ASSERT_TRUE(mutex.IsValid());
-  CStandingTurn turn;
-
-  EXPECT_FALSE(turn.Open());
+    TakeTurns(turn, kEnough);
+    EXPECT_FALSE(turn.Enter());
+  }
 }
 
 // More than that nobody but administrators would be given.

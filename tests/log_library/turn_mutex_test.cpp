@@ -55,7 +55,7 @@ TEST_F(MissingTurnMutexTest, IsDoneWithoutWhenItCantBeMade) {
 TEST_F(MissingTurnMutexTest, IsDoneWithoutWhenNothingCouldTellOthersOfThisWriter) {
   const INTERPOSER(CreateMutexExW) create(log_.Module(),
                                           AnswersCall(2, HANDLE{}, ERROR_ACCESS_DENIED));
-  const INTERPOSER(OpenFileMappingW) open(log_.Module(), Answers(HANDLE{}, ERROR_FILE_NOT_FOUND));
+  const INTERPOSER(OpenFileMappingW) open(log_.Module(), Answers(HANDLE{}, ERROR_ACCESS_DENIED));
   const INTERPOSER(CreateFileMappingW) make(log_.Module(), Answers(HANDLE{}, ERROR_ACCESS_DENIED));
 
   StartAndRotate();
