@@ -76,7 +76,7 @@ TEST(BoxWatcherTest, WaitsUntilTheIconIsDrawn) {
   const HWND icon = box.AddIcon();
   box.AddText();
 
-  const bool is_answered_without_image = box.IsAnsweredWithin(500);
+  const bool is_answered_without_image = box.IsAnsweredWithin(2'000);
   ::SendMessageW(icon, STM_SETICON, reinterpret_cast<WPARAM>(::LoadIconW(nullptr, IDI_ERROR)), 0);
   const bool is_answered = box.IsAnsweredWithin(kTimeLimitMs);
 
