@@ -33,8 +33,10 @@ nhupdate::UniqueKernelHandle StartChild(const std::wstring& program, const std::
   STARTUPINFOW startup = {};
   startup.cb = sizeof(startup);
   PROCESS_INFORMATION information = {};
+  // Without a console, since Wine has a process for each of them, which never ends when the child
+  // is ended as it begins.
   if (!::CreateProcessW(program.c_str(), command_line.data(), nullptr, nullptr, FALSE,
-                        CREATE_NO_WINDOW, nullptr, folder.empty() ? nullptr : folder.c_str(),
+                        DETACHED_PROCESS, nullptr, folder.empty() ? nullptr : folder.c_str(),
                         &startup, &information)) {
     GiveUp("start", program);
   }
