@@ -5,8 +5,8 @@
 // between the look at it and the work. A held folder stays in its place, and so do those above it.
 // The limit of that: whoever may write its attributes can still turn it into a link where it is, as
 // long as it is empty; Windows has no sharing mode against that. What is deleted is therefore
-// looked at once more by its own handle, unless a file in the folder is held as well
-// (base/entry_deletion.h).
+// looked at once more by its own handle, unless a file (base/entry_deletion.h) or folder in the
+// folder is held as well, without which it can't get empty.
 
 #include <optional>
 #include <string>
