@@ -38,6 +38,9 @@ class CHeldFolder {
   // out.
   [[nodiscard]] bool IsPlainAt(const CPlace& place) const;
 
+  // True when it is known to lie there, whether it is a link or not.
+  [[nodiscard]] bool LiesAt(const CPlace& place) const;
+
   // True when it is a link or is known to lie elsewhere. A folder that is no link, but whose place
   // can't be found out, is taken to lie there: for walks in which each level was held before the
   // next.
@@ -48,7 +51,11 @@ class CHeldFolder {
   [[nodiscard]] bool MayHold(const std::wstring& path) const;
 
  private:
+  // Asked for once: as long as the folder is held it stays there.
+  [[nodiscard]] const CPlace& OwnPlace() const;
+
   UniqueFile folder_;
+  mutable std::optional<CPlace> place_;
   std::optional<DWORD> error_;
 };
 

@@ -135,7 +135,7 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
   if (!CopyContent(target, place, source, deeper, false)) {
     return false;
   }
-  if (!first && held->IsPlainAt(place)) {
+  if (!first && held->LiesAt(place)) {
     first = std::move(held);
   }
   return true;

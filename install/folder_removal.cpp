@@ -17,7 +17,7 @@ namespace {
 // where that really lies.
 enum class Way { kMayChange, kIsKept };
 
-std::optional<CHeldFolder> HoldAndEmpty(const std::wstring& folder, const CPlace& place, Way way);
+bool Empty(const CHeldFolder& held, const std::wstring& folder, const CPlace& place, Way way);
 bool DeleteFolderAt(const std::wstring& folder, const CPlace& place, Way way);
 
 std::optional<DWORD> DeleteEntryOn(Way way, const std::wstring& path, EntryKind kind,
@@ -48,8 +48,12 @@ class CFirstEntry {
     return file_.IsValid() && Remember(file, place);
   }
   [[nodiscard]] bool TakeFolder(const std::wstring& folder, const CPlace& place) {
-    folder_ = HoldAndEmpty(folder, place, Way::kMayChange);
-    return folder_ && Remember(folder, place);
+    folder_.emplace(folder);
+    if (Empty(*folder_, folder, place, Way::kMayChange)) {
+      return Remember(folder, place);
+    }
+    folder_.reset();
+    return false;
   }
 
   [[nodiscard]] bool IsHeld() const { return file_.IsValid() || folder_; }
@@ -100,19 +104,20 @@ void DeleteContentOf(const std::wstring& folder, const CPlace& place) {
   first.Delete();
 }
 
-// Nothing when the folder can't be held, is a link or lies elsewhere: then it keeps its content.
-std::optional<CHeldFolder> HoldAndEmpty(const std::wstring& folder, const CPlace& place, Way way) {
-  CHeldFolder held(folder);
+// Returns false when the folder isn't held, is a link or lies elsewhere: then it keeps its content.
+bool Empty(const CHeldFolder& held, const std::wstring& folder, const CPlace& place, Way way) {
   const bool is_there = way == Way::kIsKept ? held.IsPlain() : held.IsPlainAt(place);
-  if (!is_there) {
-    return std::nullopt;
+  if (is_there) {
+    DeleteContentOf(folder, place);
   }
-  DeleteContentOf(folder, place);
-  return held;
+  return is_there;
 }
 
 bool DeleteFolderAt(const std::wstring& folder, const CPlace& place, Way way) {
-  HoldAndEmpty(folder, place, way).reset();
+  {
+    const CHeldFolder held(folder);
+    std::ignore = Empty(held, folder, place, way);
+  }
   return !DeleteEntryOn(way, folder, EntryKind::kFolder, place);
 }
 
