@@ -8,8 +8,8 @@ namespace {
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-// The entry itself, even if it is a link. Without the flag for folders Windows opens no folder, so
-// what could be opened as a file is one.
+// The entry itself, even if it is a link. As a file Windows opens no folder, so what could be
+// opened is one; as a folder it opens both.
 UniqueFile OpenItself(const std::wstring& path, DWORD access, EntryKind kind,
                       DWORD sharing = kShareAll) {
   const DWORD kind_flag = kind == EntryKind::kFolder ? FILE_FLAG_BACKUP_SEMANTICS : 0;
@@ -34,44 +34,42 @@ bool IsFolder(const UniqueFile& entry) {
          (information.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-bool DeleteOpened(const UniqueFile& entry) {
+// Returns the error.
+std::optional<DWORD> DeleteOpened(const UniqueFile& entry) {
   // The name is free at once, even while others still have the file open: a new file is about to
   // take it. A program that is running can't be deleted so either. Older file systems only know the
   // plain way.
   DispositionInfoEx at_once = {kDelete | kPosixSemantics | kForceImageSectionCheck};
   FILE_DISPOSITION_INFO plain = {TRUE};
-  return ::SetFileInformationByHandle(entry.Get(), kDispositionInfoEx, &at_once, sizeof(at_once)) ||
-         ::SetFileInformationByHandle(entry.Get(), FileDispositionInfo, &plain, sizeof(plain));
-}
-
-// Without a place the entry is known to lie where it seems to.
-std::optional<DWORD> OpenAndDelete(const std::wstring& path, EntryKind kind, const CPlace* place) {
-  const UniqueFile entry = OpenItself(path, DELETE, kind);
-  const DWORD open_error = ::GetLastError();
-  if (!entry.IsValid()) {
-    return open_error;
+  if (::SetFileInformationByHandle(entry.Get(), kDispositionInfoEx, &at_once, sizeof(at_once)) ||
+      ::SetFileInformationByHandle(entry.Get(), FileDispositionInfo, &plain, sizeof(plain))) {
+    return std::nullopt;
   }
-  if (place != nullptr && !CPlace(entry).IsSameAs(*place)) {
-    return ERROR_CANT_ACCESS_FILE;
-  }
-  if (kind == EntryKind::kFolder && !IsFolder(entry)) {
-    return ERROR_DIRECTORY;
-  }
-  if (!DeleteOpened(entry)) {
-    const DWORD error = ::GetLastError();
-    return error;
-  }
-  return std::nullopt;
+  const DWORD error = ::GetLastError();
+  return error;
 }
 
 }  // namespace
 
 std::optional<DWORD> DeleteEntry(const std::wstring& path, EntryKind kind, const CPlace& place) {
-  return OpenAndDelete(path, kind, &place);
+  const UniqueFile entry = OpenItself(path, DELETE, kind);
+  const DWORD open_error = ::GetLastError();
+  if (!entry.IsValid()) {
+    return open_error;
+  }
+  if (!CPlace(entry).IsSameAs(place)) {
+    return ERROR_CANT_ACCESS_FILE;
+  }
+  if (kind == EntryKind::kFolder && !IsFolder(entry)) {
+    return ERROR_DIRECTORY;
+  }
+  return DeleteOpened(entry);
 }
 
-std::optional<DWORD> DeleteEntryInItsPlace(const std::wstring& path, EntryKind kind) {
-  return OpenAndDelete(path, kind, nullptr);
+std::optional<DWORD> DeleteEntryInItsPlace(const std::wstring& path) {
+  const UniqueFile entry = OpenItself(path, DELETE, EntryKind::kFolder);
+  const DWORD open_error = ::GetLastError();
+  return entry.IsValid() ? DeleteOpened(entry) : open_error;
 }
 
 CHeldFile::CHeldFile(const std::wstring& path, const CPlace& place)
@@ -82,7 +80,7 @@ CHeldFile::CHeldFile(const std::wstring& path, const CPlace& place)
 }
 
 bool CHeldFile::Delete() {
-  const bool is_deleted = DeleteOpened(file_);
+  const bool is_deleted = !DeleteOpened(file_);
   file_.Reset();
   return is_deleted;
 }

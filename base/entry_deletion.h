@@ -21,9 +21,9 @@ enum class EntryKind { kFile, kFolder };
 [[nodiscard]] std::optional<DWORD> DeleteEntry(const std::wstring& path, EntryKind kind,
                                                const CPlace& place);
 
-// The same for an entry that can't but lie where it seems to: the folder is held, and so is a file
-// in it (CHeldFile).
-[[nodiscard]] std::optional<DWORD> DeleteEntryInItsPlace(const std::wstring& path, EntryKind kind);
+// The same for an entry of either kind that can't but lie where it seems to: the folder is held,
+// and so is a file (CHeldFile) or a folder (CHeldFolder) in it.
+[[nodiscard]] std::optional<DWORD> DeleteEntryInItsPlace(const std::wstring& path);
 
 // A file that is going to be deleted, and that nobody else can delete or move meanwhile. So its
 // folder isn't empty as long as the object lives, and only an empty folder can be turned into a

@@ -23,15 +23,18 @@ bool CHeldFolder::IsPlain() const {
 }
 
 bool CHeldFolder::IsPlainAt(const CPlace& place) const {
-  return IsPlain() && CPlace(folder_).IsSameAs(place);
+  return IsPlain() && LiesAt(place);
+}
+
+bool CHeldFolder::LiesAt(const CPlace& place) const {
+  return folder_.IsValid() && OwnPlace().IsSameAs(place);
 }
 
 bool CHeldFolder::LeadsElsewhere(const CPlace& place) const {
   if (!folder_.IsValid()) {
     return false;
   }
-  const CPlace own_place(folder_);
-  return IsLink() || (own_place.IsKnown() && place.IsKnown() && !own_place.IsSameAs(place));
+  return IsLink() || (OwnPlace().IsKnown() && place.IsKnown() && !OwnPlace().IsSameAs(place));
 }
 
 bool CHeldFolder::MayHold(const std::wstring& path) const {
@@ -42,9 +45,15 @@ bool CHeldFolder::MayHold(const std::wstring& path) const {
   if (!other.IsValid()) {
     return true;
   }
-  const CPlace own_place(folder_);
   const CPlace other_place(other);
-  return !own_place.IsKnown() || !other_place.IsKnown() || other_place.IsWithin(own_place);
+  return !OwnPlace().IsKnown() || !other_place.IsKnown() || other_place.IsWithin(OwnPlace());
+}
+
+const CPlace& CHeldFolder::OwnPlace() const {
+  if (!place_) {
+    place_.emplace(folder_);
+  }
+  return *place_;
 }
 
 }  // namespace nhupdate

@@ -5,8 +5,8 @@
 // between the look at it and the work. A held folder stays in its place, and so do those above it.
 // The limit of that: whoever may write its attributes can still turn it into a link where it is, as
 // long as it is empty; Windows has no sharing mode against that. What is deleted is therefore
-// looked at once more by its own handle, unless a file in the folder is held as well
-// (base/entry_deletion.h).
+// looked at once more by its own handle, unless a file (base/entry_deletion.h) or folder in the
+// folder is held as well, without which it can't get empty.
 
 #include <optional>
 #include <string>
@@ -38,6 +38,9 @@ class CHeldFolder {
   // out.
   [[nodiscard]] bool IsPlainAt(const CPlace& place) const;
 
+  // True when it is known to lie there, whether it is a link or not.
+  [[nodiscard]] bool LiesAt(const CPlace& place) const;
+
   // True when it is a link or is known to lie elsewhere. A folder that is no link, but whose place
   // can't be found out, is taken to lie there: for walks in which each level was held before the
   // next.
@@ -48,7 +51,11 @@ class CHeldFolder {
   [[nodiscard]] bool MayHold(const std::wstring& path) const;
 
  private:
+  // Asked for once: as long as the folder is held it stays there.
+  [[nodiscard]] const CPlace& OwnPlace() const;
+
   UniqueFile folder_;
+  mutable std::optional<CPlace> place_;
   std::optional<DWORD> error_;
 };
 

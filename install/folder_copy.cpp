@@ -2,11 +2,11 @@
 
 #include <optional>
 #include <tuple>
+#include <utility>
 
 #include "base/entry_deletion.h"
 #include "base/folder_listing.h"
 #include "base/folder_making.h"
-#include "base/held_folder.h"
 #include "base/paths.h"
 #include "base/windows_path.h"
 
@@ -16,18 +16,21 @@ namespace {
 
 constexpr int kCopyAttempts = 10;
 
-// Makes sure that there is no link in the folder's place, and holds the folder. Returns the error;
-// nothing when the folder is held, or can't be made, which shows as soon as something is copied
-// into it.
+// Makes sure that there is no link in the folder's place, and holds the folder. Where nothing can
+// lead to it any more but its own path, its place isn't looked at. Returns the error; nothing when
+// the folder is held, or can't be made, which shows as soon as something is copied into it.
 std::optional<DWORD> MakePlainFolder(const std::wstring& folder, const CPlace& place,
-                                     std::optional<CHeldFolder>& held) {
+                                     bool way_is_kept, std::optional<CHeldFolder>& held) {
+  const auto leads_elsewhere = [&] {
+    return way_is_kept ? held->IsLink() : held->LeadsElsewhere(place);
+  };
   const bool was_there = MakeFolder(folder);
   held.emplace(folder);
   // What was there and is gone could come back as a link.
   if (held->IsMissing() && !was_there) {
     return std::nullopt;
   }
-  if (!held->LeadsElsewhere(place)) {
+  if (!leads_elsewhere()) {
     return held->Error();
   }
   held.reset();
@@ -36,7 +39,7 @@ std::optional<DWORD> MakePlainFolder(const std::wstring& folder, const CPlace& p
   }
   MakeFolder(folder);
   held.emplace(folder);
-  return held->LeadsElsewhere(place) ? ERROR_CANT_ACCESS_FILE : held->Error();
+  return leads_elsewhere() ? ERROR_CANT_ACCESS_FILE : held->Error();
 }
 
 }  // namespace
@@ -56,13 +59,16 @@ bool CFolderCopy::CopyContent(const std::wstring& destination, const CPlace& pla
                               const std::wstring& source, const CopyOptions& options,
                               bool may_be_missing) {
   CFolderListing listing(source);
+  // As long as it is held the destination can't get empty, and only an empty folder can be turned
+  // into a link.
+  std::optional<CHeldFolder> first;
   while (listing.Next()) {
     const std::wstring relative_path = L"\\" + listing.Name();
     const std::wstring entry = source + relative_path;
     const std::wstring target = destination + relative_path;
     if (listing.IsFolder()) {
-      if (options.recurse &&
-          !CopySubFolder(target, place.Below(relative_path), entry, listing.IsLink(), options)) {
+      if (options.recurse && !CopySubFolder(target, place.Below(relative_path), entry,
+                                            listing.IsLink(), options, first)) {
         return false;
       }
     } else if (!CopyOneFile(target, entry, options)) {
@@ -103,7 +109,7 @@ bool CFolderCopy::CopyOneFile(const std::wstring& target, const std::wstring& so
 
 bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
                                 const std::wstring& source, bool source_is_link,
-                                const CopyOptions& options) {
+                                const CopyOptions& options, std::optional<CHeldFolder>& first) {
   // The program that is running can't replace itself; an earlier stage has done that.
   if (target == folders_.module_folder) {
     return true;
@@ -113,7 +119,7 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
   }
   Announce(target, source, options);
   std::optional<CHeldFolder> held;
-  if (const std::optional<DWORD> error = MakePlainFolder(target, place, held)) {
+  if (const std::optional<DWORD> error = MakePlainFolder(target, place, first.has_value(), held)) {
     return Fail(target, *error, options);
   }
   if (source_is_link) {
@@ -126,7 +132,13 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
   }
   CopyOptions deeper = options;
   deeper.delete_existing_sub_folders = false;
-  return CopyContent(target, place, source, deeper, false);
+  if (!CopyContent(target, place, source, deeper, false)) {
+    return false;
+  }
+  if (!first && held->LiesAt(place)) {
+    first = std::move(held);
+  }
+  return true;
 }
 
 // What is to be copied must not be deleted with the folder that it lies in. One folder can go by

@@ -2,9 +2,11 @@
 
 // Copying what is in one folder over another.
 
+#include <optional>
 #include <string>
 
 #include "base/folder_place.h"
+#include "base/held_folder.h"
 #include "base/product_folders.h"
 #include "base/windows.h"
 #include "install/folder_removal.h"
@@ -54,9 +56,10 @@ class CFolderCopy {
                                  bool may_be_missing);
   [[nodiscard]] bool CopyOneFile(const std::wstring& target, const std::wstring& source,
                                  const CopyOptions& options);
+  // `first` is the first folder that is known to lie in the destination, or becomes it.
   [[nodiscard]] bool CopySubFolder(const std::wstring& target, const CPlace& place,
                                    const std::wstring& source, bool source_is_link,
-                                   const CopyOptions& options);
+                                   const CopyOptions& options, std::optional<CHeldFolder>& first);
   void DeleteExistingFolder(const std::wstring& target, const std::wstring& source,
                             const CopyOptions& options);
   void Announce(const std::wstring& destination, const std::wstring& source,

@@ -17,11 +17,12 @@ namespace {
 // where that really lies.
 enum class Way { kMayChange, kIsKept };
 
+bool EmptyHeld(const CHeldFolder& held, const std::wstring& folder, const CPlace& place, Way way);
 bool DeleteFolderAt(const std::wstring& folder, const CPlace& place, Way way);
 
 std::optional<DWORD> DeleteEntryOn(Way way, const std::wstring& path, EntryKind kind,
                                    const CPlace& place) {
-  return way == Way::kIsKept ? DeleteEntryInItsPlace(path, kind) : DeleteEntry(path, kind, place);
+  return way == Way::kIsKept ? DeleteEntryInItsPlace(path) : DeleteEntry(path, kind, place);
 }
 
 // Listings can be out of date in what they say of a file's attributes.
@@ -37,30 +38,45 @@ void DeleteFileEvenIfReadOnly(const std::wstring& file, const CPlace& place,
   }
 }
 
-// The first file that can be held keeps the folder from getting empty until the others are gone.
-class CFirstFile {
+// The first file or folder that can be held keeps the folder that it lies in from getting empty
+// until the others are gone.
+class CFirstEntry {
  public:
-  // Returns whether the file is now this one, which is to be deleted at the end.
-  [[nodiscard]] bool Take(const std::wstring& file, const CPlace& place) {
-    held_ = CHeldFile(file, place);
-    if (held_.IsValid()) {
-      file_ = file;
-      place_ = place;
+  // Return whether the entry is now this one, which is to be deleted at the end.
+  [[nodiscard]] bool TakeFile(const std::wstring& file, const CPlace& place) {
+    file_ = CHeldFile(file, place);
+    return file_.IsValid() && Remember(file, place);
+  }
+  [[nodiscard]] bool TakeFolder(const std::wstring& folder, const CPlace& place) {
+    folder_.emplace(folder);
+    if (EmptyHeld(*folder_, folder, place, Way::kMayChange)) {
+      return Remember(folder, place);
     }
-    return held_.IsValid();
+    folder_.reset();
+    return false;
   }
 
-  [[nodiscard]] bool IsHeld() const { return held_.IsValid(); }
+  [[nodiscard]] bool IsHeld() const { return file_.IsValid() || folder_; }
 
   void Delete() {
-    if (held_.IsValid() && !held_.Delete()) {
-      DeleteFileEvenIfReadOnly(file_, place_, false, Way::kMayChange);
+    if (folder_) {
+      folder_.reset();
+      std::ignore = DeleteEntry(path_, EntryKind::kFolder, place_);
+    } else if (file_.IsValid() && !file_.Delete()) {
+      DeleteFileEvenIfReadOnly(path_, place_, false, Way::kMayChange);
     }
   }
 
  private:
-  CHeldFile held_;
-  std::wstring file_;
+  bool Remember(const std::wstring& path, const CPlace& place) {
+    path_ = path;
+    place_ = place;
+    return true;
+  }
+
+  CHeldFile file_;
+  std::optional<CHeldFolder> folder_;
+  std::wstring path_;
   CPlace place_;
 };
 
@@ -68,7 +84,7 @@ class CFirstFile {
 // deleted, whatever the names of a listing lead to.
 void DeleteContentOf(const std::wstring& folder, const CPlace& place) {
   CFolderListing listing(folder, L"/*.*");
-  CFirstFile first;
+  CFirstEntry first;
   while (listing.Next()) {
     const std::wstring relative_path = L"\\" + listing.Name();
     const std::wstring entry = folder + relative_path;
@@ -76,20 +92,31 @@ void DeleteContentOf(const std::wstring& folder, const CPlace& place) {
     const Way way = first.IsHeld() ? Way::kIsKept : Way::kMayChange;
     if (listing.IsFolder()) {
       // What stays keeps this folder from being removed.
-      std::ignore = DeleteFolderAt(entry, entry_place, way);
-    } else if (listing.IsReadOnly() || first.IsHeld() || !first.Take(entry, entry_place)) {
+      if (first.IsHeld()) {
+        std::ignore = DeleteFolderAt(entry, entry_place, way);
+      } else if (!first.TakeFolder(entry, entry_place)) {
+        std::ignore = DeleteEntry(entry, EntryKind::kFolder, entry_place);
+      }
+    } else if (listing.IsReadOnly() || first.IsHeld() || !first.TakeFile(entry, entry_place)) {
       DeleteFileEvenIfReadOnly(entry, entry_place, listing.IsReadOnly(), way);
     }
   }
   first.Delete();
 }
 
+// Returns false when the folder isn't held, is a link or lies elsewhere: then it keeps its content.
+bool EmptyHeld(const CHeldFolder& held, const std::wstring& folder, const CPlace& place, Way way) {
+  const bool is_there = way == Way::kIsKept ? held.IsPlain() : held.IsPlainAt(place);
+  if (is_there) {
+    DeleteContentOf(folder, place);
+  }
+  return is_there;
+}
+
 bool DeleteFolderAt(const std::wstring& folder, const CPlace& place, Way way) {
   {
     const CHeldFolder held(folder);
-    if (way == Way::kIsKept ? held.IsPlain() : held.IsPlainAt(place)) {
-      DeleteContentOf(folder, place);
-    }
+    std::ignore = EmptyHeld(held, folder, place, way);
   }
   return !DeleteEntryOn(way, folder, EntryKind::kFolder, place);
 }

@@ -183,16 +183,18 @@ TEST_F(EntryDeletionTest, TakesNothingBehindARealLink) {
   RemoveFolderLink(folder_);
 }
 
-TEST_F(EntryDeletionTest, AsksForNoPlaceWhereNothingCanLeadElsewhere) {
+TEST_F(EntryDeletionTest, AsksNothingWhereNothingCanLeadElsewhere) {
+  WriteFileBytes(folder_ + L"\\below", "x");
   INTERPOSER(GetFinalPathNameByHandleW) final_path(Answers(DWORD{0}));
+  INTERPOSER(GetFileInformationByHandleEx) information(Answers(FALSE));
 
-  EXPECT_EQ(DeleteEntryInItsPlace(file_, EntryKind::kFolder), DWORD{ERROR_DIRECTORY});
-  EXPECT_EQ(DeleteEntryInItsPlace(folder_, EntryKind::kFile), DWORD{ERROR_ACCESS_DENIED});
-  EXPECT_EQ(DeleteEntryInItsPlace(file_, EntryKind::kFile), std::nullopt);
-  EXPECT_EQ(DeleteEntryInItsPlace(file_, EntryKind::kFile), DWORD{ERROR_FILE_NOT_FOUND});
-  EXPECT_EQ(DeleteEntryInItsPlace(folder_, EntryKind::kFolder), std::nullopt);
+  EXPECT_EQ(DeleteEntryInItsPlace(file_), std::nullopt);
+  EXPECT_EQ(DeleteEntryInItsPlace(file_), DWORD{ERROR_FILE_NOT_FOUND});
+  EXPECT_EQ(DeleteEntryInItsPlace(folder_), DWORD{ERROR_DIR_NOT_EMPTY});
+  EXPECT_EQ(DeleteEntryInItsPlace(folder_ + L"\\below"), std::nullopt);
+  EXPECT_EQ(DeleteEntryInItsPlace(folder_), std::nullopt);
 
-  EXPECT_EQ(final_path.Calls(), 0);
+  EXPECT_EQ(final_path.Calls() + information.Calls(), 0);
   EXPECT_THAT(ListTree(outer_), testing::IsEmpty());
 }
 

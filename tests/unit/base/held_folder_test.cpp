@@ -45,6 +45,7 @@ TEST_F(HeldFolderTest, TellsWhyItCouldNotBeOpened) {
     EXPECT_FALSE(held.IsLink()) << error;
     EXPECT_FALSE(held.IsPlain()) << error;
     EXPECT_FALSE(held.IsPlainAt(CPlace())) << error;
+    EXPECT_FALSE(held.LiesAt(CPlace())) << error;
     EXPECT_FALSE(held.LeadsElsewhere(CPlace())) << error;
     EXPECT_EQ(held.MayHold(inner_), !is_missing) << error;
   }
@@ -120,6 +121,22 @@ TEST_F(HeldFolderTest, IsAtItsPlaceByWhateverNames) {
   EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(inner_.substr(0, 2), inner_)));
   EXPECT_FALSE(held.IsPlainAt(PlaceOfFolder(outer_)));
   EXPECT_TRUE(held.LeadsElsewhere(PlaceOfFolder(outer_)));
+}
+
+// It stays there as long as it is held.
+TEST_F(HeldFolderTest, IsAskedForItsPlaceOnce) {
+  const CPlace place = PlaceOfFolder(inner_);
+  const CPlace other = PlaceOfFolder(outer_);
+  const CHeldFolder held(inner_);
+  INTERPOSER(GetFinalPathNameByHandleW) final_path([](auto...) {});
+
+  EXPECT_TRUE(held.LiesAt(place));
+  EXPECT_FALSE(held.LiesAt(other));
+  EXPECT_FALSE(held.LiesAt(CPlace()));
+  EXPECT_TRUE(held.IsPlainAt(place));
+  EXPECT_TRUE(held.LeadsElsewhere(other));
+
+  EXPECT_EQ(final_path.Calls(), 1);
 }
 
 TEST_F(HeldFolderTest, MayHoldItselfAndWhatIsBelowByWhateverName) {

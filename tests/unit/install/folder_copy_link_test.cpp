@@ -158,6 +158,15 @@ TEST_F(LinkedFolderCopyTest, ReplacesALinkAtAnyDepthOfTheDestination) {
   EXPECT_THAT(ListTree(target_), ElementsAre(L"a\\", L"a\\b\\", L"a\\b\\new.txt"));
 }
 
+TEST_F(LinkedFolderCopyTest, ReplacesALinkBesideAFolderOfTheDestination) {
+  WriteFiles(source_, {L"\\a\\new.txt", L"\\b\\new.txt"});
+  const FakeLink link(target_ + L"\\b", elsewhere_);
+
+  EXPECT_TRUE(Copy());
+
+  EXPECT_THAT(ListTree(target_), ElementsAre(L"a\\", L"a\\new.txt", L"b\\", L"b\\new.txt"));
+}
+
 // A link to the source isn't the folder that holds it.
 TEST_F(LinkedFolderCopyTest, ReplacesALinkInTheDestinationThatLeadsToTheSource) {
   WriteFileBytes(source_ + L"\\b\\new.txt", "N");
@@ -216,6 +225,40 @@ TEST_F(LinkedFolderCopyTest, KeepsTheFoldersOfTheDestinationInTheirPlaceMeanwhil
 
   EXPECT_FALSE(link.IsThere());
   EXPECT_THAT(ListTree(target_), ElementsAre(L"b\\", L"b\\new.txt"));
+}
+
+// A folder whose place can't be had might lie elsewhere, so it keeps nothing in its place.
+TEST_F(LinkedFolderCopyTest, LooksAtEachFolderUntilOneIsKnownToLieInTheDestination) {
+  WriteFiles(source_, {L"\\a\\new.txt", L"\\b\\new.txt"});
+  FakeListing windows;
+  windows.LeadElsewhere(target_ + L"\\a", L"");
+  windows.LeadElsewhere(target_ + L"\\b", L"\\Device\\V1\\Windows");
+
+  EXPECT_FALSE(Copy());
+
+  EXPECT_EQ(failed_path_, target_ + L"\\b");
+}
+
+// Only an empty folder can be turned into a link where it is. As long as one in it stays, no other
+// has to be seen where it lies.
+TEST_F(LinkedFolderCopyTest, KeepsTheFirstFolderOfTheDestinationUntilTheOthersAreCopied) {
+  WriteFiles(source_, {L"\\a\\new.txt", L"\\b\\new.txt", L"\\c\\new.txt"});
+  const std::wstring first = target_ + L"\\a";
+  INTERPOSER(GetFinalPathNameByHandleW) final_path([](auto...) {});
+  int copied = 0;
+  INTERPOSER(CopyFileW) copy([&](auto...) {
+    ++copied;
+    ::DeleteFileW((first + L"\\new.txt").c_str());
+    EXPECT_FALSE(::RemoveDirectoryW(first.c_str()));
+    EXPECT_FALSE(::MoveFileW(first.c_str(), (root_ + L"\\moved").c_str()));
+  });
+
+  EXPECT_TRUE(Copy());
+
+  EXPECT_EQ(copied, 3);
+  EXPECT_EQ(final_path.Calls(), 2);  // the destination and its first folder
+  EXPECT_TRUE(::DeleteFileW((target_ + L"\\c\\new.txt").c_str()));
+  EXPECT_TRUE(::RemoveDirectoryW(first.c_str()));
 }
 
 }  // namespace

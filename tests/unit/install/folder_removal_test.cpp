@@ -210,6 +210,56 @@ TEST_F(FolderRemovalTest, AsksForAsManyPlacesWhateverTheNumberOfFiles) {
   EXPECT_EQ(asked[1], asked[0]);
 }
 
+TEST_F(FolderRemovalTest, KeepsTheFirstFolderUntilTheOthersAreGone) {
+  WriteFiles(folder_, {L"\\a\\file", L"\\b\\file", L"\\c"});
+  int looks = 0;
+  INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
+    const std::wstring text = path;
+    if (text.starts_with(folder_ + L"\\b") || text == folder_ + L"\\c") {
+      ++looks;
+      EXPECT_THAT(ListTree(folder_ + L"\\a"), IsEmpty());
+      EXPECT_FALSE(::RemoveDirectoryW((folder_ + L"\\a").c_str()));
+      EXPECT_FALSE(::MoveFileW((folder_ + L"\\a").c_str(), (root_ + L"\\a").c_str()));
+    }
+    return open.Original()(path, rest...);
+  });
+
+  EXPECT_TRUE(Delete());
+
+  EXPECT_EQ(looks, 4);  // the folder is opened to be held and to be deleted, the files once
+  EXPECT_FALSE(Exists(folder_));
+}
+
+TEST_F(FolderRemovalTest, AsksForNoMorePlacesBecauseOfFoldersBesideTheFirst) {
+  int asked[] = {0, 0};
+  for (int& times : asked) {
+    CreateFolders(folder_ + L"\\a");
+    if (&times != &asked[0]) {
+      WriteFiles(folder_, {L"\\b"});
+      CreateFolders(folder_ + L"\\c");
+      CreateFolders(folder_ + L"\\d");
+    }
+    INTERPOSER(GetFinalPathNameByHandleW) final_path([&](auto... arguments) {
+      ++times;
+      return final_path.Original()(arguments...);
+    });
+
+    EXPECT_TRUE(Delete());
+  }
+
+  EXPECT_EQ(asked[0], 5);  // the base folder; both folders, to be held and to be deleted
+  EXPECT_EQ(asked[1], asked[0]);
+}
+
+TEST_F(FolderRemovalTest, TakesWhatIsBesideAFirstFolderThatStays) {
+  WriteFiles(folder_, {L"\\a\\held", L"\\b\\file", L"\\c"});
+  const HeldFile lock(folder_ + L"\\a\\held");
+
+  EXPECT_FALSE(Delete());
+
+  EXPECT_THAT(ListTree(folder_), ElementsAre(L"a\\", L"a\\held"));
+}
+
 TEST_F(FolderRemovalTest, TakesAFileThatCannotBeKeptUntilTheEnd) {
   WriteFiles(folder_, {L"\\a", L"\\b"});
   INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing, auto... rest) {
@@ -379,6 +429,28 @@ TEST_F(LinkRemovalTest, TakesNothingOfTheFolderThatAnEmptyOneSuddenlyLeadsTo) {
 
     EXPECT_TRUE(Delete());
 
+    EXPECT_FALSE(Exists(folder_));
+  }
+}
+
+// Somebody removes the only sub-folder when it is about to be held, or to be deleted, and turns the
+// folder above into a link.
+TEST_F(LinkRemovalTest, TakesNothingOfTheFolderThatOneSuddenlyLeadsToWithoutItsSubFolder) {
+  for (const int call : {1, 2}) {
+    RemoveTree(folder_);
+    const std::wstring inner = folder_ + L"\\inner";
+    CreateFolders(inner);
+    int calls = 0;
+    const FakeLink link(
+        folder_, elsewhere_,
+        [&](const std::wstring& path) {
+          return path == inner && ++calls == call && ::RemoveDirectoryW(inner.c_str());
+        },
+        true);
+
+    EXPECT_TRUE(Delete());
+
+    EXPECT_GE(calls, call);
     EXPECT_FALSE(Exists(folder_));
   }
 }
