@@ -1,16 +1,11 @@
 // A current file that someone else keeps to himself.
 
-#include <optional>
-
-#include "base/existence.h"
 #include "tests/log_library/fake_uptime.h"
 #include "tests/log_library/test_log.h"
-#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
 
-using testing::ElementsAre;
 using testing::EndsWith;
 using testing::StartsWith;
 
@@ -76,7 +71,7 @@ TEST(HeldFileTest, IsUsedWhenItIsLetGoInTime) {
 
   EXPECT_EQ(result, 0);
   EXPECT_THAT(log.Texts(), ElementsAre("earlier", "record"));
-  EXPECT_FALSE(nhupdate::Exists(log.RotatedFile(1)));
+  EXPECT_FALSE(Exists(log.RotatedFile(1)));
 }
 
 TEST(HeldFileTest, IsUsedAgainWithinASecondAfterItWasLetGo) {
@@ -133,7 +128,7 @@ TEST(HeldFileTest, IsReplacedUnderAnotherNameWhenTheNextOneWasTakenMeanwhile) {
 
     EXPECT_EQ(log.Start(), 0);
 
-    EXPECT_THAT(log.Files(), testing::SizeIs(3));
+    EXPECT_THAT(log.Files(), SizeIs(3));
   }
 }
 
@@ -147,7 +142,7 @@ TEST(HeldFileTest, IsReplacedUnderAnotherNameHoweverWindowsSaysThatTheNextOneIsT
 
     EXPECT_EQ(log.Start(), 0) << error;
 
-    EXPECT_THAT(log.Files(), testing::SizeIs(2)) << error;
+    EXPECT_THAT(log.Files(), SizeIs(2)) << error;
   }
 }
 

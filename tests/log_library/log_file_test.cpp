@@ -2,18 +2,12 @@
 
 #include "log_library/log_file.h"
 
-#include <cstdint>
-
-#include "base/existence.h"
 #include "tests/log_library/fake_uptime.h"
 #include "tests/log_library/test_log.h"
-#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
 
-using testing::AllOf;
-using testing::ElementsAre;
 using testing::EndsWith;
 using testing::StartsWith;
 
@@ -32,7 +26,7 @@ TEST(LogFileTest, IsOpenForAppendingOnlySharedAndNotInherited) {
       });
 
   EXPECT_EQ(log.Start(), 0);
-  EXPECT_TRUE(nhupdate::Exists(log.CurrentFile()));
+  EXPECT_TRUE(Exists(log.CurrentFile()));
 }
 
 TEST(LogFileTest, IsNotOpenedWhenItCantBeFoundOutWhatItIs) {
@@ -67,7 +61,7 @@ TEST(LogFileTest, IsWrittenOnWhenItsSizeCantBeHad) {
 
   EXPECT_EQ(result, 0);
   EXPECT_THAT(log.Texts(), ElementsAre(kFullFileText, "next"));
-  EXPECT_FALSE(nhupdate::Exists(log.RotatedFile(1)));
+  EXPECT_FALSE(Exists(log.RotatedFile(1)));
 }
 
 // What another process leaves behind when the disk is full.
@@ -117,8 +111,7 @@ TEST(LogFileTest, IsAskedForItsSizeOnceForEachRecord) {
   StartedLog log;
   const FakeUptime uptime(log.Module());
   log.Write(L"looks the file up");
-  INTERPOSER(GetFileInformationByHandleEx) inspect(
-      log.Module(), [&](auto... all) { return inspect.Original()(all...); });
+  const INTERPOSER(GetFileInformationByHandleEx) inspect(log.Module());
 
   log.Write(L"one");
   log.Write(L"two");
@@ -131,7 +124,7 @@ TEST(LogFileTest, IsWrittenOnWhereItEndsWhenThatCantBeRead) {
   StartedLog log;
   AppendFileBytes(log.CurrentFile(), kCutRecord);
   {
-    INTERPOSER(ReadFile) read(log.Module(), [&](auto... all) { return read.Original()(all...); });
+    const INTERPOSER(ReadFile) read(log.Module());
     const INTERPOSER(ReOpenFile) open(log.Module(),
                                       Answers(INVALID_HANDLE_VALUE, ERROR_SHARING_VIOLATION));
     log.Write(L"not opened");

@@ -3,20 +3,14 @@
 
 #include "log_library/log_folder.h"
 
-#include "base/existence.h"
 #include "tests/log_library/test_log.h"
 #include "tests/support/current_folder.h"
 #include "tests/support/fence.h"
 #include "tests/support/folder_link.h"
-#include "tests/support/held_file.h"
-#include "tests/support/interposer.h"
 #include "tests/support/throwaway_machine.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(LogStartFolderTest, ARelativeFolderStaysTheOneItWas) {
   TestLog log(kSmallFiles);
@@ -43,7 +37,7 @@ TEST(LogStartFolderTest, TheRootOfADriveIsAFolderLikeAnyOther) {
   const std::wstring root = log.Folder().substr(0, 3);
   const std::wstring current = root + L"NHUpdateManager.log";
   const std::wstring rotated = root + L"NHUpdateManager.1.log";
-  ASSERT_FALSE(nhupdate::Exists(current) || nhupdate::Exists(rotated));
+  ASSERT_FALSE(Exists(current) || Exists(rotated));
 
   const int result = log.Start(log.Settings(), root);
   log.Write(kFullFile);
@@ -80,7 +74,7 @@ TEST(LogStartFolderTest, AFolderBelowTheRootOfADriveHasNoProgramDataAboveIt) {
   const AllowOutside open("what lies below a root is no folder of the test's own");
   TestLog log;
   const std::wstring folder = log.Folder().substr(0, 3) + L"nhupdate_log_below_the_root";
-  ASSERT_FALSE(nhupdate::Exists(folder));
+  ASSERT_FALSE(Exists(folder));
   CreateFolders(folder);
 
   const int result = log.Start(log.Settings(), folder);
@@ -145,7 +139,7 @@ TEST(LinkedFolderTest, ALinkThatUsersCanMakeIsRefused) {
     const int result = log.Start(log.Settings(), folder.ThroughLink());
     log.Write(L"ignored");
 
-    EXPECT_EQ(result, 3) << testing::PrintToString(path_behind_link);
+    EXPECT_EQ(result, 3) << PrintToString(path_behind_link);
     EXPECT_THAT(ListTree(folder.Itself()), IsEmpty());
   }
 }

@@ -1,17 +1,12 @@
 // Every user may put things into the log folder, for an elevated writer to stumble over when it
 // rotates and deletes files.
 
-#include <algorithm>
-
-#include "base/existence.h"
 #include "log_library/file_names.h"
 #include "tests/log_library/test_log.h"
 #include "tests/support/folder_link.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::ElementsAre;
 
 // A log with small files, of which ten are kept, and a file outside of its folder.
 class PlantedRotationTest : public testing::Test {
@@ -89,8 +84,8 @@ TEST_F(PlantedRotationTest, DeletingRotatedFilesLeavesAloneWhatLinksLeadTo) {
   EXPECT_EQ(log_.Start(), 0);
 
   EXPECT_EQ(ReadFileBytes(log_.Outside(L"folder\\file")), "precious");
-  EXPECT_TRUE(nhupdate::Exists(log_.RotatedFile(1) + L"\\inside"));
-  EXPECT_FALSE(nhupdate::Exists(log_.RotatedFile(3)));
+  EXPECT_TRUE(Exists(log_.RotatedFile(1) + L"\\inside"));
+  EXPECT_FALSE(Exists(log_.RotatedFile(3)));
 }
 
 TEST_F(PlantedRotationTest, TheHighestNumberDoesNotStopRotation) {
@@ -101,8 +96,8 @@ TEST_F(PlantedRotationTest, TheHighestNumberDoesNotStopRotation) {
   log_.Write(kFullFile);
   log_.Write(L"next");
 
-  EXPECT_TRUE(nhupdate::Exists(log_.RotatedFile(1)));
-  EXPECT_TRUE(nhupdate::Exists(log_.RotatedFile(2)));
+  EXPECT_TRUE(Exists(log_.RotatedFile(1)));
+  EXPECT_TRUE(Exists(log_.RotatedFile(2)));
 }
 
 // A folder whose listing never ends.
@@ -124,7 +119,7 @@ TEST_F(PlantedRotationTest, AnyNumberOfPlantedNamesKeepsNobodyWaiting) {
     if (next.Calls() > kNeverEnding) {
       return FALSE;  // so that the test does
     }
-    const std::wstring name = nhupdate::RotatedName(static_cast<unsigned>(next.Calls() + 1));
+    const std::wstring name = RotatedName(static_cast<unsigned>(next.Calls() + 1));
     std::copy_n(name.c_str(), name.size() + 1, entry->cFileName);
     return TRUE;
   });

@@ -1,15 +1,10 @@
 // When a file is put aside, and how.
 
-#include <utility>
-
-#include "base/existence.h"
 #include "tests/log_library/fake_uptime.h"
 #include "tests/log_library/test_log.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::ElementsAre;
 
 TEST(LogRotationTest, PutsAFullFileAsideBeforeTheNextRecord) {
   StartedLog log(kSmallFiles);
@@ -35,7 +30,7 @@ TEST(LogRotationTest, PutsAFileAsideFromTheLimitOn) {
     EXPECT_EQ(log.Start(), 0);
 
     const bool is_full = size >= kLimit;
-    EXPECT_EQ(nhupdate::Exists(log.RotatedFile(1)), is_full) << size;
+    EXPECT_EQ(Exists(log.RotatedFile(1)), is_full) << size;
     EXPECT_EQ(ReadRecords(log.CurrentFile()).size(), is_full ? 1u : 2u) << size;
     if (is_full) {
       EXPECT_EQ(ReadFileBytes(log.RotatedFile(1)), earlier);
@@ -77,7 +72,7 @@ TEST(LogRotationTest, LooksTheFileUpOnceASecondAndNotForEachRecord) {
   StartedLog log;
   FakeUptime uptime(log.Module());
   uptime.Forward(1000);
-  INTERPOSER(CreateFileW) open(log.Module(), [&](auto... all) { return open.Original()(all...); });
+  const INTERPOSER(CreateFileW) open(log.Module());
 
   log.Write(L"looks");
   log.Write(L"doesn't");

@@ -1,15 +1,9 @@
-#include <string_view>
-
-#include "base/existence.h"
 #include "tests/log_library/test_log.h"
 
 namespace nhupdate_test {
 namespace {
 
-using testing::ElementsAre;
 using testing::EndsWith;
-using testing::IsEmpty;
-using testing::SizeIs;
 
 TEST(LogStartTest, FailsWithACodeOfItsOwnForEachUnusableFolder) {
   TestLog log;
@@ -37,7 +31,7 @@ TEST(LogStartTest, FailsWithACodeOfItsOwnForEachUnusableFolder) {
   }
 
   EXPECT_THAT(log.Files(), IsEmpty());
-  EXPECT_FALSE(nhupdate::Exists(missing));
+  EXPECT_FALSE(Exists(missing));
 }
 
 TEST(LogStartTest, FailsWhenNoFileCanBeWritten) {

@@ -3,18 +3,9 @@
 // A log of a test's own: its folder and settings file, and the library that writes it. What nearly
 // all tests of the library need besides comes with it.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "tests/log_library/loaded_log_library.h"
 #include "tests/log_library/log_records.h"
-#include "tests/support/answers.h"
-#include "tests/support/files.h"
-#include "tests/support/interposer.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 

@@ -1,18 +1,11 @@
 #include "base/registry.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/answers.h"
-#include "tests/support/interposer.h"
 #include "tests/support/registry_recorder.h"
 #include "tests/support/scratch_registry.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::GetRegString;
-using nhupdate::SetRegDword;
-using nhupdate::SetRegString;
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -103,7 +96,7 @@ TEST_F(RegistryTest, IsReadThroughOneKeyOfTheUserThatIsClosedWhateverCameOfIt) {
         EXPECT_EQ(access, 0x20019U);
         return open.Original()(hive, path, options, access, key);
       });
-  INTERPOSER(RegCloseKey) close([&](HKEY key) { return close.Original()(key); });
+  const INTERPOSER(RegCloseKey) close;
 
   EXPECT_EQ(GetRegString(kKey, kName, data_), 1);
   EXPECT_EQ(data_, L"text");

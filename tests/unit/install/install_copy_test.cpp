@@ -1,23 +1,12 @@
 #include "install/install_copy.h"
 
-#include <gmock/gmock.h>
-
-#include "base/existence.h"
-#include "tests/support/answers.h"
 #include "tests/support/failing_copy.h"
 #include "tests/support/fake_listing.h"
-#include "tests/support/held_file.h"
-#include "tests/support/interposer.h"
 #include "tests/support/quiet_desktop.h"
 #include "tests/unit/install/install_test.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::Exists;
-using nhupdate::InstallCopy;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class InstallCopyTest : public InstallTest {
  protected:
@@ -30,8 +19,8 @@ class InstallCopyTest : public InstallTest {
     return ErrorBoxOf(L"Oh %s\n" + path, L"The title");
   }
 
-  const nhupdate::StringTable strings_ = {{L"KEY_UPDATE_TITLE", L"The title"},
-                                          {L"KEY_FAIL_COMMON_ERROR", L"Oh %s"}};
+  const StringTable strings_ = {{L"KEY_UPDATE_TITLE", L"The title"},
+                                {L"KEY_FAIL_COMMON_ERROR", L"Oh %s"}};
   std::wstring failed_path_;
   const QuietDesktop desktop_;
 };
@@ -186,7 +175,7 @@ TEST_F(InstallCopyTest, FailsWhenTheStagedFolderCannotBeListedAtAll) {
   EXPECT_FALSE(Install());
 
   EXPECT_EQ(log_.Records().front(), L"2|Delete OK : {base}\\a.exe");
-  EXPECT_THAT(log_.Records(), testing::Contains(L"4|Fail to copy file = 5").Times(10));
+  EXPECT_THAT(log_.Records(), Contains(L"4|Fail to copy file = 5").Times(10));
   EXPECT_EQ(log_.Records().back(), L"4|Fail to copy folder.");
   EXPECT_THAT(desktop_.Boxes(), ElementsAre(BoxAbout(base_)));
 }
@@ -196,7 +185,7 @@ TEST_F(InstallCopyTest, NeitherLooksAtNorTouchesTheDiskWithoutABaseFolder) {
   WriteFiles(app_, {L"\\b.exe", L"\\Sub\\new.dll"});
   const Lines before = ListTree(root_);
 
-  for (const nhupdate::ProductFolders& folders : FoldersWithoutBase()) {
+  for (const ProductFolders& folders : FoldersWithoutBase()) {
     const FakeListing listing;
     INTERPOSER(DeleteFileW) delete_file(Answers(TRUE));
     INTERPOSER(CopyFileW) copy(Answers(TRUE));

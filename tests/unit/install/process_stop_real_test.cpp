@@ -1,21 +1,12 @@
 // Stopping processes that exist: copies of the idle stand-in.
 
-#include <gmock/gmock.h>
-
-#include <string>
-
-#include "base/unique_handle.h"
 #include "install/process_stop.h"
-#include "tests/support/files.h"
 #include "tests/support/open_handles.h"
 #include "tests/support/recorded_log.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::TerminateProcessByName;
-using testing::ElementsAre;
 
 class IdleProcess {
  public:
@@ -49,8 +40,8 @@ class IdleProcess {
   }
 
  private:
-  nhupdate::UniqueKernelHandle thread_;
-  nhupdate::UniqueKernelHandle process_;
+  UniqueKernelHandle thread_;
+  UniqueKernelHandle process_;
   DWORD id_ = 0;
 };
 
@@ -71,7 +62,7 @@ TEST_F(RealProcessTest, AreEndedWithExitCodeZeroWhereverTheyRunFrom) {
   EXPECT_EQ(first.ExitCode(), 0u);
   EXPECT_EQ(second.ExitCode(), 0u);
   EXPECT_THAT(log_.Records(),
-              testing::UnorderedElementsAre(
+              UnorderedElementsAre(
                   L"2|Target process Nimba 100% ü.exe(" + first.Id() + L") found, terminate it.",
                   L"2|Target process nimba 100% ü.EXE(" + second.Id() + L") found, terminate it."));
 }

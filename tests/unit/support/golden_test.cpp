@@ -1,11 +1,8 @@
 #include "tests/support/golden.h"
 
-#include <gtest/gtest-spi.h>
-#include <gtest/gtest.h>
+#include "tests/support/windows_basics.h"
 
-#include "base/windows.h"
-#include "tests/support/files.h"
-#include "tests/support/scratch_folder.h"
+#include <gtest/gtest-spi.h>
 
 namespace nhupdate_test {
 namespace {

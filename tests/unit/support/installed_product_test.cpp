@@ -1,9 +1,6 @@
 #include "tests/support/installed_product.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "base/existence.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
@@ -11,9 +8,9 @@ namespace {
 TEST(InstalledProductTest, GivesAManagerThatLogsIntoTheJournal) {
   InstalledProduct product;
 
-  product.Manager().Records().WriteText(nhupdate::LogLevel::kWarning, L"in " + product.Base());
+  product.Manager().Records().WriteText(LogLevel::kWarning, L"in " + product.Base());
 
-  EXPECT_THAT(product.Transcript(), testing::ElementsAre(L"3|in {base}"));
+  EXPECT_THAT(product.Transcript(), ElementsAre(L"3|in {base}"));
 }
 
 TEST(InstalledProductTest, TellsTheManagerWhetherItIsElevated) {
@@ -27,7 +24,7 @@ TEST(InstalledProductTest, PutsTheDataFolderIntoTheScratchFolder) {
 
   product.Start();
 
-  EXPECT_TRUE(nhupdate::Exists(product.ProgramData() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
+  EXPECT_TRUE(Exists(product.ProgramData() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
 }
 
 TEST(InstalledProductTest, RunsTheWholeProgramInTheScratchFolder) {
@@ -35,7 +32,7 @@ TEST(InstalledProductTest, RunsTheWholeProgramInTheScratchFolder) {
 
   EXPECT_EQ(product.RunProgram(L"-install"), 10);
 
-  EXPECT_THAT(product.Transcript(), testing::Contains(L"2|Return 10"));
+  EXPECT_THAT(product.Transcript(), Contains(L"2|Return 10"));
 }
 
 TEST(InstalledProductTest, RunsTheProgramWithoutArguments) {
@@ -43,7 +40,7 @@ TEST(InstalledProductTest, RunsTheProgramWithoutArguments) {
 
   EXPECT_EQ(product.RunProgram(L""), 0);
 
-  EXPECT_THAT(product.LogCalls(), testing::IsEmpty());
+  EXPECT_THAT(product.LogCalls(), IsEmpty());
 }
 
 }  // namespace

@@ -1,13 +1,9 @@
 #include "tests/support/scratch_registry.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "base/registry.h"
 #include "tests/support/registry_recorder.h"
 #include "tests/support/steam_setting.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
@@ -17,7 +13,7 @@ TEST(ScratchRegistryTest, TakesWhatIsWrittenAndForgetsItAfterwards) {
     const ScratchRegistry registry;
     EXPECT_TRUE(registry.IsEmpty());
 
-    EXPECT_EQ(nhupdate::SetRegString(L"SOFTWARE\\nhupdate", L"name", L"text"), 1);
+    EXPECT_EQ(SetRegString(L"SOFTWARE\\nhupdate", L"name", L"text"), 1);
 
     EXPECT_FALSE(registry.IsEmpty());
     EXPECT_EQ(registry.Text(L"SOFTWARE\\nhupdate", L"name"), L"text");
@@ -50,11 +46,11 @@ TEST(ScratchRegistryTest, KeepsTheUserApartFromTheMachineAndBothFromTheRealRegis
 TEST(SteamSettingTest, IsWhatTheProgramReads) {
   SteamSetting steam;
   std::wstring language;
-  EXPECT_EQ(nhupdate::GetRegString(L"SOFTWARE\\Valve\\Steam", L"Language", language), 0);
+  EXPECT_EQ(GetRegString(L"SOFTWARE\\Valve\\Steam", L"Language", language), 0);
 
   steam.SetLanguage(L"english");
 
-  EXPECT_EQ(nhupdate::GetRegString(L"SOFTWARE\\Valve\\Steam", L"Language", language), 1);
+  EXPECT_EQ(GetRegString(L"SOFTWARE\\Valve\\Steam", L"Language", language), 1);
   EXPECT_EQ(language, L"english");
 }
 
@@ -63,8 +59,8 @@ TEST(RegistryRecorderTest, WritesDownWhatIsWrittenAndStored) {
   RegistryRecorder recorder;
   recorder.FailAtValue(2);
 
-  EXPECT_EQ(nhupdate::SetRegString(L"SOFTWARE\\nhupdate", L"first", L"a"), 1);
-  EXPECT_EQ(nhupdate::SetRegString(L"SOFTWARE\\nhupdate", L"second", L"b"), 0);
+  EXPECT_EQ(SetRegString(L"SOFTWARE\\nhupdate", L"first", L"a"), 1);
+  EXPECT_EQ(SetRegString(L"SOFTWARE\\nhupdate", L"second", L"b"), 0);
 
   const WrittenValue first = Text(L"SOFTWARE\\nhupdate", L"first", L"a");
   EXPECT_EQ(recorder.Written(), std::vector<WrittenValue>({first}));

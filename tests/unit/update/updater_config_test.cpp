@@ -1,17 +1,10 @@
 #include "update/updater_config.h"
 
-#include "base/existence.h"
-#include "tests/support/answers.h"
 #include "tests/support/folder_link.h"
-#include "tests/support/held_file.h"
 #include "tests/unit/update/mechanism_test.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::Exists;
-using nhupdate::ProductFolders;
-using nhupdate::RunningCopy;
 
 class UpdaterConfigTest : public MechanismTest {
  protected:
@@ -35,7 +28,7 @@ class UpdaterConfigTest : public MechanismTest {
 
 TEST_F(UpdaterConfigTest, IsDeletedWhereTheRunningCopySeesIt) {
   const ProductFolders staged =
-      nhupdate::FoldersOfExecutable(Updater() + L"\\App\\NHUpdateManager\\NHUpdateManager.exe");
+      FoldersOfExecutable(Updater() + L"\\App\\NHUpdateManager\\NHUpdateManager.exe");
   Add(kConfig);
   Tell("Installed", Delete(folders_));
   EXPECT_FALSE(ConfigExists());
@@ -116,7 +109,7 @@ TEST_F(UpdaterConfigTest, IsNotLookedForWithoutABaseFolder) {
   cut_off.is_executable_path_cut_off = true;
 
   Tell("CutOff", Delete(cut_off));
-  Tell("DrivesRoot", Delete(nhupdate::FoldersOfExecutable(L"C:\\NHUpdateManager.exe")));
+  Tell("DrivesRoot", Delete(FoldersOfExecutable(L"C:\\NHUpdateManager.exe")));
 
   EXPECT_TRUE(ConfigExists());
 }
