@@ -84,13 +84,9 @@ TEST_F(HinderedRotationTest, RenamesNothingWhenItCantBeFoundOutWhatWouldBeRename
 TEST_F(HinderedRotationTest, StaysInTheRenamedFileWhenNoNewOneCanBeMade) {
   {
     const INTERPOSER(SetFileInformationByHandle) rename(log_.Module());
-    INTERPOSER(CreateFileW) create(log_.Module(), [&](auto... all) {
-      if (rename.Calls() == 0) {
-        return create.Original()(all...);
-      }
-      ::SetLastError(ERROR_DISK_FULL);
-      return INVALID_HANDLE_VALUE;
-    });
+    const INTERPOSER(CreateFileW) create(
+        log_.Module(), AnswersIf([&](auto...) { return rename.Calls() > 0; }, INVALID_HANDLE_VALUE,
+                                 ERROR_DISK_FULL));
     log_.Write(L"no new file");
     EXPECT_EQ(rename.Calls(), 1);
   }

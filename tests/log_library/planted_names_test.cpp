@@ -83,15 +83,14 @@ TEST_F(PlantedNamesTest, ReparsePointsAreNotUsed) {
 }
 
 TEST_F(PlantedNamesTest, LinksAreOpenedThemselvesAndNotFollowed) {
-  INTERPOSER(CreateFileW) create(log_.Module(), [&](const wchar_t* path, DWORD access,
-                                                    DWORD sharing, SECURITY_ATTRIBUTES* security,
-                                                    DWORD disposition, DWORD flags, HANDLE model) {
-    // Above the folders that users may write to there may be links.
-    const bool is_users = std::wstring_view(path).starts_with(log_.Folder());
-    EXPECT_EQ((flags & FILE_FLAG_OPEN_REPARSE_POINT) != 0, is_users) << PrintToString(path);
-    EXPECT_TRUE(disposition == OPEN_EXISTING || disposition == OPEN_ALWAYS);
-    return create.Original()(path, access, sharing, security, disposition, flags, model);
-  });
+  const INTERPOSER(CreateFileW) create(
+      log_.Module(), [&](const wchar_t* path, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD disposition,
+                         DWORD flags, auto...) {
+        // Above the folders that users may write to there may be links.
+        const bool is_users = std::wstring_view(path).starts_with(log_.Folder());
+        EXPECT_EQ((flags & FILE_FLAG_OPEN_REPARSE_POINT) != 0, is_users) << PrintToString(path);
+        EXPECT_TRUE(disposition == OPEN_EXISTING || disposition == OPEN_ALWAYS);
+      });
 
   EXPECT_EQ(log_.Start(), 0);
   log_.Write(kFullFile);

@@ -50,10 +50,8 @@ TEST_F(PlantedRotationTest, NamesThatAreTakenArePassedOverWhateverIsThere) {
 TEST_F(PlantedRotationTest, AFileThatAppearsUnderTheNewNameIsNotReplaced) {
   ASSERT_EQ(log_.Start(), 0);
   log_.Write(kFullFile);
-  INTERPOSER(SetFileInformationByHandle) rename(log_.Module(), [&](auto... all) {
-    WriteFileBytes(log_.RotatedFile(1), "precious");
-    return rename.Original()(all...);
-  });
+  const INTERPOSER(SetFileInformationByHandle) rename(
+      log_.Module(), [&](auto...) { WriteFileBytes(log_.RotatedFile(1), "precious"); });
 
   log_.Write(L"next");
 
@@ -107,14 +105,8 @@ TEST_F(PlantedRotationTest, AnyNumberOfPlantedNamesKeepsNobodyWaiting) {
   int deletions = 0;
   int deletions_in_a_turn = 0;
   bool is_in_a_turn = false;
-  INTERPOSER(WaitForSingleObject) enter(log_.Module(), [&](auto... all) {
-    is_in_a_turn = true;
-    return enter.Original()(all...);
-  });
-  INTERPOSER(ReleaseMutex) leave(log_.Module(), [&](HANDLE mutex) {
-    is_in_a_turn = false;
-    return leave.Original()(mutex);
-  });
+  const INTERPOSER(WaitForSingleObject) enter(log_.Module(), [&](auto...) { is_in_a_turn = true; });
+  const INTERPOSER(ReleaseMutex) leave(log_.Module(), [&](auto...) { is_in_a_turn = false; });
   INTERPOSER(FindNextFileW) next(log_.Module(), [&](HANDLE, WIN32_FIND_DATAW* entry) -> BOOL {
     if (next.Calls() > kNeverEnding) {
       return FALSE;  // so that the test does
@@ -123,14 +115,12 @@ TEST_F(PlantedRotationTest, AnyNumberOfPlantedNamesKeepsNobodyWaiting) {
     std::copy_n(name.c_str(), name.size() + 1, entry->cFileName);
     return TRUE;
   });
-  INTERPOSER(CreateFileW) create(log_.Module(),
-                                 [&](const wchar_t* path, DWORD access, auto... rest) {
-                                   if ((access & DELETE) != 0) {
-                                     ++deletions;
-                                     deletions_in_a_turn += is_in_a_turn ? 1 : 0;
-                                   }
-                                   return create.Original()(path, access, rest...);
-                                 });
+  const INTERPOSER(CreateFileW) create(log_.Module(), [&](const wchar_t*, DWORD access, auto...) {
+    if ((access & DELETE) != 0) {
+      ++deletions;
+      deletions_in_a_turn += is_in_a_turn ? 1 : 0;
+    }
+  });
 
   EXPECT_EQ(log_.Start(), 0);
 

@@ -37,13 +37,10 @@ TEST(LogStartTest, FailsWithACodeOfItsOwnForEachUnusableFolder) {
 TEST(LogStartTest, FailsWhenNoFileCanBeWritten) {
   TestLog log;
   const INTERPOSER(Sleep) sleep(log.Module(), [](DWORD) {});
-  INTERPOSER(CreateFileW) create(log.Module(), [&](const wchar_t* path, auto... rest) {
-    if (!std::wstring_view(path).ends_with(L".log")) {
-      return create.Original()(path, rest...);
-    }
-    ::SetLastError(ERROR_ACCESS_DENIED);
-    return INVALID_HANDLE_VALUE;
-  });
+  const INTERPOSER(CreateFileW) create(
+      log.Module(),
+      AnswersIf([](std::wstring_view path, auto...) { return path.ends_with(L".log"); },
+                INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
 
   EXPECT_EQ(log.Start(), 4);
   log.Write(L"ignored");
@@ -54,13 +51,8 @@ TEST(LogStartTest, FailsWhenNoFileCanBeWritten) {
 TEST(LogStartTest, GoesOnInPlaceOfAFileThatCantBeOpened) {
   TestLog log;
   const INTERPOSER(Sleep) sleep(log.Module(), [](DWORD) {});
-  INTERPOSER(CreateFileW) create(log.Module(), [&](const wchar_t* path, auto... rest) {
-    if (path != log.CurrentFile()) {
-      return create.Original()(path, rest...);
-    }
-    ::SetLastError(ERROR_ACCESS_DENIED);
-    return INVALID_HANDLE_VALUE;
-  });
+  const INTERPOSER(CreateFileW) create(
+      log.Module(), AnswersFor(log.CurrentFile(), INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
 
   EXPECT_EQ(log.Start(), 0);
 

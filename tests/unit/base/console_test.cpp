@@ -22,10 +22,8 @@ class StandardOutput {
 
 TEST(PrintConsoleErrorTest, WritesTheFormattedTextToTheStandardOutputAndNoLineEndOfItsOwn) {
   const CapturedConsole console;
-  INTERPOSER(GetStdHandle) standard_handle([&](DWORD which) {
-    EXPECT_EQ(which, STD_OUTPUT_HANDLE);
-    return standard_handle.Original()(which);
-  });
+  const INTERPOSER(GetStdHandle) standard_handle(
+      [&](DWORD which) { EXPECT_EQ(which, STD_OUTPUT_HANDLE); });
 
   PrintConsoleError(L"Log start fail : %d\n", 7);
   PrintConsoleError(L"%s", std::wstring(L"100%s"));

@@ -101,10 +101,8 @@ TEST(HoldFolderTest, OpensForListingAndLetsNobodyRenameOrRemove) {
       std::tuple<std::wstring, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE>;
   const ScratchFolder scratch;
   std::vector<Opening> openings;
-  INTERPOSER(CreateFileW) open([&](auto... arguments) {
-    openings.emplace_back(arguments...);
-    return open.Original()(arguments...);
-  });
+  const INTERPOSER(CreateFileW) open(
+      [&](auto... arguments) { openings.emplace_back(arguments...); });
 
   EXPECT_TRUE(HoldFolderItself(scratch.Path()).IsValid());
   EXPECT_TRUE(HoldFolder(scratch.Path()).IsValid());

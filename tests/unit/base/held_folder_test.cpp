@@ -160,10 +160,7 @@ TEST_F(HeldFolderTest, MayHoldAPathThatCannotBeOpened) {
   CreateFolders(beside);
   EXPECT_FALSE(CHeldFolder(outer_).MayHold(beside));
 
-  INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
-    return path == beside ? Answers(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED)()
-                          : open.Original()(path, rest...);
-  });
+  const INTERPOSER(CreateFileW) open(AnswersFor(beside, INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
 
   EXPECT_TRUE(CHeldFolder(outer_).MayHold(beside));
 }
@@ -172,12 +169,10 @@ TEST_F(HeldFolderTest, MayHoldAPathThatCannotBeOpened) {
 TEST_F(HeldFolderTest, LooksBehindLinksOnlyForWhatItMayHold) {
   using Opening = std::pair<std::wstring, DWORD>;
   std::vector<Opening> openings;
-  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
-                                   SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags,
-                                   HANDLE model) {
-    openings.emplace_back(path, flags & FILE_FLAG_OPEN_REPARSE_POINT);
-    return open.Original()(path, access, sharing, security, creation, flags, model);
-  });
+  const INTERPOSER(CreateFileW) open(
+      [&](const wchar_t* path, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD flags, auto...) {
+        openings.emplace_back(path, flags & FILE_FLAG_OPEN_REPARSE_POINT);
+      });
 
   EXPECT_TRUE(CHeldFolder(outer_).MayHold(inner_));
 

@@ -1,7 +1,6 @@
-#include "tests/support/fake_process_table.h"
-
 #include <gtest/gtest-spi.h>
 
+#include "tests/support/fake_process_table.h"
 #include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {

@@ -1,7 +1,6 @@
-#include "tests/support/files.h"
-
 #include <gtest/gtest-spi.h>
 
+#include "tests/support/files.h"
 #include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {

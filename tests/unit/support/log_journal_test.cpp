@@ -1,8 +1,8 @@
 #include "tests/support/log_journal.h"
 
-#include "tests/support/windows_basics.h"
-
 #include <gtest/gtest-spi.h>
+
+#include "tests/support/windows_basics.h"
 
 #include <iterator>
 

@@ -2,7 +2,6 @@
 
 #include "base/registry.h"
 #include "tests/support/registry_recorder.h"
-#include "tests/support/steam_setting.h"
 #include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
@@ -41,17 +40,6 @@ TEST(ScratchRegistryTest, KeepsTheUserApartFromTheMachineAndBothFromTheRealRegis
 
   EXPECT_FALSE(value_of(HKEY_CURRENT_USER));
   EXPECT_FALSE(value_of(HKEY_LOCAL_MACHINE));
-}
-
-TEST(SteamSettingTest, IsWhatTheProgramReads) {
-  SteamSetting steam;
-  std::wstring language;
-  EXPECT_EQ(GetRegString(L"SOFTWARE\\Valve\\Steam", L"Language", language), 0);
-
-  steam.SetLanguage(L"english");
-
-  EXPECT_EQ(GetRegString(L"SOFTWARE\\Valve\\Steam", L"Language", language), 1);
-  EXPECT_EQ(language, L"english");
 }
 
 TEST(RegistryRecorderTest, WritesDownWhatIsWrittenAndStored) {

@@ -1,8 +1,8 @@
 #include "tests/support/scripted_shell.h"
 
-#include "tests/support/windows_basics.h"
-
 #include <gtest/gtest-spi.h>
+
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
