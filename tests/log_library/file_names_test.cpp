@@ -1,6 +1,6 @@
 #include "log_library/file_names.h"
 
-#include "tests/support/windows_basics.h"
+#include "tests/support/basics.h"
 
 namespace nhupdate_test {
 namespace {

@@ -1,7 +1,7 @@
 #include "log_library/record_text.h"
 
 #include "tests/log_library/log_records.h"
-#include "tests/support/windows_basics.h"
+#include "tests/support/basics.h"
 
 namespace nhupdate_test {
 namespace {

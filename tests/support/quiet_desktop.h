@@ -27,9 +27,4 @@ class QuietDesktop {
   RecordedSleeps sleeps_;
 };
 
-// The box that names the file or folder at which a copy failed.
-[[nodiscard]] inline ShownBox CopyErrorBox(const std::wstring& path) {
-  return {L"KEY_FAIL_COMMON_ERROR\n" + path, L"KEY_UPDATE_TITLE", 0x40010, true};
-}
-
 }  // namespace nhupdate_test

@@ -134,7 +134,9 @@ TEST_F(ManagerOperationsTest, Return1ForSuccessAnd0ForFailure) {
     const HeldFile lock(folder + L"\\file");
     EXPECT_EQ(manager_.CopyFolder(product_.Base(), product_.App(), 1, 0, 0), 0);
     EXPECT_EQ(manager_.InstallCopy(), 0);
-    EXPECT_THAT(desktop_.Boxes(), ElementsAre(CopyErrorBox(folder + L"\\file")));
+    EXPECT_THAT(desktop_.Boxes(),
+                ElementsAre(ErrorBoxOf(L"KEY_FAIL_COMMON_ERROR\n" + folder + L"\\file",
+                                       L"KEY_UPDATE_TITLE")));
   }
   EXPECT_EQ(manager_.InstallCopy(), 1);
   EXPECT_EQ(manager_.CollectEmptyFolders(folder), 0);

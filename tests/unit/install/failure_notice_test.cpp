@@ -1,7 +1,7 @@
 #include "install/failure_notice.h"
 
+#include "tests/support/basics.h"
 #include "tests/support/recorded_boxes.h"
-#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {

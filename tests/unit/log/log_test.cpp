@@ -1,8 +1,8 @@
 #include "log/log.h"
 
 #include "log/log_center.h"
+#include "tests/support/basics.h"
 #include "tests/support/fake_log_library.h"
-#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {

@@ -1,6 +1,6 @@
 #include "tests/support/installed_product.h"
 
-#include "tests/support/windows_basics.h"
+#include "tests/support/basics.h"
 
 namespace nhupdate_test {
 namespace {

@@ -52,9 +52,21 @@ TEST(InterposerTest, PassesOnWhatAFakeHasNoAnswerFor) {
     EXPECT_FALSE(::CreateDirectoryW(folder(L"second").c_str(), nullptr));
     EXPECT_TRUE(::CreateDirectoryW(folder(L"e").c_str(), nullptr));
   }
+  {
+    const INTERPOSER(CreateDirectoryW) create(AnswersFor(folder(L"other"), FALSE, ERROR_DISK_FULL));
+    EXPECT_FALSE(::CreateDirectoryW(folder(L"other").c_str(), nullptr));
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_DISK_FULL});
+    EXPECT_TRUE(::CreateDirectoryW(folder(L"f").c_str(), nullptr));
+  }
+  {
+    const INTERPOSER(CreateDirectoryW) create;
+    EXPECT_TRUE(::CreateDirectoryW(folder(L"g").c_str(), nullptr));
+    EXPECT_EQ(create.Calls(), 1);
+  }
 
   EXPECT_THAT(seen, ElementsAre(folder(L"b")));
-  EXPECT_THAT(ListTree(scratch.Path()), ElementsAre(L"a\\", L"b\\", L"c\\", L"d\\", L"e\\"));
+  EXPECT_THAT(ListTree(scratch.Path()),
+              ElementsAre(L"a\\", L"b\\", L"c\\", L"d\\", L"e\\", L"f\\", L"g\\"));
 }
 
 TEST(InterposerTest, KeepsFunctionsOfTheSameSignatureApart) {

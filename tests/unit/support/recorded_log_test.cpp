@@ -1,7 +1,7 @@
 #include "tests/support/recorded_log.h"
 
+#include "tests/support/basics.h"
 #include "tests/support/fake_process_table.h"
-#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {

@@ -1,7 +1,7 @@
 #include "update/elevation_requirement.h"
 
+#include "tests/support/basics.h"
 #include "tests/support/recorded_log.h"
-#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
