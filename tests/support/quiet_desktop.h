@@ -2,14 +2,9 @@
 
 // For as long as the object lives message boxes and sleeps are written down, and end at once.
 
-#include <functional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "base/windows.h"
 #include "tests/support/recorded_boxes.h"
 #include "tests/support/recorded_sleeps.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 
