@@ -1,7 +1,5 @@
 // A program that updates itself loads and frees the library again and again.
 
-#include <gtest/gtest.h>
-
 #include "tests/log_library/test_log.h"
 #include "tests/support/long_tests.h"
 #include "tests/support/open_handles.h"

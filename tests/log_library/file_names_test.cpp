@@ -1,12 +1,9 @@
 #include "log_library/file_names.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::RotatedName;
-using nhupdate::RotatedNumber;
 
 TEST(FileNamesTest, OfRotatedFilesHaveANumberAndNoOthersDo) {
   const struct {
@@ -30,13 +27,13 @@ TEST(FileNamesTest, OfRotatedFilesHaveANumberAndNoOthersDo) {
       {L"", 0},
   };
   for (const auto& test : cases) {
-    EXPECT_EQ(RotatedNumber(test.name), test.number) << testing::PrintToString(test.name);
+    EXPECT_EQ(RotatedNumber(test.name), test.number) << PrintToString(test.name);
   }
 }
 
 TEST(FileNamesTest, AreMadeFromNumbers) {
   EXPECT_EQ(RotatedName(7), L"NHUpdateManager.7.log");
-  for (const std::uint32_t number : {1u, 42u, nhupdate::kHighestRotatedNumber}) {
+  for (const std::uint32_t number : {1u, 42u, kHighestRotatedNumber}) {
     EXPECT_EQ(RotatedNumber(RotatedName(number)), number);
   }
 }

@@ -1,29 +1,23 @@
 #include "log_library/fine_clock.h"
 
-#include <gtest/gtest.h>
-
-#include "base/windows.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
 
-using nhupdate::CFineClock;
-
 TEST(FineClockTest, CountsMicrosecondsOfWhateverTheCounterCounts) {
-  struct Case {
+  constexpr struct {
     LONGLONG counter;
     LONGLONG frequency;
     LONGLONG microseconds;
-  };
-  constexpr Case kCases[] = {
+  } kCases[] = {
       {10'000'005, 10'000'000, 1'000'000},
       {29, 10'000'000, 2},
       {5, 2, 2'500'000},
       // A year of a clock of three gigahertz.
       {31'536'000LL * 3'000'000'000 + 3000, 3'000'000'000, 31'536'000'000'001},
   };
-  for (const Case& at : kCases) {
+  for (const auto& at : kCases) {
     const INTERPOSER(QueryPerformanceFrequency) frequency([&at](LARGE_INTEGER* value) {
       value->QuadPart = at.frequency;
       return TRUE;

@@ -1,6 +1,3 @@
-#include <algorithm>
-#include <string_view>
-
 #include "log_library/file_time.h"
 #include "tests/log_library/test_log.h"
 
@@ -8,7 +5,6 @@ namespace nhupdate_test {
 namespace {
 
 using testing::EndsWith;
-using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;
 
@@ -82,8 +78,7 @@ TEST(LogHeaderTest, NamesTheTimeZoneByItsKeyAndTheOffsetOfNow) {
   INTERPOSER(FileTimeToLocalFileTime) local(
       log.Module(), [](const FILETIME* utc, FILETIME* local_time) -> BOOL {
         constexpr ULONGLONG kUnitsOf210Minutes = 210ULL * 60 * 10'000'000;
-        const ULARGE_INTEGER units = {.QuadPart =
-                                          nhupdate::FileTimeUnits(*utc) - kUnitsOf210Minutes};
+        const ULARGE_INTEGER units = {.QuadPart = FileTimeUnits(*utc) - kUnitsOf210Minutes};
         *local_time = {units.LowPart, units.HighPart};
         return TRUE;
       });

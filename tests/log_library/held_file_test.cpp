@@ -1,16 +1,11 @@
 // A current file that someone else keeps to himself.
 
-#include <optional>
-
-#include "base/existence.h"
 #include "tests/log_library/fake_uptime.h"
 #include "tests/log_library/test_log.h"
-#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
 
-using testing::ElementsAre;
 using testing::EndsWith;
 using testing::StartsWith;
 
@@ -76,7 +71,7 @@ TEST(HeldFileTest, IsUsedWhenItIsLetGoInTime) {
 
   EXPECT_EQ(result, 0);
   EXPECT_THAT(log.Texts(), ElementsAre("earlier", "record"));
-  EXPECT_FALSE(nhupdate::Exists(log.RotatedFile(1)));
+  EXPECT_FALSE(Exists(log.RotatedFile(1)));
 }
 
 TEST(HeldFileTest, IsUsedAgainWithinASecondAfterItWasLetGo) {
@@ -122,18 +117,17 @@ TEST(HeldFileTest, IsReplacedByAFileThatNobodyDeletesWhileItIsWritten) {
 TEST(HeldFileTest, IsReplacedUnderAnotherNameWhenTheNextOneWasTakenMeanwhile) {
   for (const bool is_taken_by_a_folder : {false, true}) {
     HeldLog log;
-    INTERPOSER(CreateFileW) create(log.Module(), [&](const wchar_t* path, auto... rest) {
+    const INTERPOSER(CreateFileW) create(log.Module(), [&](const wchar_t* path, auto...) {
       if (path == log.RotatedFile(1) && is_taken_by_a_folder) {
         CreateFolders(path);
       } else if (path == log.RotatedFile(1)) {
         WriteFileBytes(path, "x");
       }
-      return create.Original()(path, rest...);
     });
 
     EXPECT_EQ(log.Start(), 0);
 
-    EXPECT_THAT(log.Files(), testing::SizeIs(3));
+    EXPECT_THAT(log.Files(), SizeIs(3));
   }
 }
 
@@ -141,13 +135,11 @@ TEST(HeldFileTest, IsReplacedUnderAnotherNameHoweverWindowsSaysThatTheNextOneIsT
   for (const DWORD error : {DWORD{ERROR_FILE_EXISTS}, DWORD{ERROR_ALREADY_EXISTS}}) {
     HeldLog log;
     const INTERPOSER(CreateFileW) create(
-        log.Module(),
-        AnswersIf([&](const wchar_t* path, auto...) { return path == log.RotatedFile(1); },
-                  INVALID_HANDLE_VALUE, error));
+        log.Module(), AnswersFor(log.RotatedFile(1), INVALID_HANDLE_VALUE, error));
 
     EXPECT_EQ(log.Start(), 0) << error;
 
-    EXPECT_THAT(log.Files(), testing::SizeIs(2)) << error;
+    EXPECT_THAT(log.Files(), SizeIs(2)) << error;
   }
 }
 
@@ -155,14 +147,12 @@ TEST(HeldFileTest, IsReplacedUnderAnotherNameHoweverWindowsSaysThatTheNextOneIsT
 // touched.
 TEST(HeldFileTest, IsNotReplacedWhenEveryNameIsTaken) {
   HeldLog log;
-  const INTERPOSER(CreateFileW) create(log.Module(), [&](const wchar_t* path, auto... rest) {
-    const std::wstring name = path;
-    if (name.starts_with(log.Folder() + L"\\NHUpdateManager.") && name != log.CurrentFile()) {
-      ::SetLastError(ERROR_FILE_EXISTS);
-      return INVALID_HANDLE_VALUE;
-    }
-    return create.Original()(path, rest...);
-  });
+  const std::wstring beginning = log.Folder() + L"\\NHUpdateManager.";
+  const auto is_rotated_file = [&](std::wstring_view path, auto...) {
+    return path.starts_with(beginning) && path != log.CurrentFile();
+  };
+  const INTERPOSER(CreateFileW) create(
+      log.Module(), AnswersIf(is_rotated_file, INVALID_HANDLE_VALUE, ERROR_FILE_EXISTS));
 
   EXPECT_EQ(log.Start(), 4);
 
@@ -171,15 +161,11 @@ TEST(HeldFileTest, IsNotReplacedWhenEveryNameIsTaken) {
 
 TEST(HeldFileTest, IsLeftAsItIsByAWriterThatGivesUp) {
   HeldLog log;
-  INTERPOSER(CreateFileW) create(
-      log.Module(), [&](const wchar_t* path, DWORD access, DWORD sharing,
-                        SECURITY_ATTRIBUTES* security, DWORD disposition, auto... rest) {
-        if (disposition != CREATE_NEW) {
-          return create.Original()(path, access, sharing, security, disposition, rest...);
-        }
-        ::SetLastError(ERROR_DISK_FULL);
-        return INVALID_HANDLE_VALUE;
-      });
+  const auto is_new = [](auto, auto, auto, auto, DWORD disposition, auto...) {
+    return disposition == CREATE_NEW;
+  };
+  const INTERPOSER(CreateFileW) create(log.Module(),
+                                       AnswersIf(is_new, INVALID_HANDLE_VALUE, ERROR_DISK_FULL));
 
   const int result = log.Start();
   log.Write(L"ignored");

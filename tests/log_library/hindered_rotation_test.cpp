@@ -2,12 +2,9 @@
 
 #include "tests/log_library/fake_uptime.h"
 #include "tests/log_library/test_log.h"
-#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::ElementsAre;
 
 constexpr DWORD kShareWriting = FILE_SHARE_READ | FILE_SHARE_WRITE;
 
@@ -72,8 +69,7 @@ TEST_F(HinderedRotationTest, RenamesNothingWhenItCantBeFoundOutWhatWouldBeRename
         information->nFileIndexLow = 0;
         return inspect.Calls() == 2 ? FALSE : done;  // the first time it was opened for writing
       });
-  INTERPOSER(SetFileInformationByHandle) rename(
-      log_.Module(), [&](auto... all) { return rename.Original()(all...); });
+  const INTERPOSER(SetFileInformationByHandle) rename(log_.Module());
 
   log_.Write(L"next");
   EXPECT_EQ(rename.Calls(), 0);
@@ -87,15 +83,10 @@ TEST_F(HinderedRotationTest, RenamesNothingWhenItCantBeFoundOutWhatWouldBeRename
 
 TEST_F(HinderedRotationTest, StaysInTheRenamedFileWhenNoNewOneCanBeMade) {
   {
-    INTERPOSER(SetFileInformationByHandle) rename(
-        log_.Module(), [&](auto... all) { return rename.Original()(all...); });
-    INTERPOSER(CreateFileW) create(log_.Module(), [&](auto... all) {
-      if (rename.Calls() == 0) {
-        return create.Original()(all...);
-      }
-      ::SetLastError(ERROR_DISK_FULL);
-      return INVALID_HANDLE_VALUE;
-    });
+    const INTERPOSER(SetFileInformationByHandle) rename(log_.Module());
+    const INTERPOSER(CreateFileW) create(
+        log_.Module(), AnswersIf([&](auto...) { return rename.Calls() > 0; }, INVALID_HANDLE_VALUE,
+                                 ERROR_DISK_FULL));
     log_.Write(L"no new file");
     EXPECT_EQ(rename.Calls(), 1);
   }

@@ -2,49 +2,38 @@
 
 #include "log_library/log_file.h"
 
-#include <cstdint>
-
-#include "base/existence.h"
 #include "tests/log_library/fake_uptime.h"
 #include "tests/log_library/test_log.h"
-#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
 
-using testing::AllOf;
-using testing::ElementsAre;
 using testing::EndsWith;
 using testing::StartsWith;
 
 TEST(LogFileTest, IsOpenForAppendingOnlySharedAndNotInherited) {
   TestLog log;
-  INTERPOSER(CreateFileW) create(
+  const INTERPOSER(CreateFileW) create(
       log.Module(), [&](const wchar_t* path, DWORD access, DWORD sharing,
-                        SECURITY_ATTRIBUTES* security, DWORD disposition, auto... rest) {
+                        SECURITY_ATTRIBUTES* security, DWORD disposition, auto...) {
         if (path == log.CurrentFile()) {
           EXPECT_EQ(access, DWORD{FILE_APPEND_DATA | FILE_READ_ATTRIBUTES | SYNCHRONIZE});
           EXPECT_EQ(sharing, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE});
           EXPECT_EQ(disposition, DWORD{OPEN_ALWAYS});
           EXPECT_EQ(security, nullptr);
         }
-        return create.Original()(path, access, sharing, security, disposition, rest...);
       });
 
   EXPECT_EQ(log.Start(), 0);
-  EXPECT_TRUE(nhupdate::Exists(log.CurrentFile()));
+  EXPECT_TRUE(Exists(log.CurrentFile()));
 }
 
 TEST(LogFileTest, IsNotOpenedWhenItCantBeFoundOutWhatItIs) {
   TestLog log;
   const INTERPOSER(Sleep) sleep(log.Module(), [](DWORD) {});
-  INTERPOSER(GetFileInformationByHandle) inspect(log.Module(), [&](auto... all) -> BOOL {
-    if (inspect.Calls() == 1) {
-      return inspect.Original()(all...);  // the folder
-    }
-    ::SetLastError(ERROR_ACCESS_DENIED);
-    return FALSE;
-  });
+  const INTERPOSER(GetFileInformationByHandle) inspect(
+      log.Module(),  // the first call is about the folder
+      AnswersIf([&](auto...) { return inspect.Calls() > 1; }, FALSE, ERROR_ACCESS_DENIED));
 
   EXPECT_EQ(log.Start(), 4);
   EXPECT_EQ(inspect.Calls(), 1 + 20 + 1);  // the folder, the file, and the one in its place
@@ -52,14 +41,9 @@ TEST(LogFileTest, IsNotOpenedWhenItCantBeFoundOutWhatItIs) {
 
 TEST(LogFileTest, IsWrittenOnWhenItsSizeCantBeHad) {
   TestLog log(kSmallFiles);
-  INTERPOSER(GetFileInformationByHandleEx) inspect(
-      log.Module(), [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, auto... rest) -> BOOL {
-        if (kind != FileStandardInfo) {
-          return inspect.Original()(file, kind, rest...);
-        }
-        ::SetLastError(ERROR_ACCESS_DENIED);
-        return FALSE;
-      });
+  const INTERPOSER(GetFileInformationByHandleEx) inspect(
+      log.Module(), AnswersIf([](auto, auto kind, auto...) { return kind == FileStandardInfo; },
+                              FALSE, ERROR_ACCESS_DENIED));
 
   const int result = log.Start();
   log.Write(kFullFile);
@@ -67,7 +51,7 @@ TEST(LogFileTest, IsWrittenOnWhenItsSizeCantBeHad) {
 
   EXPECT_EQ(result, 0);
   EXPECT_THAT(log.Texts(), ElementsAre(kFullFileText, "next"));
-  EXPECT_FALSE(nhupdate::Exists(log.RotatedFile(1)));
+  EXPECT_FALSE(Exists(log.RotatedFile(1)));
 }
 
 // What another process leaves behind when the disk is full.
@@ -98,9 +82,8 @@ TEST(LogFileTest, ACutRecordOfAnEarlierRunIsNotContinuedByTheHeaderRecord) {
 TEST(LogFileTest, IsReadOnlyWhenOthersHaveWritten) {
   StartedLog log;
   log.Write(L"before");
-  INTERPOSER(ReOpenFile) open(log.Module(), [&](HANDLE file, DWORD access, auto... rest) {
+  const INTERPOSER(ReOpenFile) open(log.Module(), [](HANDLE, DWORD access, auto...) {
     EXPECT_EQ(access, DWORD{FILE_READ_DATA});
-    return open.Original()(file, access, rest...);
   });
 
   log.Write(L"one");
@@ -117,8 +100,7 @@ TEST(LogFileTest, IsAskedForItsSizeOnceForEachRecord) {
   StartedLog log;
   const FakeUptime uptime(log.Module());
   log.Write(L"looks the file up");
-  INTERPOSER(GetFileInformationByHandleEx) inspect(
-      log.Module(), [&](auto... all) { return inspect.Original()(all...); });
+  const INTERPOSER(GetFileInformationByHandleEx) inspect(log.Module());
 
   log.Write(L"one");
   log.Write(L"two");
@@ -131,7 +113,7 @@ TEST(LogFileTest, IsWrittenOnWhereItEndsWhenThatCantBeRead) {
   StartedLog log;
   AppendFileBytes(log.CurrentFile(), kCutRecord);
   {
-    INTERPOSER(ReadFile) read(log.Module(), [&](auto... all) { return read.Original()(all...); });
+    const INTERPOSER(ReadFile) read(log.Module());
     const INTERPOSER(ReOpenFile) open(log.Module(),
                                       Answers(INVALID_HANDLE_VALUE, ERROR_SHARING_VIOLATION));
     log.Write(L"not opened");
@@ -154,18 +136,30 @@ TEST(LogFileTest, IsWrittenOnWhereItEndsWhenThatCantBeRead) {
                                        AllOf(StartsWith("cut sh20"), EndsWith("] nothing read"))));
 }
 
+// Changes what Windows tells the library of its files.
+class FakeFileInfo {
+ public:
+  using Change = std::function<void(FILE_STANDARD_INFO&)>;
+  FakeFileInfo(const TestLog& log, Change change)
+      : change_(std::move(change)),
+        inspect_(log.Module(), [this](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind,
+                                      void* information, DWORD size) {
+          const BOOL done = inspect_.Original()(file, kind, information, size);
+          if (kind == FileStandardInfo) {
+            change_(*static_cast<FILE_STANDARD_INFO*>(information));
+          }
+          return done;
+        }) {}
+
+ private:
+  Change change_;
+  INTERPOSER(GetFileInformationByHandleEx) inspect_;
+};
+
 TEST(LogFileTest, IsReadAtItsEndHoweverLongItIs) {
   constexpr std::uint64_t kSize = 5ULL << 30;
   StartedLog log;
-  INTERPOSER(GetFileInformationByHandleEx) inspect(
-      log.Module(),
-      [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
-        const BOOL done = inspect.Original()(file, kind, information, size);
-        if (kind == FileStandardInfo) {
-          static_cast<FILE_STANDARD_INFO*>(information)->EndOfFile.QuadPart = kSize;
-        }
-        return done;
-      });
+  const FakeFileInfo large(log, [](FILE_STANDARD_INFO& file) { file.EndOfFile.QuadPart = kSize; });
   INTERPOSER(ReadFile) read(
       log.Module(), [&](HANDLE, void*, DWORD, DWORD*, OVERLAPPED* position) -> BOOL {
         EXPECT_EQ((std::uint64_t{position->OffsetHigh} << 32) | position->Offset, kSize - 1);
@@ -181,14 +175,8 @@ TEST(LogFileTest, IsReadAtItsEndHoweverLongItIs) {
 class DeletedFile {
  public:
   explicit DeletedFile(const TestLog& log)
-      : inspect_(log.Module(), [this](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind,
-                                      void* information, DWORD size) {
-          const BOOL done = inspect_.Original()(file, kind, information, size);
-          if (kind == FileStandardInfo) {
-            tell_(*static_cast<FILE_STANDARD_INFO*>(information));
-            tell_ = [](FILE_STANDARD_INFO&) {};
-          }
-          return done;
+      : info_(log, [this](FILE_STANDARD_INFO& file) {
+          std::exchange(tell_, [](FILE_STANDARD_INFO&) {})(file);
         }) {}
 
   // The two ways in which Windows tells of it.
@@ -203,7 +191,7 @@ class DeletedFile {
 
  private:
   Tell tell_ = [](FILE_STANDARD_INFO&) {};
-  INTERPOSER(GetFileInformationByHandleEx) inspect_;
+  FakeFileInfo info_;
 };
 
 TEST(LogFileTest, IsNotWrittenToWhenItWasDeleted) {
@@ -228,15 +216,7 @@ TEST(LogFileTest, IsReplacedWhenItWasDeletedAndAnotherProgramKeepsTheNewOneToIts
   WriteFileBytes(log.CurrentFile(), kEarlier);
   {
     const HeldFile other(log.CurrentFile());
-    INTERPOSER(GetFileInformationByHandleEx) inspect(
-        log.Module(),
-        [&](HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information, DWORD size) {
-          const BOOL done = inspect.Original()(file, kind, information, size);
-          if (kind == FileStandardInfo) {
-            DeletedFile::kByItsNames(*static_cast<FILE_STANDARD_INFO*>(information));
-          }
-          return done;
-        });
+    const FakeFileInfo deleted(log, DeletedFile::kByItsNames);
     log.Write(L"after");
   }
 
@@ -251,8 +231,8 @@ TEST(LogFileTest, KeepsARecordThatIsBeingWrittenWhileOthersRotateAndCleanUp) {
   StartedLog log;
   const INTERPOSER(WriteFile) write(log.Module(), [&](auto... all) {
     EXPECT_TRUE(::MoveFileW(log.CurrentFile().c_str(), log.RotatedFile(1).c_str()));
-    nhupdate::CLogFolder folder;
-    EXPECT_EQ(folder.Open(log.Folder()), nhupdate::StartResult::kStarted);
+    CLogFolder folder;
+    EXPECT_EQ(folder.Open(log.Folder()), StartResult::kStarted);
     folder.DeleteOutdated(0, 30);
     return write.Original()(all...);
   });

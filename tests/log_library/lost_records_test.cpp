@@ -1,14 +1,9 @@
 // Records for which there was no room on the disk.
 
-#include <cstddef>
-#include <utility>
-
 #include "tests/log_library/test_log.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::ElementsAre;
 
 enum class Room { kNone, kAllButFiveBytes, kEnough };
 

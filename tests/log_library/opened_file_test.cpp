@@ -1,15 +1,9 @@
 #include "log_library/opened_file.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/answers.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::OpenedFile;
-using nhupdate::UniqueFile;
 
 // What is told of a file whose volume and index are these.
 OpenedFile InspectOne(DWORD volume, DWORD index_high, DWORD index_low) {
@@ -23,7 +17,7 @@ OpenedFile InspectOne(DWORD volume, DWORD index_high, DWORD index_low) {
         return TRUE;
       });
   OpenedFile opened;
-  EXPECT_TRUE(nhupdate::Inspect(UniqueFile(), opened));
+  EXPECT_TRUE(Inspect(UniqueFile(), opened));
   return opened;
 }
 
@@ -44,7 +38,7 @@ TEST(OpenedFileTest, IsNothingThatDoesNotLieOnADisk) {
     const INTERPOSER(GetFileInformationByHandle) inspect(Answers(TRUE));
     OpenedFile opened;
 
-    EXPECT_FALSE(nhupdate::Inspect(UniqueFile(), opened)) << type;
+    EXPECT_FALSE(Inspect(UniqueFile(), opened)) << type;
   }
 }
 

@@ -1,9 +1,6 @@
 // Every user may put things into the log folder, for an elevated writer to stumble over when it
 // starts.
 
-#include <string_view>
-
-#include "base/existence.h"
 #include "tests/log_library/test_log.h"
 #include "tests/support/folder_link.h"
 
@@ -11,7 +8,6 @@ namespace nhupdate_test {
 namespace {
 
 using testing::EndsWith;
-using testing::IsEmpty;
 using testing::StartsWith;
 
 class PlantedNamesTest : public testing::Test {
@@ -81,29 +77,27 @@ TEST_F(PlantedNamesTest, ReparsePointsAreNotUsed) {
         });
 
     EXPECT_EQ(log_.Start(), test.result) << test.name;
-    EXPECT_TRUE(!nhupdate::Exists(log_.CurrentFile()) || ReadFileBytes(log_.CurrentFile()).empty())
+    EXPECT_TRUE(!Exists(log_.CurrentFile()) || ReadFileBytes(log_.CurrentFile()).empty())
         << test.name;
   }
 }
 
 TEST_F(PlantedNamesTest, LinksAreOpenedThemselvesAndNotFollowed) {
-  INTERPOSER(CreateFileW) create(log_.Module(), [&](const wchar_t* path, DWORD access,
-                                                    DWORD sharing, SECURITY_ATTRIBUTES* security,
-                                                    DWORD disposition, DWORD flags, HANDLE model) {
-    // Above the folders that users may write to there may be links.
-    const bool is_users = std::wstring_view(path).starts_with(log_.Folder());
-    EXPECT_EQ((flags & FILE_FLAG_OPEN_REPARSE_POINT) != 0, is_users)
-        << testing::PrintToString(path);
-    EXPECT_TRUE(disposition == OPEN_EXISTING || disposition == OPEN_ALWAYS);
-    return create.Original()(path, access, sharing, security, disposition, flags, model);
-  });
+  const INTERPOSER(CreateFileW) create(
+      log_.Module(), [&](const wchar_t* path, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD disposition,
+                         DWORD flags, auto...) {
+        // Above the folders that users may write to there may be links.
+        const bool is_users = std::wstring_view(path).starts_with(log_.Folder());
+        EXPECT_EQ((flags & FILE_FLAG_OPEN_REPARSE_POINT) != 0, is_users) << PrintToString(path);
+        EXPECT_TRUE(disposition == OPEN_EXISTING || disposition == OPEN_ALWAYS);
+      });
 
   EXPECT_EQ(log_.Start(), 0);
   log_.Write(kFullFile);
   log_.Write(L"next");
 
   EXPECT_GE(create.Calls(), 4);
-  EXPECT_TRUE(nhupdate::Exists(log_.RotatedFile(1)));
+  EXPECT_TRUE(Exists(log_.RotatedFile(1)));
 }
 
 // The file turns out to lie elsewhere than in the folder that was looked at.

@@ -1,17 +1,12 @@
 // Every user may put things into the log folder, for an elevated writer to stumble over when it
 // rotates and deletes files.
 
-#include <algorithm>
-
-#include "base/existence.h"
 #include "log_library/file_names.h"
 #include "tests/log_library/test_log.h"
 #include "tests/support/folder_link.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::ElementsAre;
 
 // A log with small files, of which ten are kept, and a file outside of its folder.
 class PlantedRotationTest : public testing::Test {
@@ -55,10 +50,8 @@ TEST_F(PlantedRotationTest, NamesThatAreTakenArePassedOverWhateverIsThere) {
 TEST_F(PlantedRotationTest, AFileThatAppearsUnderTheNewNameIsNotReplaced) {
   ASSERT_EQ(log_.Start(), 0);
   log_.Write(kFullFile);
-  INTERPOSER(SetFileInformationByHandle) rename(log_.Module(), [&](auto... all) {
-    WriteFileBytes(log_.RotatedFile(1), "precious");
-    return rename.Original()(all...);
-  });
+  const INTERPOSER(SetFileInformationByHandle) rename(
+      log_.Module(), [&](auto...) { WriteFileBytes(log_.RotatedFile(1), "precious"); });
 
   log_.Write(L"next");
 
@@ -89,8 +82,8 @@ TEST_F(PlantedRotationTest, DeletingRotatedFilesLeavesAloneWhatLinksLeadTo) {
   EXPECT_EQ(log_.Start(), 0);
 
   EXPECT_EQ(ReadFileBytes(log_.Outside(L"folder\\file")), "precious");
-  EXPECT_TRUE(nhupdate::Exists(log_.RotatedFile(1) + L"\\inside"));
-  EXPECT_FALSE(nhupdate::Exists(log_.RotatedFile(3)));
+  EXPECT_TRUE(Exists(log_.RotatedFile(1) + L"\\inside"));
+  EXPECT_FALSE(Exists(log_.RotatedFile(3)));
 }
 
 TEST_F(PlantedRotationTest, TheHighestNumberDoesNotStopRotation) {
@@ -101,8 +94,8 @@ TEST_F(PlantedRotationTest, TheHighestNumberDoesNotStopRotation) {
   log_.Write(kFullFile);
   log_.Write(L"next");
 
-  EXPECT_TRUE(nhupdate::Exists(log_.RotatedFile(1)));
-  EXPECT_TRUE(nhupdate::Exists(log_.RotatedFile(2)));
+  EXPECT_TRUE(Exists(log_.RotatedFile(1)));
+  EXPECT_TRUE(Exists(log_.RotatedFile(2)));
 }
 
 // A folder whose listing never ends.
@@ -112,30 +105,22 @@ TEST_F(PlantedRotationTest, AnyNumberOfPlantedNamesKeepsNobodyWaiting) {
   int deletions = 0;
   int deletions_in_a_turn = 0;
   bool is_in_a_turn = false;
-  INTERPOSER(WaitForSingleObject) enter(log_.Module(), [&](auto... all) {
-    is_in_a_turn = true;
-    return enter.Original()(all...);
-  });
-  INTERPOSER(ReleaseMutex) leave(log_.Module(), [&](HANDLE mutex) {
-    is_in_a_turn = false;
-    return leave.Original()(mutex);
-  });
+  const INTERPOSER(WaitForSingleObject) enter(log_.Module(), [&](auto...) { is_in_a_turn = true; });
+  const INTERPOSER(ReleaseMutex) leave(log_.Module(), [&](auto...) { is_in_a_turn = false; });
   INTERPOSER(FindNextFileW) next(log_.Module(), [&](HANDLE, WIN32_FIND_DATAW* entry) -> BOOL {
     if (next.Calls() > kNeverEnding) {
       return FALSE;  // so that the test does
     }
-    const std::wstring name = nhupdate::RotatedName(static_cast<unsigned>(next.Calls() + 1));
+    const std::wstring name = RotatedName(static_cast<unsigned>(next.Calls() + 1));
     std::copy_n(name.c_str(), name.size() + 1, entry->cFileName);
     return TRUE;
   });
-  INTERPOSER(CreateFileW) create(log_.Module(),
-                                 [&](const wchar_t* path, DWORD access, auto... rest) {
-                                   if ((access & DELETE) != 0) {
-                                     ++deletions;
-                                     deletions_in_a_turn += is_in_a_turn ? 1 : 0;
-                                   }
-                                   return create.Original()(path, access, rest...);
-                                 });
+  const INTERPOSER(CreateFileW) create(log_.Module(), [&](const wchar_t*, DWORD access, auto...) {
+    if ((access & DELETE) != 0) {
+      ++deletions;
+      deletions_in_a_turn += is_in_a_turn ? 1 : 0;
+    }
+  });
 
   EXPECT_EQ(log_.Start(), 0);
 

@@ -1,20 +1,14 @@
 #include "log_library/program_version.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
-#include <vector>
 
-#include "tests/support/answers.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 // This needs <windows.h> first.
 #include <winver.h>
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::ProgramVersion;
 
 TEST(ProgramVersionTest, IsReadFromTheFixedPartOfTheResource) {
   constexpr std::size_t kFixedPartOffset = 40;

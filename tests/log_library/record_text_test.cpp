@@ -1,14 +1,10 @@
 #include "log_library/record_text.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/log_library/log_records.h"
+#include "tests/support/basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::FormatRecord;
-using nhupdate::RecordOrigin;
 
 const RecordOrigin kOrigin = {{{2026, 11, 5, 20, 14, 3, 5, 123}, 120}, 4711, 815};
 constexpr char kHead[] = "2026-11-20T14:03:05.123+02:00 [4711:815] ";

@@ -1,19 +1,13 @@
 #include "log_library/record_time.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
 
-using nhupdate::CurrentRecordTime;
-
-std::string Text(const nhupdate::RecordTime& time) {
+std::string Text(const RecordTime& time) {
   std::string text = "at ";
-  nhupdate::AppendRecordTime(text, time);
+  AppendRecordTime(text, time);
   return text;
 }
 

@@ -2,14 +2,9 @@
 
 #include "tests/log_library/aged_file.h"
 #include "tests/log_library/test_log.h"
-#include "tests/support/held_file.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::UnorderedElementsAre;
 
 TEST(LogRetentionTest, KeepsTheYoungestFilesUpToTheCount) {
   StartedLog log("MaxFileSizeKB=16\nMaxFiles=3\n");

@@ -1,20 +1,12 @@
 #include "log_library/rotated_files.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "log_library/file_names.h"
 #include "log_library/file_time.h"
 #include "tests/log_library/aged_file.h"
-#include "tests/support/files.h"
-#include "tests/support/interposer.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::NextRotatedNumbers;
-using nhupdate::RotatedFile;
 
 TEST(RotatedFilesTest, AreListedFromTheYoungestOnAndByNumberWhenOfOneTime) {
   const ScratchFolder scratch;
@@ -33,16 +25,16 @@ TEST(RotatedFilesTest, AreListedFromTheYoungestOnAndByNumberWhenOfOneTime) {
   WriteFileBytes(scratch.Path() + L"\\NHUpdateManager.log", "x");
   WriteFileBytes(scratch.Path() + L"\\NHUpdateManager.x.log", "x");
 
-  const std::vector<RotatedFile> files = nhupdate::ListRotatedFiles(scratch.Path());
+  const std::vector<RotatedFile> files = ListRotatedFiles(scratch.Path());
 
   std::vector<std::uint32_t> numbers;
   for (const RotatedFile& file : files) {
     numbers.push_back(file.number);
-    EXPECT_EQ(file.name, nhupdate::RotatedName(file.number));
+    EXPECT_EQ(file.name, RotatedName(file.number));
     EXPECT_EQ(file.is_folder, file.number == 5);
   }
-  ASSERT_THAT(numbers, testing::ElementsAre(5, 1, 10, 7, 2));
-  EXPECT_EQ(files[1].last_written, nhupdate::FileTimeUnits(new_time));
+  ASSERT_THAT(numbers, ElementsAre(5, 1, 10, 7, 2));
+  EXPECT_EQ(files[1].last_written, FileTimeUnits(new_time));
 }
 
 TEST(RotatedFilesTest, NextNumberFollowsTheYoungestAndIsFree) {
@@ -102,8 +94,7 @@ TEST(RotatedFilesTest, NumbersAfterTheNextOneGoFrom1ToTheHighest) {
       return TRUE;
     });
 
-    EXPECT_THAT(NextRotatedNumbers({}),
-                testing::ElementsAre(1, test.number, test.number, test.number));
+    EXPECT_THAT(NextRotatedNumbers({}), ElementsAre(1, test.number, test.number, test.number));
   }
 }
 

@@ -1,18 +1,9 @@
 #include "log_library/settings.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "tests/support/files.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::LogSettings;
-using nhupdate::ReadLogSettings;
 
 LogSettings Read(const std::string& content) {
   const ScratchFolder scratch;

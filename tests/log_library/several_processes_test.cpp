@@ -1,12 +1,7 @@
 // The library in several processes that write one log at the same time.
 
-#include <algorithm>
-#include <cstdint>
-#include <functional>
-#include <map>
 #include <memory>
 
-#include "base/existence.h"
 #include "log_library/rotated_files.h"
 #include "tests/log_library/test_log.h"
 #include "tests/log_library/writer_process.h"
@@ -14,11 +9,7 @@
 namespace nhupdate_test {
 namespace {
 
-using testing::AnyOf;
-using testing::Contains;
-using testing::Each;
 using testing::Ge;
-using testing::SizeIs;
 
 // Enough files that nothing is deleted.
 constexpr char kKeepAll[] = "MaxFileSizeKB=64\nMaxFiles=1000\n";
@@ -26,7 +17,7 @@ constexpr char kKeepAll[] = "MaxFileSizeKB=64\nMaxFiles=1000\n";
 // All files one after the other: the rotated ones by their number, then the current one.
 std::vector<std::wstring> FilesInOrder(const LogPlace& place) {
   std::map<unsigned, std::wstring> rotated;
-  for (const nhupdate::RotatedFile& file : nhupdate::ListRotatedFiles(place.Folder())) {
+  for (const RotatedFile& file : ListRotatedFiles(place.Folder())) {
     rotated[file.number] = place.Folder() + L"\\" + file.name;
   }
   std::vector<std::wstring> files;
@@ -111,8 +102,8 @@ TEST(SeveralProcessesTest, RotatedFilesAreFullAndHardlyMore) {
   files.pop_back();
   EXPECT_FALSE(files.empty());
   for (const std::wstring& file : files) {
-    EXPECT_GE(SizeOf(file), kLimit) << testing::PrintToString(file);
-    EXPECT_LT(SizeOf(file), kLimit + kRecordSize) << testing::PrintToString(file);
+    EXPECT_GE(SizeOf(file), kLimit) << PrintToString(file);
+    EXPECT_LT(SizeOf(file), kLimit + kRecordSize) << PrintToString(file);
   }
 }
 
@@ -123,9 +114,9 @@ TEST(SeveralProcessesTest, AKilledWriterLosesNothingThatWasWritten) {
   WriterProcess victim(place, first_gate, L"victim", 100'000'000);
   WriterProcess survivor(place, second_gate, L"survivor", 10'000);
   first_gate.Open();
-  WaitUntil([&] { return nhupdate::Exists(place.RotatedFile(1)); });
+  WaitUntil([&] { return Exists(place.RotatedFile(1)); });
   second_gate.Open();
-  WaitUntil([&] { return nhupdate::Exists(place.RotatedFile(3)); });
+  WaitUntil([&] { return Exists(place.RotatedFile(3)); });
 
   victim.Kill();
   const int result = survivor.Wait();
@@ -161,10 +152,7 @@ class KilledWritersTest : public testing::Test {
         turns_.push_back(wait.Original()(all...));
         return turns_.back();
       });
-      INTERPOSER(OpenMutexW) look(log_.Module(), [&](auto... all) {
-        ++looks_at_victims_;
-        return look.Original()(all...);
-      });
+      const INTERPOSER(OpenMutexW) look(log_.Module(), [&](auto...) { ++looks_at_victims_; });
       log_.Write(L"survivor " + std::to_wstring(number));
       EXPECT_EQ(sleep.Calls(), 0);
     }
@@ -195,7 +183,7 @@ TEST_F(KilledWritersTest, KeepNobodyWaitingWhoWantsTheirStandingTurn) {
 
 // Nobody has a standing turn while there is such a mutex.
 TEST_F(KilledWritersTest, KeepNobodyWaitingWhoWantsTheMutex) {
-  const nhupdate::UniqueKernelHandle unshared(
+  const UniqueKernelHandle unshared(
       ::CreateMutexW(nullptr, FALSE, L"Global\\NHUpdateManager.log.unshared"));
 
   WriteBehindKilledWriters(

@@ -1,17 +1,11 @@
 // The library while it keeps a standing turn, and beside a writer that does.
 
-#include <functional>
-
 #include "log_library/standing_turn.h"
 #include "tests/log_library/test_log.h"
 #include "tests/log_library/writer_process.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::CStandingTurn;
-using testing::ElementsAre;
-using testing::SizeIs;
 
 constexpr int kEnough = CStandingTurn::kTurnsInARow;
 
@@ -23,8 +17,7 @@ void WriteRecords(TestLog& log, int count) {
 
 TEST(StandingWriterTest, WaitsForTheMutexNoMoreAfterEnoughRecords) {
   StartedLog log;
-  INTERPOSER(WaitForSingleObject) wait(log.Module(),
-                                       [&](auto... all) { return wait.Original()(all...); });
+  const INTERPOSER(WaitForSingleObject) wait(log.Module());
 
   // The header record is the first.
   WriteRecords(log, kEnough - 1);
@@ -53,8 +46,7 @@ TEST(StandingWriterTest, LetsAnotherProcessWriteAndThenWaitsForTheMutexAgain) {
 
   gate.Open();
   EXPECT_EQ(another.Wait(), 0);
-  INTERPOSER(WaitForSingleObject) wait(log.Module(),
-                                       [&](auto... all) { return wait.Original()(all...); });
+  const INTERPOSER(WaitForSingleObject) wait(log.Module());
   log.Write(L"after");
 
   EXPECT_EQ(wait.Calls(), 1);
@@ -96,8 +88,7 @@ class BusyWriterTest : public testing::Test {
                              now_ms_ += milliseconds;
                              in_sleep_();
                            }};
-  INTERPOSER(ReleaseMutex)
-  release_{log_.Module(), [this](HANDLE mutex) { return release_.Original()(mutex); }};
+  INTERPOSER(ReleaseMutex) release_{log_.Module()};
 };
 
 TEST_F(BusyWriterTest, IsWaitedForUntilHisRecordIsWritten) {

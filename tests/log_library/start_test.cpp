@@ -1,15 +1,9 @@
-#include <string_view>
-
-#include "base/existence.h"
 #include "tests/log_library/test_log.h"
 
 namespace nhupdate_test {
 namespace {
 
-using testing::ElementsAre;
 using testing::EndsWith;
-using testing::IsEmpty;
-using testing::SizeIs;
 
 TEST(LogStartTest, FailsWithACodeOfItsOwnForEachUnusableFolder) {
   TestLog log;
@@ -37,19 +31,16 @@ TEST(LogStartTest, FailsWithACodeOfItsOwnForEachUnusableFolder) {
   }
 
   EXPECT_THAT(log.Files(), IsEmpty());
-  EXPECT_FALSE(nhupdate::Exists(missing));
+  EXPECT_FALSE(Exists(missing));
 }
 
 TEST(LogStartTest, FailsWhenNoFileCanBeWritten) {
   TestLog log;
   const INTERPOSER(Sleep) sleep(log.Module(), [](DWORD) {});
-  INTERPOSER(CreateFileW) create(log.Module(), [&](const wchar_t* path, auto... rest) {
-    if (!std::wstring_view(path).ends_with(L".log")) {
-      return create.Original()(path, rest...);
-    }
-    ::SetLastError(ERROR_ACCESS_DENIED);
-    return INVALID_HANDLE_VALUE;
-  });
+  const INTERPOSER(CreateFileW) create(
+      log.Module(),
+      AnswersIf([](std::wstring_view path, auto...) { return path.ends_with(L".log"); },
+                INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
 
   EXPECT_EQ(log.Start(), 4);
   log.Write(L"ignored");
@@ -60,13 +51,8 @@ TEST(LogStartTest, FailsWhenNoFileCanBeWritten) {
 TEST(LogStartTest, GoesOnInPlaceOfAFileThatCantBeOpened) {
   TestLog log;
   const INTERPOSER(Sleep) sleep(log.Module(), [](DWORD) {});
-  INTERPOSER(CreateFileW) create(log.Module(), [&](const wchar_t* path, auto... rest) {
-    if (path != log.CurrentFile()) {
-      return create.Original()(path, rest...);
-    }
-    ::SetLastError(ERROR_ACCESS_DENIED);
-    return INVALID_HANDLE_VALUE;
-  });
+  const INTERPOSER(CreateFileW) create(
+      log.Module(), AnswersFor(log.CurrentFile(), INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
 
   EXPECT_EQ(log.Start(), 0);
 

@@ -3,18 +3,9 @@
 // A log of a test's own: its folder and settings file, and the library that writes it. What nearly
 // all tests of the library need besides comes with it.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "tests/log_library/loaded_log_library.h"
 #include "tests/log_library/log_records.h"
-#include "tests/support/answers.h"
-#include "tests/support/files.h"
-#include "tests/support/interposer.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 
@@ -22,7 +13,10 @@ namespace nhupdate_test {
 class LogPlace {
  public:
   // `settings` are the lines below [Log].
-  explicit LogPlace(const std::string& settings = "Level=1\n");
+  explicit LogPlace(const std::string& settings = "Level=1\n") {
+    CreateFolders(Folder());
+    WriteFileBytes(Settings(), "[Log]\r\n" + settings);
+  }
 
   [[nodiscard]] std::wstring Folder() const { return scratch_.Path() + L"\\Log"; }
   [[nodiscard]] std::wstring Settings() const { return scratch_.Path() + L"\\LogConfig.ini"; }
@@ -35,11 +29,13 @@ class LogPlace {
   }
 
   // The texts of a file's records but for the library's own.
-  [[nodiscard]] std::vector<std::string> Texts() const;
-  [[nodiscard]] std::vector<std::string> RotatedTexts(int number) const;
+  [[nodiscard]] std::vector<std::string> Texts() const { return ReadTexts(CurrentFile()); }
+  [[nodiscard]] std::vector<std::string> RotatedTexts(int number) const {
+    return ReadTexts(RotatedFile(number));
+  }
 
   // What is in the log folder.
-  [[nodiscard]] std::vector<std::wstring> Files() const;
+  [[nodiscard]] std::vector<std::wstring> Files() const { return ListTree(Folder()); }
 
  private:
   ScratchFolder scratch_;
@@ -57,7 +53,9 @@ class TestLog : public LogPlace, public LoadedLogLibrary {
 // A test failure when it can't be started.
 class StartedLog : public TestLog {
  public:
-  explicit StartedLog(const std::string& settings = "Level=1\n");
+  explicit StartedLog(const std::string& settings = "Level=1\n") : TestLog(settings) {
+    EXPECT_EQ(Start(), 0);
+  }
 };
 
 // The smallest size of a file, and a record that fills it, as it is written and as it is read.

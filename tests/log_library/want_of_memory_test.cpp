@@ -40,7 +40,7 @@ TEST(LogLibraryDeathTest, EndsTheProcessWhenThereIsNoMemory) {
   constexpr int kParts = 8;
   for (int part = 0; part < kParts; ++part) {
     EXPECT_EXIT(UseLog(needed * part / kParts),
-                testing::ExitedWithCode(static_cast<int>(nhupdate::kWantOfMemoryExitCode)), "")
+                testing::ExitedWithCode(static_cast<int>(kWantOfMemoryExitCode)), "")
         << part;
   }
 }

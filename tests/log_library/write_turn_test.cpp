@@ -8,9 +8,6 @@
 namespace nhupdate_test {
 namespace {
 
-using testing::ElementsAre;
-using testing::SizeIs;
-
 // Time that passes only while the mutex is waited for and while a record is written, and somebody
 // who has the mutex for as long as the test wants.
 class TimedTurns {

@@ -6,6 +6,7 @@
 
 #include "base/unique_handle.h"
 #include "tests/log_library/test_log.h"
+#include "tests/support/child_process.h"
 
 namespace nhupdate_test {
 
@@ -38,7 +39,7 @@ class WriterProcess {
   void Kill();
 
  private:
-  nhupdate::UniqueKernelHandle process_;
+  ChildProcess process_;
 };
 
 }  // namespace nhupdate_test

@@ -6,9 +6,11 @@
 //   INTERPOSER(CreateFileW) open(Answers(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
 //   INTERPOSER(DeleteFileW) erase(AnswersIf([&](const wchar_t* path) { return path == file; },
 //                                           FALSE, ERROR_SHARING_VIOLATION));
+//   INTERPOSER(CreateFileW) open(AnswersFor(file, INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
 //   INTERPOSER(CopyFileW) copy(AnswersCall(2, FALSE, ERROR_DISK_FULL));
 
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "base/windows.h"
@@ -35,6 +37,14 @@ template <typename Condition, typename Result>
     ::SetLastError(error);
     return result;
   };
+}
+
+// The same for the calls whose first argument is this path.
+template <typename Result>
+[[nodiscard]] auto AnswersFor(std::wstring path, Result result, DWORD error = ERROR_SUCCESS) {
+  return AnswersIf(
+      [path = std::move(path)](const wchar_t* first, const auto&...) { return first == path; },
+      result, error);
 }
 
 // The same for one call alone, counted from 1.

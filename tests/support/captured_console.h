@@ -3,13 +3,8 @@
 // Redirects this process's standard output stream, as Windows knows it, into a file for as long as
 // the object lives. The C++ streams, and with them GoogleTest's own output, keep theirs.
 
-#include <string>
-
-#include "base/unique_handle.h"
-#include "base/windows.h"
-#include "tests/support/files.h"
-#include "tests/support/scratch_folder.h"
 #include "tests/support/utf8_text.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 

@@ -13,6 +13,7 @@ namespace nhupdate_test {
 struct ChildProcess {
   nhupdate::UniqueKernelHandle handle;
   DWORD id = 0;
+  nhupdate::UniqueKernelHandle first_thread;
 };
 
 // Starts what the command line says; a test failure and no process when that can't be done. What it
@@ -31,8 +32,8 @@ struct ChildProcess {
     ADD_FAILURE() << testing::PrintToString(command_line) << " does not start: " << error;
     return {};
   }
-  ::CloseHandle(information.hThread);
-  return {nhupdate::UniqueKernelHandle(information.hProcess), information.dwProcessId};
+  return {nhupdate::UniqueKernelHandle(information.hProcess), information.dwProcessId,
+          nhupdate::UniqueKernelHandle(information.hThread)};
 }
 
 // Waits for half a minute at most, and returns the exit code.

@@ -3,13 +3,7 @@
 // Copies of files that fail with an error, for as long as the object lives: all of them, or those
 // that are chosen.
 
-#include <functional>
-#include <string>
-#include <utility>
-
-#include "base/windows.h"
-#include "tests/support/answers.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 

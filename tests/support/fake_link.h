@@ -5,13 +5,9 @@
 // every path through it leads to the other folder, and whatever opens the link itself sees a
 // reparse point. Once it is deleted its name is free for an ordinary folder.
 
-#include <functional>
-#include <map>
 #include <set>
-#include <string>
 
-#include "base/windows.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 

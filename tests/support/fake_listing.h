@@ -3,14 +3,7 @@
 // Changes what Windows says about folders and their entries, for states that can't be made on every
 // system. What it isn't told to change is as it really is; deleting and copying happen for real.
 
-#include <cstddef>
-#include <map>
-#include <optional>
-#include <string>
-#include <vector>
-
-#include "base/windows.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 

@@ -3,14 +3,7 @@
 // A log library that exists only for the log centre: Windows "loads" it whatever path is asked for,
 // and finds its entries, which are functions of the test. There can be one at a time.
 
-#include <cstdint>
-#include <functional>
-#include <map>
-#include <optional>
-#include <string>
-
-#include "base/windows.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 

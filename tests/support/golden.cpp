@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <sstream>
 
 #include "base/existence.h"
@@ -57,59 +56,6 @@ void Compare(const GoldenLines& lines, const std::string& part) {
   }
 }
 
-// Which lines of two texts belong together: those of the longest sequence that both texts have.
-class CAlignment {
- public:
-  CAlignment(const GoldenLines& expected, const GoldenLines& actual)
-      : expected_(expected), actual_(actual) {
-    const std::size_t columns = actual.size() + 1;
-    common_.assign((expected.size() + 1) * columns, 0);
-    for (std::size_t row = expected.size(); row-- > 0;) {
-      for (std::size_t column = actual.size(); column-- > 0;) {
-        At(row, column) = expected[row] == actual[column]
-                              ? At(row + 1, column + 1) + 1
-                              : std::max(At(row + 1, column), At(row, column + 1));
-      }
-    }
-  }
-
-  // Both texts, each line with its mark.
-  [[nodiscard]] std::vector<std::pair<char, std::string>> Marked() {
-    std::vector<std::pair<char, std::string>> marked;
-    const auto add = [&](char mark, std::size_t index, const std::string& line) {
-      marked.emplace_back(mark, std::to_string(index + 1) + ": " + line);
-    };
-    std::size_t row = 0;
-    std::size_t column = 0;
-    while (row < expected_.size() || column < actual_.size()) {
-      const bool has_both = row < expected_.size() && column < actual_.size();
-      if (has_both && expected_[row] == actual_[column]) {
-        add(' ', row, expected_[row]);
-        ++row;
-        ++column;
-      } else if (column == actual_.size() ||
-                 (has_both && At(row + 1, column) >= At(row, column + 1))) {
-        add('-', row, expected_[row]);
-        ++row;
-      } else {
-        add('+', column, actual_[column]);
-        ++column;
-      }
-    }
-    return marked;
-  }
-
- private:
-  std::size_t& At(std::size_t row, std::size_t column) {
-    return common_[row * (actual_.size() + 1) + column];
-  }
-
-  const GoldenLines& expected_;
-  const GoldenLines& actual_;
-  // For each pair of lines: how many lines the texts have in common from these on.
-  std::vector<std::size_t> common_;
-};
-
 }  // namespace
 
 void ExpectGolden(const std::vector<std::wstring>& lines, const std::string& part) {
@@ -160,28 +106,7 @@ bool RewriteGolden(const std::wstring& path, const GoldenLines& lines) {
 }
 
 std::string DescribeDifference(const GoldenLines& expected, const GoldenLines& actual) {
-  if (expected == actual) {
-    return {};
-  }
-  constexpr std::size_t kAround = 2;
-  const std::vector<std::pair<char, std::string>> marked = CAlignment(expected, actual).Marked();
-  std::string description;
-  bool is_gap_shown = false;
-  for (std::size_t index = 0; index < marked.size(); ++index) {
-    const auto begin =
-        marked.begin() + static_cast<std::ptrdiff_t>(index - std::min(index, kAround));
-    const auto end =
-        marked.begin() + static_cast<std::ptrdiff_t>(std::min(index + kAround + 1, marked.size()));
-    const bool is_near =
-        std::any_of(begin, end, [](const auto& line) { return line.first != ' '; });
-    if (is_near) {
-      description += marked[index].first + (" " + marked[index].second) + "\n";
-    } else if (!is_gap_shown) {
-      description += "  ...\n";
-    }
-    is_gap_shown = !is_near;
-  }
-  return description;
+  return testing::internal::edit_distance::CreateUnifiedDiff(expected, actual);
 }
 
 }  // namespace nhupdate_test

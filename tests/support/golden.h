@@ -39,8 +39,8 @@ using GoldenLines = std::vector<std::string>;
 // Writes the lines below the folder that the environment variable names; false when it isn't set.
 [[nodiscard]] bool RewriteGolden(const std::wstring& path, const GoldenLines& lines);
 
-// Line by line: "-" before what is only expected, "+" before what only came, each with the number
-// that it has in its own text, and a few of the lines around. Empty when both are the same.
+// As GoogleTest shows where two texts differ: "-" before what is only expected, "+" before what
+// only came, and a few of the lines around. Empty when both are the same.
 [[nodiscard]] std::string DescribeDifference(const GoldenLines& expected,
                                              const GoldenLines& actual);
 

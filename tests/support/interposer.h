@@ -13,6 +13,8 @@
 //   [&](const wchar_t* path, auto...) -> std::optional<HANDLE> {...}   passes on without a value
 //   [&](const wchar_t* path, auto...) { paths.push_back(path); }       always passes on
 //
+// Without a fake the calls are only counted.
+//
 // A fake that fails sets the last error as its last act (see answers.h). Objects for the same
 // function must be destroyed in reverse order. The compiler may keep a function's address across a
 // loop, so vary the answers by state inside one fake, not by another fake in mid-run.
@@ -124,6 +126,11 @@ struct FunctionName {
 template <typename Signature, FunctionName kName>
 class NamedInterposer : public Interposer<Signature> {
  public:
+  // Only counts the calls, which are passed on.
+  explicit NamedInterposer(HMODULE module = nullptr)
+      : NamedInterposer(module,
+                        [this](auto... arguments) { return this->Original()(arguments...); }) {}
+
   template <typename Fake>
   explicit NamedInterposer(Fake fake) : NamedInterposer(nullptr, std::move(fake)) {}
 

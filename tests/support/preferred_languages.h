@@ -2,12 +2,7 @@
 
 // Windows' list of the user's preferred languages, replaced.
 
-#include <functional>
-#include <string>
-#include <vector>
-
-#include "base/windows.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 

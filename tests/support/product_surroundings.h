@@ -3,15 +3,8 @@
 // What Windows tells the program about itself for as long as the object lives: where its executable
 // and the ProgramData folder are, and whether it is elevated.
 
-#include <algorithm>
-#include <functional>
-#include <optional>
-#include <string>
-#include <utility>
-
-#include "base/windows.h"
-#include "tests/support/interposer.h"
 #include "tests/support/shell_text.h"
+#include "tests/support/windows_basics.h"
 
 #include <shlobj.h>  // needs <windows.h> first
 

@@ -2,14 +2,9 @@
 
 // For as long as the object lives message boxes and sleeps are written down, and end at once.
 
-#include <functional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "base/windows.h"
 #include "tests/support/recorded_boxes.h"
 #include "tests/support/recorded_sleeps.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 
@@ -26,10 +21,5 @@ class QuietDesktop {
   RecordedBoxes boxes_;
   RecordedSleeps sleeps_;
 };
-
-// The box that names the file or folder at which a copy failed.
-[[nodiscard]] inline ShownBox CopyErrorBox(const std::wstring& path) {
-  return {L"KEY_FAIL_COMMON_ERROR\n" + path, L"KEY_UPDATE_TITLE", 0x40010, true};
-}
 
 }  // namespace nhupdate_test

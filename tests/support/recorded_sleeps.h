@@ -2,12 +2,7 @@
 
 // Takes the place of Sleep: each call is written down and returns at once.
 
-#include <functional>
-#include <utility>
-#include <vector>
-
-#include "base/windows.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 

@@ -3,13 +3,9 @@
 // Takes the place of the tools that the program starts without waiting for them: each is written
 // down and counts as started.
 
-#include <string>
-#include <vector>
-
-#include "base/windows.h"
-#include "tests/support/interposer.h"
-
 #include <shellapi.h>  // needs <windows.h> first
+
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 

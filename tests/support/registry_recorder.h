@@ -3,14 +3,9 @@
 // Writes down the values that the program writes below HKEY_LOCAL_MACHINE, and lets it write them:
 // into a ScratchRegistry. A key of another hive, or not opened just for writing, fails the test.
 
-#include <functional>
 #include <iosfwd>
-#include <map>
-#include <string>
-#include <vector>
 
-#include "base/windows.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 

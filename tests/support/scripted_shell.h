@@ -7,17 +7,9 @@
 //
 // Real handles of the kernel stand for the processes, so one that isn't closed is a real leak.
 
-#include <functional>
-#include <map>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "base/windows.h"
-#include "tests/support/interposer.h"
-
 #include <shellapi.h>  // needs <windows.h> first
+
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 

@@ -4,12 +4,7 @@
 // a path of MAX_PATH units or more without the prefix of the extended-length form is taken for one
 // that isn't there.
 
-#include <cstddef>
-#include <optional>
-#include <string_view>
-
-#include "base/windows.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 

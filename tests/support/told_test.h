@@ -3,13 +3,9 @@
 // A fixture for tests that note what came of their runs, line by line; at the end of the test all
 // of it is compared with a golden file.
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "tests/support/golden.h"
 #include "tests/support/scripted_shell.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 

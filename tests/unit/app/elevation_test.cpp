@@ -1,11 +1,6 @@
 #include "app/elevation.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdint>
-
-#include "base/windows.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
@@ -47,7 +42,7 @@ TEST(ElevationTest, IsWhatATokenSaysThatCanBeAskedAndIsClosed) {
       return TRUE;
     });
 
-    EXPECT_EQ(nhupdate::IsProcessElevated(), c.expected);
+    EXPECT_EQ(IsProcessElevated(), c.expected);
 
     EXPECT_EQ(ask.Calls(), c.can_open ? 1 : 0);
     EXPECT_EQ(close.Calls(), c.can_open ? 1 : 0);

@@ -3,36 +3,21 @@
 
 #include "app/manager_center.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "base/existence.h"
-#include "base/windows.h"
 #include "tests/support/fake_log_library.h"
 #include "tests/support/fake_process_table.h"
-#include "tests/support/files.h"
 #include "tests/support/folder_link.h"
-#include "tests/support/held_file.h"
 #include "tests/support/installed_product.h"
-#include "tests/support/interposer.h"
 #include "tests/support/product_surroundings.h"
 #include "tests/support/quiet_desktop.h"
 #include "tests/support/quiet_system.h"
 #include "tests/support/recorded_tools.h"
 #include "tests/support/scratch_registry.h"
+#include "tests/support/windows_basics.h"
 
 #include <objbase.h>  // needs <windows.h> first
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::CManagerCenter;
-using nhupdate::Exists;
-using nhupdate::LogLevel;
-using testing::ElementsAre;
 
 class ManagerLifetimeTest : public testing::Test {
  protected:
@@ -149,7 +134,9 @@ TEST_F(ManagerOperationsTest, Return1ForSuccessAnd0ForFailure) {
     const HeldFile lock(folder + L"\\file");
     EXPECT_EQ(manager_.CopyFolder(product_.Base(), product_.App(), 1, 0, 0), 0);
     EXPECT_EQ(manager_.InstallCopy(), 0);
-    EXPECT_THAT(desktop_.Boxes(), ElementsAre(CopyErrorBox(folder + L"\\file")));
+    EXPECT_THAT(desktop_.Boxes(),
+                ElementsAre(ErrorBoxOf(L"KEY_FAIL_COMMON_ERROR\n" + folder + L"\\file",
+                                       L"KEY_UPDATE_TITLE")));
   }
   EXPECT_EQ(manager_.InstallCopy(), 1);
   EXPECT_EQ(manager_.CollectEmptyFolders(folder), 0);

@@ -1,25 +1,19 @@
 // The manager's start-up.
 
-#include <gmock/gmock.h>
-
 #include "base/paths.h"
 #include "base/strings.h"
 #include "base/windows_path.h"
-#include "tests/support/answers.h"
 #include "tests/support/captured_console.h"
 #include "tests/support/fake_log_library.h"
-#include "tests/support/files.h"
 #include "tests/support/folder_link.h"
 #include "tests/support/installed_product.h"
-#include "tests/support/interposer.h"
 #include "tests/support/placeholders.h"
 #include "tests/support/quiet_system.h"
 #include "tests/support/told_test.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::ParentFolder;
 
 constexpr wchar_t kTexts[] = L"\\Config\\NHUpdateManager.Default.json";
 
@@ -99,7 +93,7 @@ TEST_F(ManagerStartTest, CreatesNothingWithoutProgramDataOrBelowALinkThere) {
 
     TellStart("A link", product);
 
-    EXPECT_THAT(ListTree(elsewhere), testing::IsEmpty()) << testing::PrintToString(name);
+    EXPECT_THAT(ListTree(elsewhere), IsEmpty()) << PrintToString(name);
     product.DestroyManager();
     RemoveFolderLink(link);
   }
@@ -130,8 +124,8 @@ class ManagerStartOrderTest : public ManagerStartTest {
     InstalledProduct product({.log_library = L"", .executable = executable});
     std::vector<std::wstring> effects;
     const auto note = [&](const std::wstring& effect, const std::wstring& details = L"") {
-      std::wstring line = effect + nhupdate::WithoutExtendedPrefix(details);
-      nhupdate::ReplaceAll(line, module, L"{module}");
+      std::wstring line = effect + WithoutExtendedPrefix(details);
+      ReplaceAll(line, module, L"{module}");
       effects.push_back(WithPlaceholders(line, product.Root(), product.ProgramData()));
     };
     FakeLogLibrary library;
@@ -141,16 +135,9 @@ class ManagerStartOrderTest : public ManagerStartTest {
     const INTERPOSER(CreateDirectoryW) create([&](const wchar_t* path, auto* security) {
       EXPECT_EQ(security, nullptr);
       note(L"create ", path);
-      return create.Original()(path, security);
     });
-    const INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
-      note(L"open ", path);
-      return open.Original()(path, rest...);
-    });
-    const INTERPOSER(OpenProcessToken) ask([&](auto... all) {
-      note(L"ask for the elevation");
-      return ask.Original()(all...);
-    });
+    const INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto...) { note(L"open ", path); });
+    const INTERPOSER(OpenProcessToken) ask([&](auto...) { note(L"ask for the elevation"); });
 
     product.Start();
 

@@ -1,14 +1,9 @@
 #include "app/process_setup.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdint>
 #include <new>
 
 #include "base/want_of_memory.h"
-#include "base/windows.h"
-#include "tests/support/answers.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
@@ -33,7 +28,7 @@ TEST(ProcessSetupTest, TurnsOffErrorDialogsAndUnsafeDllFoldersUnlessWindowsRefus
       return c.can_restrict;
     });
 
-    EXPECT_EQ(nhupdate::SetUpProcess(), c.can_restrict != FALSE);
+    EXPECT_EQ(SetUpProcess(), c.can_restrict != FALSE);
 
     EXPECT_EQ(mode, c.former_mode | kNoDialogs);
     EXPECT_EQ(dll_folders, static_cast<DWORD>(LOAD_LIBRARY_SEARCH_DEFAULT_DIRS));
@@ -45,10 +40,10 @@ TEST(ProcessSetupDeathTest, LetsWantOfMemoryEndTheProcess) {
 
   EXPECT_EXIT(
       {
-        std::ignore = nhupdate::SetUpProcess();
+        std::ignore = SetUpProcess();
         ::operator delete(::operator new(more_than_there_is));
       },
-      testing::ExitedWithCode(static_cast<int>(nhupdate::kWantOfMemoryExitCode)), "");
+      testing::ExitedWithCode(static_cast<int>(kWantOfMemoryExitCode)), "");
 }
 
 }  // namespace

@@ -1,19 +1,10 @@
 // Whole runs of the program: which workflow runs, what is logged around it, when the updater's
 // configuration is deleted, and how the program ends.
 
-#include <gmock/gmock.h>
-
-#include <algorithm>
-#include <optional>
-
-#include "base/existence.h"
-#include "tests/support/answers.h"
 #include "tests/support/captured_console.h"
 #include "tests/support/failing_copy.h"
 #include "tests/support/fake_log_library.h"
 #include "tests/support/fake_process_table.h"
-#include "tests/support/files.h"
-#include "tests/support/held_file.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/quiet_desktop.h"
 #include "tests/support/quiet_system.h"
@@ -21,13 +12,12 @@
 #include "tests/support/scratch_registry.h"
 #include "tests/support/scripted_shell.h"
 #include "tests/support/told_test.h"
+#include "tests/support/windows_basics.h"
 
 #include <objbase.h>  // needs <windows.h> first
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::Exists;
 
 constexpr wchar_t kStagedModule[] = L"\\Updater\\App\\NHUpdateManager";
 constexpr wchar_t kConfig[] = L"\\Updater\\Config\\ut.ini";
@@ -139,8 +129,8 @@ TEST_F(ProgramRunTest, EndsWithTwoStopsOfTheLogWhichIsUnloadedBeforeCom) {
   EXPECT_EQ(product.RunProgram(L"-install"), 10);
 
   events.erase(events.begin(), std::ranges::find(events, "WriteLog of the result"));
-  EXPECT_THAT(events, testing::ElementsAre("WriteLog of the result", "Stop", "Stop", "Free",
-                                           "CoUninitialize"));
+  EXPECT_THAT(events,
+              ElementsAre("WriteLog of the result", "Stop", "Stop", "Free", "CoUninitialize"));
 }
 
 TEST_F(ProgramRunTest, NeedsNeitherALogLibraryNorAFolderForIt) {

@@ -2,17 +2,9 @@
 
 #include "app/program.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <tuple>
-#include <vector>
-
 #include "base/want_of_memory.h"
-#include "base/windows.h"
 #include "tests/support/captured_console.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 // These need <windows.h> first.
 #include <objbase.h>
@@ -20,9 +12,6 @@
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::RunProgram;
-using testing::ElementsAre;
 
 // A fake that writes its name down.
 template <typename Result>
@@ -82,13 +71,13 @@ TEST_F(ProgramStartTest, LeavesNoTraceWithoutASwitch) {
     command_line_ = command_line;
     effects_.clear();
 
-    EXPECT_EQ(RunProgram(), 0) << testing::PrintToString(command_line);
+    EXPECT_EQ(RunProgram(), 0) << PrintToString(command_line);
 
     // COM comes and goes with the manager; nothing is created, loaded or said.
     EXPECT_THAT(effects_,
                 ElementsAre("SetThreadErrorMode", "SetDefaultDllDirectories", "GetCommandLineW",
                             "CommandLineToArgvW", "LocalFree", "CoInitialize", "CoUninitialize"))
-        << testing::PrintToString(command_line);
+        << PrintToString(command_line);
   }
   EXPECT_EQ(console_.Bytes(), "");
 }
@@ -104,7 +93,7 @@ TEST_F(ProgramStartTest, LeavesNoTraceWithoutAnyArgument) {
 
   EXPECT_EQ(RunProgram(), 0);
 
-  EXPECT_THAT(effects_, testing::Not(testing::Contains("CreateDirectoryW")));
+  EXPECT_THAT(effects_, Not(Contains("CreateDirectoryW")));
 }
 
 TEST_F(ProgramStartTest, EndsWith1WithoutItsOwnModuleForWhichItAsksFirst) {
@@ -117,7 +106,7 @@ TEST_F(ProgramStartTest, EndsWith1WithoutItsOwnModuleForWhichItAsksFirst) {
   EXPECT_EQ(RunProgram(), 1);
 
   EXPECT_EQ(console_.Bytes(), "Fatal Error: GetModuleHandle failed\n");
-  EXPECT_THAT(effects_, testing::IsEmpty());
+  EXPECT_THAT(effects_, IsEmpty());
 }
 
 TEST_F(ProgramStartTest, EndsWith1WhenTheProcessCannotBeSetUp) {
@@ -147,7 +136,7 @@ TEST_F(ProgramStartDeathTest, EndsTheProcessWhenTheCommandLineCannotBeSplit) {
   command_line_ += L" -update";
 
   EXPECT_EXIT(std::ignore = RunProgram(),
-              testing::ExitedWithCode(static_cast<int>(nhupdate::kWantOfMemoryExitCode)), "");
+              testing::ExitedWithCode(static_cast<int>(kWantOfMemoryExitCode)), "");
 }
 
 }  // namespace

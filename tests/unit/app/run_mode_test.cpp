@@ -1,17 +1,11 @@
 #include "app/run_mode.h"
 
-#include <gtest/gtest.h>
-
-#include <cstddef>
 #include <iterator>
-#include <string>
-#include <vector>
+
+#include "tests/support/basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::ChooseRunMode;
-using nhupdate::RunMode;
 
 // In order of precedence.
 const struct {
@@ -30,7 +24,7 @@ TEST(ChooseRunModeTest, KnowsEverySwitchInBothFormsAndAnyLetterCase) {
   for (const auto& [mode, name, mixed_case] : kSwitches) {
     for (const std::wstring& argument :
          {L"-" + name, L"/" + name, L"-" + mixed_case, L"/" + mixed_case}) {
-      EXPECT_EQ(ChooseRunMode({argument}), mode) << testing::PrintToString(argument);
+      EXPECT_EQ(ChooseRunMode({argument}), mode) << PrintToString(argument);
     }
   }
 }
@@ -42,8 +36,8 @@ TEST(ChooseRunModeTest, PrefersTheModeThatStandsFirstInTheTable) {
       const std::wstring other = L"/" + kSwitches[later].name;
       const RunMode mode = kSwitches[first].mode;
 
-      EXPECT_EQ(ChooseRunMode({preferred, other}), mode) << testing::PrintToString(preferred);
-      EXPECT_EQ(ChooseRunMode({other, preferred}), mode) << testing::PrintToString(preferred);
+      EXPECT_EQ(ChooseRunMode({preferred, other}), mode) << PrintToString(preferred);
+      EXPECT_EQ(ChooseRunMode({other, preferred}), mode) << PrintToString(preferred);
     }
   }
 }
@@ -67,7 +61,7 @@ TEST(ChooseRunModeTest, IgnoresWhatIsOnlyLikeASwitch) {
 
   EXPECT_EQ(ChooseRunMode({}), RunMode::kNone);
   for (const std::wstring& argument : near_misses) {
-    EXPECT_EQ(ChooseRunMode({argument}), RunMode::kNone) << testing::PrintToString(argument);
+    EXPECT_EQ(ChooseRunMode({argument}), RunMode::kNone) << PrintToString(argument);
   }
   EXPECT_EQ(ChooseRunMode(near_misses), RunMode::kNone);
 }

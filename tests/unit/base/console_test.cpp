@@ -1,23 +1,10 @@
 #include "base/console.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <vector>
-
-#include "base/unique_handle.h"
-#include "base/windows.h"
-#include "tests/support/answers.h"
 #include "tests/support/captured_console.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::PrintConsoleError;
-using nhupdate::UniqueKernelHandle;
-using nhupdate::WriteConsoleText;
 
 // Gives the process another standard output handle for a while.
 class StandardOutput {
@@ -35,10 +22,8 @@ class StandardOutput {
 
 TEST(PrintConsoleErrorTest, WritesTheFormattedTextToTheStandardOutputAndNoLineEndOfItsOwn) {
   const CapturedConsole console;
-  INTERPOSER(GetStdHandle) standard_handle([&](DWORD which) {
-    EXPECT_EQ(which, STD_OUTPUT_HANDLE);
-    return standard_handle.Original()(which);
-  });
+  const INTERPOSER(GetStdHandle) standard_handle(
+      [&](DWORD which) { EXPECT_EQ(which, STD_OUTPUT_HANDLE); });
 
   PrintConsoleError(L"Log start fail : %d\n", 7);
   PrintConsoleError(L"%s", std::wstring(L"100%s"));
@@ -103,19 +88,18 @@ TEST(ConsoleStreamTest, GetsNothingInPlaceOfATextThatCantBeConverted) {
 }
 
 TEST(ConsoleStreamTest, GetsTheRestAfterAPartialWriteUnlessItTakesNothingOrFails) {
-  struct Case {
+  const struct {
     const char* name;
     BOOL result;
     DWORD at_once;
     std::vector<DWORD> writes;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"three at once", TRUE, 3, {8, 5, 2}},
       {"nothing", TRUE, 0, {8}},
       {"a failure", FALSE, 1, {8}},
   };
 
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const CapturedConsole console;
     std::vector<DWORD> writes;
     INTERPOSER(WriteFile) write(
@@ -148,7 +132,7 @@ TEST(ConsoleStreamTest, MayHaveBeenClosed) {
   Pipe pipe;
   const StandardOutput output(pipe.writer.Get());
   pipe.writer.Reset();
-  INTERPOSER(WriteFile) write([&](auto... arguments) { return write.Original()(arguments...); });
+  const INTERPOSER(WriteFile) write;
 
   WriteConsoleText(L"abc");
 

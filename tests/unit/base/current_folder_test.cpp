@@ -1,18 +1,11 @@
 #include "base/current_folder.h"
 
-#include <gtest/gtest.h>
-
 #include "base/strings.h"
-#include "base/windows.h"
-#include "tests/support/answers.h"
 #include "tests/support/current_folder.h"
-#include "tests/support/interposer.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::CSystemFolderAsCurrent;
 
 class SystemFolderAsCurrentTest : public testing::Test {
  protected:
@@ -25,7 +18,7 @@ TEST_F(SystemFolderAsCurrentTest, LastsAsLongAsTheObject) {
   {
     const CSystemFolderAsCurrent folder;
     EXPECT_TRUE(folder.IsCurrent());
-    EXPECT_TRUE(nhupdate::EqualsIgnoringCase(PathOfCurrentFolder(), PathOfSystemFolder()));
+    EXPECT_TRUE(EqualsIgnoringCase(PathOfCurrentFolder(), PathOfSystemFolder()));
   }
 
   EXPECT_EQ(PathOfCurrentFolder(), before_);

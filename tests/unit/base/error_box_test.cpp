@@ -1,10 +1,7 @@
 #include "base/error_box.h"
 
-#include <gmock/gmock.h>
-
-#include "tests/support/answers.h"
-#include "tests/support/interposer.h"
 #include "tests/support/recorded_boxes.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
@@ -12,19 +9,18 @@ namespace {
 TEST(ErrorBoxTest, IsATopmostErrorOfTheDesktopWithTitleAndTextAsTheyStand) {
   const RecordedBoxes boxes;
 
-  nhupdate::ShowErrorBox(L"Nimba Hub \u2013 %d", L"100% %s %n\nC:\\A");
-  nhupdate::ShowErrorBox(L"", L"");
+  ShowErrorBox(L"Nimba Hub \u2013 %d", L"100% %s %n\nC:\\A");
+  ShowErrorBox(L"", L"");
 
-  EXPECT_THAT(boxes.Shown(),
-              testing::ElementsAre(ErrorBoxOf(L"100% %s %n\nC:\\A", L"Nimba Hub \u2013 %d"),
-                                   ErrorBoxOf(L"", L"")));
+  EXPECT_THAT(boxes.Shown(), ElementsAre(ErrorBoxOf(L"100% %s %n\nC:\\A", L"Nimba Hub \u2013 %d"),
+                                         ErrorBoxOf(L"", L"")));
 }
 
 TEST(ErrorBoxTest, IsShownOnceWhateverTheAnswer) {
   for (const int answer : {0, -1, IDCANCEL}) {
     INTERPOSER(MessageBoxW) message_box(Answers(answer));
 
-    nhupdate::ShowErrorBox(L"Update", L"text");
+    ShowErrorBox(L"Update", L"text");
 
     EXPECT_EQ(message_box.Calls(), 1);
   }

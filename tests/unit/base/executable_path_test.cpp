@@ -1,21 +1,11 @@
 #include "base/executable_path.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <map>
-#include <utility>
-
 #include "base/paths.h"
 #include "base/strings.h"
-#include "tests/support/answers.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::ExecutablePath;
-using nhupdate::FindExecutable;
 
 // A program that was started by that path, and what Windows knows of the names in it.
 class StartedProgram {
@@ -47,7 +37,7 @@ class StartedProgram {
       return 0;
     }
     for (const auto& [short_name, long_name] : long_names) {
-      nhupdate::ReplaceAll(text, short_name, long_name);
+      ReplaceAll(text, short_name, long_name);
     }
     if (text.size() >= units) {
       return static_cast<DWORD>(text.size() + 1);
@@ -58,7 +48,7 @@ class StartedProgram {
 
   HANDLE Search(const wchar_t* path, WIN32_FIND_DATAW* entry) const {
     for (const auto& [name, on_disk] : names_on_disk) {
-      if (nhupdate::EqualsIgnoringCase(nhupdate::FileName(path), name)) {
+      if (EqualsIgnoringCase(FileName(path), name)) {
         entry->cFileName[on_disk.copy(entry->cFileName, on_disk.size())] = L'\0';
         return reinterpret_cast<HANDLE>(std::uintptr_t{0x5EA4C4});
       }
@@ -112,7 +102,7 @@ TEST(ExecutablePathTest, HasTheNamesOnTheDiskHoweverItWasTyped) {
     const ExecutablePath executable = FindExecutable();
 
     EXPECT_EQ(executable.path, path);
-    EXPECT_FALSE(executable.is_cut_off) << testing::PrintToString(typed);
+    EXPECT_FALSE(executable.is_cut_off) << PrintToString(typed);
   }
 }
 
@@ -141,14 +131,13 @@ TEST(ExecutablePathTest, KeepsTheNamesThatWereTypedWhenTheLongOnesGrowMeanwhile)
 }
 
 TEST(ExecutablePathTest, IsCutOffBehind259Units) {
-  struct Case {
+  const struct {
     const char* name;
     std::wstring beginning;  // as it was typed
     std::wstring plain;      // without a prefix and with long names
     std::size_t units;       // of the whole plain path
     bool is_cut_off;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"the longest", L"C:\\", L"C:\\", 259, false},
       {"the longest, with a prefix", L"\\\\?\\C:\\", L"C:\\", 259, false},
       {"the longest of a server", L"\\\\?\\UNC\\s\\", L"\\\\s\\", 259, false},
@@ -160,7 +149,7 @@ TEST(ExecutablePathTest, IsCutOffBehind259Units) {
       {"too long by its long name", L"C:\\PROGRA~1\\", L"C:\\Program Files\\", 260, true},
   };
 
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const std::wstring name(c.units - c.plain.size(), L'n');
     const StartedProgram program(c.beginning + name);
 
@@ -174,7 +163,7 @@ TEST(ExecutablePathTest, IsCutOffBehind259Units) {
 TEST(ExecutablePathTest, IsThatOfThisProgramWithoutFakes) {
   const ExecutablePath executable = FindExecutable();
 
-  EXPECT_EQ(nhupdate::FileName(executable.path), L"base_tests.exe");
+  EXPECT_EQ(FileName(executable.path), L"base_tests.exe");
   EXPECT_FALSE(executable.is_cut_off);
 }
 

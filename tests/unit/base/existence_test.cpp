@@ -1,16 +1,9 @@
 #include "base/existence.h"
 
-#include <gtest/gtest.h>
-
-#include "base/windows.h"
-#include "tests/support/files.h"
-#include "tests/support/held_file.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::Exists;
 
 TEST(ExistsTest, FindsFilesAndFoldersHiddenReadOnlyOrHeld) {
   const ScratchFolder scratch;
@@ -35,7 +28,7 @@ TEST(ExistsTest, FindsNothingUnderAnyOtherName) {
 
   for (const wchar_t* name : {L"\\deleted", L"\\missing\\file.txt", L"\\file.tx",
                               L"\\file.txt\\below", L"\\*.txt", L"\\file.tx?"}) {
-    EXPECT_FALSE(Exists(scratch.Path() + name)) << testing::PrintToString(name);
+    EXPECT_FALSE(Exists(scratch.Path() + name)) << PrintToString(name);
   }
   EXPECT_FALSE(Exists(L""));
 }

@@ -1,22 +1,11 @@
 #include "base/folder_listing.h"
 
-#include <gmock/gmock.h>
-
-#include <tuple>
-#include <vector>
-
 #include "tests/support/fake_listing.h"
-#include "tests/support/files.h"
-#include "tests/support/scratch_folder.h"
 #include "tests/support/short_path_policy.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::CFolderListing;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 // Each entry with an "F", "R" or "L" behind a "/" if it is a folder, read-only or a link.
 std::vector<std::wstring> Entries(CFolderListing& listing) {
@@ -117,12 +106,11 @@ TEST(FolderListingTest, TellsWhyItCouldNotBegin) {
   WriteFileBytes(file, "x");
   const std::wstring& folder = scratch.Path();
   const std::wstring missing = scratch.Path() + L"\\missing";
-  struct Case {
+  const struct {
     std::wstring path;
     DWORD error;
     bool is_of_no_folder;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {folder, ERROR_PATH_NOT_FOUND, true},  {missing, ERROR_PATH_NOT_FOUND, true},
       {folder, ERROR_DIRECTORY, true},       {file, ERROR_DIRECTORY, true},
       {file, ERROR_INVALID_NAME, true},      {missing, ERROR_INVALID_NAME, false},
@@ -131,7 +119,7 @@ TEST(FolderListingTest, TellsWhyItCouldNotBegin) {
       {folder, ERROR_NOT_READY, false},      {folder, ERROR_CANT_RESOLVE_FILENAME, false},
   };
 
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const FakeListing windows({}, c.error);
     CFolderListing listing(c.path);
 
@@ -139,7 +127,7 @@ TEST(FolderListingTest, TellsWhyItCouldNotBegin) {
 
     EXPECT_EQ(listing.Error(), c.error);
     EXPECT_EQ(listing.HasNoFolder(), c.is_of_no_folder)
-        << c.error << " at " << testing::PrintToString(c.path);
+        << c.error << " at " << PrintToString(c.path);
     EXPECT_FALSE(listing.HasBrokenOff()) << c.error;
     EXPECT_EQ(windows.Steps(), 0) << c.error;
   }

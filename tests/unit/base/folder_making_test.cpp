@@ -1,17 +1,9 @@
 #include "base/folder_making.h"
 
-#include <gtest/gtest.h>
-
-#include "base/existence.h"
-#include "tests/support/answers.h"
-#include "tests/support/files.h"
-#include "tests/support/interposer.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::MakeFolder;
 
 class FolderMakingTest : public testing::Test {
  protected:
@@ -21,7 +13,7 @@ class FolderMakingTest : public testing::Test {
 
 TEST_F(FolderMakingTest, SucceedsWhetherOrNotTheFolderIsThere) {
   EXPECT_TRUE(MakeFolder(folder_));
-  EXPECT_TRUE(nhupdate::Exists(folder_));
+  EXPECT_TRUE(Exists(folder_));
   EXPECT_TRUE(MakeFolder(folder_));
 }
 

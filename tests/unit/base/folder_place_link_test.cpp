@@ -2,23 +2,11 @@
 
 #include "base/folder_place.h"
 
-#include <gmock/gmock.h>
-
-#include <optional>
-#include <tuple>
-#include <vector>
-
-#include "tests/support/files.h"
-#include "tests/support/interposer.h"
-#include "tests/support/scratch_folder.h"
 #include "tests/support/short_path_policy.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::HoldFolder;
-using nhupdate::HoldFolderItself;
-using nhupdate::UniqueFile;
 
 constexpr DWORD kNoTag = 0;
 constexpr DWORD kFolder = FILE_ATTRIBUTE_DIRECTORY;
@@ -26,13 +14,12 @@ constexpr DWORD kFolderPoint = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE
 constexpr DWORD kFilePoint = FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_REPARSE_POINT;
 
 TEST(MeansLinkTest, KnowsLinksFromOtherSpecialEntries) {
-  struct Case {
+  constexpr struct {
     const char* name;
     DWORD attributes;
     DWORD reparse_tag;
     bool is_link;
-  };
-  constexpr Case cases[] = {
+  } cases[] = {
       {"a junction or mount point", kFolderPoint, 0xA0000003, true},
       {"a symbolic link to a folder", kFolderPoint, 0xA000000C, true},
       {"a symbolic link to a file", kFilePoint, 0xA000000C, true},
@@ -50,21 +37,20 @@ TEST(MeansLinkTest, KnowsLinksFromOtherSpecialEntries) {
       {"a plain file", FILE_ATTRIBUTE_ARCHIVE, kNoTag, false},
   };
 
-  for (const Case& c : cases) {
-    EXPECT_EQ(nhupdate::MeansLink(c.attributes, c.reparse_tag), c.is_link) << c.name;
+  for (const auto& c : cases) {
+    EXPECT_EQ(MeansLink(c.attributes, c.reparse_tag), c.is_link) << c.name;
   }
 }
 
 // FAT and exFAT refuse the question for a tag with "invalid parameter", as any file system does
 // that knows no links.
 TEST(IsLinkTest, AsksForATagOnlyWhereThereMayBeOne) {
-  struct Case {
+  constexpr struct {
     const char* name;
     std::optional<DWORD> attributes;
     std::optional<DWORD> reparse_tag;
     bool is_link;
-  };
-  constexpr Case cases[] = {
+  } cases[] = {
       {"a folder", kFolder, kNoTag, false},
       {"a folder on a FAT volume", kFolder, std::nullopt, false},
       {"a junction", kFolderPoint, 0xA0000003, true},
@@ -77,7 +63,7 @@ TEST(IsLinkTest, AsksForATagOnlyWhereThereMayBeOne) {
   const ScratchFolder scratch;
   const UniqueFile opened = HoldFolderItself(scratch.Path());
 
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     INTERPOSER(GetFileInformationByHandleEx) information(
         [&](HANDLE file, int what, void* answer, DWORD) -> BOOL {
           EXPECT_EQ(file, opened.Get());
@@ -94,8 +80,8 @@ TEST(IsLinkTest, AsksForATagOnlyWhereThereMayBeOne) {
           return FALSE;
         });
 
-    EXPECT_EQ(nhupdate::IsLink(opened), c.is_link) << c.name;
-    EXPECT_EQ(nhupdate::IsPlainFolder(opened), !c.is_link) << c.name;
+    EXPECT_EQ(IsLink(opened), c.is_link) << c.name;
+    EXPECT_EQ(IsPlainFolder(opened), !c.is_link) << c.name;
   }
 }
 
@@ -103,11 +89,11 @@ TEST(IsLinkTest, AsksForATagOnlyWhereThereMayBeOne) {
 TEST(IsPlainFolderTest, SaysNoToAFileAndToWhatIsNotOpen) {
   const ScratchFolder scratch;
   WriteFileBytes(scratch.Path() + L"\\file", "x");
-  const UniqueFile file = nhupdate::LookAtItself(scratch.Path() + L"\\file");
+  const UniqueFile file = LookAtItself(scratch.Path() + L"\\file");
 
   EXPECT_TRUE(file.IsValid());
-  EXPECT_FALSE(nhupdate::IsPlainFolder(file));
-  EXPECT_FALSE(nhupdate::IsPlainFolder(UniqueFile()));
+  EXPECT_FALSE(IsPlainFolder(file));
+  EXPECT_FALSE(IsPlainFolder(UniqueFile()));
 }
 
 TEST(HoldFolderTest, OpensForListingAndLetsNobodyRenameOrRemove) {
@@ -115,10 +101,8 @@ TEST(HoldFolderTest, OpensForListingAndLetsNobodyRenameOrRemove) {
       std::tuple<std::wstring, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE>;
   const ScratchFolder scratch;
   std::vector<Opening> openings;
-  INTERPOSER(CreateFileW) open([&](auto... arguments) {
-    openings.emplace_back(arguments...);
-    return open.Original()(arguments...);
-  });
+  const INTERPOSER(CreateFileW) open(
+      [&](auto... arguments) { openings.emplace_back(arguments...); });
 
   EXPECT_TRUE(HoldFolderItself(scratch.Path()).IsValid());
   EXPECT_TRUE(HoldFolder(scratch.Path()).IsValid());
@@ -126,11 +110,10 @@ TEST(HoldFolderTest, OpensForListingAndLetsNobodyRenameOrRemove) {
   constexpr DWORD kNotDelete = FILE_SHARE_READ | FILE_SHARE_WRITE;
   constexpr DWORD kTarget = FILE_FLAG_BACKUP_SEMANTICS;
   constexpr DWORD kItself = kTarget | FILE_FLAG_OPEN_REPARSE_POINT;
-  EXPECT_THAT(openings,
-              testing::ElementsAre(Opening(scratch.Path(), FILE_LIST_DIRECTORY, kNotDelete, nullptr,
-                                           OPEN_EXISTING, kItself, nullptr),
-                                   Opening(scratch.Path(), FILE_LIST_DIRECTORY, kNotDelete, nullptr,
-                                           OPEN_EXISTING, kTarget, nullptr)));
+  EXPECT_THAT(openings, ElementsAre(Opening(scratch.Path(), FILE_LIST_DIRECTORY, kNotDelete,
+                                            nullptr, OPEN_EXISTING, kItself, nullptr),
+                                    Opening(scratch.Path(), FILE_LIST_DIRECTORY, kNotDelete,
+                                            nullptr, OPEN_EXISTING, kTarget, nullptr)));
 }
 
 TEST(HoldFolderTest, OpensAFolderWithALongPath) {

@@ -1,26 +1,11 @@
 #include "base/folder_place.h"
 
-#include <gtest/gtest.h>
-
-#include <tuple>
-#include <vector>
-
-#include "tests/support/answers.h"
 #include "tests/support/current_folder.h"
 #include "tests/support/fake_listing.h"
-#include "tests/support/files.h"
-#include "tests/support/held_file.h"
-#include "tests/support/interposer.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::CPlace;
-using nhupdate::HoldFolder;
-using nhupdate::HoldFolderItself;
-using nhupdate::PlaceOfFolder;
-using nhupdate::PlaceSeenFrom;
 
 class PlaceTest : public testing::Test {
  protected:
@@ -69,7 +54,7 @@ TEST_F(PlaceTest, IsComparedWithAnother) {
   };
 
   for (const Case& c : cases) {
-    SCOPED_TRACE(testing::PrintToString(c.one) + " and " + testing::PrintToString(c.other));
+    SCOPED_TRACE(PrintToString(c.one) + " and " + PrintToString(c.other));
     FakeListing windows;
     windows.LeadElsewhere(outer_, c.one);
     windows.LeadElsewhere(inner_, c.other);
@@ -130,7 +115,7 @@ TEST_F(PlaceTest, IsKnownOfAFolderThatSomebodyKeepsToHimself) {
 
   EXPECT_FALSE(HoldFolderItself(inner_).IsValid());
   EXPECT_TRUE(PlaceOfFolder(inner_).IsKnown());
-  EXPECT_TRUE(nhupdate::IsPlainFolder(nhupdate::LookAtItself(inner_)));
+  EXPECT_TRUE(IsPlainFolder(LookAtItself(inner_)));
 }
 
 TEST_F(PlaceTest, IsTheSameByEveryName) {
@@ -169,19 +154,18 @@ TEST_F(PlaceTest, IsNotSeenFromAnywhereElse) {
 
   for (const std::wstring& anchor :
        {outer_ + L"\\Mid", inner_ + L"\\Below", outer_ + L"\\Missing", std::wstring()}) {
-    EXPECT_FALSE(PlaceSeenFrom(anchor, inner_).IsKnown()) << testing::PrintToString(anchor);
+    EXPECT_FALSE(PlaceSeenFrom(anchor, inner_).IsKnown()) << PrintToString(anchor);
   }
   EXPECT_FALSE(PlaceSeenFrom(outer_ + L"\\Missing", outer_ + L"\\Missing").IsKnown());
 }
 
 // The anchor may be reached by a link, what is below it may not.
 TEST_F(PlaceTest, IsSeenBelowWhereTheAnchorReallyIs) {
-  struct Case {
+  const struct {
     const wchar_t* anchor;
     const wchar_t* folder;
     bool is_there;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {L"\\Device\\V1\\Outer", L"\\Device\\V1\\Outer\\Middle\\Inner", true},
       {L"\\Device\\V9\\Real", L"\\Device\\V9\\Real\\Middle\\Inner", true},
       {L"\\Device\\V9\\", L"\\Device\\V9\\Middle\\Inner", true},
@@ -193,13 +177,13 @@ TEST_F(PlaceTest, IsSeenBelowWhereTheAnchorReallyIs) {
       {L"", L"", false},
   };
 
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     FakeListing windows;
     windows.LeadElsewhere(outer_, c.anchor);
     windows.LeadElsewhere(inner_, c.folder);
 
     EXPECT_EQ(PlaceOfFolder(inner_).IsSameAs(PlaceSeenFrom(outer_, inner_)), c.is_there)
-        << testing::PrintToString(c.folder) << " below " << testing::PrintToString(c.anchor);
+        << PrintToString(c.folder) << " below " << PrintToString(c.anchor);
   }
 }
 

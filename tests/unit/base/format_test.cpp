@@ -1,18 +1,11 @@
 #include "base/format.h"
 
-#include <gtest/gtest.h>
-
-#include <cstddef>
-#include <cstdint>
 #include <limits>
-#include <string>
 
-#include "base/windows.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::Format;
 
 TEST(FormatTest, LeavesATextWithoutPlaceholdersAlone) {
   EXPECT_EQ(Format(L""), L"");

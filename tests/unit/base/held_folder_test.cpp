@@ -1,24 +1,11 @@
 #include "base/held_folder.h"
 
-#include <gmock/gmock.h>
-
-#include <utility>
-#include <vector>
-
-#include "tests/support/answers.h"
 #include "tests/support/current_folder.h"
 #include "tests/support/fake_listing.h"
-#include "tests/support/files.h"
-#include "tests/support/interposer.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::CHeldFolder;
-using nhupdate::CPlace;
-using nhupdate::PlaceOfFolder;
-using nhupdate::PlaceSeenFrom;
 
 constexpr DWORD kJunction = 0xA0000003;
 
@@ -145,8 +132,8 @@ TEST_F(HeldFolderTest, MayHoldItselfAndWhatIsBelowByWhateverName) {
        {outer_, outer_.substr(2), scratch_.Path() + L"\\OUTER", outer_ + L"\\Middle\\..\\."}) {
     const CHeldFolder held(name);
 
-    EXPECT_TRUE(held.MayHold(outer_)) << testing::PrintToString(name);
-    EXPECT_TRUE(held.MayHold(inner_)) << testing::PrintToString(name);
+    EXPECT_TRUE(held.MayHold(outer_)) << PrintToString(name);
+    EXPECT_TRUE(held.MayHold(inner_)) << PrintToString(name);
   }
 }
 
@@ -164,25 +151,24 @@ TEST_F(HeldFolderTest, HoldsNothingAboveOrBesideItNorWithoutBeingThere) {
 
 // A link on its way can lead the folder or the path elsewhere.
 TEST_F(HeldFolderTest, HoldsAPathByWhereTheTwoReallyAre) {
-  struct Case {
+  const struct {
     const wchar_t* folder;
     const wchar_t* path;
     bool expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {L"\\Device\\V1\\Hub", L"\\Device\\V1\\HUB\\App", true},
       {L"\\Device\\V1\\Hub", L"\\Device\\V1\\Hub 2", false},
       {L"", L"\\Device\\V1\\Hub", true},
       {L"\\Device\\V1\\Hub", L"", true},
   };
 
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     FakeListing windows;
     windows.LeadElsewhere(outer_, c.folder);
     windows.LeadElsewhere(scratch_.Path(), c.path);
 
     EXPECT_EQ(CHeldFolder(outer_).MayHold(scratch_.Path()), c.expected)
-        << testing::PrintToString(c.path) << " in " << testing::PrintToString(c.folder);
+        << PrintToString(c.path) << " in " << PrintToString(c.folder);
   }
 }
 
@@ -191,10 +177,7 @@ TEST_F(HeldFolderTest, MayHoldAPathThatCannotBeOpened) {
   CreateFolders(beside);
   EXPECT_FALSE(CHeldFolder(outer_).MayHold(beside));
 
-  INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
-    return path == beside ? Answers(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED)()
-                          : open.Original()(path, rest...);
-  });
+  const INTERPOSER(CreateFileW) open(AnswersFor(beside, INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
 
   EXPECT_TRUE(CHeldFolder(outer_).MayHold(beside));
 }
@@ -203,17 +186,15 @@ TEST_F(HeldFolderTest, MayHoldAPathThatCannotBeOpened) {
 TEST_F(HeldFolderTest, LooksBehindLinksOnlyForWhatItMayHold) {
   using Opening = std::pair<std::wstring, DWORD>;
   std::vector<Opening> openings;
-  INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing,
-                                   SECURITY_ATTRIBUTES* security, DWORD creation, DWORD flags,
-                                   HANDLE model) {
-    openings.emplace_back(path, flags & FILE_FLAG_OPEN_REPARSE_POINT);
-    return open.Original()(path, access, sharing, security, creation, flags, model);
-  });
+  const INTERPOSER(CreateFileW) open(
+      [&](const wchar_t* path, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD flags, auto...) {
+        openings.emplace_back(path, flags & FILE_FLAG_OPEN_REPARSE_POINT);
+      });
 
   EXPECT_TRUE(CHeldFolder(outer_).MayHold(inner_));
 
-  EXPECT_THAT(openings, testing::ElementsAre(Opening(outer_, FILE_FLAG_OPEN_REPARSE_POINT),
-                                             Opening(inner_, 0)));
+  EXPECT_THAT(openings,
+              ElementsAre(Opening(outer_, FILE_FLAG_OPEN_REPARSE_POINT), Opening(inner_, 0)));
 }
 
 }  // namespace

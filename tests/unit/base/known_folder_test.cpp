@@ -1,11 +1,7 @@
 #include "base/known_folder.h"
 
-#include <gtest/gtest.h>
-
-#include <vector>
-
-#include "tests/support/interposer.h"
 #include "tests/support/shell_text.h"
+#include "tests/support/windows_basics.h"
 
 // These need <windows.h> first.
 #include <knownfolders.h>
@@ -13,8 +9,6 @@
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::ProgramDataFolder;
 
 TEST(ProgramDataFolderTest, IsTheOneOfThisMachine) {
   std::wstring expected(MAX_PATH, L'\0');
@@ -26,17 +20,16 @@ TEST(ProgramDataFolderTest, IsTheOneOfThisMachine) {
 }
 
 TEST(ProgramDataFolderTest, IsAskedForWithoutFlagsOrTokenAndItsTextFreedWhateverTheResult) {
-  struct Case {
+  const struct {
     HRESULT result;
     const wchar_t* text;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {S_OK, L"D:\\Daten"},
       {E_FAIL, L"C:\\Half"},
       {HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), nullptr},
   };
 
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const PWSTR given = c.text != nullptr ? CopyForShell(c.text) : nullptr;
     std::vector<void*> freed;
     INTERPOSER(SHGetKnownFolderPath) known_folder(

@@ -1,11 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "base/want_of_memory.h"
 #include "tests/support/child_process.h"
-#include "tests/support/files.h"
 #include "tests/support/utf8_text.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
@@ -23,19 +19,18 @@ TEST(LibraryFailureTest, IsNoAllocationOfNoBytes) {
 }
 
 TEST(LibraryFailureTest, EndsTheProcessWithoutAnException) {
-  struct Case {
+  constexpr struct {
     const wchar_t* failure;
     DWORD exit_code;
-  };
-  constexpr Case kCases[] = {
-      {L"length", nhupdate::kWantOfMemoryExitCode},
-      {L"vector", nhupdate::kWantOfMemoryExitCode},
-      {L"allocation", nhupdate::kWantOfMemoryExitCode},
+  } kCases[] = {
+      {L"length", kWantOfMemoryExitCode},
+      {L"vector", kWantOfMemoryExitCode},
+      {L"allocation", kWantOfMemoryExitCode},
       {L"range", kAborted},
       {L"null", kAborted},
       {L"terminate", kAborted},
   };
-  for (const Case& failing : kCases) {
+  for (const auto& failing : kCases) {
     EXPECT_EQ(RunProbe(failing.failure), failing.exit_code) << ToUtf8(failing.failure);
   }
 }

@@ -1,21 +1,16 @@
 #include "base/paths.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/basics.h"
 
 namespace nhupdate_test {
 namespace {
 
-using nhupdate::FileName;
-using nhupdate::IsSameOrInside;
-using nhupdate::ParentFolder;
-
 TEST(PathsTest, AreTakenApartAtTheLastBackslash) {
-  struct Case {
+  const struct {
     const wchar_t* path;
     const wchar_t* parent_folder;
     const wchar_t* file_name;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {L"C:\\A\\B.exe", L"C:\\A", L"B.exe"},
       {L"C:\\A", L"C:", L"A"},
       {L"C:", L"", L"C:"},
@@ -33,19 +28,18 @@ TEST(PathsTest, AreTakenApartAtTheLastBackslash) {
       {L"C:\\A\\.", L"C:\\A", L"."},
   };
 
-  for (const Case& c : cases) {
-    EXPECT_EQ(ParentFolder(c.path), c.parent_folder) << testing::PrintToString(c.path);
-    EXPECT_EQ(FileName(c.path), c.file_name) << testing::PrintToString(c.path);
+  for (const auto& c : cases) {
+    EXPECT_EQ(ParentFolder(c.path), c.parent_folder) << PrintToString(c.path);
+    EXPECT_EQ(FileName(c.path), c.file_name) << PrintToString(c.path);
   }
 }
 
 TEST(PathsTest, LieInsideAFolderOnlyBelowItsWholeName) {
-  struct Case {
+  const struct {
     const wchar_t* path;
     const wchar_t* folder;
     bool expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {L"C:\\A", L"C:\\A", true},         {L"c:\\a", L"C:\\A", true},
       {L"C:\\A\\B", L"C:\\A", true},      {L"C:\\a\\b\\c", L"C:\\A", true},
       {L"C:\\AB", L"C:\\A", false},  // a neighbour whose name begins alike
@@ -53,9 +47,9 @@ TEST(PathsTest, LieInsideAFolderOnlyBelowItsWholeName) {
       {L"C:\\B\\C:\\A", L"C:\\A", false}, {L"C:/A/B", L"C:/A", false},
   };
 
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     EXPECT_EQ(IsSameOrInside(c.path, c.folder), c.expected)
-        << testing::PrintToString(c.path) << " in " << testing::PrintToString(c.folder);
+        << PrintToString(c.path) << " in " << PrintToString(c.folder);
   }
 }
 

@@ -1,22 +1,18 @@
 #include "base/product_folders.h"
 
-#include <gtest/gtest.h>
+#include "tests/support/basics.h"
 
 namespace nhupdate_test {
 namespace {
 
-using nhupdate::FoldersOfExecutable;
-using nhupdate::ProductFolders;
-
 TEST(FoldersOfExecutableTest, FollowFromTheExecutablesPath) {
-  struct Case {
+  const struct {
     const wchar_t* executable;
     std::wstring module_file_name;
     std::wstring module_folder;
     std::wstring base_folder;
     std::wstring root_folder;
-  };
-  const Case cases[] = {
+  } cases[] = {
       // An installed product, and the copy that the updater staged.
       {L"C:\\A\\B\\M\\x.exe", L"x.exe", L"C:\\A\\B\\M", L"C:\\A\\B", L"C:\\A"},
       {L"C:\\A\\B\\Updater\\App\\M\\x.exe", L"x.exe", L"C:\\A\\B\\Updater\\App\\M",
@@ -40,8 +36,8 @@ TEST(FoldersOfExecutableTest, FollowFromTheExecutablesPath) {
        L"D:\\100% \u00FC\\B", L"D:\\100% \u00FC"},
   };
 
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::PrintToString(c.executable));
+  for (const auto& c : cases) {
+    SCOPED_TRACE(PrintToString(c.executable));
 
     const ProductFolders folders = FoldersOfExecutable(c.executable);
 

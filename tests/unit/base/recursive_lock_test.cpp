@@ -1,18 +1,13 @@
 #include "base/recursive_lock.h"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <mutex>
 #include <thread>
-#include <vector>
 
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::CRecursiveLock;
 
 TEST(RecursiveLockTest, IsTakenAgainByItsThreadAndByOthersOnlyAfterwards) {
   CRecursiveLock lock;

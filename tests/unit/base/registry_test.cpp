@@ -1,18 +1,11 @@
 #include "base/registry.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/answers.h"
-#include "tests/support/interposer.h"
 #include "tests/support/registry_recorder.h"
 #include "tests/support/scratch_registry.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::GetRegString;
-using nhupdate::SetRegDword;
-using nhupdate::SetRegString;
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -96,14 +89,13 @@ TEST_F(RegistryTest, TakesANumberInPlaceOfAnythingAndLeavesOtherValuesAlone) {
 
 TEST_F(RegistryTest, IsReadThroughOneKeyOfTheUserThatIsClosedWhateverCameOfIt) {
   SetRegistryValue(HKEY_CURRENT_USER, kKey, kName, {REG_SZ, BytesOf(L"text")});
-  INTERPOSER(RegOpenKeyExW) open(
-      [&](HKEY hive, const wchar_t* path, DWORD options, REGSAM access, HKEY* key) {
+  const INTERPOSER(RegOpenKeyExW) open(
+      [&](HKEY hive, const wchar_t*, DWORD options, REGSAM access, auto...) {
         EXPECT_EQ(hive, HKEY_CURRENT_USER);
         EXPECT_EQ(options, 0U);
         EXPECT_EQ(access, 0x20019U);
-        return open.Original()(hive, path, options, access, key);
       });
-  INTERPOSER(RegCloseKey) close([&](HKEY key) { return close.Original()(key); });
+  const INTERPOSER(RegCloseKey) close;
 
   EXPECT_EQ(GetRegString(kKey, kName, data_), 1);
   EXPECT_EQ(data_, L"text");

@@ -1,11 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <string>
-
-#include "base/windows.h"
 #include "tests/support/child_process.h"
-#include "tests/support/files.h"
+#include "tests/support/windows_basics.h"
 
 extern "C" std::uintptr_t __stack_chk_guard;
 

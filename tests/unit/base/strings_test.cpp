@@ -1,49 +1,41 @@
 #include "base/strings.h"
 
-#include <gtest/gtest.h>
-
 #include <limits>
+
+#include "tests/support/basics.h"
 
 namespace nhupdate_test {
 namespace {
 
-using nhupdate::EqualsIgnoringCase;
-using nhupdate::LeftPart;
-using nhupdate::ReplaceAll;
-using nhupdate::RestFrom;
-using nhupdate::StartsWithIgnoringCase;
-
 TEST(LeftPartAndRestFromTest, NeverGoBeyondTheText) {
   constexpr int kMin = std::numeric_limits<int>::min();
   constexpr int kMax = std::numeric_limits<int>::max();
-  struct Case {
+  const struct {
     const wchar_t* text;
     int index;
     const wchar_t* left;
     const wchar_t* rest;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {L"abcde", 0, L"", L"abcde"}, {L"abcde", 1, L"a", L"bcde"}, {L"abcde", 4, L"abcd", L"e"},
       {L"abcde", 5, L"abcde", L""}, {L"abcde", 6, L"abcde", L""}, {L"abcde", kMax, L"abcde", L""},
       {L"abcde", -1, L"", L""},     {L"abcde", kMin, L"", L""},   {L"", 0, L"", L""},
       {L"", 3, L"", L""},
   };
 
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     EXPECT_EQ(LeftPart(c.text, c.index), c.left) << c.index;
     EXPECT_EQ(RestFrom(c.text, c.index), c.rest) << c.index;
   }
 }
 
 TEST(ReplaceAllTest, ReplacesFromLeftToRightAndCounts) {
-  struct Case {
+  const struct {
     const wchar_t* text;
     const wchar_t* old_text;
     const wchar_t* new_text;
     const wchar_t* expected;
     int replacements;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {L"en_US", L"_", L"-", L"en-US", 1},
       {L"zh_Hant_TW", L"_", L"-", L"zh-Hant-TW", 2},
       {L"Default", L"_", L"-", L"Default", 0},
@@ -59,23 +51,22 @@ TEST(ReplaceAllTest, ReplacesFromLeftToRightAndCounts) {
       {L"abc", L"", L"x", L"abc", 0},
   };
 
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     std::wstring text = c.text;
 
     const int replacements = ReplaceAll(text, c.old_text, c.new_text);
 
     EXPECT_EQ(text, c.expected);
-    EXPECT_EQ(replacements, c.replacements) << testing::PrintToString(c.text);
+    EXPECT_EQ(replacements, c.replacements) << PrintToString(c.text);
   }
 }
 
 TEST(EqualsIgnoringCaseTest, FoldsNothingButTheLettersAToZ) {
-  struct Case {
+  const struct {
     std::wstring left;
     std::wstring right;
     bool expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {L"", L"", true},
       {L"abc", L"abc", true},
       {L"abc", L"ABC", true},
@@ -98,8 +89,8 @@ TEST(EqualsIgnoringCaseTest, FoldsNothingButTheLettersAToZ) {
       {{L'a', L'\0', L'b'}, {L'a', L'\0', L'c'}, false},
   };
 
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::PrintToString(c.left) + " and " + testing::PrintToString(c.right));
+  for (const auto& c : cases) {
+    SCOPED_TRACE(PrintToString(c.left) + " and " + PrintToString(c.right));
 
     EXPECT_EQ(EqualsIgnoringCase(c.left, c.right), c.expected);
     EXPECT_EQ(EqualsIgnoringCase(c.right, c.left), c.expected);
@@ -107,21 +98,20 @@ TEST(EqualsIgnoringCaseTest, FoldsNothingButTheLettersAToZ) {
 }
 
 TEST(StartsWithIgnoringCaseTest, ComparesTheBeginningOnly) {
-  struct Case {
+  const struct {
     const wchar_t* text;
     const wchar_t* prefix;
     bool expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {L"abc", L"", true},      {L"", L"", true},
       {L"abc", L"AB", true},    {L"ABC", L"abc", true},
       {L"abc", L"abcd", false}, {L"abc", L"bc", false},
       {L"", L"a", false},       {L"\u00C4b", L"\u00E4", false},
   };
 
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     EXPECT_EQ(StartsWithIgnoringCase(c.text, c.prefix), c.expected)
-        << testing::PrintToString(c.text) << " and " << testing::PrintToString(c.prefix);
+        << PrintToString(c.text) << " and " << PrintToString(c.prefix);
   }
 }
 

@@ -1,25 +1,9 @@
 #include "base/unique_handle.h"
 
-#include <gmock/gmock.h>
-
-#include <cstdint>
-#include <string>
-#include <tuple>
-#include <vector>
-
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::UniqueFile;
-using nhupdate::UniqueFindHandle;
-using nhupdate::UniqueHandle;
-using nhupdate::UniqueKernelHandle;
-using nhupdate::UniqueLibrary;
-using nhupdate::UniqueRegistryKey;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 std::vector<int>& Closed() {
   static std::vector<int> closed;

@@ -1,14 +1,8 @@
 #include "base/want_of_memory.h"
 
-#include <gtest/gtest.h>
-
-#include <cstddef>
-#include <cstdint>
 #include <new>
 
-#include "base/windows.h"
-#include "tests/support/answers.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
@@ -17,7 +11,7 @@ namespace {
 const testing::ExitedWithCode kEndedForWantOfMemory(static_cast<int>(0xC0000017));
 
 TEST(WantOfMemoryDeathTest, EndsTheProcessWithItsCode) {
-  EXPECT_EXIT(nhupdate::EndProcessForWantOfMemory(), kEndedForWantOfMemory, "");
+  EXPECT_EXIT(EndProcessForWantOfMemory(), kEndedForWantOfMemory, "");
 }
 
 TEST(WantOfMemoryDeathTest, IsThatOfAnyAllocation) {
@@ -25,7 +19,7 @@ TEST(WantOfMemoryDeathTest, IsThatOfAnyAllocation) {
 
   EXPECT_EXIT(
       {
-        nhupdate::EndProcessWhenMemoryRunsOut();
+        EndProcessWhenMemoryRunsOut();
         ::operator delete(::operator new(more_than_there_is));
       },
       kEndedForWantOfMemory, "");
@@ -33,7 +27,7 @@ TEST(WantOfMemoryDeathTest, IsThatOfAnyAllocation) {
 
 void EndThoughKeptFromIt() {
   const INTERPOSER(TerminateProcess) end(Answers(FALSE, ERROR_ACCESS_DENIED));
-  nhupdate::EndProcessForWantOfMemory();
+  EndProcessForWantOfMemory();
 }
 
 // The code is then that of one C runtime or the other.

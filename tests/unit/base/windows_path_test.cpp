@@ -1,14 +1,9 @@
 #include "base/windows_path.h"
 
-#include <gtest/gtest.h>
-
-#include <utility>
+#include "tests/support/basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::PathForWindows;
-using nhupdate::WithoutExtendedPrefix;
 
 constexpr std::size_t kLongestPlain = 247;
 

@@ -1,16 +1,10 @@
 #include "tests/unit/faults/call_ledger.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "base/windows.h"
+#include "tests/support/windows_basics.h"
 #include "tests/unit/faults/faulty_windows.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(CallLedgerTest, FailsTheOneCallAndNoOther) {
   CallLedger ledger({.call = 1, .function = {}, .error = ERROR_DISK_FULL});

@@ -1,21 +1,13 @@
 // Whole runs of the program, in each of which one call into Windows fails: every call of every
 // workflow in turn.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <map>
 #include <set>
 #include <sstream>
-#include <string>
-#include <tuple>
-#include <utility>
-#include <vector>
 
 #include "base/strings.h"
 #include "base/want_of_memory.h"
 #include "tests/support/golden.h"
+#include "tests/support/windows_basics.h"
 #include "tests/unit/faults/fault_rules.h"
 #include "tests/unit/faults/scenario.h"
 
@@ -63,9 +55,9 @@ std::size_t ProcessesLeftOpen(const Scenario& scenario, const RunReport& report)
 // At most ten tries to copy, with a sleep after each, and one sleep after processes were stopped.
 void ExpectTheRunIsSound(const Scenario& scenario, const RunReport& clean,
                          const RunReport& report) {
-  EXPECT_THAT(scenario.possible_results, testing::Contains(report.result));
+  EXPECT_THAT(scenario.possible_results, Contains(report.result));
   EXPECT_EQ(report.still_open.size(), ProcessesLeftOpen(scenario, report))
-      << testing::PrintToString(report.still_open);
+      << PrintToString(report.still_open);
   EXPECT_EQ(report.closed_twice, 0);
   EXPECT_LE(report.sleeps, 11u);
   EXPECT_LE(report.launches, clean.launches + 1);
@@ -75,20 +67,20 @@ void ExpectTheRuleIsKept(const FaultRule& rule, DWORD error, const Scenario& sce
                          const RunReport& clean, const RunReport& report) {
   EXPECT_EQ(report.result, rule.outcome.result.value_or(scenario.clean_result));
   if (rule.outcome.record == nullptr) {
-    EXPECT_THAT(NewComplaints(clean, report), testing::IsEmpty());
+    EXPECT_THAT(NewComplaints(clean, report), IsEmpty());
     return;
   }
   std::wstring record = rule.outcome.record;
-  nhupdate::ReplaceAll(record, L"{error}", std::to_wstring(error));
+  ReplaceAll(record, L"{error}", std::to_wstring(error));
   EXPECT_FALSE(HasRecord(clean, record)) << "The record says nothing about the failure.";
-  EXPECT_TRUE(HasRecord(report, record)) << testing::PrintToString(record) << " is not in "
-                                         << testing::PrintToString(report.transcript);
+  EXPECT_TRUE(HasRecord(report, record))
+      << PrintToString(record) << " is not in " << PrintToString(report.transcript);
 }
 
 // The run is in a process of its own, which ends with it.
 void ExpectTheProcessEnds(const Scenario& scenario, const Fault& fault) {
   EXPECT_EXIT(std::ignore = RunWithFault(scenario, fault),
-              testing::ExitedWithCode(static_cast<int>(nhupdate::kWantOfMemoryExitCode)), "");
+              testing::ExitedWithCode(static_cast<int>(kWantOfMemoryExitCode)), "");
 }
 
 // How often each function is called, which shows when a call is dropped altogether. The calls that
@@ -116,8 +108,8 @@ class FaultsTest : public testing::TestWithParam<Scenario> {
     for (std::size_t index = 0; index < clean.calls.size() && !HasFailure(); ++index) {
       const Call& call = clean.calls[index];
       SCOPED_TRACE(testing::Message()
-                   << "call " << index << ": " << call.function << " "
-                   << testing::PrintToString(call.detail) << ", occurrence " << call.occurrence);
+                   << "call " << index << ": " << call.function << " " << PrintToString(call.detail)
+                   << ", occurrence " << call.occurrence);
       const DWORD error = index % 2 == 0 ? error_of_even_calls : error_of_odd_calls;
       const FaultRule* rule = FindRule(scenario.name, call, error);
       ASSERT_NE(rule, nullptr) << "There is no rule for this call.";
@@ -187,8 +179,7 @@ TEST(FaultRulesTest, EveryRuleIsForSomeCallOfEachFunction) {
     std::istringstream functions(rule.functions);
     for (std::string function; functions >> function;) {
       EXPECT_TRUE(needed.contains({&rule, function}))
-          << rule.scenarios << ": " << function << " "
-          << testing::PrintToString(std::wstring(rule.detail));
+          << rule.scenarios << ": " << function << " " << PrintToString(std::wstring(rule.detail));
     }
   }
 }

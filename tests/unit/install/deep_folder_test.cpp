@@ -1,16 +1,10 @@
 // Folders are walked recursively, so the stack has to last for the deepest nesting that a path can
 // name: 32,767 characters, with two for each level.
 
-#include <algorithm>
-#include <cstdint>
-
-#include "base/existence.h"
 #include "base/windows_path.h"
 #include "install/empty_folders.h"
 #include "install/folder_copy.h"
 #include "install/folder_removal.h"
-#include "tests/support/answers.h"
-#include "tests/support/interposer.h"
 #include "tests/unit/install/install_test.h"
 
 namespace nhupdate_test {
@@ -76,7 +70,7 @@ class EndlessFolder {
   INTERPOSER(FindClose) find_close_{Answers(TRUE)};
   INTERPOSER(CreateDirectoryW) create_{Answers(TRUE)};
   INTERPOSER(CreateFileW) create_file_{[this](const wchar_t* path, auto...) {
-    std::wstring plain = nhupdate::WithoutExtendedPrefix(path);
+    std::wstring plain = WithoutExtendedPrefix(path);
     opened_.push_back(plain.ends_with(L'\\') ? plain.substr(0, plain.size() - 1) : plain);
     return reinterpret_cast<HANDLE>(kFirstFile + opened_.size() - 1);
   }};
@@ -111,7 +105,7 @@ class DeepFolderTest : public InstallTest {
   }
 
   bool Copy(const std::wstring& target, const std::wstring& source) {
-    nhupdate::CFolderCopy copy(folders_, log_.Log(), failed_path_);
+    CFolderCopy copy(folders_, log_.Log(), failed_path_);
     return copy.Copy(target, source, {.log_details = false});  // a record each would be long
   }
 
@@ -133,7 +127,7 @@ TEST_F(DeepFolderTest, CanBeCopied) {
 TEST_F(DeepFolderTest, CanBeScanned) {
   const EndlessFolder folder(kLevels);
 
-  EXPECT_TRUE(nhupdate::CollectEmptyFolders(L"C:\\top", found_, log_.Log()));
+  EXPECT_TRUE(CollectEmptyFolders(L"C:\\top", found_, log_.Log()));
 
   ExpectStackLastsForTheDeepest(folder);
 }
@@ -141,7 +135,7 @@ TEST_F(DeepFolderTest, CanBeScanned) {
 TEST_F(DeepFolderTest, CanBeDeleted) {
   const EndlessFolder folder(kLevels);
 
-  EXPECT_TRUE(nhupdate::DeleteFolderTree(L"C:\\top", L""));
+  EXPECT_TRUE(DeleteFolderTree(L"C:\\top", L""));
 
   ExpectStackLastsForTheDeepest(folder);
 }
@@ -155,10 +149,10 @@ TEST_F(DeepFolderTest, IsReallyCopiedScannedAndDeleted) {
   CreateFolders(root_ + L"\\from" + depth);
 
   EXPECT_TRUE(Copy(root_ + L"\\to", root_ + L"\\from"));
-  EXPECT_TRUE(nhupdate::Exists(root_ + L"\\to" + depth));
-  EXPECT_TRUE(nhupdate::CollectEmptyFolders(root_ + L"\\to", found_, log_.Log()));
-  EXPECT_TRUE(nhupdate::DeleteFolderTree(root_ + L"\\to", root_));
-  EXPECT_FALSE(nhupdate::Exists(root_ + L"\\to"));
+  EXPECT_TRUE(Exists(root_ + L"\\to" + depth));
+  EXPECT_TRUE(CollectEmptyFolders(root_ + L"\\to", found_, log_.Log()));
+  EXPECT_TRUE(DeleteFolderTree(root_ + L"\\to", root_));
+  EXPECT_FALSE(Exists(root_ + L"\\to"));
 }
 
 }  // namespace

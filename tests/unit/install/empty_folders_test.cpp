@@ -1,10 +1,5 @@
 #include "install/empty_folders.h"
 
-#include <gmock/gmock.h>
-
-#include <initializer_list>
-
-#include "base/existence.h"
 #include "install/folder_removal.h"
 #include "tests/support/fake_link.h"
 #include "tests/support/fake_listing.h"
@@ -12,11 +7,6 @@
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::CollectEmptyFolders;
-using nhupdate::DeleteFolderTree;
-using nhupdate::Exists;
-using testing::ElementsAre;
 
 class EmptyFoldersTest : public InstallTest {
  protected:

@@ -1,16 +1,9 @@
 #include "install/folder_access.h"
 
-#include <gmock/gmock.h>
-
-#include <cstdint>
-
-#include "base/existence.h"
 #include "base/strings.h"
-#include "tests/support/answers.h"
 #include "tests/support/current_folder.h"
 #include "tests/support/fake_link.h"
 #include "tests/support/fake_listing.h"
-#include "tests/support/interposer.h"
 #include "tests/support/shell_text.h"
 #include "tests/unit/install/install_test.h"
 
@@ -20,9 +13,6 @@
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::Exists;
-using testing::ElementsAre;
 
 // The three that are granted, in order.
 constexpr wchar_t kConfigFolder[] = L"{base}\\Updater\\Config";
@@ -51,12 +41,12 @@ class FolderAccessTest : public InstallTest {
     events_.clear();
   }
 
-  void Grant() { nhupdate::GrantFolderAccess(folders_, log_.Log()); }
+  void Grant() { GrantFolderAccess(folders_, log_.Log()); }
 
   // The path of the real folder.
   [[nodiscard]] std::wstring Path(std::wstring folder) const {
-    nhupdate::ReplaceAll(folder, L"{base}", base_);
-    nhupdate::ReplaceAll(folder, L"{root}", root_);
+    ReplaceAll(folder, L"{base}", base_);
+    ReplaceAll(folder, L"{root}", root_);
     return folder;
   }
 
@@ -134,7 +124,7 @@ TEST_F(FolderAccessTest, IsGrantedForFoldersThatCannotBeExchangedMeanwhile) {
   Grant();
 
   EXPECT_EQ(shell_execute_.Calls(), 3);
-  EXPECT_THAT(movable_, testing::IsEmpty());
+  EXPECT_THAT(movable_, IsEmpty());
   EXPECT_TRUE(::MoveFileW(Path(kConfigFolder).c_str(), (updater_ + L"\\free again").c_str()));
 }
 
@@ -160,12 +150,11 @@ TEST_F(FolderAccessTest, IsAskedForAnEmptyPathWithoutProgramData) {
 }
 
 TEST_F(FolderAccessTest, IsJudgedByTheLowHalfOfTheReturnCode) {
-  struct Case {
+  const struct {
     std::intptr_t shell_result;
     std::wstring (*line)(const std::wstring& folder, const std::wstring& code);
     const wchar_t* code;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {0, Refused, L"0"},
       {2, Refused, L"2"},
       {32, Refused, L"32"},
@@ -178,7 +167,7 @@ TEST_F(FolderAccessTest, IsJudgedByTheLowHalfOfTheReturnCode) {
       {-0x7FFFFFFFFFFFFFDF, Granted, L"33"},
   };
 
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     shell_result_ = c.shell_result;
     log_.ForgetRecords();
 
@@ -191,8 +180,8 @@ TEST_F(FolderAccessTest, IsJudgedByTheLowHalfOfTheReturnCode) {
 }
 
 TEST_F(FolderAccessTest, IsNotAskedForBelowTheCurrentDriveWithoutABaseFolder) {
-  for (const nhupdate::ProductFolders& folders : FoldersWithoutBase()) {
-    nhupdate::GrantFolderAccess(folders, log_.Log());
+  for (const ProductFolders& folders : FoldersWithoutBase()) {
+    GrantFolderAccess(folders, log_.Log());
   }
 
   EXPECT_THAT(
@@ -214,11 +203,10 @@ TEST_F(FolderAccessTest, IsNotAskedForFromAnybodysFolder) {
 
 // What was there a moment ago could come back as a link.
 TEST_F(FolderAccessTest, IsNotAskedForAFolderThatGoesAwayAfterItWasMade) {
-  INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
+  const INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto...) {
     if (path == Path(kTempFolder)) {
       EXPECT_TRUE(::RemoveDirectoryW(path));
     }
-    return open.Original()(path, rest...);
   });
 
   Grant();
@@ -242,7 +230,7 @@ class DeniedFolderAccessTest : public FolderAccessTest,
     for (const wchar_t* folder : {kConfigFolder, kTempFolder, kDataFolder}) {
       const bool is_denied = std::wstring(folder) == GetParam();
       records.push_back(is_denied ? Refused(folder) : Granted(folder));
-      EXPECT_EQ(testing::Value(events_, testing::Contains(StartFor(folder))), !is_denied);
+      EXPECT_EQ(testing::Value(events_, Contains(StartFor(folder))), !is_denied);
     }
     EXPECT_EQ(log_.Records(), records);
   }
@@ -257,10 +245,8 @@ TEST_P(DeniedFolderAccessTest, IsThatToALink) {
 
 TEST_P(DeniedFolderAccessTest, IsThatToAFolderThatCannotBeLookedAt) {
   CreateFolders(Path(GetParam()));
-  INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
-    return path == Path(GetParam()) ? Answers(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED)()
-                                    : open.Original()(path, rest...);
-  });
+  const INTERPOSER(CreateFileW) open(
+      AnswersFor(Path(GetParam()), INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
 
   ExpectDenied();
 }

@@ -1,23 +1,12 @@
 #include "install/install_copy.h"
 
-#include <gmock/gmock.h>
-
-#include "base/existence.h"
-#include "tests/support/answers.h"
 #include "tests/support/failing_copy.h"
 #include "tests/support/fake_listing.h"
-#include "tests/support/held_file.h"
-#include "tests/support/interposer.h"
 #include "tests/support/quiet_desktop.h"
 #include "tests/unit/install/install_test.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::Exists;
-using nhupdate::InstallCopy;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class InstallCopyTest : public InstallTest {
  protected:
@@ -30,8 +19,8 @@ class InstallCopyTest : public InstallTest {
     return ErrorBoxOf(L"Oh %s\n" + path, L"The title");
   }
 
-  const nhupdate::StringTable strings_ = {{L"KEY_UPDATE_TITLE", L"The title"},
-                                          {L"KEY_FAIL_COMMON_ERROR", L"Oh %s"}};
+  const StringTable strings_ = {{L"KEY_UPDATE_TITLE", L"The title"},
+                                {L"KEY_FAIL_COMMON_ERROR", L"Oh %s"}};
   std::wstring failed_path_;
   const QuietDesktop desktop_;
 };
@@ -40,9 +29,8 @@ TEST_F(InstallCopyTest, DeletesTheOldFilesThenBringsTheNewOnesTwice) {
   WriteFiles(base_, {L"\\a.exe", L"\\gone.exe", L"\\Sub\\old.dll", L"\\Own\\own.txt"}, "old");
   WriteFiles(app_, {L"\\a.exe", L"\\z.exe", L"\\Sub\\new.dll"}, "new");
   std::vector<BOOL> fails_if_there;
-  INTERPOSER(CopyFileW) copy([&](const wchar_t* source, const wchar_t* target, BOOL fail_if_there) {
+  const INTERPOSER(CopyFileW) copy([&](const wchar_t*, const wchar_t*, BOOL fail_if_there) {
     fails_if_there.push_back(fail_if_there);
-    return copy.Original()(source, target, fail_if_there);
   });
 
   EXPECT_TRUE(Install());
@@ -117,11 +105,10 @@ TEST_F(InstallCopyTest, DoesNotClearReadOnlyAttributesOfTheOldFiles) {
 
 TEST_F(InstallCopyTest, PassesOverAnInstalledFileThatIsGoneMeanwhile) {
   WriteFiles(base_, {L"\\a.exe", L"\\b.exe", L"\\c.exe"});
-  INTERPOSER(DeleteFileW) delete_file([&](const wchar_t* file) {
+  const INTERPOSER(DeleteFileW) delete_file([&](const wchar_t* file) {
     if (file == base_ + L"\\a.exe") {
       delete_file.Original()((base_ + L"\\b.exe").c_str());
     }
-    return delete_file.Original()(file);
   });
 
   EXPECT_TRUE(Install());
@@ -186,7 +173,7 @@ TEST_F(InstallCopyTest, FailsWhenTheStagedFolderCannotBeListedAtAll) {
   EXPECT_FALSE(Install());
 
   EXPECT_EQ(log_.Records().front(), L"2|Delete OK : {base}\\a.exe");
-  EXPECT_THAT(log_.Records(), testing::Contains(L"4|Fail to copy file = 5").Times(10));
+  EXPECT_THAT(log_.Records(), Contains(L"4|Fail to copy file = 5").Times(10));
   EXPECT_EQ(log_.Records().back(), L"4|Fail to copy folder.");
   EXPECT_THAT(desktop_.Boxes(), ElementsAre(BoxAbout(base_)));
 }
@@ -196,7 +183,7 @@ TEST_F(InstallCopyTest, NeitherLooksAtNorTouchesTheDiskWithoutABaseFolder) {
   WriteFiles(app_, {L"\\b.exe", L"\\Sub\\new.dll"});
   const Lines before = ListTree(root_);
 
-  for (const nhupdate::ProductFolders& folders : FoldersWithoutBase()) {
+  for (const ProductFolders& folders : FoldersWithoutBase()) {
     const FakeListing listing;
     INTERPOSER(DeleteFileW) delete_file(Answers(TRUE));
     INTERPOSER(CopyFileW) copy(Answers(TRUE));

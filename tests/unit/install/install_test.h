@@ -2,17 +2,9 @@
 
 // What the mechanisms of an installation are given: a product's folders and a log in memory.
 
-#include <gtest/gtest.h>
-
-#include <initializer_list>
-#include <string>
-#include <vector>
-
 #include "base/product_folders.h"
-#include "base/windows.h"
-#include "tests/support/files.h"
 #include "tests/support/recorded_log.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 
@@ -33,8 +25,8 @@ class InstallTest : public testing::Test {
   }
 
   // The folders of an executable in a drive's root, and of one whose path is not known whole.
-  [[nodiscard]] std::vector<nhupdate::ProductFolders> FoldersWithoutBase() const {
-    std::vector<nhupdate::ProductFolders> both = {folders_, folders_};
+  [[nodiscard]] std::vector<ProductFolders> FoldersWithoutBase() const {
+    std::vector<ProductFolders> both = {folders_, folders_};
     both[0].base_folder.clear();
     both[1].is_executable_path_cut_off = true;
     return both;
@@ -42,8 +34,8 @@ class InstallTest : public testing::Test {
 
   ScratchFolder scratch_;
   const std::wstring root_ = scratch_.Path() + L"\\Corvane";
-  nhupdate::ProductFolders folders_ =
-      nhupdate::FoldersOfExecutable(root_ + L"\\Nimba Hub\\NHUpdateManager\\NHUpdateManager.exe");
+  ProductFolders folders_ =
+      FoldersOfExecutable(root_ + L"\\Nimba Hub\\NHUpdateManager\\NHUpdateManager.exe");
   const std::wstring base_ = folders_.base_folder;
   const std::wstring app_ = folders_.app_folder;
   RecordedLog log_{root_};

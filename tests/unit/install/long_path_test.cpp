@@ -1,22 +1,12 @@
 // Folders and files whose paths are longer than Windows takes them unless an administrator has
 // allowed that.
 
-#include <gmock/gmock.h>
-
-#include <algorithm>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include "base/existence.h"
 #include "install/empty_folders.h"
 #include "install/folder_access.h"
 #include "install/folder_copy.h"
 #include "install/folder_removal.h"
 #include "install/install_copy.h"
-#include "tests/support/answers.h"
 #include "tests/support/fake_listing.h"
-#include "tests/support/interposer.h"
 #include "tests/support/recorded_tools.h"
 #include "tests/support/short_path_policy.h"
 #include "tests/unit/install/install_test.h"
@@ -25,9 +15,6 @@
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::Exists;
-using testing::ElementsAre;
 
 std::wstring PathOfLength(const std::wstring& folder, std::size_t length) {
   std::wstring path = folder;
@@ -45,9 +32,7 @@ class LongPathTest : public InstallTest {
     }
   }
 
-  ~LongPathTest() override {
-    EXPECT_THAT(log_.Records(), testing::Each(testing::Not(testing::HasSubstr(L"\\\\?\\"))));
-  }
+  ~LongPathTest() override { EXPECT_THAT(log_.Records(), Each(Not(HasSubstr(L"\\\\?\\")))); }
 
   const std::wstring source_ = root_ + L"\\from";
   const std::wstring target_ = root_ + L"\\to";
@@ -55,7 +40,7 @@ class LongPathTest : public InstallTest {
 };
 
 TEST_F(LongPathTest, IsCopiedToAndRecordedAsItIs) {
-  nhupdate::CFolderCopy copy(folders_, log_.Log(), failed_path_);
+  CFolderCopy copy(folders_, log_.Log(), failed_path_);
   {
     const ShortPathPolicy policy;
 
@@ -65,8 +50,8 @@ TEST_F(LongPathTest, IsCopiedToAndRecordedAsItIs) {
   }
   EXPECT_EQ(ListTree(target_), ListTree(source_));
   const std::wstring longest = PathOfLength(source_, 1000).substr(source_.size());
-  EXPECT_THAT(log_.Records(), testing::Contains(L"2|Copy file from {root}\\from" + longest +
-                                                L" to {root}\\to" + longest));
+  EXPECT_THAT(log_.Records(),
+              Contains(L"2|Copy file from {root}\\from" + longest + L" to {root}\\to" + longest));
 }
 
 // Wine tells no final path that is longer than 260 units, so it has to be made up.
@@ -76,7 +61,7 @@ TEST_F(LongPathTest, IsDeleted) {
     FakeListing listing;
     listing.LeadElsewhere(root_, L"\\Device\\V1");
 
-    EXPECT_TRUE(nhupdate::DeleteFolderTree(source_, root_));
+    EXPECT_TRUE(DeleteFolderTree(source_, root_));
   }
   EXPECT_FALSE(Exists(source_));
 }
@@ -88,15 +73,15 @@ TEST_F(LongPathTest, IsScannedAndFoundAsItIs) {
   {
     const ShortPathPolicy policy;
 
-    EXPECT_FALSE(nhupdate::CollectEmptyFolders(root_, found, log_.Log()));
+    EXPECT_FALSE(CollectEmptyFolders(root_, found, log_.Log()));
   }
-  EXPECT_THAT(found, testing::Contains(empty));
-  EXPECT_THAT(found, testing::Each(testing::Not(testing::StartsWith(L"\\\\?\\"))));
+  EXPECT_THAT(found, Contains(empty));
+  EXPECT_THAT(found, Each(Not(testing::StartsWith(L"\\\\?\\"))));
 }
 
 TEST_F(LongPathTest, IsThatOfAProductThatIsInstalledAndGrantedToo) {
-  folders_ = nhupdate::FoldersOfExecutable(PathOfLength(root_, 300) +
-                                           L"\\Nimba Hub\\NHUpdateManager\\NHUpdateManager.exe");
+  folders_ = FoldersOfExecutable(PathOfLength(root_, 300) +
+                                 L"\\Nimba Hub\\NHUpdateManager\\NHUpdateManager.exe");
   const std::wstring& base = folders_.base_folder;
   WriteFileBytes(base + L"\\old.txt", "O");
   WriteFileBytes(folders_.app_folder + L"\\new.txt", "N");
@@ -107,8 +92,8 @@ TEST_F(LongPathTest, IsThatOfAProductThatIsInstalledAndGrantedToo) {
     FakeListing listing;
     listing.LeadElsewhere(root_, L"\\Device\\V1");
 
-    EXPECT_TRUE(nhupdate::InstallCopy(folders_, {}, log_.Log(), failed_path_));
-    nhupdate::GrantFolderAccess(folders_, log_.Log());
+    EXPECT_TRUE(InstallCopy(folders_, {}, log_.Log(), failed_path_));
+    GrantFolderAccess(folders_, log_.Log());
   }
   EXPECT_THAT(ListTree(base), ElementsAre(L"Updater\\", L"Updater\\App\\", L"Updater\\App\\new.txt",
                                           L"Updater\\Temp\\", L"new.txt"));

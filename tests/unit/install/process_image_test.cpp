@@ -1,17 +1,10 @@
 #include "install/process_image.h"
 
-#include <gmock/gmock.h>
-
-#include <string>
-#include <vector>
-
 #include "tests/support/fake_process_table.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::GetProcessImageName;
-using testing::ElementsAre;
 
 using Calls = std::vector<std::wstring>;
 

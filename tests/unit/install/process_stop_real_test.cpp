@@ -1,57 +1,40 @@
 // Stopping processes that exist: copies of the idle stand-in.
 
-#include <gmock/gmock.h>
-
-#include <string>
-
-#include "base/unique_handle.h"
 #include "install/process_stop.h"
-#include "tests/support/files.h"
+#include "tests/support/child_process.h"
 #include "tests/support/open_handles.h"
 #include "tests/support/recorded_log.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::TerminateProcessByName;
-using testing::ElementsAre;
 
 class IdleProcess {
  public:
   explicit IdleProcess(const std::wstring& executable) {
     EXPECT_TRUE(
         ::CopyFileW((TestProgramFolder() + L"\\idle.exe").c_str(), executable.c_str(), FALSE));
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof(startup);
-    PROCESS_INFORMATION information = {};
-    EXPECT_TRUE(::CreateProcessW(executable.c_str(), nullptr, nullptr, nullptr, FALSE,
-                                 DETACHED_PROCESS, nullptr, nullptr, &startup, &information));
-    thread_.Reset(information.hThread);
-    process_.Reset(information.hProcess);
-    id_ = information.dwProcessId;
+    process_ = StartChild(L"\"" + executable + L"\"");
   }
 
   ~IdleProcess() {
-    ::TerminateProcess(process_.Get(), 99);
-    ::WaitForSingleObject(process_.Get(), 5000);  // its file can't be deleted before
+    ::TerminateProcess(process_.handle.Get(), 99);
+    ::WaitForSingleObject(process_.handle.Get(), 5000);  // its file can't be deleted before
   }
 
   IdleProcess(const IdleProcess&) = delete;
   IdleProcess& operator=(const IdleProcess&) = delete;
 
-  [[nodiscard]] std::wstring Id() const { return std::to_wstring(id_); }
+  [[nodiscard]] std::wstring Id() const { return std::to_wstring(process_.id); }
 
   [[nodiscard]] DWORD ExitCode() const {
     DWORD exit_code = 0;
-    EXPECT_TRUE(::GetExitCodeProcess(process_.Get(), &exit_code));
+    EXPECT_TRUE(::GetExitCodeProcess(process_.handle.Get(), &exit_code));
     return exit_code;
   }
 
  private:
-  nhupdate::UniqueKernelHandle thread_;
-  nhupdate::UniqueKernelHandle process_;
-  DWORD id_ = 0;
+  ChildProcess process_;
 };
 
 class RealProcessTest : public testing::Test {
@@ -71,7 +54,7 @@ TEST_F(RealProcessTest, AreEndedWithExitCodeZeroWhereverTheyRunFrom) {
   EXPECT_EQ(first.ExitCode(), 0u);
   EXPECT_EQ(second.ExitCode(), 0u);
   EXPECT_THAT(log_.Records(),
-              testing::UnorderedElementsAre(
+              UnorderedElementsAre(
                   L"2|Target process Nimba 100% ü.exe(" + first.Id() + L") found, terminate it.",
                   L"2|Target process nimba 100% ü.EXE(" + second.Id() + L") found, terminate it."));
 }

@@ -1,20 +1,12 @@
 #include "install/process_stop.h"
 
-#include <gmock/gmock.h>
-
-#include <vector>
-
 #include "tests/support/fake_process_table.h"
-#include "tests/support/interposer.h"
 #include "tests/support/quiet_desktop.h"
 #include "tests/support/recorded_log.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::StopUpdateManagers;
-using nhupdate::TerminateProcessByName;
-using testing::ElementsAre;
 
 class ProcessStopTest : public testing::Test {
  protected:
@@ -30,13 +22,12 @@ std::wstring StillFoundLine(const std::wstring& process) {
 constexpr wchar_t kNoneFoundLine[] = L"2|Target process target.exe not found.";
 
 TEST_F(ProcessStopTest, EndsAllOthersOfThatNameAndTellsWhichStay) {
-  struct Case {
+  const struct {
     const char* situation;
     std::vector<FakeProcess> processes;
     bool all_ended;
     std::vector<std::wstring> records;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"every one of that name",
        {{.id = 4, .image_path = L"C:\\other.exe"},
         {.id = 8, .image_path = L"C:\\A\\target.exe"},
@@ -79,7 +70,7 @@ TEST_F(ProcessStopTest, EndsAllOthersOfThatNameAndTellsWhichStay) {
         StillFoundLine(L"target.exe(12)")}},
   };
 
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     log_.ForgetRecords();
     const FakeProcessTable table(c.processes);
 
@@ -109,7 +100,7 @@ TEST_F(ProcessStopTest, NeverOpensTheIdleProcessForTermination) {
 
   EXPECT_FALSE(TerminateProcessByName(L"target.exe", log_.Log()));
 
-  EXPECT_THAT(table.Calls(), testing::Not(testing::Contains(L"Open 0x100001 0 0")));
+  EXPECT_THAT(table.Calls(), Not(Contains(L"Open 0x100001 0 0")));
   EXPECT_THAT(log_.Records(),
               ElementsAre(FoundLine(L"target.exe(0)"), StillFoundLine(L"target.exe(0)")));
 }
@@ -143,8 +134,8 @@ TEST_F(ProcessStopTest, ExaminesTheFirst1024Processes) {
 class StopUpdateManagersTest : public ProcessStopTest {
  protected:
   const QuietDesktop desktop_;
-  const nhupdate::StringTable strings_ = {{L"KEY_UPDATE_TITLE", L"Title"},
-                                          {L"KEY_FAIL_NEED_STOP_NHUPDATEMANAGER", L"Stop it."}};
+  const StringTable strings_ = {{L"KEY_UPDATE_TITLE", L"Title"},
+                                {L"KEY_FAIL_NEED_STOP_NHUPDATEMANAGER", L"Stop it."}};
 };
 
 TEST_F(StopUpdateManagersTest, ShowsNoBoxWhenAllOthersAreGone) {

@@ -1,9 +1,5 @@
 #include "install/registration.h"
 
-#include <gmock/gmock.h>
-
-#include "tests/support/answers.h"
-#include "tests/support/interposer.h"
 #include "tests/support/product_keys.h"
 #include "tests/support/registry_recorder.h"
 #include "tests/support/scratch_registry.h"
@@ -11,9 +7,6 @@
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::RegisterProduct;
-using testing::ElementsAre;
 
 SYSTEMTIME DateOf(WORD year, WORD month, WORD day) {
   return {year, month, 0, day, 0, 0, 0, 0};

@@ -1,28 +1,16 @@
 #include "log/log_center.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <chrono>
-#include <functional>
-#include <string>
 #include <thread>
-#include <tuple>
-#include <vector>
 
-#include "base/windows.h"
 #include "tests/support/captured_console.h"
 #include "tests/support/fake_log_library.h"
-#include "tests/support/files.h"
 #include "tests/support/log_journal.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::CNSWLogCenter;
-using testing::ElementsAre;
 
 // What is done with a log centre.
 using Step = void (*)(CNSWLogCenter&);
@@ -264,7 +252,7 @@ TEST_F(LogLibraryTest, IsNamedWhenItCannotBeLoadedAndMayBeAGoodOneAfterwards) {
   WriteFileBytes(Path(L"empty.dll"), "");
   std::wstring expected;
   for (const wchar_t* name : {L"missing.dll", L"folder.dll", L"text \u00FC.dll", L"empty.dll"}) {
-    EXPECT_EQ(center_.StartLog(Path(name), L"c", L"f"), 0) << testing::PrintToString(name);
+    EXPECT_EQ(center_.StartLog(Path(name), L"c", L"f"), 0) << PrintToString(name);
     expected += L"Fail to load library : " + Path(name) + L"\n";
     EXPECT_EQ(console_.Text(), expected);
   }

@@ -1,20 +1,11 @@
 #include "log/log.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "log/log_center.h"
+#include "tests/support/basics.h"
 #include "tests/support/fake_log_library.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::CLog;
-using nhupdate::CNSWLogCenter;
-using nhupdate::LogLevel;
 
 TEST(LogTest, PutsItsTagOnRecordsOfEachLevel) {
   std::vector<std::wstring> records;
@@ -34,9 +25,9 @@ TEST(LogTest, PutsItsTagOnRecordsOfEachLevel) {
   log.Write(LogLevel::kError, L"two\nlines");
   log.WriteText(LogLevel::kError, path);
 
-  EXPECT_THAT(records, testing::ElementsAre(L"2|NHUpdateManager|Copy \"" + path + L"\" : 7%",
-                                            L"3|NHUpdateManager|", L"4|NHUpdateManager|two\nlines",
-                                            L"4|NHUpdateManager|" + path));
+  EXPECT_THAT(records,
+              ElementsAre(L"2|NHUpdateManager|Copy \"" + path + L"\" : 7%", L"3|NHUpdateManager|",
+                          L"4|NHUpdateManager|two\nlines", L"4|NHUpdateManager|" + path));
 }
 
 }  // namespace

@@ -1,19 +1,9 @@
 #include "tests/support/fake_link.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "base/unique_handle.h"
-#include "tests/support/files.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::UniqueFile;
-using testing::ElementsAre;
 
 class FakeLinkTest : public testing::Test {
  protected:
@@ -33,8 +23,7 @@ class FakeLinkTest : public testing::Test {
 TEST_F(FakeLinkTest, LeadsToItsTargetAndIsListedAsALink) {
   const FakeLink link(link_, target_, IO_REPARSE_TAG_SYMLINK);
   WIN32_FIND_DATAW entry = {};
-  const nhupdate::UniqueFindHandle search(
-      ::FindFirstFileW((scratch_.Path() + L"\\lin*").c_str(), &entry));
+  const UniqueFindHandle search(::FindFirstFileW((scratch_.Path() + L"\\lin*").c_str(), &entry));
 
   EXPECT_EQ(ReadFileBytes(link_ + L"\\file"), "F");
   EXPECT_THAT(ListTree(link_), ElementsAre(L"file"));

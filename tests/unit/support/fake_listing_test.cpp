@@ -1,26 +1,15 @@
 #include "tests/support/fake_listing.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <array>
-#include <string>
-#include <vector>
-
-#include "base/unique_handle.h"
-#include "tests/support/files.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::ElementsAre;
 
 // The names of a listing as Windows gives it, and the error at its end.
 std::vector<std::wstring> List(const std::wstring& pattern) {
   std::vector<std::wstring> listed;
   WIN32_FIND_DATAW entry = {};
-  const nhupdate::UniqueFindHandle search(::FindFirstFileW(pattern.c_str(), &entry));
+  const UniqueFindHandle search(::FindFirstFileW(pattern.c_str(), &entry));
   for (BOOL is_found = search.IsValid(); is_found;
        is_found = ::FindNextFileW(search.Get(), &entry)) {
     listed.push_back(entry.cFileName);
@@ -78,9 +67,8 @@ TEST_F(FakeListingOfRealFoldersTest, AddsAttributesAndATag) {
 
 TEST_F(FakeListingOfRealFoldersTest, LeadsElsewhereOrToAPlaceThatNobodyKnows) {
   const auto place = [&] {
-    const nhupdate::UniqueFile opened(::CreateFileW(folder_.c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                                    nullptr, OPEN_EXISTING,
-                                                    FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    const UniqueFile opened(::CreateFileW(folder_.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                          OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     std::array<wchar_t, 260> path = {};
     const DWORD length = ::GetFinalPathNameByHandleW(opened.Get(), path.data(), 260, 0);
     return std::to_wstring(length) + L" " + path.data();

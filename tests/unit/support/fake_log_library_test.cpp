@@ -1,14 +1,9 @@
 #include "tests/support/fake_log_library.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <vector>
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::ElementsAre;
 
 class FakeLogLibraryTest : public testing::Test {
  protected:
@@ -58,7 +53,7 @@ TEST_F(FakeLogLibraryTest, TellsHowItIsLoadedResolvedAndFreedAndLacksOnlyTheMiss
 TEST_F(FakeLogLibraryTest, LeavesOtherLibrariesAlone) {
   EXPECT_NE(::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "CreateFileW"), nullptr);
 
-  EXPECT_THAT(events_, testing::IsEmpty());
+  EXPECT_THAT(events_, IsEmpty());
 }
 
 }  // namespace

@@ -1,18 +1,10 @@
-#include "tests/support/fake_process_table.h"
-
-#include <gmock/gmock.h>
 #include <gtest/gtest-spi.h>
-#include <gtest/gtest.h>
 
-#include <array>
-
-#include "base/unique_handle.h"
+#include "tests/support/fake_process_table.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::UniqueKernelHandle;
-using testing::ElementsAre;
 
 std::wstring ImageNameOf(HANDLE process) {
   std::array<wchar_t, 64> path = {};
@@ -82,7 +74,7 @@ TEST(FakeProcessTableTest, LeavesTheProcessesOfTheTableBehindItAlone) {
   EXPECT_EQ(ImageNameOf(process.Get()), L"C:\\behind.exe");
   EXPECT_TRUE(::TerminateProcess(process.Get(), 0));
 
-  EXPECT_THAT(behind.Running(), testing::IsEmpty());
+  EXPECT_THAT(behind.Running(), IsEmpty());
   EXPECT_THAT(front.Running(), ElementsAre(4242u));
 }
 

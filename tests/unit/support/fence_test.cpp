@@ -3,23 +3,14 @@
 
 #include "tests/support/fence.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "base/existence.h"
-#include "base/unique_handle.h"
-#include "base/windows.h"
 #include "tests/support/child_process.h"
-#include "tests/support/files.h"
-#include "tests/support/scratch_folder.h"
 #include "tests/support/unused_name.h"
 #include "tests/support/utf8_text.h"
+#include "tests/support/windows_basics.h"
 #include "tests/unit/support/fence_trespasses.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::HasSubstr;
 
 // Stands for the trespasser's own process id.
 constexpr DWORD kItself = 0;
@@ -49,10 +40,10 @@ class Target {
   }
 
   void ExpectUntouched() const {
-    EXPECT_THAT(ListTree(folder_), testing::ElementsAre(L"file"));
+    EXPECT_THAT(ListTree(folder_), ElementsAre(L"file"));
     EXPECT_EQ(ReadFileBytes(folder_ + L"\\file"), "untouched");
     EXPECT_EQ(::GetFileAttributesW((folder_ + L"\\file").c_str()) & FILE_ATTRIBUTE_HIDDEN, 0U);
-    const nhupdate::UniqueRegistryKey key = OpenKey(key_.c_str(), KEY_QUERY_VALUE);
+    const UniqueRegistryKey key = OpenKey(key_.c_str(), KEY_QUERY_VALUE);
     EXPECT_TRUE(key.IsValid());
     DWORD keys = 0;
     DWORD values = 0;
@@ -99,7 +90,7 @@ TEST_F(FenceTest, EndsTheRunAtEveryCallThatReachesOutside) {
   for (const auto& [call, make] : kPlacedCalls) {
     const ChildEnd end = Run(L"scratch", call, outside_, ::GetCurrentProcessId());
 
-    EXPECT_EQ(end.exit_code, kEndedAtTheFence) << testing::PrintToString(call);
+    EXPECT_EQ(end.exit_code, kEndedAtTheFence) << PrintToString(call);
     std::string function = ToUtf8(call);
     function = function.substr(0, function.find(','));
     function = function.substr(function.rfind(' ') + 1);
@@ -118,7 +109,7 @@ TEST_F(FenceTest, NamesThePlaceThatIsOutside) {
 TEST_F(FenceTest, EndsTheRunAtWhatIsAlwaysOutside) {
   for (const auto& [call, make] : kOutsideCalls) {
     EXPECT_EQ(Run(L"scratch", call, inside_, kItself).exit_code, kEndedAtTheFence)
-        << testing::PrintToString(call);
+        << PrintToString(call);
   }
 }
 
@@ -128,14 +119,14 @@ TEST_F(FenceTest, LetsTheSameCallsThroughInside) {
     const Target target(scratch_.Path() + L"\\" + name, name, TestProgramFolder() + L"\\idle.exe");
     const ChildEnd end = Run(L"scratch", call, target, kItself);
 
-    EXPECT_EQ(end.exit_code, 0U) << testing::PrintToString(call) << end.output;
+    EXPECT_EQ(end.exit_code, 0U) << PrintToString(call) << end.output;
   }
 }
 
 TEST_F(FenceTest, LetsWhateverOnlyReadsThrough) {
   for (const auto& [call, make] : kReadingCalls) {
     EXPECT_EQ(Run(L"scratch", call, outside_, ::GetCurrentProcessId()).exit_code, 0U)
-        << testing::PrintToString(call);
+        << PrintToString(call);
   }
 }
 
@@ -144,7 +135,7 @@ TEST_F(FenceTest, OpensForATestThatSaysSo) {
 
   EXPECT_EQ(end.exit_code, 0U);
   EXPECT_EQ(end.output, "");
-  EXPECT_FALSE(nhupdate::Exists(OutsideFolder() + L"\\file"));
+  EXPECT_FALSE(Exists(OutsideFolder() + L"\\file"));
 }
 
 TEST_F(FenceTest, StaysClosedOnAMachineThatIsKept) {
@@ -158,7 +149,7 @@ TEST_F(FenceTest, StaysClosedOnAMachineThatIsKept) {
 
 TEST_F(FenceTest, GoesAroundThePrefixWhereThatIsTheScratchFolder) {
   EXPECT_EQ(Run(L"prefix", L"DeleteFileW", outside_, kItself).exit_code, 0U);
-  EXPECT_FALSE(nhupdate::Exists(OutsideFolder() + L"\\file"));
+  EXPECT_FALSE(Exists(OutsideFolder() + L"\\file"));
   EXPECT_EQ(Run(L"prefix", L"RegDeleteTreeW", outside_, kItself).exit_code, 0U);
   EXPECT_EQ(Run(L"prefix", L"OpenProcess", outside_, ::GetCurrentProcessId()).exit_code, 0U);
 

@@ -1,21 +1,10 @@
-#include "tests/support/files.h"
-
-#include <gmock/gmock.h>
 #include <gtest/gtest-spi.h>
-#include <gtest/gtest.h>
 
-#include <optional>
-
-#include "tests/support/answers.h"
-#include "tests/support/held_file.h"
-#include "tests/support/interposer.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/files.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class FileSupportTest : public testing::Test {
  protected:

@@ -1,10 +1,8 @@
 #include "tests/support/held_file.h"
 
 #include <gtest/gtest-spi.h>
-#include <gtest/gtest.h>
 
-#include "tests/support/files.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
@@ -15,9 +13,8 @@ class HeldFileTest : public testing::Test {
 
   // The error that opening the file with this access gives; ERROR_SUCCESS if it can be opened.
   [[nodiscard]] DWORD OpeningFor(DWORD access) const {
-    const nhupdate::UniqueFile file(::CreateFileW(file_.c_str(), access,
-                                                  FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const UniqueFile file(::CreateFileW(file_.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     const DWORD error = ::GetLastError();
     return file.IsValid() ? ERROR_SUCCESS : error;
   }

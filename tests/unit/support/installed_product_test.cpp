@@ -1,49 +1,16 @@
 #include "tests/support/installed_product.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "base/existence.h"
+#include "tests/support/basics.h"
 
 namespace nhupdate_test {
 namespace {
 
-TEST(InstalledProductTest, GivesAManagerThatLogsIntoTheJournal) {
-  InstalledProduct product;
-
-  product.Manager().Records().WriteText(nhupdate::LogLevel::kWarning, L"in " + product.Base());
-
-  EXPECT_THAT(product.Transcript(), testing::ElementsAre(L"3|in {base}"));
-}
-
-TEST(InstalledProductTest, TellsTheManagerWhetherItIsElevated) {
-  InstalledProduct product({.elevated = false});
-
-  EXPECT_FALSE(product.Manager().IsElevated());
-}
-
-TEST(InstalledProductTest, PutsTheDataFolderIntoTheScratchFolder) {
-  InstalledProduct product;
-
-  product.Start();
-
-  EXPECT_TRUE(nhupdate::Exists(product.ProgramData() + L"\\Corvane\\NimbaSoftware\\NimbaHub\\Log"));
-}
-
-TEST(InstalledProductTest, RunsTheWholeProgramInTheScratchFolder) {
-  InstalledProduct product({.elevated = false});
-
-  EXPECT_EQ(product.RunProgram(L"-install"), 10);
-
-  EXPECT_THAT(product.Transcript(), testing::Contains(L"2|Return 10"));
-}
-
+// What else it does shows in the tests of the manager's start-up and of whole runs (app/).
 TEST(InstalledProductTest, RunsTheProgramWithoutArguments) {
   InstalledProduct product;
 
   EXPECT_EQ(product.RunProgram(L""), 0);
-
-  EXPECT_THAT(product.LogCalls(), testing::IsEmpty());
+  EXPECT_THAT(product.LogCalls(), IsEmpty());
 }
 
 }  // namespace

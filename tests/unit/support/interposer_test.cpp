@@ -1,17 +1,10 @@
 #include "tests/support/interposer.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <thread>
-#include <vector>
 
-#include "base/existence.h"
 #include "base/folder_listing.h"
-#include "tests/support/answers.h"
-#include "tests/support/files.h"
 #include "tests/support/log_journal.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
@@ -26,7 +19,7 @@ TEST(InterposerTest, ReplacesTheFunctionUntilItIsDestroyed) {
     EXPECT_EQ(::GetLastError(), static_cast<DWORD>(ERROR_DISK_FULL));
     EXPECT_EQ(create.Calls(), 1);
   }
-  EXPECT_FALSE(nhupdate::Exists(folder));
+  EXPECT_FALSE(Exists(folder));
 
   EXPECT_TRUE(::CreateDirectoryW(folder.c_str(), nullptr));
 }
@@ -59,10 +52,21 @@ TEST(InterposerTest, PassesOnWhatAFakeHasNoAnswerFor) {
     EXPECT_FALSE(::CreateDirectoryW(folder(L"second").c_str(), nullptr));
     EXPECT_TRUE(::CreateDirectoryW(folder(L"e").c_str(), nullptr));
   }
+  {
+    const INTERPOSER(CreateDirectoryW) create(AnswersFor(folder(L"other"), FALSE, ERROR_DISK_FULL));
+    EXPECT_FALSE(::CreateDirectoryW(folder(L"other").c_str(), nullptr));
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_DISK_FULL});
+    EXPECT_TRUE(::CreateDirectoryW(folder(L"f").c_str(), nullptr));
+  }
+  {
+    const INTERPOSER(CreateDirectoryW) create;
+    EXPECT_TRUE(::CreateDirectoryW(folder(L"g").c_str(), nullptr));
+    EXPECT_EQ(create.Calls(), 1);
+  }
 
-  EXPECT_THAT(seen, testing::ElementsAre(folder(L"b")));
+  EXPECT_THAT(seen, ElementsAre(folder(L"b")));
   EXPECT_THAT(ListTree(scratch.Path()),
-              testing::ElementsAre(L"a\\", L"b\\", L"c\\", L"d\\", L"e\\"));
+              ElementsAre(L"a\\", L"b\\", L"c\\", L"d\\", L"e\\", L"f\\", L"g\\"));
 }
 
 TEST(InterposerTest, KeepsFunctionsOfTheSameSignatureApart) {
@@ -78,7 +82,7 @@ TEST(InterposerTest, ReachesTheCallsOfTheProgramsOwnObjects) {
   WriteFileBytes(scratch.Path() + L"\\file", "x");
   INTERPOSER(FindFirstFileW) find(Answers(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED));
 
-  nhupdate::CFolderListing listing(scratch.Path());
+  CFolderListing listing(scratch.Path());
 
   EXPECT_FALSE(listing.Next());
   EXPECT_EQ(find.Calls(), 1);
@@ -98,7 +102,7 @@ TEST(InterposerTest, ReplacesAFunctionForALoadedLibraryOnly) {
     WriteFileBytes(scratch.Path() + L"\\own", "");
 
     EXPECT_EQ(open.Calls(), 1);
-    EXPECT_THAT(ListTree(scratch.Path()), testing::ElementsAre(L"own"));
+    EXPECT_THAT(ListTree(scratch.Path()), ElementsAre(L"own"));
   }
   stop();
   EXPECT_EQ(ReadLogJournal(journal).size(), 1u);

@@ -1,21 +1,13 @@
 #include "tests/support/log_journal.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest-spi.h>
-#include <gtest/gtest.h>
 
-#include <algorithm>
+#include "tests/support/windows_basics.h"
+
 #include <iterator>
-#include <string>
-#include <vector>
-
-#include "tests/support/files.h"
-#include "tests/support/scratch_folder.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::IsEmpty;
 
 class LogJournalTest : public testing::Test {
  protected:
@@ -53,7 +45,7 @@ TEST_F(LogJournalTest, FailsTheTestAtALineWithTooFewOrTooManyArguments) {
 TEST_F(LogJournalTest, GivesTheRecordsWithTheirLevels) {
   Write("7\tStart\t1.0.0\tc\tf\n7\tWriteLog\t2\ttag\ttext\n7\tWriteLog\t-1\ttag\t\n7\tStop\n");
 
-  EXPECT_THAT(RecordsOf(ReadLogJournal(path_)), testing::ElementsAre(L"2|text", L"-1|"));
+  EXPECT_THAT(RecordsOf(ReadLogJournal(path_)), ElementsAre(L"2|text", L"-1|"));
 }
 
 }  // namespace

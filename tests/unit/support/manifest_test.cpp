@@ -1,9 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "base/windows.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
@@ -17,8 +12,8 @@ TEST(ManifestTest, OfATestExecutableIsTheProgramsOwn) {
       static_cast<const char*>(::LockResource(::LoadResource(nullptr, found))),
       ::SizeofResource(nullptr, found));
 
-  EXPECT_THAT(manifest, testing::HasSubstr(">true</longPathAware>"));
-  EXPECT_THAT(manifest, testing::HasSubstr("level=\"asInvoker\""));
+  EXPECT_THAT(manifest, HasSubstr(">true</longPathAware>"));
+  EXPECT_THAT(manifest, HasSubstr("level=\"asInvoker\""));
 }
 
 }  // namespace

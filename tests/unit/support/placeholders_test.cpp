@@ -1,8 +1,6 @@
 #include "tests/support/placeholders.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {

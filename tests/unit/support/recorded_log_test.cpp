@@ -1,14 +1,10 @@
 #include "tests/support/recorded_log.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include "tests/support/basics.h"
 #include "tests/support/fake_process_table.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::ElementsAre;
 
 TEST(RecordedLogTest, KeepsEveryRecordWithItsLevel) {
   RecordedLog log;

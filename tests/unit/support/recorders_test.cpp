@@ -1,25 +1,15 @@
 // The small doubles that write down what is called, count it or let it fail.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "base/unique_handle.h"
 #include "tests/support/captured_console.h"
 #include "tests/support/failing_copy.h"
-#include "tests/support/files.h"
 #include "tests/support/open_handles.h"
 #include "tests/support/recorded_boxes.h"
 #include "tests/support/recorded_sleeps.h"
 #include "tests/support/recorded_tools.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::ElementsAre;
 
 TEST(RecordedBoxesTest, WriteDownEveryBoxAndKnowTheProgramsErrorBoxes) {
   const RecordedBoxes boxes;
@@ -75,8 +65,8 @@ TEST(CapturedConsoleTest, TakesWhatIsWrittenAndGivesTheStandardOutputBack) {
 
 TEST(OpenHandlesTest, AreCountedOneByOneWhileTheyAreOpen) {
   const int before = CountOpenHandles();
-  nhupdate::UniqueKernelHandle first(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
-  nhupdate::UniqueKernelHandle second(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
+  UniqueKernelHandle first(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
+  UniqueKernelHandle second(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
 
   const int with_both = CountOpenHandles();
   first.Reset();

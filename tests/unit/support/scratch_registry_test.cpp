@@ -1,13 +1,8 @@
 #include "tests/support/scratch_registry.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "base/registry.h"
 #include "tests/support/registry_recorder.h"
-#include "tests/support/steam_setting.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
@@ -17,7 +12,7 @@ TEST(ScratchRegistryTest, TakesWhatIsWrittenAndForgetsItAfterwards) {
     const ScratchRegistry registry;
     EXPECT_TRUE(registry.IsEmpty());
 
-    EXPECT_EQ(nhupdate::SetRegString(L"SOFTWARE\\nhupdate", L"name", L"text"), 1);
+    EXPECT_EQ(SetRegString(L"SOFTWARE\\nhupdate", L"name", L"text"), 1);
 
     EXPECT_FALSE(registry.IsEmpty());
     EXPECT_EQ(registry.Text(L"SOFTWARE\\nhupdate", L"name"), L"text");
@@ -47,24 +42,13 @@ TEST(ScratchRegistryTest, KeepsTheUserApartFromTheMachineAndBothFromTheRealRegis
   EXPECT_FALSE(value_of(HKEY_LOCAL_MACHINE));
 }
 
-TEST(SteamSettingTest, IsWhatTheProgramReads) {
-  SteamSetting steam;
-  std::wstring language;
-  EXPECT_EQ(nhupdate::GetRegString(L"SOFTWARE\\Valve\\Steam", L"Language", language), 0);
-
-  steam.SetLanguage(L"english");
-
-  EXPECT_EQ(nhupdate::GetRegString(L"SOFTWARE\\Valve\\Steam", L"Language", language), 1);
-  EXPECT_EQ(language, L"english");
-}
-
 TEST(RegistryRecorderTest, WritesDownWhatIsWrittenAndStored) {
   const ScratchRegistry registry;
   RegistryRecorder recorder;
   recorder.FailAtValue(2);
 
-  EXPECT_EQ(nhupdate::SetRegString(L"SOFTWARE\\nhupdate", L"first", L"a"), 1);
-  EXPECT_EQ(nhupdate::SetRegString(L"SOFTWARE\\nhupdate", L"second", L"b"), 0);
+  EXPECT_EQ(SetRegString(L"SOFTWARE\\nhupdate", L"first", L"a"), 1);
+  EXPECT_EQ(SetRegString(L"SOFTWARE\\nhupdate", L"second", L"b"), 0);
 
   const WrittenValue first = Text(L"SOFTWARE\\nhupdate", L"first", L"a");
   EXPECT_EQ(recorder.Written(), std::vector<WrittenValue>({first}));

@@ -1,19 +1,11 @@
 #include "tests/support/scripted_shell.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest-spi.h>
-#include <gtest/gtest.h>
 
-#include <string>
-#include <utility>
-#include <vector>
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 SHELLEXECUTEINFOW Execution() {
   SHELLEXECUTEINFOW execution = {};
@@ -92,7 +84,7 @@ TEST(ScriptedShellTest, FailsTheTestAtALaunchTooManyAndWhereOneIsMissing) {
               ElementsAre(AllOf(HasSubstr("Nobody expects a launch of"), HasSubstr("program.exe")),
                           HasSubstr("launches in the script")));
   EXPECT_THAT(FailuresOf({EndsWith(0)}, 0), ElementsAre(HasSubstr("launches in the script")));
-  EXPECT_THAT(FailuresOf({EndsWith(0)}, 1), testing::IsEmpty());
+  EXPECT_THAT(FailuresOf({EndsWith(0)}, 1), IsEmpty());
 }
 
 TEST(ScriptedShellTest, AnswersByLaunchAsOftenAsNeeded) {

@@ -1,26 +1,19 @@
 #include "tests/support/short_path_policy.h"
 
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <string>
-
-#include "base/unique_handle.h"
-#include "tests/support/files.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
 
 bool CanBeOpened(const wchar_t* path) {
-  return nhupdate::UniqueFile(::CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                            OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr))
+  return UniqueFile(::CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr))
       .IsValid();
 }
 
 bool CanBeFound(const wchar_t* path) {
   WIN32_FIND_DATAW entry = {};
-  return nhupdate::UniqueFindHandle(::FindFirstFileW(path, &entry)).IsValid();
+  return UniqueFindHandle(::FindFirstFileW(path, &entry)).IsValid();
 }
 
 class ShortPathPolicyTest : public testing::Test {

@@ -1,12 +1,5 @@
 // The doubles for what Windows tells the program about the system and about itself.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <array>
-#include <optional>
-#include <string>
-
 #include "app/elevation.h"
 #include "base/known_folder.h"
 #include "base/registry.h"
@@ -14,6 +7,7 @@
 #include "tests/support/product_surroundings.h"
 #include "tests/support/quiet_system.h"
 #include "tests/support/steam_setting.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
@@ -60,7 +54,7 @@ TEST(QuietSystemTest, HasOneLanguageAndNoSteam) {
   std::wstring language;
 
   EXPECT_EQ(Languages(100), L"1 en-US||");
-  EXPECT_EQ(nhupdate::GetRegString(L"SOFTWARE\\Valve\\Steam", L"Language", language), 0);
+  EXPECT_EQ(GetRegString(L"SOFTWARE\\Valve\\Steam", L"Language", language), 0);
 }
 
 TEST(ProductSurroundingsTest, TellTheProgramWhereAndWhatItIs) {
@@ -70,8 +64,8 @@ TEST(ProductSurroundingsTest, TellTheProgramWhereAndWhatItIs) {
 
   EXPECT_EQ(::GetModuleFileNameW(nullptr, path.data(), 20), 10u);
   EXPECT_STREQ(path.data(), L"C:\\a\\b.exe");
-  EXPECT_EQ(nhupdate::ProgramDataFolder(), L"D:\\Data");
-  EXPECT_FALSE(nhupdate::IsProcessElevated());
+  EXPECT_EQ(ProgramDataFolder(), L"D:\\Data");
+  EXPECT_FALSE(IsProcessElevated());
 }
 
 TEST(ProductSurroundingsTest, MayLackADataFolderAndCutPathsOff) {
@@ -80,8 +74,8 @@ TEST(ProductSurroundingsTest, MayLackADataFolderAndCutPathsOff) {
 
   EXPECT_EQ(::GetModuleFileNameW(nullptr, path.data(), 5), 5u);
   EXPECT_STREQ(path.data(), L"C:\\a");
-  EXPECT_EQ(nhupdate::ProgramDataFolder(), std::nullopt);
-  EXPECT_TRUE(nhupdate::IsProcessElevated());
+  EXPECT_EQ(ProgramDataFolder(), std::nullopt);
+  EXPECT_TRUE(IsProcessElevated());
 }
 
 }  // namespace

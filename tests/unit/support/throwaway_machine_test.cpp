@@ -2,26 +2,16 @@
 
 #include "tests/support/throwaway_machine.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cstddef>
 #include <iterator>
-#include <string>
 
-#include "base/windows.h"
 #include "tests/support/child_process.h"
-#include "tests/support/files.h"
 #include "tests/support/other_than_wine.h"
 #include "tests/support/run_tests.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 #include "tests/support/wine.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::HasSubstr;
-using testing::Not;
 
 bool IsThrowawayIfItSays(const wchar_t* value) {
   ::SetEnvironmentVariableW(kThrowawayVariable, value);
@@ -33,7 +23,7 @@ TEST(ThrowawayMachineTest, IsOneThatIsSaidToBe) {
 
   EXPECT_TRUE(IsThrowawayIfItSays(L"1"));
   for (const wchar_t* value : {L"", L"0", L"11", L"1 ", L"yes", L"1 and a long text"}) {
-    EXPECT_FALSE(IsThrowawayIfItSays(value)) << testing::PrintToString(value);
+    EXPECT_FALSE(IsThrowawayIfItSays(value)) << PrintToString(value);
   }
   EXPECT_FALSE(IsThrowawayIfItSays(nullptr));
 }

@@ -1,17 +1,10 @@
 #include "text/language_selection.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "tests/support/files.h"
-#include "tests/support/interposer.h"
 #include "tests/support/preferred_languages.h"
 #include "tests/support/recorded_log.h"
-#include "tests/support/scratch_folder.h"
 #include "tests/support/steam_setting.h"
 #include "tests/support/told_test.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
@@ -25,7 +18,7 @@ class SelectLanguageTest : public ToldTest {
     WriteFileBytes(scratch_.Path() + L"\\SteamLanguageMapping.ini", lines);
   }
 
-  std::wstring Select() { return nhupdate::SelectLanguage(scratch_.Path(), log_.Log()); }
+  std::wstring Select() { return SelectLanguage(scratch_.Path(), log_.Log()); }
 
   // Tells the records and the language that is selected.
   std::wstring TellSelection(const std::string& heading) {
@@ -91,8 +84,7 @@ TEST_F(SelectLanguageTest, MapsTheLanguageOfSteamOrAsksTheSystem) {
     steam_.SetLanguage(c.steam_language);
     WriteMapping(c.lines);
 
-    EXPECT_EQ(TellSelection(testing::PrintToString(c.lines), {kOfTheSystem}), c.selected)
-        << c.lines;
+    EXPECT_EQ(TellSelection(PrintToString(c.lines), {kOfTheSystem}), c.selected) << c.lines;
   }
 }
 
@@ -117,7 +109,7 @@ TEST_F(SelectLanguageTest, PassesALongPathOfTheMappingInTheFormForIt) {
         return DWORD{1};
       });
 
-  EXPECT_EQ(nhupdate::SelectLanguage(folder, log_.Log()), L"x");
+  EXPECT_EQ(SelectLanguage(folder, log_.Log()), L"x");
 
   EXPECT_EQ(asked, L"\\\\?\\" + folder + L"\\SteamLanguageMapping.ini");
 }

@@ -1,26 +1,12 @@
 #include "text/string_file.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
-#include <optional>
-#include <string>
-#include <vector>
 
-#include "base/windows.h"
-#include "tests/support/answers.h"
-#include "tests/support/files.h"
-#include "tests/support/held_file.h"
-#include "tests/support/interposer.h"
-#include "tests/support/scratch_folder.h"
 #include "tests/support/short_path_policy.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::ChooseStringFile;
-using nhupdate::ReadStringFile;
-using nhupdate::StringFileText;
 
 TEST(ChooseStringFileTest, FallsBackToTheGeneralLanguageAndThenToDefault) {
   const struct {
@@ -58,7 +44,7 @@ TEST(ChooseStringFileTest, FallsBackToTheGeneralLanguageAndThenToDefault) {
 
     EXPECT_EQ(ChooseStringFile(scratch.Path(), c.language),
               scratch.Path() + L"\\NHUpdateManager." + c.chosen + L".json")
-        << testing::PrintToString(c.language);
+        << PrintToString(c.language);
   }
 }
 
@@ -104,7 +90,7 @@ TEST_F(ReadStringFileTest, GivesTheTextWithoutItsMarkAndTheSizeOfTheFile) {
   for (const auto& c : cases) {
     const StringFileText read = Read(c.bytes);
 
-    EXPECT_TRUE(read.text == c.text) << testing::PrintToString(c.bytes.substr(0, 20));
+    EXPECT_TRUE(read.text == c.text) << PrintToString(c.bytes.substr(0, 20));
     EXPECT_EQ(read.byte_count, static_cast<int>(c.bytes.size()));
   }
 }

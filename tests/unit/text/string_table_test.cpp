@@ -1,30 +1,19 @@
 #include "text/string_table.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "base/windows.h"
-#include "tests/support/answers.h"
-#include "tests/support/files.h"
-#include "tests/support/interposer.h"
 #include "tests/support/recorded_log.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/windows_basics.h"
 #include "text/string_keys.h"
 
 namespace nhupdate_test {
 namespace {
 
-using nhupdate::StringTable;
 using namespace std::string_literals;
-using testing::ElementsAre;
 
 class StringTableTest : public testing::Test {
  protected:
   void Load() {
     log_.ForgetRecords();
-    nhupdate::LoadStrings(strings_, path_, log_.Log());
+    LoadStrings(strings_, path_, log_.Log());
   }
 
   void Load(const std::string& bytes) {
@@ -53,7 +42,7 @@ TEST_F(StringTableTest, TakesTheTextsOfAnObject) {
   } cases[] = {
       {"texts",
        R"({"KEY_UPDATE_TITLE": "Nimba Hub Update", "Other": "a\nb"})",
-       {{nhupdate::kKeyUpdateTitle, L"Nimba Hub Update"}, {L"Other", L"a\nb"}}},
+       {{kKeyUpdateTitle, L"Nimba Hub Update"}, {L"Other", L"a\nb"}}},
       {"a mark", "\xEF\xBB\xBF{\"A\":\"x\",\"B\":\"y\"}", {{L"A", L"x"}, {L"B", L"y"}}},
       {"two marks", "\xEF\xBB\xBF\xEF\xBB\xBF{\"A\":\"x\"}", {}},
       {"UTF-8", "{\"\xC3\x84\":\"\xE6\x96\xB0\xFF\"}", {{L"\u00C4", L"\u65B0\uFFFD"}}},
@@ -128,13 +117,12 @@ TEST_F(StringTableTest, SaysWhichFileCannotBeReadAndKeepsWhatIsThere) {
 TEST_F(StringTableTest, GivesTheKeyForWhatIsNotThere) {
   const StringTable strings = {{L"KEY_UPDATE_TITLE", L"x"}};
 
-  EXPECT_EQ(nhupdate::GetString(strings, nhupdate::kKeyUpdateTitle), L"x");
+  EXPECT_EQ(GetString(strings, kKeyUpdateTitle), L"x");
   for (const wchar_t* key : {L"key_update_title", L"KEY_UPDATE_TITLE ", L""}) {
-    EXPECT_EQ(nhupdate::GetString(strings, key), key);
+    EXPECT_EQ(GetString(strings, key), key);
   }
-  EXPECT_EQ(nhupdate::GetString({}, nhupdate::kKeyFailCommonError), L"KEY_FAIL_COMMON_ERROR");
-  EXPECT_EQ(nhupdate::GetString({}, nhupdate::kKeyFailNeedStopNHUpdateManager),
-            L"KEY_FAIL_NEED_STOP_NHUPDATEMANAGER");
+  EXPECT_EQ(GetString({}, kKeyFailCommonError), L"KEY_FAIL_COMMON_ERROR");
+  EXPECT_EQ(GetString({}, kKeyFailNeedStopNHUpdateManager), L"KEY_FAIL_NEED_STOP_NHUPDATEMANAGER");
 }
 
 }  // namespace

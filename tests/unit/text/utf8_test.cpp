@@ -1,12 +1,8 @@
 #include "text/utf8.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
-#include <string>
 
-#include "base/windows.h"
-#include "tests/support/interposer.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
@@ -14,15 +10,14 @@ namespace {
 using namespace std::string_literals;
 
 std::wstring Convert(const std::string& bytes) {
-  return nhupdate::Utf8ToWide(bytes.data(), static_cast<int>(bytes.size()));
+  return Utf8ToWide(bytes.data(), static_cast<int>(bytes.size()));
 }
 
 TEST(Utf8ToWideTest, ConvertsSequencesOfEveryLengthAndReplacesInvalidBytes) {
-  struct Case {
+  const struct {
     std::string bytes;
     std::wstring text;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"Az09~", L"Az09~"},
       {"\xC3\xA9\xDF\xBF", L"\u00E9\u07FF"},
       {"\xE0\xA0\x80\xE6\x96\xB0\xEF\xBF\xBF", L"\u0800\u65B0\xFFFF"},
@@ -35,21 +30,21 @@ TEST(Utf8ToWideTest, ConvertsSequencesOfEveryLengthAndReplacesInvalidBytes) {
       {"a\xC3", L"a\uFFFD"},
       {"\xC3(", L"\uFFFD("},
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(Convert(c.bytes), c.text) << testing::PrintToString(c.bytes);
+  for (const auto& c : cases) {
+    EXPECT_EQ(Convert(c.bytes), c.text) << PrintToString(c.bytes);
   }
 }
 
 TEST(Utf8ToWideTest, ConvertsExactlyTheBytesThatAreCounted) {
   const char bytes[] = {'a', 'b', 'c', 'd'};  // no terminator
 
-  EXPECT_EQ(nhupdate::Utf8ToWide(bytes, 4), L"abcd");
-  EXPECT_EQ(nhupdate::Utf8ToWide(bytes, 2), L"ab");
-  EXPECT_EQ(nhupdate::Utf8ToWide(bytes + 3, 1), L"d");
+  EXPECT_EQ(Utf8ToWide(bytes, 4), L"abcd");
+  EXPECT_EQ(Utf8ToWide(bytes, 2), L"ab");
+  EXPECT_EQ(Utf8ToWide(bytes + 3, 1), L"d");
   for (const int count : {0, -1, INT_MIN}) {
-    EXPECT_EQ(nhupdate::Utf8ToWide(bytes, count), L"") << count;
+    EXPECT_EQ(Utf8ToWide(bytes, count), L"") << count;
   }
-  EXPECT_EQ(nhupdate::Utf8ToWide(nullptr, 0), L"");
+  EXPECT_EQ(Utf8ToWide(nullptr, 0), L"");
 }
 
 // How many U+FFFD stand for a longer invalid sequence depends on the system's version.
@@ -68,8 +63,7 @@ TEST(Utf8ToWideTest, ReplacesLongerInvalidSequencesAndGoesOnBehindThem) {
     ASSERT_GE(text.size(), 3U);
     EXPECT_EQ(text.front(), L'a');
     EXPECT_EQ(text.back(), L'b');
-    EXPECT_EQ(text.find_first_not_of(L'\uFFFD', 1), text.size() - 1)
-        << testing::PrintToString(text);
+    EXPECT_EQ(text.find_first_not_of(L'\uFFFD', 1), text.size() - 1) << PrintToString(text);
   }
 }
 
@@ -82,7 +76,7 @@ TEST(Utf8ToWideTest, AsksForUtf8WithoutFlagsAndGivesNothingWhenItGetsNothing) {
         EXPECT_EQ(flags, 0U);
         return convert.Calls() == failing_call ? 0 : convert.Original()(page, flags, rest...);
       });
-      text = nhupdate::Utf8ToWide("abc", 3);
+      text = Utf8ToWide("abc", 3);
       EXPECT_EQ(convert.Calls(), failing_call);
     }
 

@@ -27,8 +27,7 @@ class CheckAndDownloadTest : public WorkflowTest {
   }
 
   // Counts how often values of files in INI format are read.
-  INTERPOSER(GetPrivateProfileStringW) read_{
-      [this](auto... all) { return read_.Original()(all...); }};
+  INTERPOSER(GetPrivateProfileStringW) read_;
 };
 
 TEST_F(CheckAndDownloadTest, DownloadsWhatTheCheckFoundWithoutReadingVersions) {

@@ -1,8 +1,5 @@
 #include "update/child_launch.h"
 
-#include <optional>
-
-#include "tests/support/answers.h"
 #include "tests/support/placeholders.h"
 #include "tests/unit/update/mechanism_test.h"
 #include "update/launch_catalog.h"
@@ -10,23 +7,15 @@
 namespace nhupdate_test {
 namespace {
 
-using nhupdate::ChildLaunch;
-using nhupdate::LaunchOutcome;
-using nhupdate::LaunchState;
-
 const struct {
   const char* name;
   const ChildLaunch& launch;
 } kLaunches[] = {
-    {"CheckForUpdate", nhupdate::kCheckForUpdate},
-    {"BackgroundDownload", nhupdate::kBackgroundDownload},
-    {"CheckForUpdater", nhupdate::kCheckForUpdater},
-    {"UpdateUpdater", nhupdate::kUpdateUpdater},
-    {"UpdateProduct", nhupdate::kUpdateProduct},
-    {"StartSelfUpdate", nhupdate::kStartSelfUpdate},
-    {"StartFinalUpdate", nhupdate::kStartFinalUpdate},
-    {"DownloadNimbaCast", nhupdate::kDownloadNimbaCast},
-    {"InstallNimbaCast", nhupdate::kInstallNimbaCast},
+    {"CheckForUpdate", kCheckForUpdate},     {"BackgroundDownload", kBackgroundDownload},
+    {"CheckForUpdater", kCheckForUpdater},   {"UpdateUpdater", kUpdateUpdater},
+    {"UpdateProduct", kUpdateProduct},       {"StartSelfUpdate", kStartSelfUpdate},
+    {"StartFinalUpdate", kStartFinalUpdate}, {"DownloadNimbaCast", kDownloadNimbaCast},
+    {"InstallNimbaCast", kInstallNimbaCast},
 };
 
 const struct {
@@ -82,7 +71,7 @@ TEST_F(ChildLaunchTest, AsksForTheProcessWithoutAWindowAndLeavesTheRestZero) {
   WriteFileBytes(Folder() + L"\\Updater.exe", "");
   const ScriptedShell shell({EndsWith(0)});
 
-  std::ignore = Launch(nhupdate::kCheckForUpdate);
+  std::ignore = Launch(kCheckForUpdate);
 
   const SHELLEXECUTEINFOW& record = shell.Launches().at(0).record;
   EXPECT_EQ(record.cbSize, 112u);
@@ -102,7 +91,7 @@ TEST_F(ChildLaunchTest, LeavesItToTheShellToRefuseAFolder) {
   CreateFolders(Folder() + L"\\Updater.exe");
   const ScriptedShell shell({FailsWith(ERROR_ACCESS_DENIED)});
 
-  EXPECT_EQ(Launch(nhupdate::kCheckForUpdate).state, LaunchState::kNotLaunched);
+  EXPECT_EQ(Launch(kCheckForUpdate).state, LaunchState::kNotLaunched);
 
   EXPECT_EQ(shell.Launches().size(), 1u);
 }
@@ -131,15 +120,15 @@ TEST_F(ChildLaunchTest, ShowsNumbersSigned) {
   WriteFileBytes(Folder() + L"\\Updater.exe", "");
   for (const DWORD code : {0U, 1U, 2U, 259U, 0xFFFFFFFFU, 0x80000000U}) {
     const ScriptedShell shell({EndsWith(code)});
-    EXPECT_EQ(Launch(nhupdate::kCheckForUpdate).exit_code, code);
+    EXPECT_EQ(Launch(kCheckForUpdate).exit_code, code);
   }
   for (const DWORD error : {0U, 1223U, 0x80070005U}) {
     const ScriptedShell shell({FailsWith(error)});
-    EXPECT_EQ(Launch(nhupdate::kCheckForUpdate).state, LaunchState::kNotLaunched);
+    EXPECT_EQ(Launch(kCheckForUpdate).state, LaunchState::kNotLaunched);
   }
   const ScriptedShell shell({EndsWith(1)});
   const INTERPOSER(GetCurrentProcessId) process_id(Answers(DWORD{0x80000005}));
-  std::ignore = Launch(nhupdate::kUpdateProduct);
+  std::ignore = Launch(kUpdateProduct);
 
   EXPECT_TRUE(shell.Launches()[0].parameters.ends_with(L"-ExitWhenParentDie:-2147483643"));
   TellLines(log_.Records());

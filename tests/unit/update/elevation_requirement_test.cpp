@@ -1,8 +1,6 @@
 #include "update/elevation_requirement.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+#include "tests/support/basics.h"
 #include "tests/support/recorded_log.h"
 
 namespace nhupdate_test {
@@ -11,10 +9,10 @@ namespace {
 TEST(RequireElevationTest, LogsOnlyWhenThereIsNone) {
   RecordedLog log;
 
-  EXPECT_TRUE(nhupdate::RequireElevation(true, log.Log()));
-  EXPECT_THAT(log.Records(), testing::IsEmpty());
-  EXPECT_FALSE(nhupdate::RequireElevation(false, log.Log()));
-  EXPECT_THAT(log.Records(), testing::ElementsAre(L"4|Process not been elevated for install."));
+  EXPECT_TRUE(RequireElevation(true, log.Log()));
+  EXPECT_THAT(log.Records(), IsEmpty());
+  EXPECT_FALSE(RequireElevation(false, log.Log()));
+  EXPECT_THAT(log.Records(), ElementsAre(L"4|Process not been elevated for install."));
 }
 
 }  // namespace

@@ -1,5 +1,3 @@
-#include "base/existence.h"
-#include "tests/support/answers.h"
 #include "tests/support/failing_copy.h"
 #include "tests/support/fake_process_table.h"
 #include "tests/support/product_keys.h"
@@ -10,10 +8,6 @@
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::Exists;
-using nhupdate::InstallKind;
-using testing::ElementsAre;
 
 // A product with one staged file, an old one installed, an empty folder, and a registry, processes
 // and tools of its own.
@@ -67,12 +61,11 @@ TEST_F(InstallSequenceTest, RemovesTheEmptyFoldersInTheOrderInWhichTheyWereFound
   const std::wstring empty = product_.Base() + L"\\Empty";
   std::vector<std::wstring> deleted;
   {
-    const INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, auto... rest) {
+    const INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, auto...) {
       if ((access & DELETE) != 0 && std::wstring(path).starts_with(empty)) {
         WriteFileBytes(empty + L"\\late", "x");
         deleted.push_back(path);
       }
-      return open.Original()(path, access, rest...);
     });
     EXPECT_EQ(Run(), 0);
   }
@@ -122,7 +115,7 @@ TEST_F(InstallSequenceTest, AsTheLastStageLeavesTheTestToItsCallerButGrantsNothi
 
   TellRunOf(InstallKind::kLastUpdateStage);
 
-  EXPECT_THAT(tools_.Started(), testing::IsEmpty());
+  EXPECT_THAT(tools_.Started(), IsEmpty());
 }
 
 class FinalUpdateTest : public InstallSequenceTest {

@@ -3,20 +3,13 @@
 // What the tests of the mechanisms share: a log in memory and a folder that passes for a product's,
 // {base}. Nothing of a product is there but what a test puts there.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "base/product_folders.h"
 #include "install/folder_copy.h"
-#include "tests/support/files.h"
 #include "tests/support/recorded_log.h"
 #include "tests/support/recorded_sleeps.h"
-#include "tests/support/scratch_folder.h"
 #include "tests/support/scripted_shell.h"
 #include "tests/support/told_test.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 
@@ -55,9 +48,9 @@ class MechanismTest : public ToldTest {
   RecordedLog log_{scratch_.Path()};
   RecordedSleeps sleeps_;
   std::wstring last_failed_path_;
-  const nhupdate::ProductFolders folders_ =
-      nhupdate::FoldersOfExecutable(Base() + L"\\NHUpdateManager\\NHUpdateManager.exe");
-  nhupdate::CFolderCopy copy_{folders_, log_.Log(), last_failed_path_};
+  const ProductFolders folders_ =
+      FoldersOfExecutable(Base() + L"\\NHUpdateManager\\NHUpdateManager.exe");
+  CFolderCopy copy_{folders_, log_.Log(), last_failed_path_};
 };
 
 }  // namespace nhupdate_test

@@ -1,13 +1,10 @@
 #include "update/nimba_cast_installation.h"
 
-#include "base/existence.h"
 #include "tests/support/failing_copy.h"
 #include "tests/unit/update/mechanism_test.h"
 
 namespace nhupdate_test {
 namespace {
-
-using testing::ElementsAre;
 
 // The updater "downloads" a manager for NimbaCast by already having it.
 class NimbaCastInstallationTest : public MechanismTest {
@@ -40,7 +37,7 @@ TEST_F(NimbaCastInstallationTest, JudgesTheDownloadAndClosesItsProcess) {
 
     const int result = TellInstallation(name, script);
 
-    EXPECT_EQ(nhupdate::Exists(NimbaCast() + L"\\CSUpdateManager"), result == 0) << name;
+    EXPECT_EQ(Exists(NimbaCast() + L"\\CSUpdateManager"), result == 0) << name;
   }
 }
 

@@ -1,15 +1,10 @@
 #include "update/product_version.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/files.h"
-#include "tests/support/scratch_folder.h"
 #include "tests/support/version_file.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::ReadProductVersion;
 
 TEST(ProductVersionTest, IsReadFromTheProductSectionUpTo255Characters) {
   const struct {

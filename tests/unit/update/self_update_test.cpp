@@ -1,4 +1,3 @@
-#include "base/existence.h"
 #include "base/paths.h"
 #include "tests/support/failing_copy.h"
 #include "tests/support/fake_process_table.h"
@@ -6,9 +5,6 @@
 
 namespace nhupdate_test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr wchar_t kStagedModule[] = L"\\Updater\\App\\NHUpdateManager";
 
@@ -33,7 +29,7 @@ class SelfUpdateTest : public WorkflowTest {
 TEST_F(SelfUpdateTest, ReplacesTheInstalledCopyASecondAfterItStoppedOthersAndStartsIt) {
   const std::wstring executable = Installed() + L"\\NHUpdateManager.exe";
   AddFile(L"\\NHUpdateManager\\Config\\old.json");
-  const RecordedSleeps sleeps([&](int) { EXPECT_FALSE(nhupdate::Exists(executable)); });
+  const RecordedSleeps sleeps([&](int) { EXPECT_FALSE(Exists(executable)); });
 
   TellRun({EndsWith(0)});
 
@@ -95,7 +91,7 @@ class MisplacedSelfUpdateTest : public SelfUpdateTest {
 };
 
 TEST_F(MisplacedSelfUpdateTest, CopiesThreeFoldersUpAllTheSame) {
-  const std::wstring target = nhupdate::ParentFolder(product_.Root()) + L"\\NHUpdateManager";
+  const std::wstring target = ParentFolder(product_.Root()) + L"\\NHUpdateManager";
   const ScriptedShell shell({EndsWith(0)});
 
   EXPECT_EQ(Run(), 0);

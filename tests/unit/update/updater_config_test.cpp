@@ -1,17 +1,10 @@
 #include "update/updater_config.h"
 
-#include "base/existence.h"
-#include "tests/support/answers.h"
 #include "tests/support/folder_link.h"
-#include "tests/support/held_file.h"
 #include "tests/unit/update/mechanism_test.h"
 
 namespace nhupdate_test {
 namespace {
-
-using nhupdate::Exists;
-using nhupdate::ProductFolders;
-using nhupdate::RunningCopy;
 
 class UpdaterConfigTest : public MechanismTest {
  protected:
@@ -35,7 +28,7 @@ class UpdaterConfigTest : public MechanismTest {
 
 TEST_F(UpdaterConfigTest, IsDeletedWhereTheRunningCopySeesIt) {
   const ProductFolders staged =
-      nhupdate::FoldersOfExecutable(Updater() + L"\\App\\NHUpdateManager\\NHUpdateManager.exe");
+      FoldersOfExecutable(Updater() + L"\\App\\NHUpdateManager\\NHUpdateManager.exe");
   Add(kConfig);
   Tell("Installed", Delete(folders_));
   EXPECT_FALSE(ConfigExists());
@@ -76,14 +69,12 @@ TEST_F(UpdaterConfigTest, StaysWhenItCannotBeDeleted) {
 // FAT and exFAT know neither the question for a link's kind nor the deletion at once.
 TEST_F(UpdaterConfigTest, IsDeletedOnAPlainDiskToo) {
   Add(kConfig);
-  const INTERPOSER(GetFileInformationByHandleEx) ask([&](HANDLE file, auto kind, auto... rest) {
-    ::SetLastError(ERROR_INVALID_PARAMETER);
-    return kind == FileAttributeTagInfo ? FALSE : ask.Original()(file, kind, rest...);
-  });
-  const INTERPOSER(SetFileInformationByHandle) change([&](HANDLE file, auto kind, auto... rest) {
-    ::SetLastError(ERROR_INVALID_PARAMETER);
-    return kind == FileDispositionInfo ? change.Original()(file, kind, rest...) : FALSE;
-  });
+  const auto asks_for_tag = [](HANDLE, auto kind, auto...) { return kind == FileAttributeTagInfo; };
+  const auto is_newer = [](HANDLE, auto kind, auto...) { return kind != FileDispositionInfo; };
+  const INTERPOSER(GetFileInformationByHandleEx) ask(
+      AnswersIf(asks_for_tag, FALSE, ERROR_INVALID_PARAMETER));
+  const INTERPOSER(SetFileInformationByHandle) change(
+      AnswersIf(is_newer, FALSE, ERROR_INVALID_PARAMETER));
 
   Tell(Delete(folders_));
 
@@ -94,12 +85,11 @@ TEST_F(UpdaterConfigTest, IsNotDeletedBehindALinkWheneverThatComes) {
   Add(kConfig);
   // The last moment: the file is about to be opened.
   bool is_exchanged = false;
-  const INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto... rest) {
+  const INTERPOSER(CreateFileW) open([&](const wchar_t* path, auto...) {
     if (!is_exchanged && std::wstring(path) == Base() + kConfig) {
       is_exchanged = true;
       LinkConfigToAnotherFolder();
     }
-    return open.Original()(path, rest...);
   });
 
   Tell("After the look", Delete(folders_));
@@ -116,7 +106,7 @@ TEST_F(UpdaterConfigTest, IsNotLookedForWithoutABaseFolder) {
   cut_off.is_executable_path_cut_off = true;
 
   Tell("CutOff", Delete(cut_off));
-  Tell("DrivesRoot", Delete(nhupdate::FoldersOfExecutable(L"C:\\NHUpdateManager.exe")));
+  Tell("DrivesRoot", Delete(FoldersOfExecutable(L"C:\\NHUpdateManager.exe")));
 
   EXPECT_TRUE(ConfigExists());
 }

@@ -80,7 +80,7 @@ TEST_F(UpdaterRefreshTest, NeverDeletesSubFoldersOfTheUpdater) {
 
   TellRefresh("", {EndsWith(1)});
 
-  EXPECT_THAT(ListTree(Updater() + L"\\Data"), testing::ElementsAre(L"new.txt", L"old.txt"));
+  EXPECT_THAT(ListTree(Updater() + L"\\Data"), ElementsAre(L"new.txt", L"old.txt"));
 }
 
 }  // namespace

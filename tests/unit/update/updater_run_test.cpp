@@ -37,14 +37,14 @@ class UpdaterRunTest : public MechanismTest {
 
 TEST_F(UpdaterRunTest, JudgesAChecksExitCodeAndClosesItsProcess) {
   TellRuns([this] {
-    return CheckWithUpdater(nhupdate::kCheckForUpdate, Updater(),
+    return CheckWithUpdater(kCheckForUpdate, Updater(),
                             {.found = L"Found.", .nothing_found = L"Nothing found."}, log_.Log());
   });
 }
 
 // A failed updater's handle is kept open on purpose, for whoever looks into the failure.
 TEST_F(UpdaterRunTest, JudgesAnUpdatesExitCodeAndLeavesAFailedOnesProcessOpen) {
-  TellRuns([this] { return UpdateWithUpdater(nhupdate::kUpdateProduct, Updater(), log_.Log()); });
+  TellRuns([this] { return UpdateWithUpdater(kUpdateProduct, Updater(), log_.Log()); });
 }
 
 }  // namespace

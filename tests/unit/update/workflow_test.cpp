@@ -42,7 +42,7 @@ void WorkflowTest::Tell(const std::string& heading, int result) {
 }
 
 void WorkflowTest::Remove(const std::wstring& path) {
-  EXPECT_TRUE(::DeleteFileW((product_.Base() + path).c_str())) << testing::PrintToString(path);
+  EXPECT_TRUE(::DeleteFileW((product_.Base() + path).c_str())) << PrintToString(path);
 }
 
 }  // namespace nhupdate_test

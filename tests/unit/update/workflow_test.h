@@ -3,18 +3,12 @@
 // What the tests of the workflows share: an installed product whose manager has started, texts for
 // its boxes, and a desktop on which nobody waits.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "tests/support/files.h"
 #include "tests/support/installed_product.h"
 #include "tests/support/recorded_boxes.h"
 #include "tests/support/recorded_sleeps.h"
 #include "tests/support/scripted_shell.h"
 #include "tests/support/told_test.h"
+#include "tests/support/windows_basics.h"
 
 namespace nhupdate_test {
 
@@ -22,7 +16,7 @@ class WorkflowTest : public ToldTest {
  protected:
   explicit WorkflowTest(const ProductOptions& options = {});
 
-  [[nodiscard]] nhupdate::CManagerCenter& Manager() { return product_.Manager(); }
+  [[nodiscard]] CManagerCenter& Manager() { return product_.Manager(); }
 
   // The workflow that the fixture is for.
   virtual int Run() = 0;
