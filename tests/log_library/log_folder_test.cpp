@@ -95,10 +95,11 @@ TEST(LogStartFolderTest, APathThatCantBeMadeFullMakesTheStartFail) {
   }
   {
     // Below a current folder that has become longer between the two calls.
-    const INTERPOSER(GetFullPathNameW) full(
-        log.Module(), [](auto, DWORD units, auto...) -> std::optional<DWORD> {
-          return units == 0 ? std::nullopt : std::optional(units);
-        });
+    INTERPOSER(GetFullPathNameW) full(log.Module(),
+                                      [&](const wchar_t* path, DWORD units, auto... rest) {
+                                        const DWORD length = full.Original()(path, units, rest...);
+                                        return units == 0 ? length : units;
+                                      });
     EXPECT_EQ(log.Start(), 2);
     EXPECT_EQ(full.Calls(), 2);
   }
