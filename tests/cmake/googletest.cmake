@@ -13,12 +13,6 @@ set(CMAKE_POLICY_DEFAULT_CMP0091 NEW)
 if(EXISTS ${NHUPDATE_GOOGLETEST_SOURCE}/CMakeLists.txt)
   add_subdirectory(
     ${NHUPDATE_GOOGLETEST_SOURCE} ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
-  if(NOT MSVC)
-    # Compiled for every build, and hardly any of a test's time is spent in it.
-    foreach(library gtest gmock)
-      target_compile_options(${library} PRIVATE -O0 -g0)
-    endforeach()
-  endif()
   return()
 endif()
 
