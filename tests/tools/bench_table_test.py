@@ -64,15 +64,15 @@ class BenchTableTest(unittest.TestCase):
                           "| what | r", "|---|---|-", "| a start "])
 
     def test_replaces_the_table_of_the_page_and_nothing_else(self):
-        before = self.page.read_text(encoding="utf-8").splitlines()
+        begin, end = "<!-- written by tools/bench --write -->\n", "<!-- end -->\n"
+        before = self.page.read_text(encoding="utf-8")
         for line in (MISSED, REACHED):
             written = self.run_tool([line], "--write")
             self.assertEqual(written.returncode, 0, written.stderr)
-        after = self.page.read_text(encoding="utf-8").splitlines()
+        after = self.page.read_text(encoding="utf-8")
 
-        self.assertEqual(written.stdout.splitlines(), [line for line in after if line[:1] == "|"])
-        self.assertEqual([line for line in before if line[:1] != "|"],
-                         [line for line in after if line[:1] != "|"])
+        self.assertEqual(after, before.partition(begin)[0] + begin + written.stdout + end
+                         + before.partition(end)[2])
 
     def test_refuses_a_page_without_a_place_for_it(self):
         self.page.write_text("# Benchmarks\n", encoding="utf-8")
