@@ -19,8 +19,12 @@ def row(target, own, rival):
 
 REACHED = row(1.1, [[20, 10], [30, 10], [60, 10]], [[20, 10], [20, 10], [20, 10]])
 MISSED = row(1.1, [[20, 30], [20, 30]], [[10, 10], [10, 10]])
+# Both times are shown as 1.10.
+JUST_REACHED = row(1.1, [[1104, 1104], [1104, 1104]], [[1000, 1000], [1000, 1000]])
 MEMORY = json.dumps({"name": "memory", "what": "a start", "rival": "an empty program",
                      "own_mib": [10, 30, 12], "rival_mib": [8, 8, 9]})
+INSTRUCTIONS = {"name": "count", "what": "a long text", "rival": "a short one", "target": 1.1,
+                "own_instructions": 55, "rival_instructions": 50}
 NOT_MEASURABLE = row(0, [[20, 0], [20, 0]], [[10, 0], [10, 0]])
 
 
@@ -50,6 +54,7 @@ class BenchTableTest(unittest.TestCase):
 
     def test_says_when_neither_time_has_reached_the_target(self):
         self.assertEqual(self.cells(MISSED)[6], "1.1, missed")
+        self.assertEqual(self.cells(JUST_REACHED)[6], "1.1")
 
     def test_shows_no_ratio_of_times_that_are_too_short(self):
         self.assertEqual(self.cells(NOT_MEASURABLE)[2:4], ["2.00 (2.00–2.00)", "—"])
@@ -62,6 +67,17 @@ class BenchTableTest(unittest.TestCase):
         self.assertEqual([line[:10] for line in printed.splitlines()],
                          ["| what | r", "|---|---|-", "| a copy |", "",
                           "| what | r", "|---|---|-", "| a start "])
+
+    def test_shows_instructions_in_a_table_of_their_own(self):
+        self.assertEqual(self.cells(json.dumps(INSTRUCTIONS)),
+                         ["a long text", "a short one", "1.10", "55.0", "50.0", "1.1"])
+        self.assertEqual(self.cells(json.dumps({**INSTRUCTIONS, "own_instructions": 56}))[5],
+                         "1.1, missed")
+
+        printed = self.run_tool([MEMORY, json.dumps(INSTRUCTIONS), REACHED]).stdout
+        self.assertEqual([line.partition(" | ")[0] for line in printed.splitlines()
+                          if not line.startswith(("|---", "| what"))],
+                         ["| a copy", "", "| a long text", "", "| a start"])
 
     def test_replaces_the_table_of_the_page_and_nothing_else(self):
         begin, end = "<!-- written by tools/bench --write -->\n", "<!-- end -->\n"

@@ -18,9 +18,9 @@ nhupdate_second_compiler_packages=(clang libclang-rt-dev libc++-dev libc++abi-de
 # shellcheck disable=SC2034  # used where this is sourced
 nhupdate_sign_packages=(openssl osslsigncode)
 
-# The rivals of the measurements.
+# The rivals of the measurements, and what counts instructions.
 # shellcheck disable=SC2034  # used where this is sourced
-nhupdate_bench_packages=(nlohmann-json3-dev rapidjson-dev libspdlog-dev libfmt-dev)
+nhupdate_bench_packages=(nlohmann-json3-dev rapidjson-dev libspdlog-dev libfmt-dev valgrind)
 
 # What the quick half of tools/lint looks with.
 nhupdate_lint_packages=(clang-format shellcheck yamllint)
