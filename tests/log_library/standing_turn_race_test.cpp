@@ -8,6 +8,7 @@
 
 #include "base/windows.h"
 #include "log_library/standing_turn.h"
+#include "tests/log_library/turns.h"
 
 namespace nhupdate_test {
 namespace {
@@ -57,17 +58,6 @@ class SingleSteps {
   static inline std::function<void()> in_between_;
   void* handler_;
 };
-
-void TakeTurns(CStandingTurn& turn) {
-  for (int number = 0; number < CStandingTurn::kTurnsInARow; ++number) {
-    turn.CountTurn();
-  }
-}
-
-bool IsTakenBack(CStandingTurn& turn) {
-  turn.TakeBack();
-  return turn.IsOver();
-}
 
 TEST(StandingTurnRaceTest, IsNeverHadByTwoWhereverItIsTakenBack) {
   constexpr int kMostSteps = 10'000;

@@ -11,6 +11,7 @@
 #include "tests/log_library/access_text.h"
 #include "tests/log_library/fake_uptime.h"
 #include "tests/log_library/test_log.h"
+#include "tests/log_library/turns.h"
 
 namespace nhupdate_test {
 namespace {
@@ -19,19 +20,6 @@ using nhupdate::CObjectAccess;
 using nhupdate::CStandingTurn;
 
 constexpr wchar_t kMemoryName[] = L"Global\\NHUpdateManager.log.turn";
-constexpr int kEnough = CStandingTurn::kTurnsInARow;
-
-void TakeTurns(CStandingTurn& turn, int count) {
-  for (int number = 0; number < count; ++number) {
-    turn.CountTurn();
-  }
-}
-
-// As whoever has got the mutex asks it.
-bool IsTakenBack(CStandingTurn& turn) {
-  turn.TakeBack();
-  return turn.IsOver();
-}
 
 // The words that all share, in which anyone could write.
 class SharedWords {
@@ -66,7 +54,7 @@ class StandingTurnTest : public testing::Test {
 };
 
 TEST_F(StandingTurnTest, IsHadAfterEnoughTurnsInARow) {
-  TakeTurns(*first_, kEnough - 1);
+  TakeTurns(*first_, kEnoughTurns - 1);
   EXPECT_FALSE(first_->Enter());
 
   TakeTurns(*first_, 1);
@@ -78,9 +66,9 @@ TEST_F(StandingTurnTest, IsHadAfterEnoughTurnsInARow) {
 }
 
 TEST_F(StandingTurnTest, IsNotHadWhenAnotherProcessHasATurnInBetween) {
-  TakeTurns(*first_, kEnough - 1);
+  TakeTurns(*first_, kEnoughTurns - 1);
   TakeTurns(second_, 1);
-  TakeTurns(*first_, kEnough - 1);
+  TakeTurns(*first_, kEnoughTurns - 1);
   EXPECT_FALSE(first_->Enter());
 
   TakeTurns(*first_, 1);
@@ -89,19 +77,19 @@ TEST_F(StandingTurnTest, IsNotHadWhenAnotherProcessHasATurnInBetween) {
 }
 
 TEST_F(StandingTurnTest, IsTakenBackAtOnceBetweenTwoRecords) {
-  TakeTurns(*first_, kEnough);
+  TakeTurns(*first_, kEnoughTurns);
   ASSERT_TRUE(first_->Enter());
   first_->Leave();
 
   EXPECT_TRUE(IsTakenBack(second_));
 
   EXPECT_FALSE(first_->Enter());
-  TakeTurns(second_, kEnough);
+  TakeTurns(second_, kEnoughTurns);
   EXPECT_TRUE(second_.Enter());
 }
 
 TEST_F(StandingTurnTest, IsOverWhenTheRecordIsThatIsBeingWritten) {
-  TakeTurns(*first_, kEnough);
+  TakeTurns(*first_, kEnoughTurns);
   ASSERT_TRUE(first_->Enter());
 
   EXPECT_FALSE(IsTakenBack(second_));
@@ -113,19 +101,19 @@ TEST_F(StandingTurnTest, IsOverWhenTheRecordIsThatIsBeingWritten) {
 }
 
 TEST_F(StandingTurnTest, IsOverWhenItsProcessHasEndedInIt) {
-  TakeTurns(*first_, kEnough);
+  TakeTurns(*first_, kEnoughTurns);
   ASSERT_TRUE(first_->Enter());
 
   first_.reset();
 
   EXPECT_TRUE(IsTakenBack(second_));
-  TakeTurns(second_, kEnough);
+  TakeTurns(second_, kEnoughTurns);
   EXPECT_TRUE(second_.Enter());
 }
 
 // Whether its process is still there can't be seen then.
 TEST_F(StandingTurnTest, IsNotOverWhenWindowsDoesntTellWhetherItsProcessHasEnded) {
-  TakeTurns(*first_, kEnough);
+  TakeTurns(*first_, kEnoughTurns);
   ASSERT_TRUE(first_->Enter());
   const INTERPOSER(OpenMutexW) open([](DWORD access, BOOL is_inherited, const wchar_t*) -> HANDLE {
     EXPECT_EQ(access, DWORD{SYNCHRONIZE});
@@ -142,7 +130,7 @@ TEST_F(StandingTurnTest, IsNotOverWhenWindowsDoesntTellWhetherItsProcessHasEnded
 // Who had the turn before may find that out only after the next one has it.
 TEST_F(StandingTurnTest, IsNotHadWhileAnotherProcessIsInTheMiddleOfARecord) {
   SharedWords words;
-  TakeTurns(*first_, kEnough);
+  TakeTurns(*first_, kEnoughTurns);
   words.Busy() = words.LastNumber();
 
   EXPECT_FALSE(first_->Enter());
@@ -171,21 +159,21 @@ TEST_F(StandingTurnTest, IsNobodysWhileAWriterCantShareTheMemory) {
     EXPECT_TRUE(other->Open());
     EXPECT_EQ(open.Calls(), 2);
   }
-  TakeTurns(*other, kEnough);
+  TakeTurns(*other, kEnoughTurns);
   EXPECT_FALSE(other->Enter());
   EXPECT_TRUE(IsTakenBack(*other));
 
-  TakeTurns(*first_, kEnough);
+  TakeTurns(*first_, kEnoughTurns);
   EXPECT_FALSE(first_->Enter());
   other.reset();
-  TakeTurns(*first_, kEnough);
+  TakeTurns(*first_, kEnoughTurns);
 
   EXPECT_TRUE(first_->Enter());
 }
 
 TEST_F(StandingTurnTest, IsNobodysWithinASecondOfAWriterThatCantSeeTheMemory) {
   FakeUptime uptime(::GetModuleHandleW(nullptr));
-  TakeTurns(*first_, kEnough);
+  TakeTurns(*first_, kEnoughTurns);
   std::optional<CStandingTurn> other{std::in_place};
   {
     const INTERPOSER(MapViewOfFile) map(
@@ -199,11 +187,11 @@ TEST_F(StandingTurnTest, IsNobodysWithinASecondOfAWriterThatCantSeeTheMemory) {
   uptime.Forward(1);
   EXPECT_FALSE(first_->Enter());
   EXPECT_TRUE(IsTakenBack(*first_));
-  TakeTurns(*first_, kEnough);
+  TakeTurns(*first_, kEnoughTurns);
   EXPECT_FALSE(first_->Enter());
 
   other.reset();
-  TakeTurns(*first_, kEnough - 1);
+  TakeTurns(*first_, kEnoughTurns - 1);
   EXPECT_FALSE(first_->Enter());
   TakeTurns(*first_, 1);
   EXPECT_TRUE(first_->Enter());
@@ -211,7 +199,7 @@ TEST_F(StandingTurnTest, IsNobodysWithinASecondOfAWriterThatCantSeeTheMemory) {
 
 TEST_F(StandingTurnTest, LooksForSuchAWriterOnceASecondAndNotForEachRecord) {
   FakeUptime uptime(::GetModuleHandleW(nullptr));
-  TakeTurns(*first_, kEnough);
+  TakeTurns(*first_, kEnoughTurns);
   INTERPOSER(OpenMutexW) look([&](auto... all) { return look.Original()(all...); });
 
   for (const ULONGLONG later_ms : {0u, 999u, 1u, 0u, 999u, 1u}) {
@@ -240,9 +228,9 @@ TEST_F(StandingTurnTest, IsNotForAWriterWhoseEndNobodyCouldSee) {
     EXPECT_TRUE(other.Open());
   }
 
-  TakeTurns(other, kEnough);
+  TakeTurns(other, kEnoughTurns);
   EXPECT_FALSE(other.Enter());
-  TakeTurns(*first_, kEnough - 1);
+  TakeTurns(*first_, kEnoughTurns - 1);
   TakeTurns(other, 1);
   TakeTurns(*first_, 1);
 
@@ -284,7 +272,7 @@ TEST(StandingTurnMemoryTest, IsDoneWithoutWhenSomebodyHasSpoiltIt) {
 
     EXPECT_TRUE(turn.Open());
 
-    TakeTurns(turn, kEnough);
+    TakeTurns(turn, kEnoughTurns);
     EXPECT_FALSE(turn.Enter());
   }
 }

@@ -1,13 +1,11 @@
 // The library while it keeps a standing turn, and beside a writer that does.
 
-#include "log_library/standing_turn.h"
 #include "tests/log_library/test_log.h"
+#include "tests/log_library/turns.h"
 #include "tests/log_library/writer_process.h"
 
 namespace nhupdate_test {
 namespace {
-
-constexpr int kEnough = CStandingTurn::kTurnsInARow;
 
 void WriteRecords(TestLog& log, int count) {
   for (int number = 0; number < count; ++number) {
@@ -20,17 +18,17 @@ TEST(StandingWriterTest, WaitsForTheMutexNoMoreAfterEnoughRecords) {
   const INTERPOSER(WaitForSingleObject) wait(log.Module());
 
   // The header record is the first.
-  WriteRecords(log, kEnough - 1);
-  EXPECT_EQ(wait.Calls(), kEnough - 1);
+  WriteRecords(log, kEnoughTurns - 1);
+  EXPECT_EQ(wait.Calls(), kEnoughTurns - 1);
   WriteRecords(log, 100);
 
-  EXPECT_EQ(wait.Calls(), kEnough - 1);
-  EXPECT_THAT(log.Texts(), SizeIs(kEnough + 99));
+  EXPECT_EQ(wait.Calls(), kEnoughTurns - 1);
+  EXPECT_THAT(log.Texts(), SizeIs(kEnoughTurns + 99));
 }
 
 TEST(StandingWriterTest, RotatesItsFiles) {
   StartedLog log(kSmallFiles);
-  WriteRecords(log, kEnough);
+  WriteRecords(log, kEnoughTurns);
 
   log.Write(kFullFile);
   log.Write(L"next");
@@ -40,7 +38,7 @@ TEST(StandingWriterTest, RotatesItsFiles) {
 
 TEST(StandingWriterTest, LetsAnotherProcessWriteAndThenWaitsForTheMutexAgain) {
   StartedLog log;
-  WriteRecords(log, kEnough);
+  WriteRecords(log, kEnoughTurns);
   const WriterGate gate;
   WriterProcess another(log, gate, L"another", 3);
 
@@ -50,7 +48,7 @@ TEST(StandingWriterTest, LetsAnotherProcessWriteAndThenWaitsForTheMutexAgain) {
   log.Write(L"after");
 
   EXPECT_EQ(wait.Calls(), 1);
-  EXPECT_THAT(log.Texts(), SizeIs(kEnough + 3 + 1));
+  EXPECT_THAT(log.Texts(), SizeIs(kEnoughTurns + 3 + 1));
 }
 
 // Somebody who is in the middle of a record of his standing turn, and time that passes only while
@@ -60,7 +58,7 @@ class BusyWriterTest : public testing::Test {
   BusyWriterTest() {
     EXPECT_TRUE(other_.Open());
     EXPECT_EQ(log_.Start(), 0);
-    for (int turn = 0; turn < kEnough; ++turn) {
+    for (int turn = 0; turn < kEnoughTurns; ++turn) {
       other_.CountTurn();
     }
     EXPECT_TRUE(other_.Enter());

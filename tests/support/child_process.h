@@ -45,6 +45,12 @@ struct ChildProcess {
   return exit_code;
 }
 
+// Runs one of the small programs that lie beside this one to its end, and returns its exit code.
+[[nodiscard]] inline DWORD RunProbe(const std::wstring& name, const std::wstring& argument) {
+  const std::wstring program = TestProgramFolder() + L"\\" + name + L".exe";
+  return ExitCodeOf(StartChild(L"\"" + program + L"\" \"" + argument + L"\""));
+}
+
 struct ChildEnd {
   DWORD exit_code = 0;
   std::string output;

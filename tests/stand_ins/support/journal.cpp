@@ -1,7 +1,5 @@
 #include "tests/stand_ins/support/journal.h"
 
-#include <cstddef>
-
 #include "base/unique_handle.h"
 #include "base/windows.h"
 #include "tests/support/utf8_text.h"
@@ -9,8 +7,6 @@
 namespace nhupdate_stand_in {
 
 namespace {
-
-constexpr std::size_t kLongestPath = 32767;
 
 std::wstring Printable(std::wstring text) {
   for (wchar_t& unit : text) {

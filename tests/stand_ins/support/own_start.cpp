@@ -1,7 +1,5 @@
 #include "tests/stand_ins/support/own_start.h"
 
-#include <cstddef>
-
 #include "base/paths.h"
 #include "base/unique_handle.h"
 #include "base/windows.h"
@@ -12,8 +10,6 @@
 namespace nhupdate_stand_in {
 
 namespace {
-
-constexpr std::size_t kLongestPath = 32767;
 
 std::wstring OwnPath() {
   std::wstring path(kLongestPath, L'\0');

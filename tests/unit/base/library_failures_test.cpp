@@ -9,13 +9,10 @@ namespace {
 // What std::abort ends a process with.
 constexpr DWORD kAborted = 3;
 
-DWORD RunProbe(const std::wstring& task) {
-  const std::wstring probe = L"\"" + TestProgramFolder() + L"\\library_failure_probe.exe\"";
-  return ExitCodeOf(StartChild(probe + L" \"" + task + L"\""));
-}
+constexpr wchar_t kFailing[] = L"library_failure_probe";
 
 TEST(LibraryFailureTest, IsNoAllocationOfNoBytes) {
-  EXPECT_EQ(RunProbe(L"no bytes"), 0u);
+  EXPECT_EQ(RunProbe(kFailing, L"no bytes"), 0u);
 }
 
 TEST(LibraryFailureTest, EndsTheProcessWithoutAnException) {
@@ -31,7 +28,7 @@ TEST(LibraryFailureTest, EndsTheProcessWithoutAnException) {
       {L"terminate", kAborted},
   };
   for (const auto& failing : kCases) {
-    EXPECT_EQ(RunProbe(failing.failure), failing.exit_code) << ToUtf8(failing.failure);
+    EXPECT_EQ(RunProbe(kFailing, failing.failure), failing.exit_code) << ToUtf8(failing.failure);
   }
 }
 

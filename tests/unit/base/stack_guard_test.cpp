@@ -8,17 +8,17 @@ namespace {
 
 constexpr DWORD kOverrunStatus = 0xC0000409;  // STATUS_STACK_BUFFER_OVERRUN
 
-DWORD RunProbe(const std::wstring& task) {
-  return ExitCodeOf(StartChild(L"\"" + TestProgramFolder() + L"\\stack_guard_probe.exe\" " + task));
+DWORD RunGuarded(const std::wstring& task) {
+  return RunProbe(L"stack_guard_probe", task);
 }
 
 TEST(StackGuardTest, EndsAProcessThatOverrunsABufferOnItsStack) {
-  EXPECT_EQ(RunProbe(L"overrun"), kOverrunStatus);
+  EXPECT_EQ(RunGuarded(L"overrun"), kOverrunStatus);
 }
 
 TEST(StackGuardTest, DiffersInEachProcess) {
-  const DWORD first = RunProbe(L"value");
-  const DWORD second = RunProbe(L"value");
+  const DWORD first = RunGuarded(L"value");
+  const DWORD second = RunGuarded(L"value");
 
   EXPECT_NE(first, second);
   EXPECT_NE(first, static_cast<DWORD>(__stack_chk_guard >> 8));

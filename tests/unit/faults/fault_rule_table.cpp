@@ -4,7 +4,6 @@ namespace nhupdate_test {
 
 namespace {
 
-constexpr int kAll = 0;
 constexpr DWORD kNotFound = ERROR_FILE_NOT_FOUND;
 
 constexpr char kInstalling[] = "Install FinalUpdate";

@@ -7,8 +7,6 @@ namespace nhupdate_test {
 
 namespace {
 
-constexpr int kAll = 0;
-
 bool IsAmong(const std::string& names, const std::string& name) {
   return (" " + names + " ").find(" " + name + " ") != std::string::npos;
 }

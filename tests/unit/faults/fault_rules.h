@@ -30,12 +30,15 @@ struct Outcome {
 // As a result: the process ends at once, as it does for want of memory.
 inline constexpr int kProcessEnds = -1;
 
+// As a number of occurrences.
+inline constexpr int kAll = 0;
+
 struct FaultRule {
   const char* scenarios;  // their names, separated by blanks; empty for all
   const char* functions;  // separated by blanks
   const wchar_t* detail;  // a part of the call's detail, or after a "*" its end
   Outcome outcome;
-  int occurrences = 0;                        // for the first that many calls; 0 for all
+  int occurrences = kAll;                     // for the first that many calls
   std::optional<DWORD> error = std::nullopt;  // for this error alone; nothing for all
 };
 

@@ -20,7 +20,7 @@ using nhupdate::JsonKind;
 using nhupdate::JsonValue;
 using nhupdate::ParseValue;
 
-constexpr int kDepth = 1'000'000;
+constexpr int kDeep = 1'000'000;
 
 std::wstring Repeat(std::wstring_view text, int count) {
   std::wstring repeated;
@@ -88,21 +88,21 @@ TEST(JsonContainerReaderTest, ReadsOneContainerFromAnywhereInTheText) {
 
 TEST(JsonContainerReaderTest, ReadsAndReleasesAMillionContainers) {
   const std::wstring texts[] = {
-      Repeat(L"[", kDepth) + Repeat(L"]", kDepth),
-      Repeat(L"{\"a\":", kDepth - 1) + L"{}" + Repeat(L"}", kDepth - 1),
-      Repeat(L"[{\"\":", kDepth / 2) + L"1" + Repeat(L"}, 2]", kDepth / 2),
+      Repeat(L"[", kDeep) + Repeat(L"]", kDeep),
+      Repeat(L"{\"a\":", kDeep - 1) + L"{}" + Repeat(L"}", kDeep - 1),
+      Repeat(L"[{\"\":", kDeep / 2) + L"1" + Repeat(L"}, 2]", kDeep / 2),
   };
   for (const std::wstring& text : texts) {
     JsonValue value;
     EXPECT_EQ(Read(value, text), static_cast<int>(text.size()));
-    EXPECT_EQ(Depth(value), kDepth);
+    EXPECT_EQ(Depth(value), kDeep);
     FreeValue(value);
     EXPECT_EQ(value.Kind(), JsonKind::kNull);
   }
 }
 
 TEST(JsonContainerReaderTest, ReleasesADeepValueThatIsReplacedOrGoesOutOfScope) {
-  const std::wstring text = Repeat(L"[0,", kDepth) + Repeat(L"]", kDepth);
+  const std::wstring text = Repeat(L"[0,", kDeep) + Repeat(L"]", kDeep);
   JsonValue replaced;
   JsonValue left;
 
@@ -116,19 +116,19 @@ TEST(JsonContainerReaderTest, ReleasesADeepValueThatIsReplacedOrGoesOutOfScope) 
 // Arrays add up what is read before the failure of an element; objects report only what they have
 // read themselves.
 TEST(JsonContainerReaderTest, FailsInTheInnermostOfAMillionContainers) {
-  const std::wstring arrays = Repeat(L"[", kDepth);
-  const std::wstring objects = Repeat(L"{\"a\":", kDepth);
+  const std::wstring arrays = Repeat(L"[", kDeep);
+  const std::wstring objects = Repeat(L"{\"a\":", kDeep);
   const struct {
     std::wstring text;
     int result;
   } cases[] = {
-      {arrays + L"x" + Repeat(L"]", kDepth), -(kDepth + 1)},
-      {objects + L"x" + Repeat(L"}", kDepth), -5},
+      {arrays + L"x" + Repeat(L"]", kDeep), -(kDeep + 1)},
+      {objects + L"x" + Repeat(L"}", kDeep), -5},
       {arrays, -1},
       {objects, -1},
-      {arrays + L"]", -(kDepth + 2)},
-      {Repeat(L"[{\"a\":", kDepth) + L"]", -2},
-      {arrays + L"{" + Repeat(L"]", kDepth), -(kDepth + 1)},
+      {arrays + L"]", -(kDeep + 2)},
+      {Repeat(L"[{\"a\":", kDeep) + L"]", -2},
+      {arrays + L"{" + Repeat(L"]", kDeep), -(kDeep + 1)},
   };
   for (const auto& c : cases) {
     JsonValue value;
@@ -139,12 +139,12 @@ TEST(JsonContainerReaderTest, FailsInTheInnermostOfAMillionContainers) {
 
 TEST(JsonContainerReaderTest, ReadsAMillionElementsAndMembers) {
   JsonValue value;
-  std::wstring text = L"[" + Repeat(L"7,", kDepth) + L"]";
+  std::wstring text = L"[" + Repeat(L"7,", kDeep) + L"]";
   EXPECT_EQ(Read(value, text), static_cast<int>(text.size()));
   ASSERT_NE(value.AsArray(), nullptr);
-  EXPECT_EQ(value.AsArray()->size(), static_cast<std::size_t>(kDepth));
+  EXPECT_EQ(value.AsArray()->size(), static_cast<std::size_t>(kDeep));
 
-  text = L"{" + Repeat(L"\"a\":[]", kDepth) + L"\"a\":7}";
+  text = L"{" + Repeat(L"\"a\":[]", kDeep) + L"\"a\":7}";
   EXPECT_EQ(Read(value, text), static_cast<int>(text.size()));
   EXPECT_EQ(Describe(value), R"({"a":7})");
 }
