@@ -260,6 +260,18 @@ TEST_F(FolderRemovalTest, TakesWhatIsBesideAFirstFolderThatStays) {
   EXPECT_THAT(ListTree(folder_), ElementsAre(L"a\\", L"a\\held"));
 }
 
+// Whoever holds a file under one of its names holds it under all of them.
+TEST_F(FolderRemovalTest, TakesAFileWithAllItsNames) {
+  WriteFiles(folder_, {L"\\a", L"\\d\\file"});
+  for (const wchar_t* name : {L"\\b", L"\\c", L"\\d\\e"}) {
+    ASSERT_TRUE(::CreateHardLinkW((folder_ + name).c_str(), (folder_ + L"\\a").c_str(), nullptr));
+  }
+
+  EXPECT_TRUE(Delete());
+
+  EXPECT_FALSE(Exists(folder_));
+}
+
 TEST_F(FolderRemovalTest, TakesAFileThatCannotBeKeptUntilTheEnd) {
   WriteFiles(folder_, {L"\\a", L"\\b"});
   INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing, auto... rest) {
