@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <initializer_list>
 
 #include "base/existence.h"
@@ -330,6 +331,15 @@ TEST_F(FolderRemovalTest, LeavesNoHandlesBehind) {
   EXPECT_EQ(CountOpenHandles(), handles_before);
 }
 
+// As Windows names it to the program.
+std::wstring FinalPathOf(const std::wstring& path) {
+  const nhupdate::UniqueFile opened = nhupdate::LookAtItself(path);
+  std::array<wchar_t, 1000> buffer = {};
+  ::GetFinalPathNameByHandleW(opened.Get(), buffer.data(), static_cast<DWORD>(buffer.size()),
+                              VOLUME_NAME_NT);
+  return buffer.data();
+}
+
 // What a link leads to belongs to somebody else.
 class LinkRemovalTest : public FolderRemovalTest {
  protected:
@@ -387,6 +397,32 @@ TEST_F(LinkRemovalTest, TakesNothingThroughALinkFurtherUpInTheProduct) {
   EXPECT_FALSE(DeleteFolderTree(folder_ + L"\\inner", base_));
 
   EXPECT_THAT(listing.Patterns(), IsEmpty());
+}
+
+// Windows drops all dots at the end of a path, and one at the end of each name in it: "x.." is read
+// as "x", and what is in it is looked for in "x.". Nobody holds that, and who put it there can have
+// it lead to the folder that was listed, and elsewhere as soon as a file in that one is held.
+TEST_F(LinkRemovalTest, TakesNothingByANameThatWindowsReadsOtherwise) {
+  const std::wstring listed = folder_ + L"\\x..";
+  const std::wstring exact = L"\\\\?\\" + folder_;
+  WriteFiles(folder_, {L"\\a", L"\\x\\held"});
+  for (const wchar_t* name : {L"\\x.", L"\\x.."}) {
+    ASSERT_TRUE(::CreateDirectoryW((exact + name).c_str(), nullptr));
+    WriteFiles(exact + name, {L"\\file", L"\\plain"});
+  }
+  {
+    const HeldFile lock(folder_ + L"\\x\\held");
+    FakeListing windows;
+    windows.LeadElsewhere(listed + L"\\file", FinalPathOf(folder_) + L"\\x..\\file");
+    const FakeLink link(
+        listed, elsewhere_, [&](const std::wstring& path) { return path == listed + L"\\plain"; },
+        true);
+
+    EXPECT_FALSE(Delete());
+  }
+
+  EXPECT_THAT(ListTree(exact + L"\\x.."), ElementsAre(L"file", L"plain"));
+  RemoveTree(exact);
 }
 
 // Outside of the product's folder links further up are the user's own.
