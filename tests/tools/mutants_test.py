@@ -44,6 +44,12 @@ int main() {
   const int small = 1;
   const int large = 3;
   Show(small, large);
+  const struct {
+    int value;
+  } extremes[] = {{4}, {6}};
+  for (const auto& extreme : extremes) {
+    std::printf(" %d", extreme.value);
+  }
   std::printf(" %d%d%d %ls", Judge(-1) == Answer::kYes, Judge(1) == Answer::kYes,
               Judge(2) == Answer::kYes, kWord);
   return 0;
@@ -92,6 +98,7 @@ class MutantsTest(unittest.TestCase):
             '19:steps std::printf("-%d", second); std::printf("%d", first);',
             "20:drop ",
             "28:arguments Show(large, small);",
+            "31:number } extremes[] = {{5}, {6}};",
         ):
             with self.subTest(expected):
                 self.assertIn(expected, found)
