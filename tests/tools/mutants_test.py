@@ -52,6 +52,9 @@ int main() {
   }
   std::printf(" %d%d%d %ls", Judge(-1) == Answer::kYes, Judge(1) == Answer::kYes,
               Judge(2) == Answer::kYes, kWord);
+  std::printf("a");
+  std::printf("b");
+  std::printf("c");
   return 0;
 }
 """
@@ -120,7 +123,9 @@ class MutantsTest(unittest.TestCase):
         planted = self.build(text, "-I", ROOT / "tools/lib/mutants")
 
         self.assertEqual(self.output(self.build(SOURCE)), self.output(planted))
-        for fault in faults[::3]:
+        steps = [fault for fault in faults if fault.kind == "steps"]
+        self.assertIs(steps[-2].unit.next, steps[-1].unit)  # a statement can belong to two pairs
+        for fault in [*steps, *faults[::3]]:
             with self.subTest(fault.id):
                 self.assertEqual(
                     self.output(self.build(fault.changed_source())),
