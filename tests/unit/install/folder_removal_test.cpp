@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <array>
 #include <initializer_list>
 
@@ -320,6 +321,22 @@ TEST_F(SeveralFoldersRemovalTest, LooksForTheProductsFolderOnce) {
   EXPECT_TRUE(removal_.Delete(base_ + L"\\d"));
 
   EXPECT_EQ(looks, 2);
+}
+
+TEST_F(FolderRemovalTest, HoldsNoMoreOfAWideFolderThanOfANarrowOne) {
+  int most[] = {0, 0};
+  for (int& open_handles : most) {
+    WriteFiles(folder_, {L"\\a\\1", L"\\b\\1", L"\\b\\2"});
+    if (&open_handles != &most[0]) {
+      WriteFiles(folder_, {L"\\a\\2", L"\\b\\3", L"\\c\\1", L"\\d\\1", L"\\d\\2", L"\\e", L"\\f"});
+    }
+    INTERPOSER(CreateFileW) open(
+        [&](auto...) { open_handles = std::max(open_handles, CountOpenHandles()); });
+
+    EXPECT_TRUE(Delete());
+  }
+
+  EXPECT_EQ(most[0], most[1]);
 }
 
 TEST_F(FolderRemovalTest, LeavesNoHandlesBehind) {
