@@ -34,6 +34,13 @@ bool IsFolder(const UniqueFile& entry) {
          (information.FileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
+bool HasOneName(const UniqueFile& file) {
+  FILE_STANDARD_INFO information = {};
+  return ::GetFileInformationByHandleEx(file.Get(), FileStandardInfo, &information,
+                                        sizeof(information)) &&
+         information.NumberOfLinks <= 1;
+}
+
 // Returns the error.
 std::optional<DWORD> DeleteOpened(const UniqueFile& entry) {
   // The name is free at once, even while others still have the file open: a new file is about to
@@ -74,7 +81,7 @@ std::optional<DWORD> DeleteEntryInItsPlace(const std::wstring& path) {
 
 CHeldFile::CHeldFile(const std::wstring& path, const CPlace& place)
     : file_(OpenItself(path, DELETE, EntryKind::kFile, FILE_SHARE_READ | FILE_SHARE_WRITE)) {
-  if (file_.IsValid() && !CPlace(file_).IsSameAs(place)) {
+  if (file_.IsValid() && !(HasOneName(file_) && CPlace(file_).IsSameAs(place))) {
     file_.Reset();
   }
 }

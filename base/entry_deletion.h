@@ -33,7 +33,8 @@ class CHeldFile {
  public:
   CHeldFile() = default;  // none
 
-  // None either when it can't be opened so, or doesn't really lie at that place.
+  // None either when it can't be opened so, or doesn't really lie at that place, or has several
+  // names: as long as one is held the others can't be deleted.
   CHeldFile(const std::wstring& path, const CPlace& place);
 
   [[nodiscard]] bool IsValid() const { return file_.IsValid(); }

@@ -6,7 +6,8 @@
 // The limit of that: whoever may write its attributes can still turn it into a link where it is, as
 // long as it is empty; Windows has no sharing mode against that. What is deleted is therefore
 // looked at once more by its own handle, unless a file (base/entry_deletion.h) or folder in the
-// folder is held as well, without which it can't get empty.
+// folder is held as well, without which it can't get empty. A name that Windows reads otherwise
+// (base/windows_path.h) leads to something that isn't held.
 
 #include <optional>
 #include <string>

@@ -54,4 +54,9 @@ std::wstring WithoutExtendedPrefix(const std::wstring& path) {
   return names_drive ? path.substr(kPrefix.size()) : path;
 }
 
+bool IsTakenAsItStands(const std::wstring& path) {
+  const std::wstring names = path + L"\\";
+  return names.find(L".\\") == std::wstring::npos && names.find(L" \\") == std::wstring::npos;
+}
+
 }  // namespace nhupdate

@@ -17,4 +17,9 @@ namespace nhupdate {
 // has no other form, such as the name of a volume, stays as it is.
 [[nodiscard]] std::wstring WithoutExtendedPrefix(const std::wstring& path);
 
+// True when Windows takes each name in the path as it stands. In paths of ordinary length it drops
+// dots and spaces at the end, and one dot at the end of each name before: such names, which can be
+// given by paths of the extended-length form, lead to other entries than those that have them.
+[[nodiscard]] bool IsTakenAsItStands(const std::wstring& path);
+
 }  // namespace nhupdate

@@ -1,6 +1,7 @@
 #include "install/empty_folders.h"
 
 #include "base/folder_listing.h"
+#include "base/windows_path.h"
 
 namespace nhupdate {
 
@@ -9,11 +10,11 @@ bool CollectEmptyFolders(const std::wstring& folder, std::vector<std::wstring>& 
   bool is_empty = true;
   CFolderListing listing(folder);
   while (listing.Next()) {
-    if (!listing.IsFolder() || listing.IsLink()) {
+    const std::wstring sub_folder = folder + L"\\" + listing.Name();
+    if (!listing.IsFolder() || listing.IsLink() || !IsTakenAsItStands(sub_folder)) {
       is_empty = false;
       continue;
     }
-    const std::wstring sub_folder = folder + L"\\" + listing.Name();
     if (CollectEmptyFolders(sub_folder, found, log)) {
       log.Write(LogLevel::kInformation, L"Remove empty folder : %s", sub_folder);
       found.push_back(sub_folder);

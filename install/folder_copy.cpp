@@ -118,8 +118,9 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
     DeleteExistingFolder(target, source, options);
   }
   Announce(target, source, options);
+  const bool way_is_kept = first && IsTakenAsItStands(target);
   std::optional<CHeldFolder> held;
-  if (const std::optional<DWORD> error = MakePlainFolder(target, place, first.has_value(), held)) {
+  if (const std::optional<DWORD> error = MakePlainFolder(target, place, way_is_kept, held)) {
     return Fail(target, *error, options);
   }
   if (source_is_link) {

@@ -8,6 +8,7 @@
 #include "base/folder_place.h"
 #include "base/held_folder.h"
 #include "base/paths.h"
+#include "base/windows_path.h"
 
 namespace nhupdate {
 
@@ -89,7 +90,8 @@ void DeleteContentOf(const std::wstring& folder, const CPlace& place) {
     const std::wstring relative_path = L"\\" + listing.Name();
     const std::wstring entry = folder + relative_path;
     const CPlace entry_place = place.Below(relative_path);
-    const Way way = first.IsHeld() ? Way::kIsKept : Way::kMayChange;
+    const bool is_kept = first.IsHeld() && IsTakenAsItStands(entry);
+    const Way way = is_kept ? Way::kIsKept : Way::kMayChange;
     if (listing.IsFolder()) {
       // What stays keeps this folder from being removed.
       if (first.IsHeld()) {

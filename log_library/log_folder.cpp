@@ -111,8 +111,7 @@ void CLogFolder::DeleteOutdated(std::uint32_t max_count, std::uint32_t max_age_d
 
 bool CLogFolder::IsReachedWithoutUsersLinks() const {
   const bool has_drive_letter = !path_.starts_with(L'\\');
-  const bool is_drive = path_.ends_with(L':');
-  if (!has_drive_letter || is_drive) {
+  if (!has_drive_letter) {
     return true;
   }
   std::wstring anchor = path_;

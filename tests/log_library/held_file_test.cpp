@@ -62,6 +62,14 @@ TEST(HeldFileTest, IsTriedForHalfASecondAndThenAnotherOneTakesItsPlace) {
   }
 }
 
+TEST(HeldFileTest, TheOneInItsPlaceCanBeWrittenToByOthersButNotDeleted) {
+  HeldLog log;
+  ASSERT_EQ(log.Start(), 0);
+
+  EXPECT_FALSE(::DeleteFileW(log.RotatedFile(1).c_str()));
+  const HeldFile other(log.RotatedFile(1), FILE_SHARE_READ | FILE_SHARE_WRITE, FILE_APPEND_DATA);
+}
+
 TEST(HeldFileTest, IsUsedWhenItIsLetGoInTime) {
   HeldLog log("", FILE_SHARE_READ);
   log.LetGoInSleep(19);

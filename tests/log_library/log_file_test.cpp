@@ -79,6 +79,15 @@ TEST(LogFileTest, ACutRecordOfAnEarlierRunIsNotContinuedByTheHeaderRecord) {
   EXPECT_THAT(records[1].text, StartsWith("Log library "));
 }
 
+TEST(LogFileTest, ASingleByteOfAnEarlierRunIsNotContinuedEither) {
+  TestLog log;
+  AppendFileBytes(log.CurrentFile(), "x");
+
+  EXPECT_EQ(log.Start(), 0);
+
+  EXPECT_THAT(ReadFileBytes(log.CurrentFile()), StartsWith("x\n20"));
+}
+
 TEST(LogFileTest, IsReadOnlyWhenOthersHaveWritten) {
   StartedLog log;
   log.Write(L"before");
@@ -157,18 +166,21 @@ class FakeFileInfo {
 };
 
 TEST(LogFileTest, IsReadAtItsEndHoweverLongItIs) {
-  constexpr std::uint64_t kSize = 5ULL << 30;
-  StartedLog log;
-  const FakeFileInfo large(log, [](FILE_STANDARD_INFO& file) { file.EndOfFile.QuadPart = kSize; });
-  INTERPOSER(ReadFile) read(
-      log.Module(), [&](HANDLE, void*, DWORD, DWORD*, OVERLAPPED* position) -> BOOL {
-        EXPECT_EQ((std::uint64_t{position->OffsetHigh} << 32) | position->Offset, kSize - 1);
-        return FALSE;
-      });
+  constexpr std::int64_t k4GiB = 1LL << 32;
+  for (const std::int64_t size : {k4GiB, k4GiB + 1, 5 * k4GiB / 4}) {
+    StartedLog log;
+    const FakeFileInfo large(log,
+                             [&](FILE_STANDARD_INFO& file) { file.EndOfFile.QuadPart = size; });
+    INTERPOSER(ReadFile) read(
+        log.Module(), [&](HANDLE, void*, DWORD, DWORD*, OVERLAPPED* position) -> BOOL {
+          EXPECT_EQ((std::int64_t{position->OffsetHigh} << 32) | position->Offset, size - 1);
+          return FALSE;
+        });
 
-  log.Write(L"record");
+    log.Write(L"record");
 
-  EXPECT_GE(read.Calls(), 1);
+    EXPECT_GE(read.Calls(), 1);
+  }
 }
 
 // Says of a file, once, that it was deleted while it was open.
@@ -223,6 +235,28 @@ TEST(LogFileTest, IsReplacedWhenItWasDeletedAndAnotherProgramKeepsTheNewOneToIts
   EXPECT_THAT(ReadTexts(log.Outside(L"deleted.log")), ElementsAre("before"));
   EXPECT_THAT(log.Texts(), ElementsAre("earlier"));
   EXPECT_THAT(log.RotatedTexts(1), ElementsAre("after"));
+}
+
+// Neither its size nor that its last record was cut short.
+TEST(LogFileTest, LeavesNothingToTheOneThatReplacesIt) {
+  StartedLog log;
+  {
+    INTERPOSER(WriteFile) write(log.Module(),
+                                [&](HANDLE file, const void* data, DWORD size, auto... rest) {
+                                  return write.Original()(file, data, size / 2, rest...);
+                                });
+    log.Write(L"cut short");
+  }
+  ASSERT_TRUE(::MoveFileW(log.CurrentFile().c_str(), log.Outside(L"deleted.log").c_str()));
+  WriteFileBytes(log.CurrentFile(), kEarlier);
+  const HeldFile other(log.CurrentFile());
+  const FakeFileInfo deleted(log, DeletedFile::kByItsNames);
+  const INTERPOSER(ReOpenFile) look(log.Module());
+
+  log.Write(L"after");
+
+  EXPECT_THAT(ReadFileBytes(log.RotatedFile(1)), StartsWith("20"));
+  EXPECT_EQ(look.Calls(), 0);
 }
 
 // Others may rotate without a turn and clean up: when they can't get one, or this writer was

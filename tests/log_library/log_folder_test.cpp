@@ -38,6 +38,7 @@ TEST(LogStartFolderTest, TheRootOfADriveIsAFolderLikeAnyOther) {
   const std::wstring current = root + L"NHUpdateManager.log";
   const std::wstring rotated = root + L"NHUpdateManager.1.log";
   ASSERT_FALSE(Exists(current) || Exists(rotated));
+  const CurrentFolder drives_own(log.Outside(L""));  // which is what "C:" alone means
 
   const int result = log.Start(log.Settings(), root);
   log.Write(kFullFile);
@@ -187,6 +188,19 @@ TEST(LinkedFolderTest, AFolderThatOthersMayExchangeIsLoggedIn) {
 
   EXPECT_EQ(result, 0);
   other.Release();  // nobody could list the folder otherwise
+  EXPECT_THAT(log.Texts(), ElementsAre("all the same"));
+}
+
+TEST(LinkedFolderTest, AFolderThatOthersKeepFromBeingListedIsLoggedIn) {
+  TestLog log;
+  HeldFile other(log.Folder(), FILE_SHARE_WRITE | FILE_SHARE_DELETE);
+
+  const int result = log.Start();
+  log.Write(L"all the same");
+  log.Stop();
+
+  EXPECT_EQ(result, 0);
+  other.Release();
   EXPECT_THAT(log.Texts(), ElementsAre("all the same"));
 }
 

@@ -2,6 +2,7 @@
 // rotates and deletes files.
 
 #include "log_library/file_names.h"
+#include "tests/log_library/fake_uptime.h"
 #include "tests/log_library/test_log.h"
 #include "tests/support/folder_link.h"
 
@@ -59,16 +60,18 @@ TEST_F(PlantedRotationTest, AFileThatAppearsUnderTheNewNameIsNotReplaced) {
   EXPECT_THAT(log_.Texts(), ElementsAre("next"));
 }
 
-TEST_F(PlantedRotationTest, AFileThatAppearsUnderEachNewNameStopsRotationAndNothingElse) {
+TEST_F(PlantedRotationTest, AFileThatAppearsUnderEachNewNameStopsRotationForASecond) {
+  const FakeUptime uptime(log_.Module());
   ASSERT_EQ(log_.Start(), 0);
   log_.Write(kFullFile);
   const INTERPOSER(SetFileInformationByHandle) rename(log_.Module(),
                                                       Answers(FALSE, ERROR_ALREADY_EXISTS));
 
   log_.Write(L"next");
+  log_.Write(L"and on");
 
   EXPECT_EQ(rename.Calls(), 4);
-  EXPECT_THAT(log_.Texts(), ElementsAre(kFullFileText, "next"));
+  EXPECT_THAT(log_.Texts(), ElementsAre(kFullFileText, "next", "and on"));
 }
 
 TEST_F(PlantedRotationTest, DeletingRotatedFilesLeavesAloneWhatLinksLeadTo) {

@@ -85,6 +85,14 @@ Reliances OpeningReliances() {
          return ErrorOf(
              Open(WithPrefix(MakeFile(folder + L"\\file.txt")) + L" ", GENERIC_READ, kShareAll));
        }},
+      {"CreateFileW, a file in a folder, with two dots behind the name of one that has one", "0",
+       Wine::kAsWindows,
+       [](const std::wstring& folder) {
+         const std::wstring exact = WithPrefix(folder + L"\\dotted.");
+         ::CreateDirectoryW(exact.c_str(), nullptr);
+         MakeFile(exact + L"\\file.txt");
+         return ErrorOf(Open(folder + L"\\dotted..\\file.txt", GENERIC_READ, kShareAll));
+       }},
       {"GetFileAttributesW, a missing file", "2", Wine::kAsWindows,
        [](const std::wstring& folder) { return AttributesError(folder + L"\\none.txt"); }},
       {"GetFileAttributesW, a path through a file", "3", Wine::kAsWindows,

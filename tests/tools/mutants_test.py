@@ -44,8 +44,17 @@ int main() {
   const int small = 1;
   const int large = 3;
   Show(small, large);
+  const struct {
+    int value;
+  } extremes[] = {{4}, {6}};
+  for (const auto& extreme : extremes) {
+    std::printf(" %d", extreme.value);
+  }
   std::printf(" %d%d%d %ls", Judge(-1) == Answer::kYes, Judge(1) == Answer::kYes,
               Judge(2) == Answer::kYes, kWord);
+  std::printf("a");
+  std::printf("b");
+  std::printf("c");
   return 0;
 }
 """
@@ -92,6 +101,7 @@ class MutantsTest(unittest.TestCase):
             '19:steps std::printf("-%d", second); std::printf("%d", first);',
             "20:drop ",
             "28:arguments Show(large, small);",
+            "31:number } extremes[] = {{5}, {6}};",
         ):
             with self.subTest(expected):
                 self.assertIn(expected, found)
@@ -113,7 +123,9 @@ class MutantsTest(unittest.TestCase):
         planted = self.build(text, "-I", ROOT / "tools/lib/mutants")
 
         self.assertEqual(self.output(self.build(SOURCE)), self.output(planted))
-        for fault in faults[::3]:
+        steps = [fault for fault in faults if fault.kind == "steps"]
+        self.assertIs(steps[-2].unit.next, steps[-1].unit)  # a statement can belong to two pairs
+        for fault in [*steps, *faults[::3]]:
             with self.subTest(fault.id):
                 self.assertEqual(
                     self.output(self.build(fault.changed_source())),

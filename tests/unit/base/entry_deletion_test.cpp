@@ -239,6 +239,18 @@ TEST_F(FileToDeleteTest, IsNoneThatLiesElsewhereOrIsMissingOrAFolder) {
   EXPECT_TRUE(CHeldFile(file_, place).IsValid());
 }
 
+// Nobody could delete it by another of its names meanwhile, not even the program.
+TEST_F(FileToDeleteTest, IsNoneThatHasSeveralNamesOrDoesNotTell) {
+  const std::wstring name = folder_ + L"\\name";
+  ASSERT_TRUE(::CreateHardLinkW(name.c_str(), file_.c_str(), nullptr));
+  EXPECT_FALSE(CHeldFile(file_, PlaceOfFile()).IsValid());
+
+  ASSERT_TRUE(::DeleteFileW(name.c_str()));
+  EXPECT_TRUE(CHeldFile(file_, PlaceOfFile()).IsValid());
+  INTERPOSER(GetFileInformationByHandleEx) information(Answers(FALSE, ERROR_INVALID_PARAMETER));
+  EXPECT_FALSE(CHeldFile(file_, PlaceOfFile()).IsValid());
+}
+
 TEST_F(EntryDeletionTest, OpensAnEntryWithALongPath) {
   const std::wstring folder = LongPathBelow(outer_);
   CreateFolders(folder);

@@ -57,5 +57,14 @@ TEST(WithoutExtendedPrefixTest, TakesOffTheOneAndTheOther) {
   }
 }
 
+TEST(IsTakenAsItStandsTest, IsFalseForNamesThatEndInADotOrASpace) {
+  for (const wchar_t* path : {L"C:\\a\\b", L"C:\\.a\\ b\\c.d e", L"C:", L"\\\\server\\share"}) {
+    EXPECT_TRUE(nhupdate::IsTakenAsItStands(path)) << testing::PrintToString(path);
+  }
+  for (const wchar_t* path : {L"C:\\a\\b.", L"C:\\a\\b ", L"C:\\a.\\b", L"C:\\a \\b", L"C:\\..."}) {
+    EXPECT_FALSE(nhupdate::IsTakenAsItStands(path)) << testing::PrintToString(path);
+  }
+}
+
 }  // namespace
 }  // namespace nhupdate_test

@@ -6,6 +6,7 @@
 #include "tests/support/current_folder.h"
 #include "tests/support/fake_link.h"
 #include "tests/support/fake_listing.h"
+#include "tests/support/folder_link.h"
 #include "tests/unit/install/folder_copy_test.h"
 
 namespace nhupdate_test {
@@ -199,6 +200,25 @@ TEST_F(LinkedFolderCopyTest, FailsAtALinkInTheDestinationThatStays) {
   ExpectFailure({FolderLine(), FolderLine(L"\\b"), FailureLine(5)});
 
   EXPECT_EQ(failed_path_, target_ + L"\\b");
+}
+
+// Windows drops all dots at the end of a path, and one at the end of each name in it: "x.." is read
+// as "x", which is no link, and what is in it is looked for in "x.".
+TEST_F(LinkedFolderCopyTest, FailsAtANameThatWindowsReadsOtherwise) {
+  const std::wstring exact_source = L"\\\\?\\" + source_;
+  const std::wstring link = L"\\\\?\\" + target_ + L"\\x.";
+  WriteFiles(source_, {L"\\a\\new.txt", L"\\x\\new.txt"});
+  for (const wchar_t* name : {L"\\x.", L"\\x.."}) {
+    ASSERT_TRUE(::CreateDirectoryW((exact_source + name).c_str(), nullptr));
+  }
+  WriteFiles(exact_source, {L"\\x.\\new.txt"});
+  CreateFolders(target_);
+  CreateLink(link, elsewhere_);
+
+  EXPECT_FALSE(Copy());
+
+  RemoveFolderLink(link);
+  RemoveTree(exact_source);
 }
 
 // Whoever may write to the destination can be quick.

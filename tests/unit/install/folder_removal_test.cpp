@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <array>
 #include <initializer_list>
 
 #include "base/existence.h"
@@ -260,6 +262,18 @@ TEST_F(FolderRemovalTest, TakesWhatIsBesideAFirstFolderThatStays) {
   EXPECT_THAT(ListTree(folder_), ElementsAre(L"a\\", L"a\\held"));
 }
 
+// Whoever holds a file under one of its names holds it under all of them.
+TEST_F(FolderRemovalTest, TakesAFileWithAllItsNames) {
+  WriteFiles(folder_, {L"\\a", L"\\d\\file"});
+  for (const wchar_t* name : {L"\\b", L"\\c", L"\\d\\e"}) {
+    ASSERT_TRUE(::CreateHardLinkW((folder_ + name).c_str(), (folder_ + L"\\a").c_str(), nullptr));
+  }
+
+  EXPECT_TRUE(Delete());
+
+  EXPECT_FALSE(Exists(folder_));
+}
+
 TEST_F(FolderRemovalTest, TakesAFileThatCannotBeKeptUntilTheEnd) {
   WriteFiles(folder_, {L"\\a", L"\\b"});
   INTERPOSER(CreateFileW) open([&](const wchar_t* path, DWORD access, DWORD sharing, auto... rest) {
@@ -309,6 +323,22 @@ TEST_F(SeveralFoldersRemovalTest, LooksForTheProductsFolderOnce) {
   EXPECT_EQ(looks, 2);
 }
 
+TEST_F(FolderRemovalTest, HoldsNoMoreOfAWideFolderThanOfANarrowOne) {
+  int most[] = {0, 0};
+  for (int& open_handles : most) {
+    WriteFiles(folder_, {L"\\a\\1", L"\\b\\1", L"\\b\\2"});
+    if (&open_handles != &most[0]) {
+      WriteFiles(folder_, {L"\\a\\2", L"\\b\\3", L"\\c\\1", L"\\d\\1", L"\\d\\2", L"\\e", L"\\f"});
+    }
+    INTERPOSER(CreateFileW) open(
+        [&](auto...) { open_handles = std::max(open_handles, CountOpenHandles()); });
+
+    EXPECT_TRUE(Delete());
+  }
+
+  EXPECT_EQ(most[0], most[1]);
+}
+
 TEST_F(FolderRemovalTest, LeavesNoHandlesBehind) {
   WriteFileBytes(folder_ + L"\\a\\b\\c", "x");
   const int handles_before = CountOpenHandles();
@@ -316,6 +346,15 @@ TEST_F(FolderRemovalTest, LeavesNoHandlesBehind) {
   EXPECT_TRUE(Delete());
 
   EXPECT_EQ(CountOpenHandles(), handles_before);
+}
+
+// As Windows names it to the program.
+std::wstring FinalPathOf(const std::wstring& path) {
+  const nhupdate::UniqueFile opened = nhupdate::LookAtItself(path);
+  std::array<wchar_t, 1000> buffer = {};
+  ::GetFinalPathNameByHandleW(opened.Get(), buffer.data(), static_cast<DWORD>(buffer.size()),
+                              VOLUME_NAME_NT);
+  return buffer.data();
 }
 
 // What a link leads to belongs to somebody else.
@@ -375,6 +414,32 @@ TEST_F(LinkRemovalTest, TakesNothingThroughALinkFurtherUpInTheProduct) {
   EXPECT_FALSE(DeleteFolderTree(folder_ + L"\\inner", base_));
 
   EXPECT_THAT(listing.Patterns(), IsEmpty());
+}
+
+// Windows drops all dots at the end of a path, and one at the end of each name in it: "x.." is read
+// as "x", and what is in it is looked for in "x.". Nobody holds that, and who put it there can have
+// it lead to the folder that was listed, and elsewhere as soon as a file in that one is held.
+TEST_F(LinkRemovalTest, TakesNothingByANameThatWindowsReadsOtherwise) {
+  const std::wstring listed = folder_ + L"\\x..";
+  const std::wstring exact = L"\\\\?\\" + folder_;
+  WriteFiles(folder_, {L"\\a", L"\\x\\held"});
+  for (const wchar_t* name : {L"\\x.", L"\\x.."}) {
+    ASSERT_TRUE(::CreateDirectoryW((exact + name).c_str(), nullptr));
+    WriteFiles(exact + name, {L"\\file", L"\\plain"});
+  }
+  {
+    const HeldFile lock(folder_ + L"\\x\\held");
+    FakeListing windows;
+    windows.LeadElsewhere(listed + L"\\file", FinalPathOf(folder_) + L"\\x..\\file");
+    const FakeLink link(
+        listed, elsewhere_, [&](const std::wstring& path) { return path == listed + L"\\plain"; },
+        true);
+
+    EXPECT_FALSE(Delete());
+  }
+
+  EXPECT_THAT(ListTree(exact + L"\\x.."), ElementsAre(L"file", L"plain"));
+  RemoveTree(exact);
 }
 
 // Outside of the product's folder links further up are the user's own.

@@ -119,11 +119,11 @@ def choose(faults, sources, count):
         path = min(open_paths, key=lambda path: (taken[path] / lines[path], path))
         taken[path] += 1
         rest -= 1
-    return {path: _without_clashes(spread[path], taken[path]) for path in paths}
+    return {path: _without_overlaps(spread[path], taken[path]) for path in paths}
 
 
-def _without_clashes(spread, count):
-    """Exchanged statements are written out twice, so of two pairs only one may have a statement."""
+def _without_overlaps(spread, count):
+    """Two pairs of exchanged statements that have one in common show much the same."""
     chosen = []
     exchanged = set()
     for fault in spread:

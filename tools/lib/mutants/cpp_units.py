@@ -10,6 +10,7 @@ definitions. What they are decides how a fault in them is chosen at run time."""
 # plain       anything else, in which nothing can be chosen at run time
 KINDS = ("condition", "expression", "return", "local", "named", "constant", "plain")
 
+_CLASSES = ("struct", "class", "union")
 _JUMPS = ("return", "continue", "break")
 _NO_TYPES = ("delete", "throw", "goto", "new", "co_await")
 
@@ -92,7 +93,7 @@ class _Reader:
             return self.source.find(";", index, end) + 1
         if text == "enum":
             return self.read_enum(index, end)
-        if text in ("struct", "class", "union"):
+        if text in _CLASSES:
             opening = self.source.find("{", index, end)
             semicolon = self.source.find(";", index, end)
             if 0 <= opening < semicolon:
@@ -171,6 +172,11 @@ class _Reader:
 
     # --- in functions
 
+    def skip_words(self, index):
+        while self.text(index) in ("const", "constexpr", "static"):
+            index += 1
+        return index
+
     def read_block(self, index, end):
         last = None
         while index < end:
@@ -197,9 +203,15 @@ class _Reader:
             self.read_block(index + 2, closing)
             self.add("condition", closing + 3, self.partner[closing + 2], is_loop=True)
             return self.partner[closing + 2] + 2, None
-        if text in ("struct", "class", "enum", "using") or text.startswith("__"):
-            return self.source.find(";", index, end) + 1, None
         semicolon = self.source.find(";", index, end)
+        if text in (*_CLASSES, "enum", "using") or text.startswith("__"):
+            return semicolon + 1, None
+        if self.text(self.skip_words(index)) in _CLASSES:
+            # A class without a name, and what is defined of it.
+            equals = self.source.find("=", index, semicolon)
+            if equals >= 0:
+                self.add("plain", equals + 1, semicolon)
+            return semicolon + 1, None
         if text == "return":
             self.add("return", index, semicolon + 1)
         elif text in _JUMPS or text == ";":

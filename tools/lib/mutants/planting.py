@@ -127,8 +127,11 @@ def _pieces(unit, faults):
     exchanges = [fault for fault in faults if fault.edit.whole == "exchanged"]
     others = [fault for fault in faults if fault.edit.whole != "exchanged"]
     for fault in exchanges:
-        text = _variant(fault, f"if (planted::At({fault.number})) {{ {fault.edit.replacement} }} else {{")
+        # The second statement stands before the first one too, and only one of the two is reached:
+        # so a statement can belong to two pairs.
+        text = _variant(fault, f"if (planted::At({fault.number})) {{ {unit.next.text()} }}")
         yield unit.start, unit.start, text
+        yield unit.next.start, unit.next.start, f"if (!planted::At({fault.number})) {{"
         yield unit.next.stop, unit.next.stop, "}"
     if not others:
         return
