@@ -10,11 +10,11 @@ bool CollectEmptyFolders(const std::wstring& folder, std::vector<std::wstring>& 
   bool is_empty = true;
   CFolderListing listing(folder);
   while (listing.Next()) {
-    const std::wstring sub_folder = folder + L"\\" + listing.Name();
-    if (!listing.IsFolder() || listing.IsLink() || !IsTakenAsItStands(sub_folder)) {
+    if (!listing.IsFolder() || listing.IsLink() || !IsTakenAsItStands(listing.Name())) {
       is_empty = false;
       continue;
     }
+    const std::wstring sub_folder = folder + L"\\" + listing.Name();
     if (CollectEmptyFolders(sub_folder, found, log)) {
       log.Write(LogLevel::kInformation, L"Remove empty folder : %s", sub_folder);
       found.push_back(sub_folder);
