@@ -11,7 +11,8 @@
 namespace {
 
 void Record(const std::vector<std::wstring>& fields) {
-  nhupdate_stand_in::AppendToJournal(L"NHUPDATE_LOG_JOURNAL", fields);
+  static nhupdate_stand_in::Journal journal(L"NHUPDATE_LOG_JOURNAL");
+  journal.Append(fields);
 }
 
 }  // namespace
