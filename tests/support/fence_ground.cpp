@@ -34,9 +34,10 @@ struct Windows {
 
 struct Ground {
   FenceReach reach = FenceReach::kScratch;
-  // These three are in small letters. The first are what the path of every scratch folder begins
-  // with, the others end in a backslash.
+  // What the path of every scratch folder begins with. These four are in small letters, and the
+  // others end in a backslash.
   std::vector<std::wstring> scratch_beginnings;
+  std::vector<std::wstring> temporary_folders;
   std::wstring program_folder;
   std::wstring system_drive;
   std::optional<Windows> windows;
@@ -90,15 +91,25 @@ std::wstring FolderOf(HMODULE module) {
   return ToLower(path.substr(0, path.rfind(L'\\') + 1));
 }
 
+bool StartsWithOneOf(const std::vector<std::wstring>& beginnings, const std::wstring& normalised) {
+  return std::any_of(beginnings.begin(), beginnings.end(), [&](const std::wstring& beginning) {
+    return normalised.starts_with(beginning);
+  });
+}
+
 bool IsInScratch(const std::wstring& normalised) {
-  return std::any_of(
-      g_ground.scratch_beginnings.begin(), g_ground.scratch_beginnings.end(),
-      [&](const std::wstring& beginning) { return normalised.starts_with(beginning); });
+  return StartsWithOneOf(g_ground.scratch_beginnings, normalised);
+}
+
+// The prefix may have its temporary folder on a drive of its own.
+bool IsInPrefix(const std::wstring& normalised) {
+  return normalised.starts_with(g_ground.system_drive) ||
+         StartsWithOneOf(g_ground.temporary_folders, normalised);
 }
 
 bool IsOnGround(const std::wstring& normalised) {
   return IsInScratch(normalised) ||
-         (g_ground.reach == FenceReach::kPrefix && normalised.starts_with(g_ground.system_drive));
+         (g_ground.reach == FenceReach::kPrefix && IsInPrefix(normalised));
 }
 
 // The path of an open key as the system knows it; nothing when the handle isn't one of a key.
@@ -162,7 +173,8 @@ void SurveyGround(FenceReach reach) {
   ::GetLongPathNameW(temporary.data(), long_name.data(), kLongestPath);
   for (const std::wstring folder : {temporary.data(), long_name.data()}) {
     if (!folder.empty()) {
-      g_ground.scratch_beginnings.push_back(Normalised(folder) + kOwnName);
+      g_ground.temporary_folders.push_back(Normalised(folder));
+      g_ground.scratch_beginnings.push_back(g_ground.temporary_folders.back() + kOwnName);
     }
   }
 
