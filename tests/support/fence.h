@@ -20,9 +20,10 @@ enum class FenceReach {
   // HKEY_CURRENT_USER\Software, also by way of a hive that is redirected there; processes that the
   // test itself has started, from such a folder or from that of the test executables. No boxes.
   kScratch,
-  // The whole drive of the system, all of the registry, all processes: for tests that have a Wine
-  // prefix of their own. The machine's other drives are still outside. Such an executable runs its
-  // tests only under Wine, or on a machine that may be thrown away.
+  // The whole drive of the system, the folder for temporary files wherever it is, all of the
+  // registry, all processes: for tests that have a Wine prefix of their own. The machine's other
+  // drives are still outside. Such an executable runs its tests only under Wine, or on a machine
+  // that may be thrown away.
   kPrefix,
 };
 

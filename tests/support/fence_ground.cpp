@@ -16,6 +16,9 @@ namespace {
 // Every scratch folder and key begins with it.
 constexpr wchar_t kOwnName[] = L"nhupdate";
 
+// Nearly every path fits, and every call is asked about: room for the longest one costs a hundred
+// times what the rest of the question does.
+constexpr DWORD kUsualPath = MAX_PATH;
 constexpr DWORD kLongestPath = 32768;
 
 using QueryKey = LONG(WINAPI*)(HANDLE key, int kind, void* buffer, ULONG size, ULONG* needed);
@@ -31,7 +34,9 @@ struct Windows {
 
 struct Ground {
   FenceReach reach = FenceReach::kScratch;
-  // These three are in small letters and end in a backslash.
+  // What the path of every scratch folder begins with. These four are in small letters, and the
+  // others end in a backslash.
+  std::vector<std::wstring> scratch_beginnings;
   std::vector<std::wstring> temporary_folders;
   std::wstring program_folder;
   std::wstring system_drive;
@@ -53,6 +58,20 @@ std::wstring ToLower(std::wstring text) {
   return text;
 }
 
+// What `fill` writes into a buffer of as many units as it is given; it returns the text's length,
+// or no less than the units when that is too long.
+template <typename Fill>
+std::wstring TextFrom(const Fill& fill) {
+  std::array<wchar_t, kUsualPath> usual;
+  const DWORD length = fill(usual.data(), kUsualPath);
+  if (length < kUsualPath) {
+    return {usual.data(), length};
+  }
+  std::wstring text(kLongestPath, L'\0');
+  text.resize(std::min(fill(text.data(), kLongestPath), kLongestPath));
+  return text;
+}
+
 // The full path, without "..", in small letters; empty when Windows can't make one of it.
 std::wstring Normalised(const std::wstring& path) {
   constexpr wchar_t kLiteralPrefix[] = L"\\\\?\\";
@@ -60,27 +79,37 @@ std::wstring Normalised(const std::wstring& path) {
   if (plain.starts_with(kLiteralPrefix)) {
     plain.erase(0, std::size(kLiteralPrefix) - 1);
   }
-  std::wstring full(kLongestPath, L'\0');
-  full.resize(
-      g_ground.windows->get_full_path_name(plain.c_str(), kLongestPath, full.data(), nullptr));
-  return ToLower(full);
+  return ToLower(TextFrom([&plain](wchar_t* buffer, DWORD units) {
+    return g_ground.windows->get_full_path_name(plain.c_str(), units, buffer, nullptr);
+  }));
 }
 
 std::wstring FolderOf(HMODULE module) {
-  std::wstring path(kLongestPath, L'\0');
-  path.resize(g_ground.windows->get_module_file_name(module, path.data(), kLongestPath));
+  const std::wstring path = TextFrom([module](wchar_t* buffer, DWORD units) {
+    return g_ground.windows->get_module_file_name(module, buffer, units);
+  });
   return ToLower(path.substr(0, path.rfind(L'\\') + 1));
 }
 
+bool StartsWithOneOf(const std::vector<std::wstring>& beginnings, const std::wstring& normalised) {
+  return std::any_of(beginnings.begin(), beginnings.end(), [&](const std::wstring& beginning) {
+    return normalised.starts_with(beginning);
+  });
+}
+
 bool IsInScratch(const std::wstring& normalised) {
-  return std::any_of(
-      g_ground.temporary_folders.begin(), g_ground.temporary_folders.end(),
-      [&](const std::wstring& folder) { return normalised.starts_with(folder + kOwnName); });
+  return StartsWithOneOf(g_ground.scratch_beginnings, normalised);
+}
+
+// The prefix may have its temporary folder on a drive of its own.
+bool IsInPrefix(const std::wstring& normalised) {
+  return normalised.starts_with(g_ground.system_drive) ||
+         StartsWithOneOf(g_ground.temporary_folders, normalised);
 }
 
 bool IsOnGround(const std::wstring& normalised) {
   return IsInScratch(normalised) ||
-         (g_ground.reach == FenceReach::kPrefix && normalised.starts_with(g_ground.system_drive));
+         (g_ground.reach == FenceReach::kPrefix && IsInPrefix(normalised));
 }
 
 // The path of an open key as the system knows it; nothing when the handle isn't one of a key.
@@ -145,6 +174,7 @@ void SurveyGround(FenceReach reach) {
   for (const std::wstring folder : {temporary.data(), long_name.data()}) {
     if (!folder.empty()) {
       g_ground.temporary_folders.push_back(Normalised(folder));
+      g_ground.scratch_beginnings.push_back(g_ground.temporary_folders.back() + kOwnName);
     }
   }
 
@@ -167,9 +197,11 @@ bool IsProgramInside(const std::wstring& path) {
 }
 
 bool IsKeyInside(HKEY key, const wchar_t* sub_key) {
+  if (g_ground.reach == FenceReach::kPrefix) {
+    return true;
+  }
   const std::optional<std::wstring> name = NameOfKey(key);
-  return g_ground.reach == FenceReach::kPrefix || !name ||
-         IsScratchKey(*name + L"\\" + (sub_key != nullptr ? sub_key : L""));
+  return !name || IsScratchKey(*name + L"\\" + (sub_key != nullptr ? sub_key : L""));
 }
 
 void RedirectKey(HKEY key, HKEY target) {

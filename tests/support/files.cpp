@@ -54,6 +54,21 @@ void AddTree(const std::wstring& folder, const std::wstring& prefix,
   }
 }
 
+nhupdate::UniqueFile CreateAlone(const std::wstring& path) {
+  return nhupdate::UniqueFile(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                            FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+// Few files are read-only, so that is only seen to when one can't be deleted.
+void RemoveFile(const std::wstring& path) {
+  const BOOL is_deleted = ::DeleteFileW(path.c_str());
+  const DWORD error = ::GetLastError();
+  if (!is_deleted && error == ERROR_ACCESS_DENIED) {
+    ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    ::DeleteFileW(path.c_str());
+  }
+}
+
 bool IsFolder(const std::wstring& path) {
   const DWORD attributes = ::GetFileAttributesW(path.c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
@@ -61,26 +76,31 @@ bool IsFolder(const std::wstring& path) {
 
 }  // namespace
 
+// Here and for files nothing is asked beforehand: mostly it goes well, and tests lay out many.
 void CreateFolders(const std::wstring& folder) {
-  if (IsFolder(folder)) {
-    return;
-  }
+  const BOOL is_created = ::CreateDirectoryW(folder.c_str(), nullptr);
+  const DWORD error = ::GetLastError();
   const std::wstring parent = nhupdate::ParentFolder(folder);
-  if (parent.find(L'\\') != std::wstring::npos) {
+  if (!is_created && error == ERROR_PATH_NOT_FOUND && parent.find(L'\\') != std::wstring::npos) {
     CreateFolders(parent);
+    ::CreateDirectoryW(folder.c_str(), nullptr);
   }
-  EXPECT_TRUE(::CreateDirectoryW(folder.c_str(), nullptr))
-      << "Can't create " << testing::PrintToString(folder) << ": " << ::GetLastError();
+  EXPECT_TRUE(is_created || IsFolder(folder))
+      << "Can't create " << testing::PrintToString(folder) << ": " << error;
 }
 
 void WriteFileBytes(const std::wstring& path, const std::string& bytes) {
-  CreateFolders(nhupdate::ParentFolder(path));
-  const nhupdate::UniqueFile file(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr,
-                                                CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  nhupdate::UniqueFile file = CreateAlone(path);
+  const DWORD error = ::GetLastError();
+  if (!file.IsValid() && error == ERROR_PATH_NOT_FOUND) {
+    CreateFolders(nhupdate::ParentFolder(path));
+    file = CreateAlone(path);
+  }
   DWORD written = 0;
   const bool is_written =
       file.IsValid() &&
-      ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+      (bytes.empty() ||
+       ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr));
   EXPECT_TRUE(is_written && written == bytes.size())
       << "Can't write " << testing::PrintToString(path);
 }
@@ -128,8 +148,7 @@ void RemoveTree(const std::wstring& folder) {
   for (const Entry& entry : EntriesOf(folder)) {
     const std::wstring path = folder + L"\\" + entry.name;
     if (!entry.is_folder) {
-      ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-      ::DeleteFileW(path.c_str());
+      RemoveFile(path);
     } else if (entry.is_link) {
       ::RemoveDirectoryW(path.c_str());
     } else {

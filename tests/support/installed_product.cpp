@@ -9,9 +9,23 @@
 #include "tests/support/placeholders.h"
 #include "tests/support/product_surroundings.h"
 
+#include <objbase.h>  // needs <windows.h> first
+
 namespace nhupdate_test {
 
+namespace {
+
+// COM has a hidden window for as long as it is ready. It is made for this process once, and not for
+// each manager that comes and goes.
+void KeepComReady() {
+  static const HRESULT ready = ::CoInitialize(nullptr);
+  EXPECT_TRUE(SUCCEEDED(ready)) << ready;
+}
+
+}  // namespace
+
 InstalledProduct::InstalledProduct(const ProductOptions& options) : options_(options) {
+  KeepComReady();
   CreateFolders(Module());
   CreateFolders(ProgramData());
   if (!options_.log_library.empty()) {

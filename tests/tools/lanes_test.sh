@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# A lane shares with the template what nobody changes, and nothing else: lanes_test.sh REPOSITORY
+# A lane shares with the template what nobody changes, and nothing else, and those of the tests have
+# their scratch folders in memory: lanes_test.sh REPOSITORY
 set -eu
 tree=$(mktemp -d)
 trap 'rm -rf "$tree"' EXIT
@@ -12,6 +13,8 @@ shared=("$system/shell32.dll" "$system/cmd.exe" "$system/drivers/mouse driver.sy
 own=(.ready system.reg drive_c/windows/win.ini "$system/drivers/etc/hosts" drive_c/users/root/game.dll)
 for file in "${shared[@]}" "${own[@]}"; do echo "as it was made" >"$template/$file"; done
 touch --date=2001-02-03 "$template/system.reg"
+printf '%s\n' '[Environment]' '"TEMP"="C:\\users\\root\\Temp"' '"TMP"="C:\\users\\root\\Temp"' '' \
+  '[Other]' '"TEMPER"="even"' >"$template/user.reg"
 
 . "$1/tools/lib/wine.sh"
 ensure_lane first
@@ -31,6 +34,26 @@ for lane in first second; do
   [ "$(stat -c %Y "$tree/wine/$lane/system.reg")" = "$(stat -c %Y "$template/system.reg")" ] ||
     complain "$lane: system.reg has another time."
   [ "$(readlink "$tree/wine/$lane/dosdevices/c:")" = ../drive_c ] || complain "$lane: there is no drive C:."
+done
+
+# On a machine with a folder in memory, on one whose folder is too small, and on one without any.
+nhupdate_memory=$tree/memory
+nhupdate_memory_mb=1
+mkdir "$nhupdate_memory"
+ensure_lane unit
+folder=$(readlink "$tree/wine/unit/dosdevices/t:")
+[ -d "$folder" ] && [ "$(dirname "$folder")" = "$nhupdate_memory" ] ||
+  complain "unit: drive T: is not in memory but in \"$folder\"."
+cmp -s "$tree/wine/unit/user.reg" <(printf '%s\n' '[Environment]' '"TEMP"="T:\\"' '"TMP"="T:\\"' '' \
+  '[Other]' '"TEMPER"="even"') || complain "unit: the scratch folders are not on drive T:."
+[ "$(readlink "$tree/wine/unit/dosdevices/c:")" = ../drive_c ] || complain "unit: there is no drive C:."
+nhupdate_memory_mb=1000000000
+ensure_lane faults
+nhupdate_memory=$tree/nowhere
+ensure_lane e2e
+for lane in first faults e2e; do
+  [ ! -L "$tree/wine/$lane/dosdevices/t:" ] && cmp -s "$tree/wine/$lane/user.reg" "$template/user.reg" ||
+    complain "$lane: its scratch folders should be where they were."
 done
 [ -z "$(find "$tree/wine" -name '*.own' -o -name '*.new')" ] || complain "Something is left over."
 exit $failed

@@ -58,6 +58,22 @@ copy_prefix() {
     sh {} +
 }
 
+# The scratch folders of the tests lie in memory where the machine has room for them there, on a drive
+# of their own. Nothing is made and deleted as often, and on a disk that takes about as long as all the
+# rest: some file systems are slow to use again what has just become free.
+nhupdate_memory=/dev/shm
+nhupdate_memory_mb=1024
+
+# scratch_to_memory PREFIX: for one that has never been started.
+scratch_to_memory() {
+  local free folder
+  free=$(df --output=avail --block-size=1M "$nhupdate_memory" 2>/dev/null | tail -n 1)
+  [ "${free:-0}" -ge $nhupdate_memory_mb ] && [ -w "$nhupdate_memory" ] || return 0
+  folder=$(mktemp -d "$nhupdate_memory/nhupdate.XXXXXX") || return 1
+  ln -s "$folder" "$1/dosdevices/t:" &&
+    sed -i -E 's/^"(TEMP|TMP)"=.*/"\1"="T:\\\\"/' "$1/user.reg"
+}
+
 # Makes the lane's prefix if there is none. Safe to call from several processes at once.
 ensure_lane() {
   local lane=$1
@@ -84,6 +100,9 @@ ensure_lane() {
       # Under its own name only when it is whole: the mark is copied before much of the rest.
       rm -rf "${nhupdate_wine_folder:?}/$lane" "$nhupdate_wine_folder/$lane.new"
       copy_prefix "$nhupdate_wine_folder/template" "$nhupdate_wine_folder/$lane.new" &&
+        case " ${nhupdate_test_lanes[*]} " in
+          *" $lane "*) scratch_to_memory "$nhupdate_wine_folder/$lane.new" ;;
+        esac &&
         mv "$nhupdate_wine_folder/$lane.new" "$nhupdate_wine_folder/$lane"
     fi
   ) 9>"$nhupdate_wine_folder/lock"
@@ -97,6 +116,9 @@ start_lane() {
   export WINEPREFIX
   "$nhupdate_wineserver" -k0 2>/dev/null && return 0
   rm -f "$WINEPREFIX/drive_c/desktop_kept"
+  # What is in memory goes with the lane, or with the machine.
+  [ ! -L "$WINEPREFIX/dosdevices/t:" ] || [ -d "$WINEPREFIX/dosdevices/t:" ] ||
+    mkdir --mode=700 "$(readlink "$WINEPREFIX/dosdevices/t:")" || return 1
   (
     keep_to_processor "$1"
     # Its services would keep the streams of the first program open as long as they live.
@@ -123,6 +145,8 @@ keep_desktop() {
 stop_lane() {
   WINEPREFIX=$nhupdate_wine_folder/$1 "$nhupdate_wineserver" -k
   WINEPREFIX=$nhupdate_wine_folder/$1 $nhupdate_wine_limit "$nhupdate_wineserver" -w
+  [ ! -L "$nhupdate_wine_folder/$1/dosdevices/t:" ] ||
+    rm -rf "$(readlink "$nhupdate_wine_folder/$1/dosdevices/t:")"
 }
 
 # Starts an X server on a free display and points DISPLAY to it.

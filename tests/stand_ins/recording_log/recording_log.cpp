@@ -10,8 +10,12 @@
 
 namespace {
 
+// Not within the function: the guard of a variable there would cost the process a slot of its few
+// for threads each time that the library is loaded.
+nhupdate_stand_in::Journal g_journal(L"NHUPDATE_LOG_JOURNAL");
+
 void Record(const std::vector<std::wstring>& fields) {
-  nhupdate_stand_in::AppendToJournal(L"NHUPDATE_LOG_JOURNAL", fields);
+  g_journal.Append(fields);
 }
 
 }  // namespace

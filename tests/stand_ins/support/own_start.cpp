@@ -56,9 +56,9 @@ std::wstring OwnFolder() {
 
 void RecordOwnStart() {
   const DWORD parent_id = FindProcess(::GetCurrentProcessId()).parent_id;
-  AppendToJournal(L"NHUPDATE_CHILD_JOURNAL",
-                  {OwnPath(), WorkingFolder(), ShowState(), std::to_wstring(parent_id),
-                   FindProcess(parent_id).name, ::GetCommandLineW()});
+  Journal journal(L"NHUPDATE_CHILD_JOURNAL");
+  journal.Append({OwnPath(), WorkingFolder(), ShowState(), std::to_wstring(parent_id),
+                  FindProcess(parent_id).name, ::GetCommandLineW()});
 }
 
 }  // namespace nhupdate_stand_in

@@ -38,6 +38,7 @@ struct Aim {
   Argument file = place + L"\\file";
   Argument file_literally = L"\\\\?\\" + file;
   Argument file_roundabout = scratch + L"\\.." + place.substr(place.rfind(L'\\')) + L"/file";
+  Argument file_far = place + L"\\" + std::wstring(2 * MAX_PATH, L'x');
   Argument fresh = place + L"\\new";
   Argument scratch_file = scratch + L"\\file";
   Argument scratch_fresh = scratch + L"\\new";
@@ -122,6 +123,7 @@ inline const std::vector<Trespass> kPlacedCalls = {
     {L"DeleteFileW", [](const Aim& a) { ::DeleteFileW(a.file); }},
     {L"DeleteFileW, literal", [](const Aim& a) { ::DeleteFileW(a.file_literally); }},
     {L"DeleteFileW, roundabout", [](const Aim& a) { ::DeleteFileW(a.file_roundabout); }},
+    {L"DeleteFileW, long", [](const Aim& a) { ::DeleteFileW(a.file_far); }},
     {L"DeleteFileW, faked",
      [](const Aim& a) {
        INTERPOSER(DeleteFileW) fake([](const wchar_t*) {});

@@ -48,5 +48,29 @@ TEST_F(LogJournalTest, GivesTheRecordsWithTheirLevels) {
   EXPECT_THAT(RecordsOf(ReadLogJournal(path_)), ElementsAre(L"2|text", L"-1|"));
 }
 
+// Each library opens the journal for itself, as those of several processes do.
+TEST_F(LogJournalTest, HasTheLinesOfSeveralLibrariesInOrderWhileTheyAreLoaded) {
+  ::SetEnvironmentVariableW(kLogJournalVariable, path_.c_str());
+  const auto load = [](const wchar_t* name) {
+    return UniqueLibrary(::LoadLibraryW((TestProgramFolder() + name).c_str()));
+  };
+  const UniqueLibrary first = load(L"\\recording_log.dll");
+  const UniqueLibrary second = load(L"\\recording_log_without_stop.dll");
+  const auto call = [](const UniqueLibrary& library, const char* entry) {
+    reinterpret_cast<void (*)()>(::GetProcAddress(library.Get(), entry))();
+  };
+
+  call(first, "Stop");
+  call(second, "Flush");
+  call(first, "Stop");
+
+  const DWORD own = ::GetCurrentProcessId();
+  const std::vector<LogCall> calls = ReadLogJournal(path_);
+  EXPECT_EQ(calls,
+            std::vector<LogCall>({{own, L"Stop", {}}, {own, L"Flush", {}}, {own, L"Stop", {}}}));
+  EXPECT_TRUE(::DeleteFileW(path_.c_str()));
+  ::SetEnvironmentVariableW(kLogJournalVariable, nullptr);
+}
+
 }  // namespace
 }  // namespace nhupdate_test
