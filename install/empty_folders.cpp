@@ -5,17 +5,29 @@
 
 namespace nhupdate {
 
+namespace {
+
+// For a folder whose name Windows takes for another one's. What is in that one could be a link and
+// lead back here, so nobody goes any deeper.
+bool LeadsToNothing(const std::wstring& folder) {
+  CFolderListing listing(folder);
+  return !listing.Next() && !listing.HasBrokenOff();
+}
+
+}  // namespace
+
 bool CollectEmptyFolders(const std::wstring& folder, std::vector<std::wstring>& found,
                          const CLog& log) {
   bool is_empty = true;
   CFolderListing listing(folder);
   while (listing.Next()) {
-    if (!listing.IsFolder() || listing.IsLink() || !IsTakenAsItStands(listing.Name())) {
+    if (!listing.IsFolder() || listing.IsLink()) {
       is_empty = false;
       continue;
     }
     const std::wstring sub_folder = folder + L"\\" + listing.Name();
-    if (CollectEmptyFolders(sub_folder, found, log)) {
+    if (IsTakenAsItStands(listing.Name()) ? CollectEmptyFolders(sub_folder, found, log)
+                                          : LeadsToNothing(sub_folder)) {
       log.Write(LogLevel::kInformation, L"Remove empty folder : %s", sub_folder);
       found.push_back(sub_folder);
     } else {
