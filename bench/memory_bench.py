@@ -5,11 +5,13 @@ The arguments are those of start_bench.py. Counted is what of the process is in 
 time, Wine's part of it included, which is most of what the rival takes. Prints rows of their own
 kind, for tools/lib/bench_table."""
 import json
-import os
 import pathlib
 import shutil
-import subprocess
 import sys
+
+sys.dont_write_bytecode = True
+
+from wine_run import WITH_COM, usage_of  # noqa: E402
 
 wine, programs, product = sys.argv[1], pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3])
 pairs = int(sys.argv[4])
@@ -18,18 +20,11 @@ wanted = sys.argv[5:]
 manager = product / "NHUpdateManager/NHUpdateManager.exe"
 text_file = product / "NHUpdateManager/Config/NHUpdateManager.en.json"
 staged = product / "Updater/App"
-WITH_COM = "an empty program with the same imports that begins and ends COM"
 
 
 def peak(command, exit_code):
     """In MiB."""
-    process = subprocess.Popen([wine, *command], stdin=subprocess.DEVNULL,
-                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    _, status, usage = os.wait4(process.pid, 0)
-    process.returncode = os.waitstatus_to_exitcode(status)
-    if process.returncode != exit_code:
-        sys.exit(f"{command} has ended with {process.returncode}.")
-    return usage.ru_maxrss / 1024
+    return usage_of([wine, *command], exit_code).ru_maxrss / 1024
 
 
 def stage_large_product():

@@ -5,9 +5,12 @@ PROGRAMS is the folder with the benchmarks' executables, PRODUCT one that holds 
 user's disk. Prints rows as the other benchmarks do (bench/support/pairs.h)."""
 import json
 import os
-import subprocess
 import sys
 import time
+
+sys.dont_write_bytecode = True
+
+from wine_run import WITH_COM, usage_of  # noqa: E402
 
 STARTS = 20  # of each in a pair
 
@@ -20,7 +23,6 @@ manager = f"{product}/NHUpdateManager/NHUpdateManager.exe"
 same_imports = f"{programs}/same_imports.exe"
 empty = f"{programs}/empty.exe"
 
-WITH_COM = "an empty program with the same imports that begins and ends COM"
 # Name, what, rival, target, own command, its exit code, rival command.
 ROWS = [
     ("start", "start without a switch", WITH_COM, 1.05, [manager], 0, [same_imports, "com"]),
@@ -43,12 +45,7 @@ def measure(command, exit_code):
     start = time.perf_counter()
     processor = 0.0
     for _ in range(STARTS):
-        process = subprocess.Popen([wine, *command], stdin=subprocess.DEVNULL,
-                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        _, status, usage = os.wait4(process.pid, 0)
-        process.returncode = os.waitstatus_to_exitcode(status)
-        if process.returncode != exit_code:
-            sys.exit(f"{command} has ended with {process.returncode}.")
+        usage = usage_of([wine, *command], exit_code)
         processor += usage.ru_utime + usage.ru_stime
     wall = time.perf_counter() - start
     processor_ms = processor * 1e3 + server_ms() - processor_start

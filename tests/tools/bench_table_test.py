@@ -52,6 +52,9 @@ class BenchTableTest(unittest.TestCase):
         self.assertEqual(self.cells(REACHED), ["a copy", "a loop", "1.50 (1.25–2.25)",
                                                "1.00 (1.00–1.00)", "30.0", "20.0", "1.1", "3"])
 
+    def test_shows_a_single_pair_without_quarters(self):
+        self.assertEqual(self.cells(row(0, [[30, 20]], [[20, 10]]))[2:4], ["1.50", "2.00"])
+
     def test_says_when_neither_time_has_reached_the_target(self):
         self.assertEqual(self.cells(MISSED)[6], "1.1, missed")
         self.assertEqual(self.cells(JUST_REACHED)[6], "1.1")
