@@ -4,7 +4,7 @@
 # What builds the program and runs it.
 nhupdate_packages=(
   cmake ninja-build
-  g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
+  g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 lld
   wine64 xvfb
   g++ googletest python3
   git zip unzip

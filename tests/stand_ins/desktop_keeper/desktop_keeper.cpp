@@ -7,8 +7,7 @@
 
 #include "base/unique_handle.h"
 #include "base/windows.h"
-
-#include <shellapi.h>  // needs <windows.h> first
+#include "tests/stand_ins/support/wide_main.h"
 
 namespace {
 
@@ -29,9 +28,7 @@ bool IsStillUsed(HANDLE used) {
 
 }  // namespace
 
-int main() {
-  int count = 0;
-  wchar_t** const arguments = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+int wmain(int count, wchar_t** arguments) {
   const nhupdate::UniqueKernelHandle used(
       ::CreateEventW(nullptr, FALSE, FALSE, L"nhupdate-desktop-used"));
   if (count != 2 || ::GetLastError() == ERROR_ALREADY_EXISTS) {

@@ -5,10 +5,9 @@
 
 #include "base/windows.h"
 #include "tests/stand_ins/support/event_wait.h"
+#include "tests/stand_ins/support/wide_main.h"
 
-// These need <windows.h> first.
-#include <sddl.h>
-#include <shellapi.h>
+#include <sddl.h>  // needs <windows.h> first
 
 namespace {
 
@@ -30,9 +29,7 @@ bool DenyOwnTermination() {
 
 }  // namespace
 
-int main() {
-  int count = 0;
-  wchar_t** const arguments = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+int wmain(int count, wchar_t** arguments) {
   if (count < 2 || (count == 2 && !DenyOwnTermination())) {
     return 1;
   }

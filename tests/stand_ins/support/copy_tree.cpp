@@ -3,12 +3,10 @@
 #include "base/unique_handle.h"
 #include "base/windows.h"
 
-#include <shlobj.h>  // needs <windows.h> first
-
 namespace nhupdate_stand_in {
 
 bool CopyTree(const std::wstring& source, const std::wstring& destination) {
-  ::SHCreateDirectoryExW(nullptr, destination.c_str(), nullptr);
+  ::CreateDirectoryW(destination.c_str(), nullptr);
   WIN32_FIND_DATAW entry = {};
   const nhupdate::UniqueFindHandle search(::FindFirstFileW((source + L"\\*").c_str(), &entry));
   if (!search.IsValid()) {

@@ -6,8 +6,8 @@
 
 namespace nhupdate_stand_in {
 
-// Copies what is in `source` over `destination`, creating that and what is missing above it.
-// Returns whether everything could be copied.
+// Copies what is in `source` over `destination`, creating that where it is missing. Returns whether
+// everything could be copied.
 [[nodiscard]] bool CopyTree(const std::wstring& source, const std::wstring& destination);
 
 }  // namespace nhupdate_stand_in

@@ -18,21 +18,12 @@
 #include "base/windows.h"
 #include "tests/stand_ins/support/copy_tree.h"
 #include "tests/stand_ins/support/own_start.h"
-
-#include <shellapi.h>  // needs <windows.h> first
+#include "tests/stand_ins/support/wide_main.h"
 
 namespace {
 
 constexpr int kUnknownTask = 99;
 constexpr int kNotCopied = 98;
-
-std::vector<std::wstring> Arguments() {
-  int count = 0;
-  wchar_t** const arguments = ::CommandLineToArgvW(::GetCommandLineW(), &count);
-  std::vector<std::wstring> copies(arguments + 1, arguments + count);
-  ::LocalFree(arguments);
-  return copies;
-}
 
 std::wstring TaskOf(const std::vector<std::wstring>& arguments) {
   std::wstring kind;
@@ -83,9 +74,9 @@ class CScript {
 
 }  // namespace
 
-int main() {
+int wmain(int count, wchar_t** arguments) {
   nhupdate_stand_in::RecordOwnStart();
-  const CScript script(TaskOf(Arguments()));
+  const CScript script(TaskOf({arguments + 1, arguments + count}));
   ::Sleep(static_cast<DWORD>(script.Number(L"DelayMs", 0)));
   if (!script.Copy(L"Stage", L"\\App") || !script.Copy(L"NewUpdater", L"\\NewUpdater")) {
     return kNotCopied;
