@@ -6,7 +6,7 @@ nhupdate_packages=(
   cmake ninja-build
   g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 lld
   wine64 xvfb
-  g++ googletest python3
+  g++ googletest libgmock-dev python3
   git zip unzip
 )
 
@@ -25,27 +25,27 @@ nhupdate_bench_packages=(nlohmann-json3-dev rapidjson-dev libspdlog-dev libfmt-d
 # What the quick half of tools/lint looks with.
 nhupdate_lint_packages=(clang-format shellcheck yamllint)
 
-ensure_packages() {
-  local missing=() package installed
+missing_packages() {
+  local package installed
   installed=$(dpkg-query --show --showformat='${Package} ${db:Status-Status}\n' "$@" 2>/dev/null)
   for package in "$@"; do
     case $'\n'$installed$'\n' in
       *$'\n'"$package installed"$'\n'*) ;;
-      *) missing+=("$package") ;;
+      *) echo "$package" ;;
     esac
   done
-  [ ${#missing[@]} -gt 0 ] || return 0
+}
 
-  local as_root=()
+install_packages() {
+  local as_root=() log
   [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-  echo "Installing ${missing[*]}" >&2
-  local log
+  echo "Installing $*" >&2
   log=$(mktemp)
   if ! {
     # A machine that has just been set up is often still busy with its own updates.
     "${as_root[@]}" apt-get -q update &&
       "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q install -y \
-        --no-install-recommends -o DPkg::Lock::Timeout=300 "${missing[@]}"
+        --no-install-recommends -o DPkg::Lock::Timeout=300 "$@"
   } </dev/null >"$log" 2>&1; then
     cat "$log" >&2
     rm -f "$log"
@@ -53,4 +53,14 @@ ensure_packages() {
     return 1
   fi
   rm -f "$log"
+}
+
+# Several tools may ask for theirs at once.
+ensure_packages() {
+  [ -n "$(missing_packages "$@")" ] || return 0
+  (
+    flock 7
+    mapfile -t missing < <(missing_packages "$@")
+    [ ${#missing[@]} -eq 0 ] || install_packages "${missing[@]}" 7>&-
+  ) 7<"${BASH_SOURCE[0]}"
 }

@@ -31,11 +31,15 @@ nhupdate_spread_lane=log_library
 # keep_to_processor LANE: for this shell and what it starts from here on. Does nothing when that can't
 # be had.
 keep_to_processor() {
-  local index range allowed=()
+  local key list range ranges index allowed=()
   [ "$1" != "$nhupdate_spread_lane" ] || return 0
   # Such as "0-3,8", of this shell.
-  for range in $(sed -n 's/^Cpus_allowed_list:[[:space:]]*//p' /proc/$BASHPID/status | tr ',' ' '); do
-    mapfile -t -O ${#allowed[@]} allowed < <(seq "${range%-*}" "${range#*-}")
+  while read -r key list; do
+    [ "$key" != Cpus_allowed_list: ] || break
+  done </proc/$BASHPID/status
+  IFS=, read -ra ranges <<<"$list"
+  for range in "${ranges[@]}"; do
+    for ((index = ${range%-*}; index <= ${range#*-}; index++)); do allowed+=("$index"); done
   done
   [ ${#allowed[@]} -gt 1 ] || return 0
   for index in "${!nhupdate_test_lanes[@]}"; do
