@@ -55,5 +55,19 @@ for lane in first faults e2e; do
   [ ! -L "$tree/wine/$lane/dosdevices/t:" ] && cmp -s "$tree/wine/$lane/user.reg" "$template/user.reg" ||
     complain "$lane: its scratch folders should be where they were."
 done
+
+# On a machine that has UTC, and on another one.
+zones='Software\\Microsoft\\Windows NT\\CurrentVersion\\Time Zones'
+write_zones() {
+  local zone
+  printf '[%s] 1795339535\n' 'Software\\Before'
+  for zone in "$@"; do printf '[%s\\\\%s] 1795339535\n"TZI"=hex:3c\n\n' "$zones" "$zone"; done
+  printf '[%s] 1795339535\n' "${zones//Time/More}"
+}
+write_zones 'Tonga Standard Time' 'UTC' 'UTC\\Dynamic DST' 'UTC-02' >"$template/system.reg"
+TZ=UTC ensure_lane waits
+cmp -s "$tree/wine/waits/system.reg" <(write_zones UTC) || complain "waits: UTC is not the only time zone."
+TZ=Asia/Tokyo ensure_lane moments
+cmp -s "$tree/wine/moments/system.reg" "$template/system.reg" || complain "moments: a time zone is missing."
 [ -z "$(find "$tree/wine" -name '*.own' -o -name '*.new')" ] || complain "Something is left over."
 exit $failed

@@ -78,6 +78,16 @@ scratch_to_memory() {
     sed -i -E 's/^"(TEMP|TMP)"=.*/"\1"="T:\\\\"/' "$1/user.reg"
 }
 
+# Every program that starts goes through the time zones that Wine knows until it has found that of the
+# machine, which where tests are run is most often one of the last.
+# forget_time_zones PREFIX: all but that one. For a prefix that has never been started.
+forget_time_zones() {
+  [ "$(date +%Z)" = UTC ] || return 0
+  awk '/^\[/ { is_forgotten = /\\Time Zones\\/ && !/\\Time Zones\\\\UTC\]/ } !is_forgotten' \
+    "$1/system.reg" >"$1/system.new" &&
+    touch --reference="$1/system.reg" "$1/system.new" && mv "$1/system.new" "$1/system.reg"
+}
+
 # Makes the lane's prefix if there is none. Safe to call from several processes at once.
 ensure_lane() {
   local lane=$1
@@ -105,7 +115,10 @@ ensure_lane() {
       rm -rf "${nhupdate_wine_folder:?}/$lane" "$nhupdate_wine_folder/$lane.new"
       copy_prefix "$nhupdate_wine_folder/template" "$nhupdate_wine_folder/$lane.new" &&
         case " ${nhupdate_test_lanes[*]} " in
-          *" $lane "*) scratch_to_memory "$nhupdate_wine_folder/$lane.new" ;;
+          *" $lane "*)
+            scratch_to_memory "$nhupdate_wine_folder/$lane.new" &&
+              forget_time_zones "$nhupdate_wine_folder/$lane.new"
+            ;;
         esac &&
         mv "$nhupdate_wine_folder/$lane.new" "$nhupdate_wine_folder/$lane"
     fi
