@@ -15,6 +15,10 @@ export WINEDEBUG=${WINEDEBUG:--all}
 export LC_ALL=${NHUPDATE_LOCALE:-C.UTF-8}
 export WINEDLLOVERRIDES='mscoree,mshtml='
 
+# A setting for what has no use for the machine's fonts, which every program with windows reads. Wine
+# keeps those that it has seen when it made a prefix, so none is made with them.
+nhupdate_no_fonts=$nhupdate_root/tools/lib/no_fonts.conf
+
 # The lanes of the tests. What runs in a quiet one shows no window: either it never does, or whatever
 # would is replaced.
 nhupdate_quiet_lanes=(unit log_library faults more_faults cycles)
@@ -97,7 +101,7 @@ ensure_lane() {
     flock 9
     if [ ! -e "$nhupdate_wine_folder/template/.ready" ]; then
       rm -rf "$nhupdate_wine_folder/template"
-      export WINEPREFIX=$nhupdate_wine_folder/template
+      export WINEPREFIX=$nhupdate_wine_folder/template FONTCONFIG_FILE=$nhupdate_no_fonts
       env -u DISPLAY $nhupdate_wine_limit "$nhupdate_wine" wineboot -i </dev/null >/dev/null 2>&1
       # Without a window manager a managed window takes seconds to close.
       $nhupdate_wine_limit "$nhupdate_wine" reg add 'HKCU\Software\Wine\X11 Driver' \
