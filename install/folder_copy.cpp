@@ -136,7 +136,7 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
   if (!CopyContent(target, place, source, deeper, false)) {
     return false;
   }
-  if (!first && held->LiesAt(place)) {
+  if (!first && held->LiesExactlyAt(place)) {
     first = std::move(held);
   }
   return true;

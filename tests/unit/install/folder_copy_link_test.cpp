@@ -221,6 +221,20 @@ TEST_F(LinkedFolderCopyTest, FailsAtANameThatWindowsReadsOtherwise) {
   RemoveTree(exact_source);
 }
 
+// A user can have a folder of his tell letter cases apart. What lies in "A" doesn't keep "a" from
+// being turned into a link.
+TEST_F(LinkedFolderCopyTest, LooksAtEachFolderUntilOneLiesInTheDestinationInTheSameLetterCase) {
+  WriteFiles(source_, {L"\\a\\new.txt", L"\\b\\new.txt"});
+  FakeListing windows;
+  windows.LeadElsewhere(target_, L"\\Device\\V1\\to");
+  windows.LeadElsewhere(target_ + L"\\a", L"\\Device\\V1\\to\\A");
+  windows.LeadElsewhere(target_ + L"\\b", L"\\Device\\V1\\Windows");
+
+  EXPECT_FALSE(Copy());
+
+  EXPECT_EQ(failed_path_, target_ + L"\\b");
+}
+
 // Whoever may write to the destination can be quick.
 TEST_F(LinkedFolderCopyTest, FailsAtALinkThatComesBackAsSoonAsItIsReplaced) {
   WriteFileBytes(source_ + L"\\b\\new.txt", "N");
