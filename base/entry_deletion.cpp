@@ -81,7 +81,7 @@ std::optional<DWORD> DeleteEntryInItsPlace(const std::wstring& path) {
 
 CHeldFile::CHeldFile(const std::wstring& path, const CPlace& place)
     : file_(OpenItself(path, DELETE, EntryKind::kFile, FILE_SHARE_READ | FILE_SHARE_WRITE)) {
-  if (file_.IsValid() && !(HasOneName(file_) && CPlace(file_).IsSameAs(place))) {
+  if (file_.IsValid() && !(HasOneName(file_) && CPlace(file_).IsExactly(place))) {
     file_.Reset();
   }
 }

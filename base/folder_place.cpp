@@ -115,6 +115,10 @@ bool CPlace::IsSameAs(const CPlace& other) const {
   return IsKnown() && AreSameText(path_, other.path_);
 }
 
+bool CPlace::IsExactly(const CPlace& other) const {
+  return IsKnown() && path_ == other.path_;
+}
+
 bool CPlace::IsWithin(const CPlace& folder) const {
   if (!IsKnown() || !folder.IsKnown() || path_.size() < folder.path_.size()) {
     return false;

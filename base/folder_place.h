@@ -42,6 +42,11 @@ class CPlace {
   [[nodiscard]] bool IsKnown() const { return !path_.empty(); }
   [[nodiscard]] bool IsSameAs(const CPlace& other) const;
 
+  // The same, also in the letter case of every name. Where the names are as they were listed, only
+  // this says that there is no link on the way: a folder can be told to tell letter cases apart,
+  // and there a link could lead to the folder beside it.
+  [[nodiscard]] bool IsExactly(const CPlace& other) const;
+
   // True when it is that folder's place, or lies below it.
   [[nodiscard]] bool IsWithin(const CPlace& folder) const;
 

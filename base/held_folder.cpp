@@ -23,11 +23,11 @@ bool CHeldFolder::IsPlain() const {
 }
 
 bool CHeldFolder::IsPlainAt(const CPlace& place) const {
-  return IsPlain() && LiesAt(place);
+  return IsPlain() && OwnPlace().IsSameAs(place);
 }
 
-bool CHeldFolder::LiesAt(const CPlace& place) const {
-  return folder_.IsValid() && OwnPlace().IsSameAs(place);
+bool CHeldFolder::LiesExactlyAt(const CPlace& place) const {
+  return folder_.IsValid() && OwnPlace().IsExactly(place);
 }
 
 bool CHeldFolder::LeadsElsewhere(const CPlace& place) const {

@@ -39,8 +39,9 @@ class CHeldFolder {
   // out.
   [[nodiscard]] bool IsPlainAt(const CPlace& place) const;
 
-  // True when it is known to lie there, whether it is a link or not.
-  [[nodiscard]] bool LiesAt(const CPlace& place) const;
+  // True when it is known to lie there in the same letter case (CPlace::IsExactly), whether it is
+  // a link or not.
+  [[nodiscard]] bool LiesExactlyAt(const CPlace& place) const;
 
   // True when it is a link or is known to lie elsewhere. A folder that is no link, but whose place
   // can't be found out, is taken to lie there: for walks in which each level was held before the

@@ -126,9 +126,10 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
   if (source_is_link) {
     return true;  // what it leads to is none of the product's
   }
-  // It may have become a link since it was listed; while it is held nobody can exchange it.
+  // It may have become a link since it was listed; while it is held nobody can exchange it. By a
+  // name that Windows reads otherwise another folder is held than the one that is read then.
   const CHeldFolder held_source(source);
-  if (held_source.Error() || held_source.IsLink()) {
+  if (held_source.Error() || held_source.IsLink() || !IsTakenAsItStands(FileName(source))) {
     return Fail(target, held_source.Error().value_or(ERROR_CANT_ACCESS_FILE), options);
   }
   CopyOptions deeper = options;
@@ -136,7 +137,7 @@ bool CFolderCopy::CopySubFolder(const std::wstring& target, const CPlace& place,
   if (!CopyContent(target, place, source, deeper, false)) {
     return false;
   }
-  if (!first && held->LiesAt(place)) {
+  if (!first && held->LiesExactlyAt(place)) {
     first = std::move(held);
   }
   return true;

@@ -50,7 +50,7 @@ class CFirstEntry {
   }
   [[nodiscard]] bool TakeFolder(const std::wstring& folder, const CPlace& place) {
     folder_.emplace(folder);
-    if (EmptyHeld(*folder_, folder, place, Way::kMayChange)) {
+    if (EmptyHeld(*folder_, folder, place, Way::kMayChange) && folder_->LiesExactlyAt(place)) {
       return Remember(folder, place);
     }
     folder_.reset();

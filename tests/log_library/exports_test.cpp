@@ -65,6 +65,25 @@ TEST(LogLifetimeTest, BeingUnloadedWithoutAStopLeaksNoHandle) {
   EXPECT_EQ(CountOpenHandles(), before);
 }
 
+TEST(LogLifetimeTest, StopGivesBackTheAddressesOfTheMemoryThatWritersShare) {
+  TestLog log;
+  const void* view = nullptr;
+  INTERPOSER(MapViewOfFile) map(log.Module(), [&](auto... all) {
+    void* const mapped = map.Original()(all...);
+    view = mapped;
+    return mapped;
+  });
+  ASSERT_EQ(log.Start(), 0);
+  MEMORY_BASIC_INFORMATION information = {};
+  ::VirtualQuery(view, &information, sizeof(information));
+  ASSERT_EQ(information.State, DWORD{MEM_COMMIT});
+
+  log.Stop();
+
+  ::VirtualQuery(view, &information, sizeof(information));
+  EXPECT_EQ(information.State, DWORD{MEM_FREE});
+}
+
 // Ends the process as one ends whose log is open: nothing is unloaded before.
 [[noreturn]] void EndProcessWithOpenLog() {
   constexpr UINT kSomethingWasClosed = 77;

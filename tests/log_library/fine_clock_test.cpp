@@ -13,6 +13,7 @@ TEST(FineClockTest, CountsMicrosecondsOfWhateverTheCounterCounts) {
   } kCases[] = {
       {10'000'005, 10'000'000, 1'000'000},
       {29, 10'000'000, 2},
+      {9'999'999, 10'000'000, 999'999},
       {5, 2, 2'500'000},
       // A year of a clock of three gigahertz.
       {31'536'000LL * 3'000'000'000 + 3000, 3'000'000'000, 31'536'000'000'001},

@@ -26,6 +26,23 @@ TEST(StandingWriterTest, WaitsForTheMutexNoMoreAfterEnoughRecords) {
   EXPECT_THAT(log.Texts(), SizeIs(kEnoughTurns + 99));
 }
 
+// Whoever gets the mutex next takes the turn back, and it must not begin afterwards.
+TEST(StandingWriterTest, HasItsTurnBeforeItLetsTheMutexGo) {
+  CStandingTurn next;
+  ASSERT_TRUE(next.Open());
+  StartedLog log;
+  INTERPOSER(ReleaseMutex) release(log.Module(), [&](HANDLE mutex) {
+    const BOOL is_released = release.Original()(mutex);
+    next.TakeBack();
+    return is_released;
+  });
+  const INTERPOSER(WaitForSingleObject) wait(log.Module());
+
+  WriteRecords(log, 2 * kEnoughTurns);
+
+  EXPECT_EQ(wait.Calls(), 2 * kEnoughTurns);
+}
+
 TEST(StandingWriterTest, RotatesItsFiles) {
   StartedLog log(kSmallFiles);
   WriteRecords(log, kEnoughTurns);

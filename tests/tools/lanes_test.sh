@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# A lane shares with the template what nobody changes, and nothing else, and those of the tests have
-# their scratch folders in memory: lanes_test.sh REPOSITORY
+# A lane shares with the template what nobody changes, and nothing else; those of the tests have their
+# scratch folders in memory, and displays of their own: lanes_test.sh REPOSITORY
 set -eu
 tree=$(mktemp -d)
 trap 'rm -rf "$tree"' EXIT
@@ -69,5 +69,19 @@ TZ=UTC ensure_lane waits
 cmp -s "$tree/wine/waits/system.reg" <(write_zones UTC) || complain "waits: UTC is not the only time zone."
 TZ=Asia/Tokyo ensure_lane moments
 cmp -s "$tree/wine/moments/system.reg" "$template/system.reg" || complain "moments: a time zone is missing."
+
+mkdir "$tree/bin"
+printf '%s\n' '#!/bin/sh' 'echo $$ >&3' 'exec sleep 60 3>&-' >"$tree/bin/Xvfb"
+chmod +x "$tree/bin/Xvfb"
+display_of() { (DISPLAY=:given; use_display "$1"; echo "$DISPLAY"); }
+PATH=$tree/bin:$PATH start_displays e2e waits
+servers=("${nhupdate_display_processes[@]}")
+[ "$(display_of e2e)" = ":${servers[0]}" ] && [ "$(display_of waits)" = ":${servers[1]}" ] ||
+  complain "The lanes' displays are $(display_of e2e) and $(display_of waits), not :${servers[*]}."
+[ "$(display_of unit)" = :given ] || complain "unit: there is a display."
+[ -z "${DISPLAY:-}" ] || complain "The last display is left to all others."
+# Its result is how they have ended.
+stop_display || true
+! kill -0 "${servers[@]}" 2>/dev/null || complain "The displays are still there."
 [ -z "$(find "$tree/wine" -name '*.own' -o -name '*.new')" ] || complain "Something is left over."
 exit $failed

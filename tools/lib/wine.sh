@@ -142,6 +142,7 @@ start_lane() {
     mkdir --mode=700 "$(readlink "$WINEPREFIX/dosdevices/t:")" || return 1
   (
     keep_to_processor "$1"
+    use_display "$1"
     # Its services would keep the streams of the first program open as long as they live.
     "$nhupdate_wineserver" -p60 </dev/null >/dev/null 2>&1
     $nhupdate_wine_limit "$nhupdate_wine" cmd /c exit </dev/null >/dev/null 2>&1
@@ -170,12 +171,13 @@ stop_lane() {
     rm -rf "$(readlink "$nhupdate_wine_folder/$1/dosdevices/t:")"
 }
 
-# Starts an X server on a free display and points DISPLAY to it.
+# Starts an X server on a free display and points DISPLAY to it. stop_display ends all of them.
+nhupdate_display_processes=()
 start_display() {
   local number_file number
   number_file=$(mktemp)
   Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$number_file" </dev/null >/dev/null 2>&1 &
-  nhupdate_display_process=$!
+  nhupdate_display_processes+=($!)
   local tries=0
   until [ -s "$number_file" ]; do
     sleep 0.05
@@ -187,7 +189,27 @@ start_display() {
   rm -f "$number_file"
 }
 
+# start_displays LANE...: one for each of them, for this shell and what it starts. On a common one the
+# windows of a lane take the focus from those of another, and then Wine's shell has another error for
+# what it can't start; they also cover those whose colours a test reads from the screen.
+start_displays() {
+  local lane
+  for lane; do
+    start_display || return 1
+    export "nhupdate_display_of_$lane=$DISPLAY"
+  done
+  unset DISPLAY
+}
+
+# Points DISPLAY to the lane's own display. One that has none keeps what it is.
+use_display() {
+  local own=nhupdate_display_of_$1
+  [ -z "${!own:-}" ] || export DISPLAY=${!own}
+}
+
 stop_display() {
-  kill "$nhupdate_display_process" 2>/dev/null
-  wait "$nhupdate_display_process" 2>/dev/null
+  [ ${#nhupdate_display_processes[@]} -gt 0 ] || return 0
+  kill "${nhupdate_display_processes[@]}" 2>/dev/null
+  wait "${nhupdate_display_processes[@]}" 2>/dev/null
+  nhupdate_display_processes=()
 }

@@ -239,6 +239,14 @@ TEST_F(FileToDeleteTest, IsNoneThatLiesElsewhereOrIsMissingOrAFolder) {
   EXPECT_TRUE(CHeldFile(file_, place).IsValid());
 }
 
+// In a folder that tells letter cases apart it could lie beside the one that was listed.
+TEST_F(FileToDeleteTest, IsNoneWhoseNameIsWrittenOtherwise) {
+  const CPlace place = PlaceOfFolder(outer_).Below(L"\\FILE");
+
+  EXPECT_FALSE(CHeldFile(outer_ + L"\\FILE", place).IsValid());
+  EXPECT_EQ(DeleteEntry(outer_ + L"\\FILE", EntryKind::kFile, place), std::nullopt);
+}
+
 // Nobody could delete it by another of its names meanwhile, not even the program.
 TEST_F(FileToDeleteTest, IsNoneThatHasSeveralNamesOrDoesNotTell) {
   const std::wstring name = folder_ + L"\\name";

@@ -67,11 +67,21 @@ TEST_F(PlaceTest, IsComparedWithAnother) {
   }
 }
 
+// A folder can be told to take "Hub" and "HUB" for two names.
+TEST_F(PlaceTest, IsExactlyAnotherOnlyInTheSameLetterCase) {
+  const CPlace place = PlaceOfFolder(outer_);
+
+  EXPECT_TRUE(place.Below(L"\\Middle").IsExactly(place.Below(L"\\Middle")));
+  EXPECT_FALSE(place.Below(L"\\MIDDLE").IsExactly(place.Below(L"\\Middle")));
+  EXPECT_FALSE(place.Below(L"\\Middle").IsExactly(place));
+}
+
 TEST_F(PlaceTest, IsNotEvenTheSameAsItselfWhenItIsUnknown) {
   const CPlace unknown;
 
   EXPECT_FALSE(unknown.IsKnown());
   EXPECT_FALSE(unknown.IsSameAs(unknown));
+  EXPECT_FALSE(unknown.IsExactly(unknown));
   EXPECT_FALSE(unknown.IsWithin(unknown));
   EXPECT_FALSE(unknown.Below(L"\\a").IsKnown());
 }

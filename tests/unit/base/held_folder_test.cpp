@@ -32,7 +32,7 @@ TEST_F(HeldFolderTest, TellsWhyItCouldNotBeOpened) {
     EXPECT_FALSE(held.IsLink()) << error;
     EXPECT_FALSE(held.IsPlain()) << error;
     EXPECT_FALSE(held.IsPlainAt(CPlace())) << error;
-    EXPECT_FALSE(held.LiesAt(CPlace())) << error;
+    EXPECT_FALSE(held.LiesExactlyAt(CPlace())) << error;
     EXPECT_FALSE(held.LeadsElsewhere(CPlace())) << error;
     EXPECT_EQ(held.MayHold(inner_), !is_missing) << error;
   }
@@ -106,6 +106,9 @@ TEST_F(HeldFolderTest, IsAtItsPlaceByWhateverNames) {
   EXPECT_TRUE(held.IsPlainAt(PlaceOfFolder(inner_)));
   EXPECT_FALSE(held.LeadsElsewhere(PlaceOfFolder(inner_)));
   EXPECT_TRUE(held.IsPlainAt(PlaceSeenFrom(inner_.substr(0, 2), inner_)));
+  EXPECT_TRUE(held.LiesExactlyAt(PlaceOfFolder(inner_)));
+  EXPECT_TRUE(held.IsPlainAt(PlaceOfFolder(outer_).Below(L"\\MIDDLE\\inner")));
+  EXPECT_FALSE(held.LiesExactlyAt(PlaceOfFolder(outer_).Below(L"\\MIDDLE\\inner")));
   EXPECT_FALSE(held.IsPlainAt(PlaceOfFolder(outer_)));
   EXPECT_TRUE(held.LeadsElsewhere(PlaceOfFolder(outer_)));
 }
@@ -117,9 +120,9 @@ TEST_F(HeldFolderTest, IsAskedForItsPlaceOnce) {
   const CHeldFolder held(inner_);
   INTERPOSER(GetFinalPathNameByHandleW) final_path([](auto...) {});
 
-  EXPECT_TRUE(held.LiesAt(place));
-  EXPECT_FALSE(held.LiesAt(other));
-  EXPECT_FALSE(held.LiesAt(CPlace()));
+  EXPECT_TRUE(held.LiesExactlyAt(place));
+  EXPECT_FALSE(held.LiesExactlyAt(other));
+  EXPECT_FALSE(held.LiesExactlyAt(CPlace()));
   EXPECT_TRUE(held.IsPlainAt(place));
   EXPECT_TRUE(held.LeadsElsewhere(other));
 

@@ -221,6 +221,45 @@ TEST_F(LinkedFolderCopyTest, FailsAtANameThatWindowsReadsOtherwise) {
   RemoveTree(exact_source);
 }
 
+// In a longer path names are taken as they stand, so that the destination is where it should be. In
+// the source "x" is held, which is no link, and "x." is read.
+TEST_F(LinkedFolderCopyTest, ReadsNothingByANameThatWindowsReadsOtherwise) {
+  const std::wstring exact_source = L"\\\\?\\" + source_;
+  const std::wstring link = exact_source + L"\\x.";
+  const std::wstring target = LongPathBelow(root_);
+  const std::wstring exact_target = L"\\\\?\\" + target;
+  CreateFolders(source_ + L"\\x");
+  CreateFolders(target);
+  ASSERT_TRUE(::CreateDirectoryW((exact_source + L"\\x..").c_str(), nullptr));
+  CreateLink(link, elsewhere_);
+  {
+    FakeListing listing;
+    listing.Disguise(source_ + L"\\x.", FILE_ATTRIBUTE_REPARSE_POINT, IO_REPARSE_TAG_MOUNT_POINT);
+
+    EXPECT_FALSE(copy_.Copy(target, source_, {}));
+  }
+
+  EXPECT_EQ(failed_path_, target + L"\\x..");
+  EXPECT_THAT(ListTree(exact_target + L"\\x.."), testing::IsEmpty());
+  RemoveTree(exact_target);
+  RemoveFolderLink(link);
+  RemoveTree(exact_source);
+}
+
+// A user can have a folder of his tell letter cases apart. What lies in "A" doesn't keep "a" from
+// being turned into a link.
+TEST_F(LinkedFolderCopyTest, LooksAtEachFolderUntilOneLiesInTheDestinationInTheSameLetterCase) {
+  WriteFiles(source_, {L"\\a\\new.txt", L"\\b\\new.txt"});
+  FakeListing windows;
+  windows.LeadElsewhere(target_, L"\\Device\\V1\\to");
+  windows.LeadElsewhere(target_ + L"\\a", L"\\Device\\V1\\to\\A");
+  windows.LeadElsewhere(target_ + L"\\b", L"\\Device\\V1\\Windows");
+
+  EXPECT_FALSE(Copy());
+
+  EXPECT_EQ(failed_path_, target_ + L"\\b");
+}
+
 // Whoever may write to the destination can be quick.
 TEST_F(LinkedFolderCopyTest, FailsAtALinkThatComesBackAsSoonAsItIsReplaced) {
   WriteFileBytes(source_ + L"\\b\\new.txt", "N");

@@ -442,6 +442,24 @@ TEST_F(LinkRemovalTest, TakesNothingByANameThatWindowsReadsOtherwise) {
   RemoveTree(exact);
 }
 
+// A user can have a folder of his tell letter cases apart. Then a link to "TOP" can stand in the
+// place of "top", and lead elsewhere as soon as something in "TOP" is held.
+TEST_F(LinkRemovalTest, TakesNothingThroughALinkToAFolderOfAlmostTheSameName) {
+  for (const wchar_t* first : {L"\\file", L"\\folder\\inner"}) {
+    RemoveTree(folder_);
+    WriteFiles(folder_, {first, L"\\plain"});
+    FakeListing windows;
+    windows.LeadElsewhere(folder_, FinalPathOf(base_) + L"\\TOP");
+    const FakeLink link(
+        folder_, elsewhere_, [&](const std::wstring& path) { return path == folder_ + L"\\plain"; },
+        true);
+
+    EXPECT_FALSE(Delete());
+
+    EXPECT_TRUE(link.IsThere());
+  }
+}
+
 // Outside of the product's folder links further up are the user's own.
 TEST_F(LinkRemovalTest, FollowsLinksFurtherUpOutsideOfTheProduct) {
   const FakeLink link(root_ + L"\\mine", elsewhere_);
