@@ -1,6 +1,6 @@
-# GoogleTest: as it is installed, where that is of this compiler's making; or else from the sources
-# that Debian packages, built with its own flags; or else as it is installed elsewhere; or else fetched.
-# Whichever it is, the target is called gmock.
+# GoogleTest: as it is installed for this machine and its own compiler; or else from the sources that
+# Debian packages, built with its own flags; or else as it is installed; or else fetched. Whichever it
+# is, the target is called gmock.
 
 set(NHUPDATE_GOOGLETEST_SOURCE /usr/src/googletest CACHE PATH
   "GoogleTest's source folder; another one is looked for where there is none")
@@ -11,13 +11,11 @@ set(INSTALL_GTEST OFF)
 set(gtest_force_shared_crt OFF CACHE BOOL "" FORCE)
 set(CMAKE_POLICY_DEFAULT_CMP0091 NEW)
 
-# Debian's own compiler and standard library; of Windows there is none, nor of other compilers.
-set(is_debians_own FALSE)
-if(EXISTS /etc/debian_version AND NOT CMAKE_CROSSCOMPILING AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  set(is_debians_own TRUE)
+if(NOT CMAKE_CROSSCOMPILING AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  find_package(GTest QUIET CONFIG)
 endif()
 
-if(EXISTS ${NHUPDATE_GOOGLETEST_SOURCE}/CMakeLists.txt AND NOT is_debians_own)
+if(NOT TARGET GTest::gmock AND EXISTS ${NHUPDATE_GOOGLETEST_SOURCE}/CMakeLists.txt)
   add_subdirectory(
     ${NHUPDATE_GOOGLETEST_SOURCE} ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
   return()
