@@ -17,92 +17,117 @@ int CJsonGenerator::Below(int limit) {
   return static_cast<int>(engine_() % static_cast<std::uint32_t>(limit));
 }
 
-std::wstring CJsonGenerator::AnyOf(std::wstring_view units, int count) {
-  std::wstring text;
+void CJsonGenerator::AddAnyOf(std::wstring_view units, int count) {
   for (int index = 0; index < count; ++index) {
-    text += units[static_cast<std::size_t>(Below(static_cast<int>(units.size())))];
+    text_ += units[static_cast<std::size_t>(Below(static_cast<int>(units.size())))];
   }
-  return text;
 }
 
-std::wstring CJsonGenerator::Whitespace() {
-  return AnyOf(L" \t\n\x01\x1F", Below(4) == 0 ? Below(4) : 0);
+void CJsonGenerator::AddWhitespace() {
+  AddAnyOf(L" \t\n\x01\x1F", Below(4) == 0 ? Below(4) : 0);
 }
 
-std::wstring CJsonGenerator::Number() {
-  std::wstring text = AnyOf(L"+-", Below(2));
-  text += AnyOf(L"0123456789", Below(8) == 0 ? Below(30) : Below(4));
+void CJsonGenerator::AddNumber() {
+  const std::size_t begin = text_.size();
+  AddAnyOf(L"+-", Below(2));
+  AddAnyOf(L"0123456789", Below(8) == 0 ? Below(30) : Below(4));
   if (Below(3) == 0) {
-    text += L"." + AnyOf(L"0123456789", Below(20));
+    text_ += L'.';
+    AddAnyOf(L"0123456789", Below(20));
   }
-  return text.empty() ? L"0" : text;
+  if (text_.size() == begin) {
+    text_ += L'0';
+  }
 }
 
-std::wstring CJsonGenerator::Literal() {
+void CJsonGenerator::AddLiteral() {
   constexpr std::array<std::wstring_view, 3> kNames = {L"true", L"false", L"null"};
-  std::wstring text(kNames[static_cast<std::size_t>(Below(3))]);
-  for (wchar_t& unit : text) {
-    unit = static_cast<wchar_t>(Below(3) == 0 ? unit - 32 : unit);
+  for (const wchar_t unit : kNames[static_cast<std::size_t>(Below(3))]) {
+    text_ += static_cast<wchar_t>(Below(3) == 0 ? unit - 32 : unit);
   }
-  return text;
 }
 
-std::wstring CJsonGenerator::String() {
-  std::wstring text = L"\"";
+void CJsonGenerator::AddString() {
+  text_ += L'"';
   for (int count = Below(6); count > 0; --count) {
     switch (Below(5)) {
       case 0:
-        text += L"\\" + AnyOf(L"\"\\/nrtbfx", 1);
+        text_ += L'\\';
+        AddAnyOf(L"\"\\/nrtbfx", 1);
         break;
       case 1:
-        text += L"\\u" + AnyOf(L"0123456789abcdefABCDEFG x\"", 4);
+        text_ += L"\\u";
+        AddAnyOf(L"0123456789abcdefABCDEFG x\"", 4);
         break;
       default:
-        text += AnyOf(L"ab{}[]:, \xE9\xD83D\xDE00", 1);
+        AddAnyOf(L"ab{}[]:, \xE9\xD83D\xDE00", 1);
         break;
     }
   }
-  return text + L"\"";
+  text_ += L'"';
 }
 
-std::wstring CJsonGenerator::Array(int depth) {
-  std::wstring text = L"[";
+void CJsonGenerator::AddArray(int depth) {
+  text_ += L'[';
   for (int count = Below(4); count > 0; --count) {
-    text += Whitespace() + Value(depth - 1) + Whitespace();
-    text += Below(5) == 0 ? L" " : L",";
+    AddWhitespace();
+    AddValue(depth - 1);
+    AddWhitespace();
+    text_ += Below(5) == 0 ? L' ' : L',';
   }
-  return text + Whitespace() + L"]";
+  AddWhitespace();
+  text_ += L']';
 }
 
-std::wstring CJsonGenerator::Object(int depth) {
-  std::wstring text = L"{";
+void CJsonGenerator::AddObject(int depth) {
+  text_ += L'{';
   for (int count = Below(4); count > 0; --count) {
-    const std::wstring key = Below(3) == 0 ? L"\"a\"" : String();
-    text += Whitespace() + key + Whitespace() + L":" + Whitespace() + Value(depth - 1);
-    text += Whitespace() + (Below(5) == 0 ? L" " : L",");
+    AddWhitespace();
+    if (Below(3) == 0) {
+      text_ += L"\"a\"";
+    } else {
+      AddString();
+    }
+    AddWhitespace();
+    text_ += L':';
+    AddWhitespace();
+    AddValue(depth - 1);
+    AddWhitespace();
+    text_ += Below(5) == 0 ? L' ' : L',';
   }
-  return text + Whitespace() + L"}";
+  AddWhitespace();
+  text_ += L'}';
 }
 
-std::wstring CJsonGenerator::Value(int depth) {
+void CJsonGenerator::AddValue(int depth) {
   switch (Below(depth > 0 ? 9 : 3)) {
     case 0:
-      return Number();
+      return AddNumber();
     case 1:
-      return Literal();
+      return AddLiteral();
     case 2:
-      return String();
+      return AddString();
     case 3:
     case 4:
     case 5:
-      return Array(depth);
+      return AddArray(depth);
     default:
-      return Object(depth);
+      return AddObject(depth);
   }
 }
 
+std::wstring CJsonGenerator::Value(int depth) {
+  text_.clear();
+  AddValue(depth);
+  return text_;
+}
+
 std::wstring CJsonGenerator::DamagedValue(int depth) {
-  std::wstring text = Whitespace() + Value(depth) + Whitespace();
+  text_.clear();
+  AddWhitespace();
+  AddValue(depth);
+  AddWhitespace();
+  std::wstring text = text_;
   for (int count = Below(4); count > 0 && !text.empty(); --count) {
     const auto position = static_cast<std::size_t>(Below(static_cast<int>(text.size())));
     switch (Below(5)) {
@@ -127,7 +152,9 @@ std::wstring CJsonGenerator::DamagedValue(int depth) {
 }
 
 std::wstring CJsonGenerator::Noise(int units) {
-  return AnyOf(std::wstring_view(kAlphabet, std::size(kAlphabet)), units);
+  text_.clear();
+  AddAnyOf(std::wstring_view(kAlphabet, std::size(kAlphabet)), units);
+  return text_;
 }
 
 }  // namespace nhupdate_test

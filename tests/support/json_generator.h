@@ -1,7 +1,7 @@
 #pragma once
 
 // Texts for readers of JSON: well-formed ones, ones with small damages, and plain noise. The same
-// seed gives the same texts in every run of the same build.
+// seed gives the same texts everywhere.
 
 #include <cstdint>
 #include <random>
@@ -27,15 +27,17 @@ class CJsonGenerator {
   [[nodiscard]] int Below(int limit);
 
  private:
-  [[nodiscard]] std::wstring Whitespace();
-  [[nodiscard]] std::wstring Number();
-  [[nodiscard]] std::wstring Literal();
-  [[nodiscard]] std::wstring String();
-  [[nodiscard]] std::wstring Array(int depth);
-  [[nodiscard]] std::wstring Object(int depth);
-  [[nodiscard]] std::wstring AnyOf(std::wstring_view units, int count);
+  void AddValue(int depth);
+  void AddWhitespace();
+  void AddNumber();
+  void AddLiteral();
+  void AddString();
+  void AddArray(int depth);
+  void AddObject(int depth);
+  void AddAnyOf(std::wstring_view units, int count);
 
   std::mt19937 engine_;
+  std::wstring text_;  // what is being made
 };
 
 }  // namespace nhupdate_test

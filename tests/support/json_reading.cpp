@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <vector>
 
 #include "tests/support/json_description.h"
 #include "text/json_reader.h"
@@ -11,19 +10,8 @@ namespace nhupdate_test {
 
 namespace {
 
-// In a heap block of exactly the size that may be read, so that reading on is noticed.
-std::vector<wchar_t> ReadableUnits(std::wstring_view text, int bound) {
-  const std::wstring_view readable = WithinBound(text, bound);
-  std::vector<wchar_t> units(readable.begin(), readable.end());
-  if (bound > 0 && static_cast<std::size_t>(bound) > readable.size()) {
-    units.push_back(L'\0');
-  }
-  units.shrink_to_fit();
-  return units;
-}
-
 // The value before the reading, to see whether it changes; no test reads a text that says the same.
-constexpr wchar_t kMark[] = L"the value as it was";
+constexpr wchar_t kMark[] = L"\a\b\a";
 
 }  // namespace
 
@@ -31,12 +19,20 @@ std::ostream& operator<<(std::ostream& stream, const JsonReading& reading) {
   return stream << reading.result << " and " << reading.value;
 }
 
-JsonReading ReadJson(JsonReader reader, std::wstring_view text, int bound) {
-  const std::vector<wchar_t> units = ReadableUnits(text, bound);
-  nhupdate::JsonValue value{std::wstring(kMark)};
+CReadableText::CReadableText(std::wstring_view text, int bound) : bound_(bound) {
+  const std::wstring_view readable = WithinBound(text, bound);
+  const bool is_ended = bound > 0 && static_cast<std::size_t>(bound) > readable.size();
+  units_.reserve(readable.size() + (is_ended ? 1 : 0));
+  units_.assign(readable.begin(), readable.end());
+  if (is_ended) {
+    units_.push_back(L'\0');
+  }
+}
 
+JsonReading CReadableText::Read(JsonReader reader) const {
+  nhupdate::JsonValue value{std::wstring(kMark)};
   JsonReading reading;
-  reading.result = reader(value, units.data(), bound);
+  reading.result = reader(value, units_.data(), bound_);
   const bool is_untouched = value.AsString() != nullptr && *value.AsString() == kMark;
   if (!is_untouched) {
     reading.value = Describe(value);
@@ -44,20 +40,22 @@ JsonReading ReadJson(JsonReader reader, std::wstring_view text, int bound) {
   return reading;
 }
 
-JsonReading ReadJson(JsonReader reader, std::wstring_view text) {
-  return ReadJson(reader, text, static_cast<int>(text.size()));
-}
-
-JsonReading ScanJsonString(std::wstring_view text, int bound) {
-  const std::vector<wchar_t> units = ReadableUnits(text, bound);
+JsonReading CReadableText::ScanString() const {
   std::wstring string = kMark;
-
   JsonReading reading;
-  reading.result = nhupdate::ScanString(units.data(), bound, string);
+  reading.result = nhupdate::ScanString(units_.data(), bound_, string);
   if (string != kMark) {
     reading.value = DescribeString(string);
   }
   return reading;
+}
+
+JsonReading ReadJson(JsonReader reader, std::wstring_view text, int bound) {
+  return CReadableText(text, bound).Read(reader);
+}
+
+JsonReading ReadJson(JsonReader reader, std::wstring_view text) {
+  return ReadJson(reader, text, static_cast<int>(text.size()));
 }
 
 std::wstring_view WithinBound(std::wstring_view text, int bound) {

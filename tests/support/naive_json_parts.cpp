@@ -89,7 +89,7 @@ int Quoted(View text, std::wstring& out) {
   if (text.find(L'"') == View::npos) {
     return -1;
   }
-  const std::map<wchar_t, wchar_t> two_unit_escapes = {
+  static const std::map<wchar_t, wchar_t> two_unit_escapes = {
       {L'"', L'"'}, {L'n', L'\n'}, {L'r', L'\r'}, {L't', L'\t'}, {L'/', L'/'}};
   std::wstring scanned;
   unsigned long variable = 0;

@@ -2,7 +2,6 @@
 
 #include <map>
 #include <sstream>
-#include <vector>
 
 #include "tests/support/json_description.h"
 #include "tests/support/naive_json_parts.h"
@@ -18,14 +17,6 @@ using naive::View;
 using naive::Whitespace;
 
 int Value(View text, std::string& value);
-
-std::string Joined(const std::vector<std::string>& parts) {
-  std::string joined;
-  for (const std::string& part : parts) {
-    joined += (joined.empty() ? "" : ",") + part;
-  }
-  return joined;
-}
 
 // Reads what is between the brackets. `read_one` gets what is left of the text and returns how many
 // units it has read; on failure 0, or a negative number that says how far it has come.
@@ -51,11 +42,16 @@ int Container(View text, wchar_t end, ReadOne read_one) {
 }
 
 int Array(View text, std::string& value) {
-  std::vector<std::string> elements;
-  const int result =
-      Container(text, L']', [&](View rest) { return Value(rest, elements.emplace_back()); });
+  std::string elements;
+  const int result = Container(text, L']', [&](View rest) {
+    std::string element;
+    const int count = Value(rest, element);
+    elements += elements.empty() ? "" : ",";
+    elements += element;
+    return count;
+  });
   if (result > 0) {
-    value = "[" + Joined(elements) + "]";
+    value = "[" + elements + "]";
   }
   return result;
 }
@@ -83,11 +79,11 @@ int Object(View text, std::string& value) {
     return count + member_result;
   });
   if (result > 0) {
-    std::vector<std::string> descriptions;
+    std::string descriptions;
     for (const auto& [key, member] : members) {
-      descriptions.push_back(DescribeString(key) + ":" + member);
+      descriptions += (descriptions.empty() ? "" : ",") + DescribeString(key) + ":" + member;
     }
-    value = "{" + Joined(descriptions) + "}";
+    value = "{" + descriptions + "}";
   }
   return result;
 }
@@ -149,9 +145,9 @@ JsonReading NaiveParseValue(std::wstring_view text, int bound) {
 }
 
 std::string DisagreementOn(std::wstring_view text, int bound) {
+  const CReadableText readable(text, bound);
   for (const auto& [name, reader, naive_reader] : kReaders) {
-    const JsonReading reading =
-        reader != nullptr ? ReadJson(reader, text, bound) : ScanJsonString(text, bound);
+    const JsonReading reading = reader != nullptr ? readable.Read(reader) : readable.ScanString();
     const JsonReading naive = Read(naive_reader, text, bound);
     if (reading != naive) {
       std::ostringstream description;

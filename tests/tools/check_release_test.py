@@ -1,8 +1,6 @@
 """tools/check_release: a good release has nothing to complain about, and for each rule there is one
 that breaks it: check_release_test.py REPOSITORY PACKAGED_FOLDER"""
 
-import importlib.machinery
-import importlib.util
 import os
 import pathlib
 import shutil
@@ -11,15 +9,12 @@ import sys
 import tempfile
 import unittest
 
+from planted_mistakes import load
+
 PACKAGED_FOLDER = pathlib.Path(sys.argv.pop())
 COMMAND = pathlib.Path(sys.argv.pop()) / "tools" / "check_release"
 
-sys.dont_write_bytecode = True
-loader = importlib.machinery.SourceFileLoader("check_release", str(COMMAND))
-check_release = importlib.util.module_from_spec(
-    importlib.util.spec_from_loader("check_release", loader)
-)
-loader.exec_module(check_release)
+check_release = load(COMMAND)
 
 
 class CheckReleaseTest(unittest.TestCase):

@@ -20,7 +20,13 @@ using nhupdate::JsonKind;
 using nhupdate::JsonValue;
 using nhupdate::ParseValue;
 
+// So deep that no stack would do for a reader that calls itself: 64 MiB for the tests on Windows,
+// and as a rule 8 MiB on the building machine, where the sanitizers make each container dear.
+#ifdef _WIN32
 constexpr int kDeep = 1'000'000;
+#else
+constexpr int kDeep = 200'000;
+#endif
 
 std::wstring Repeat(std::wstring_view text, int count) {
   std::wstring repeated;
@@ -86,7 +92,7 @@ TEST(JsonContainerReaderTest, ReadsOneContainerFromAnywhereInTheText) {
   }
 }
 
-TEST(JsonContainerReaderTest, ReadsAndReleasesAMillionContainers) {
+TEST(JsonContainerReaderTest, ReadsAndReleasesVeryDeepContainers) {
   const std::wstring texts[] = {
       Repeat(L"[", kDeep) + Repeat(L"]", kDeep),
       Repeat(L"{\"a\":", kDeep - 1) + L"{}" + Repeat(L"}", kDeep - 1),
@@ -115,7 +121,7 @@ TEST(JsonContainerReaderTest, ReleasesADeepValueThatIsReplacedOrGoesOutOfScope) 
 
 // Arrays add up what is read before the failure of an element; objects report only what they have
 // read themselves.
-TEST(JsonContainerReaderTest, FailsInTheInnermostOfAMillionContainers) {
+TEST(JsonContainerReaderTest, FailsInTheInnermostOfVeryDeepContainers) {
   const std::wstring arrays = Repeat(L"[", kDeep);
   const std::wstring objects = Repeat(L"{\"a\":", kDeep);
   const struct {
@@ -137,7 +143,7 @@ TEST(JsonContainerReaderTest, FailsInTheInnermostOfAMillionContainers) {
   }
 }
 
-TEST(JsonContainerReaderTest, ReadsAMillionElementsAndMembers) {
+TEST(JsonContainerReaderTest, ReadsVeryManyElementsAndMembers) {
   JsonValue value;
   std::wstring text = L"[" + Repeat(L"7,", kDeep) + L"]";
   EXPECT_EQ(Read(value, text), static_cast<int>(text.size()));

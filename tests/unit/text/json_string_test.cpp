@@ -13,7 +13,8 @@ using namespace std::string_view_literals;
 void ExpectStringsWithin(std::initializer_list<BoundedJsonCase> cases) {
   ExpectReadingsWithin(ParseString, cases);
   for (const BoundedJsonCase& each : cases) {
-    EXPECT_EQ(ScanJsonString(each.text, each.bound), (JsonReading{each.result, each.value}))
+    EXPECT_EQ(CReadableText(each.text, each.bound).ScanString(),
+              (JsonReading{each.result, each.value}))
         << DescribeString(each.text) << " with the bound " << each.bound;
   }
 }

@@ -94,7 +94,7 @@ TEST(JsonReaderTest, RefusesANullPointerAndABoundBelowOne) {
   EXPECT_EQ(nhupdate::ScanString(nullptr, 10, string), -1);
   EXPECT_EQ(string, L"as it was");
   for (const int bound : {0, -1, INT_MIN}) {
-    EXPECT_EQ(ScanJsonString(L"\"\"", bound), (JsonReading{-1}));
+    EXPECT_EQ(CReadableText(L"\"\"", bound).ScanString(), (JsonReading{-1}));
   }
 }
 
