@@ -8,8 +8,8 @@ class WantOfMemoryEndToEndTest : public RestartTest {
  protected:
   void ExpectTheEndOf(DisturbedRun run) {
     run.fewest_moments = 2;
-    constexpr int kStride = 97;
-    StarveAndRestart(run, kStride);
+    constexpr int kRequestStride = 97;
+    StarveAndRestart(run, kRequestStride);
   }
 
   // A new version of the product, as each stage finds it.
