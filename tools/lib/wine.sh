@@ -22,7 +22,7 @@ nhupdate_no_fonts=$nhupdate_root/tools/lib/no_fonts.conf
 # The lanes of the tests. What runs in a quiet one shows no window: either it never does, or whatever
 # would is replaced.
 nhupdate_quiet_lanes=(unit log_library faults more_faults cycles)
-nhupdate_window_lanes=(e2e restarts waits moments restarts_install)
+nhupdate_window_lanes=(e2e restarts waits moments restarts_install more_moments)
 nhupdate_test_lanes=("${nhupdate_quiet_lanes[@]}" "${nhupdate_window_lanes[@]}")
 
 # Where a lane of the tests keeps to one processor, the lanes take them by turns, in the order above,
