@@ -67,13 +67,18 @@ void CJsonGenerator::AddString() {
   text_ += L'"';
 }
 
+// With what stands behind it: a comma, or now and then none.
+void CJsonGenerator::AddElement(int depth) {
+  AddWhitespace();
+  AddValue(depth);
+  AddWhitespace();
+  text_ += Below(5) == 0 ? L' ' : L',';
+}
+
 void CJsonGenerator::AddArray(int depth) {
   text_ += L'[';
   for (int count = Below(4); count > 0; --count) {
-    AddWhitespace();
-    AddValue(depth - 1);
-    AddWhitespace();
-    text_ += Below(5) == 0 ? L' ' : L',';
+    AddElement(depth - 1);
   }
   AddWhitespace();
   text_ += L']';
@@ -90,10 +95,7 @@ void CJsonGenerator::AddObject(int depth) {
     }
     AddWhitespace();
     text_ += L':';
-    AddWhitespace();
-    AddValue(depth - 1);
-    AddWhitespace();
-    text_ += Below(5) == 0 ? L' ' : L',';
+    AddElement(depth - 1);
   }
   AddWhitespace();
   text_ += L'}';

@@ -32,6 +32,7 @@ class CJsonGenerator {
   void AddNumber();
   void AddLiteral();
   void AddString();
+  void AddElement(int depth);
   void AddArray(int depth);
   void AddObject(int depth);
   void AddAnyOf(std::wstring_view units, int count);
