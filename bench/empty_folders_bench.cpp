@@ -20,15 +20,14 @@ constexpr int kAllFolders = kOuterFolders * (kInnerFolders + 1);
 // None of them is empty, as after nearly every update: what is compared is the walk, not the log.
 constexpr TreeShape kInnerShape = {kInnerFolders, 1, 0};
 
-}  // namespace
-
-void MeasureAll(const CPairs& pairs) {
-  const Row row = {"empty_folders", "scan for empty folders in 20,200 folders with 20,000 files",
+void CompareScans(const CPairs& pairs, const TreePlace& place) {
+  const Row row = {"empty_folders" + place.row,
+                   "scan for empty folders in 20,200 folders with 20,000 files" + place.row_words,
                    "FindFirstFileW and FindNextFileW in a bare loop", 1.05};
   if (!pairs.IsWanted(row.name)) {
     return;
   }
-  const ScratchFolder scratch;
+  const ScratchFolder scratch(place.folder);
   const std::wstring tree = scratch.Path() + L"\\tree";
   MakeFolder(tree);
   for (int index = 0; index < kOuterFolders; ++index) {
@@ -47,6 +46,14 @@ void MeasureAll(const CPairs& pairs) {
                     GiveUp("The loop misses folders.");
                   }
                 }});
+}
+
+}  // namespace
+
+void MeasureAll(const CPairs& pairs) {
+  for (const TreePlace& place : TreePlaces()) {
+    CompareScans(pairs, place);
+  }
 }
 
 }  // namespace nhupdate_bench

@@ -22,31 +22,35 @@ constexpr Case kCases[] = {
     {"folder_removal_folders", "removal of 1,000 folders of one file", {1000, 1, 100}},
 };
 
-void CompareRemovals(const CPairs& pairs, const Case& which) {
-  if (!pairs.IsWanted(which.name)) {
+void CompareRemovals(const CPairs& pairs, const Case& which, const TreePlace& place) {
+  const std::string name = which.name + place.row;
+  if (!pairs.IsWanted(name)) {
     return;
   }
-  const ScratchFolder scratch;
+  const ScratchFolder scratch(place.folder);
   const std::wstring tree = scratch.Path() + L"\\tree";
   const auto prepare = [&] {
     RemoveTree(tree);
     MakeTree(tree, which.shape);
   };
-  pairs.Compare({which.name, which.what, "DeleteFileW and RemoveDirectoryW in a bare loop", 1.3},
-                {[&] {
-                   if (!nhupdate::DeleteFolderTree(tree, scratch.Path())) {
-                     GiveUp("The removal fails.");
-                   }
-                 },
-                 prepare},
-                {[&] { RemoveTree(tree); }, prepare});
+  pairs.Compare(
+      {name, which.what + place.row_words, "DeleteFileW and RemoveDirectoryW in a bare loop", 1.3},
+      {[&] {
+         if (!nhupdate::DeleteFolderTree(tree, scratch.Path())) {
+           GiveUp("The removal fails.");
+         }
+       },
+       prepare},
+      {[&] { RemoveTree(tree); }, prepare});
 }
 
 }  // namespace
 
 void MeasureAll(const CPairs& pairs) {
-  for (const Case& which : kCases) {
-    CompareRemovals(pairs, which);
+  for (const TreePlace& place : TreePlaces()) {
+    for (const Case& which : kCases) {
+      CompareRemovals(pairs, which, place);
+    }
   }
 }
 

@@ -39,11 +39,12 @@ constexpr Case kCases[] = {
     {"install_copy_large", "install copy of 100 files of 4 MiB", {1, 100, 4 << 20}, false, 1.0},
 };
 
-void CompareCopies(const CPairs& pairs, const Case& which) {
-  if (!pairs.IsWanted(which.name)) {
+void CompareCopies(const CPairs& pairs, const Case& which, const TreePlace& place) {
+  const std::string name = which.name + place.row;
+  if (!pairs.IsWanted(name)) {
     return;
   }
-  const ScratchFolder scratch;
+  const ScratchFolder scratch(place.folder);
   const std::wstring source = scratch.Path() + L"\\source";
   const std::wstring target = scratch.Path() + L"\\target";
   MakeTree(source, which.shape);
@@ -62,22 +63,24 @@ void CompareCopies(const CPairs& pairs, const Case& which) {
     RemoveTree(target);
     MakeFolder(target);
   };
-  pairs.Compare(
-      {which.name, which.what, "CreateDirectoryW and CopyFileW in a bare loop", which.target},
-      {[&] {
-         if (!copy.Copy(target, source, options)) {
-           GiveUp("The copy fails.");
-         }
-       },
-       prepare},
-      {[&] { CopyTree(source, target); }, prepare});
+  pairs.Compare({name, which.what + place.row_words,
+                 "CreateDirectoryW and CopyFileW in a bare loop", which.target},
+                {[&] {
+                   if (!copy.Copy(target, source, options)) {
+                     GiveUp("The copy fails.");
+                   }
+                 },
+                 prepare},
+                {[&] { CopyTree(source, target); }, prepare});
 }
 
 }  // namespace
 
 void MeasureAll(const CPairs& pairs) {
-  for (const Case& which : kCases) {
-    CompareCopies(pairs, which);
+  for (const TreePlace& place : TreePlaces()) {
+    for (const Case& which : kCases) {
+      CompareCopies(pairs, which, place);
+    }
   }
 }
 

@@ -126,7 +126,7 @@ class Measured {
   const Case which_;
   const std::wstring text_;
   const std::string bytes_;
-  const ScratchFolder scratch_;
+  const ScratchFolder scratch_{TemporaryFolder()};
   const nhupdate::UniqueKernelHandle mutex_{
       ::CreateMutexW(nullptr, FALSE, L"Global\\nhupdate-bench")};
   std::unique_ptr<StartedLog> log_;

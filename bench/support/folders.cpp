@@ -42,18 +42,34 @@ void WriteNewFile(const std::wstring& path, const std::string& bytes) {
   ::CloseHandle(file);
 }
 
-std::wstring NewScratchPath() {
-  wchar_t temporary[MAX_PATH + 1] = {};
-  ::GetTempPathW(MAX_PATH + 1, temporary);
+std::wstring NewScratchPath(const std::wstring& parent) {
   LARGE_INTEGER now = {};
   ::QueryPerformanceCounter(&now);
-  return temporary + std::wstring(L"bench ") + std::to_wstring(::GetCurrentProcessId()) + L"-" +
+  return parent + L"\\bench " + std::to_wstring(::GetCurrentProcessId()) + L"-" +
          std::to_wstring(now.QuadPart);
 }
 
 }  // namespace
 
-ScratchFolder::ScratchFolder() : path_(NewScratchPath()) {
+std::wstring TemporaryFolder() {
+  wchar_t temporary[MAX_PATH + 1] = {};
+  const DWORD length = ::GetTempPathW(MAX_PATH + 1, temporary);
+  if (length == 0) {
+    GiveUp("There is no temporary folder.");
+  }
+  return {temporary, length - 1};  // without the backslash at its end
+}
+
+std::vector<TreePlace> TreePlaces() {
+  std::vector<TreePlace> places = {{"", "", TemporaryFolder()}};
+  wchar_t memory[MAX_PATH] = {};
+  if (::GetEnvironmentVariableW(L"NHUPDATE_MEMORY_FOLDER", memory, MAX_PATH) != 0) {
+    places.push_back({"_in_memory", ", in memory", memory});
+  }
+  return places;
+}
+
+ScratchFolder::ScratchFolder(const std::wstring& parent) : path_(NewScratchPath(parent)) {
   MakeFolder(path_);
 }
 

@@ -3,13 +3,27 @@
 // Trees of folders for the measurements, and the barest loops over them.
 
 #include <string>
+#include <vector>
 
 namespace nhupdate_bench {
 
-// A new empty folder in the temporary one. It goes with the object, with all that is in it.
+[[nodiscard]] std::wstring TemporaryFolder();
+
+// Where a measurement has its trees.
+struct TreePlace {
+  std::string row;        // added to the name of a row
+  std::string row_words;  // added to what is measured
+  std::wstring folder;
+};
+
+// The temporary folder, on the disk, and the one that NHUPDATE_MEMORY_FOLDER names, if any: in
+// memory, where what a disk takes for the same calls doesn't hide what is done beside them.
+[[nodiscard]] std::vector<TreePlace> TreePlaces();
+
+// A new empty folder in the given one. It goes with the object, with all that is in it.
 class ScratchFolder {
  public:
-  ScratchFolder();
+  explicit ScratchFolder(const std::wstring& parent);
   ~ScratchFolder();
   ScratchFolder(const ScratchFolder&) = delete;
   ScratchFolder& operator=(const ScratchFolder&) = delete;

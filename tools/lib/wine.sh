@@ -72,14 +72,17 @@ copy_prefix() {
 nhupdate_memory=/dev/shm
 nhupdate_memory_mb=1024
 
-# scratch_to_memory PREFIX: for one that has never been started.
-scratch_to_memory() {
+# make_memory_drive PREFIX: T:, for one that is not running. False where there is no room.
+make_memory_drive() {
   local free folder
   free=$(df --output=avail --block-size=1M "$nhupdate_memory" 2>/dev/null | tail -n 1)
-  [ "${free:-0}" -ge $nhupdate_memory_mb ] && [ -w "$nhupdate_memory" ] || return 0
-  folder=$(mktemp -d "$nhupdate_memory/nhupdate.XXXXXX") || return 1
-  ln -s "$folder" "$1/dosdevices/t:" &&
-    sed -i -E 's/^"(TEMP|TMP)"=.*/"\1"="T:\\\\"/' "$1/user.reg"
+  [ "${free:-0}" -ge $nhupdate_memory_mb ] && [ -w "$nhupdate_memory" ] || return 1
+  folder=$(mktemp -d "$nhupdate_memory/nhupdate.XXXXXX") && ln -s "$folder" "$1/dosdevices/t:"
+}
+
+# scratch_to_memory PREFIX: for one that has never been started.
+scratch_to_memory() {
+  ! make_memory_drive "$1" || sed -i -E 's/^"(TEMP|TMP)"=.*/"\1"="T:\\\\"/' "$1/user.reg"
 }
 
 # Every program that starts goes through the time zones that Wine knows until it has found that of the
