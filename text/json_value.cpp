@@ -12,7 +12,7 @@ const JsonValue::Object kEmptyObject;
 
 template <typename Content>
 Content* NewUnlessEmpty(Content&& content) {
-  return content.empty() ? nullptr : new Content(std::move(content));
+  return content.empty() ? nullptr : new Content(std::forward<Content>(content));
 }
 
 }  // namespace

@@ -4,9 +4,9 @@
 // ended. What is done with them is written down in order. The code under test is told kOwnId as its
 // own process id, whether or not that is among them.
 
-#include <psapi.h>  // needs <windows.h> first
-
 #include "tests/support/windows_basics.h"
+
+#include <psapi.h>  // needs <windows.h> first
 
 namespace nhupdate_test {
 

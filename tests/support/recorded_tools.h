@@ -3,9 +3,9 @@
 // Takes the place of the tools that the program starts without waiting for them: each is written
 // down and counts as started.
 
-#include <shellapi.h>  // needs <windows.h> first
-
 #include "tests/support/windows_basics.h"
+
+#include <shellapi.h>  // needs <windows.h> first
 
 namespace nhupdate_test {
 

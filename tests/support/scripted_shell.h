@@ -7,9 +7,9 @@
 //
 // Real handles of the kernel stand for the processes, so one that isn't closed is a real leak.
 
-#include <shellapi.h>  // needs <windows.h> first
-
 #include "tests/support/windows_basics.h"
+
+#include <shellapi.h>  // needs <windows.h> first
 
 namespace nhupdate_test {
 
