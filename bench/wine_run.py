@@ -2,16 +2,20 @@
 import os
 import subprocess
 import sys
+import tempfile
 
 WITH_COM = "an empty program with the same imports that begins and ends COM"
 
 
 def usage_of(command, exit_code):
     """What the process took. Ends the measurement when it ends with another code."""
-    process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                               stderr=subprocess.DEVNULL)
-    _, status, usage = os.wait4(process.pid, 0)
-    process.returncode = os.waitstatus_to_exitcode(status)
-    if process.returncode != exit_code:
-        sys.exit(f"{command} has ended with {process.returncode}.")
+    with tempfile.TemporaryFile() as said:
+        process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=said, stderr=said,
+                                   env={**os.environ, "WINEDEBUG": "fixme-all"})
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+        if process.returncode != exit_code:
+            said.seek(0)
+            text = said.read().decode(errors="replace")
+            sys.exit(f"{command} has ended with {process.returncode}.\n{text}")
     return usage
