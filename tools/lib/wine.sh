@@ -147,7 +147,8 @@ start_lane() {
     keep_to_processor "$1"
     use_display "$1"
     # Its services would keep the streams of the first program open as long as they live.
-    "$nhupdate_wineserver" -p60 </dev/null >/dev/null 2>&1
+    # When it ends a program it says why, to nobody else.
+    "$nhupdate_wineserver" -p60 </dev/null >/dev/null 2>"$WINEPREFIX/server_errors"
     $nhupdate_wine_limit "$nhupdate_wine" cmd /c exit </dev/null >/dev/null 2>&1
   )
 }
