@@ -8,7 +8,7 @@ WITH_COM = "an empty program with the same imports that begins and ends COM"
 
 
 def usage_of(command, exit_code):
-    """What the process took. Ends the measurement when it ends with another code."""
+    """What the process took. Ends the measurement, with what was said, when it ends with another code."""
     with tempfile.TemporaryFile() as said:
         process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=said, stderr=said,
                                    env={**os.environ, "WINEDEBUG": "fixme-all"})
