@@ -74,10 +74,12 @@ std::wstring Describe(HANDLE process) {
   // A process is announced before it has been told what it is to run.
   constexpr int kTries = 200;
   constexpr DWORD kTryMs = 5;
-  std::wstring description;
-  std::wstring command_line;
-  for (int tries = 0; tries < kTries && (description.empty() || command_line.empty()); ++tries) {
-    ::Sleep(tries > 0 ? kTryMs : 0);
+  std::wstring description = ImageNameOf(process);
+  std::wstring command_line = CommandLineOf(process);
+  // Of one that has ended nothing more is to be had, and meanwhile others would end unseen.
+  for (int tries = 1; tries < kTries && (description.empty() || command_line.empty()) &&
+                      ::WaitForSingleObject(process, kTryMs) == WAIT_TIMEOUT;
+       ++tries) {
     description = ImageNameOf(process);
     command_line = CommandLineOf(process);
   }
